@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/text/Utf8.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+namespace yg::text {
+
+namespace {
+
+unsigned byteAt(std::string_view text, std::size_t at) {
+    return static_cast<unsigned char>(text[at]);
+}
+
+bool isContinuation(unsigned byte) {
+    return (byte & 0xC0) == 0x80;
+}
+
+/// The size of the sequence that a lead byte begins, and the range of the byte after it, which is
+/// where overlong forms, surrogates and too large code points show. Size 0 is no lead byte.
+struct Lead {
+    std::size_t size;
+    unsigned lowest = 0x80;
+    unsigned highest = 0xBF;
+};
+
+Lead leadOf(unsigned byte) {
+    if (byte >= 0xC2 && byte <= 0xDF) {
+        return {2};
+    }
+    if (byte >= 0xE0 && byte <= 0xEF) {
+        return {3, byte == 0xE0 ? 0xA0U : 0x80U, byte == 0xED ? 0x9FU : 0xBFU};
+    }
+    if (byte >= 0xF0 && byte <= 0xF4) {
+        return {4, byte == 0xF0 ? 0x90U : 0x80U, byte == 0xF4 ? 0x8FU : 0xBFU};
+    }
+    return {0};
+}
+
+/// The size of the valid sequence of several bytes that the text begins with, 0 if there is none.
+std::size_t sequenceSize(std::string_view text) {
+    const Lead lead = leadOf(byteAt(text, 0));
+    if (lead.size == 0 || text.size() < lead.size || byteAt(text, 1) < lead.lowest ||
+        byteAt(text, 1) > lead.highest) {
+        return 0;
+    }
+    for (std::size_t at = 2; at < lead.size; ++at) {
+        if (!isContinuation(byteAt(text, at))) {
+            return 0;
+        }
+    }
+    return lead.size;
+}
+
+bool isAsciiWord(const char* bytes) {
+    std::uint64_t word;
+    std::memcpy(&word, bytes, sizeof word);
+    return (word & 0x8080808080808080U) == 0;
+}
+
+}  // namespace
+
+std::size_t validUtf8Prefix(std::string_view text) {
+    std::size_t at = 0;
+    while (at < text.size()) {
+        if (byteAt(text, at) >= 0x80) {
+            const std::size_t size = sequenceSize(text.substr(at));
+            if (size == 0) {
+                return at;
+            }
+            at += size;
+            continue;
+        }
+        while (text.size() - at >= sizeof(std::uint64_t) && isAsciiWord(text.data() + at)) {
+            at += sizeof(std::uint64_t);
+        }
+        while (at < text.size() && byteAt(text, at) < 0x80) {
+            ++at;
+        }
+    }
+    return at;
+}
+
+bool isValidUtf8(std::string_view text) {
+    return validUtf8Prefix(text) == text.size();
+}
+
+std::size_t countCodePoints(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
+        return !isContinuation(static_cast<unsigned char>(byte));
+    }));
+}
+
+}  // namespace yg::text

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+//
+// Checking and measuring UTF-8. Any thread may call.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace yg::text {
+
+/// The number of bytes up to the first one that is not part of a complete, strictly valid UTF-8
+/// sequence: overlong forms, surrogates and code points above U+10FFFF are refused. The size of the
+/// text if all of it is valid.
+std::size_t validUtf8Prefix(std::string_view text);
+
+/// Whether all of the text is strictly valid UTF-8; an empty text is.
+bool isValidUtf8(std::string_view text);
+
+/// The number of code points of a valid text. In any other text each byte counts that is not a
+/// continuation byte.
+std::size_t countCodePoints(std::string_view text);
+
+}  // namespace yg::text

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+//
+// The one way in which the library writes a file: whoever looks, also after a crash or a power
+// failure at any moment, finds the old content or the new one, in full. Any thread may call; of
+// several writes to one file the last one to finish stays.
+#pragma once
+
+#include <string_view>
+
+namespace yg::files {
+
+class FileLayer;
+
+/// Writes the bytes to the file at the path, which is created or replaced. True once they are safe
+/// on the disk.
+///
+/// The bytes go into a new hidden file beside the target, which then takes the target's place. Its
+/// mode is that of the file replaced (read, write and execute rights), else 0666 less the umask,
+/// and never wider while it is being written. A read-only target is replaced. A symbolic link
+/// stays: the file that it names in the end is replaced or created.
+///
+/// False if anything failed; the hidden file is gone then and the target as it was. It is also
+/// false, with the new content already in place, if only the very last step failed, bringing the
+/// folder to the disk: the write may not outlive a power failure. Writes that fail: an empty path
+/// or one with a NUL byte, a missing folder, links in a circle, and a target that is not a regular
+/// file (a folder, a device, a pipe), which is never replaced.
+bool writeFileAtomically(std::string_view path, std::string_view bytes);
+
+/// The same through the given system calls.
+bool writeFileAtomically(std::string_view path, std::string_view bytes, FileLayer& layer);
+
+}  // namespace yg::files

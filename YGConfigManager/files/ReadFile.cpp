@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/files/ReadFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <new>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace yg::files {
+
+namespace {
+
+class OpenFile {
+public:
+    explicit OpenFile(int number) : number_(number) {}
+    ~OpenFile() {
+        if (number_ >= 0) {
+            ::close(number_);
+        }
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+    int number() const { return number_; }
+
+private:
+    int number_;
+};
+
+FileReading failure(std::string_view path, std::string_view cause) {
+    FileReading reading;
+    reading.error = path;
+    // A name may hold line breaks, but the description is one line.
+    std::replace_if(
+        reading.error.begin(), reading.error.end(),
+        [](char character) {
+            return static_cast<unsigned char>(character) < ' ' || character == '\x7F';
+        },
+        '?');
+    reading.error += ": ";
+    reading.error += cause;
+    return reading;
+}
+
+FileReading failure(std::string_view path, int cause) {
+    return failure(path, std::generic_category().message(cause));
+}
+
+std::string tooLarge(std::size_t limit) {
+    return "larger than " + std::to_string(limit) + " bytes";
+}
+
+int openForReading(const char* path) {
+    int file = -1;
+    do {
+        // Without blocking, because opening a pipe waits for its other end otherwise.
+        file = ::open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    } while (file < 0 && errno == EINTR);
+    return file;
+}
+
+FileReading readFrom(int file, std::size_t sizeSeen, std::string_view path, std::size_t limit) {
+    FileReading reading;
+    std::string& bytes = reading.bytes;
+    std::size_t used = 0;
+    // One byte more than expected lets a single further read tell the end of the file.
+    bytes.resize(sizeSeen + 1);
+    while (true) {
+        const ssize_t count = ::read(file, bytes.data() + used, bytes.size() - used);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            return failure(path, errno);
+        }
+        if (count == 0) {
+            break;
+        }
+        used += static_cast<std::size_t>(count);
+        if (used > limit) {
+            return failure(path, tooLarge(limit));
+        }
+        if (used == bytes.size()) {
+            constexpr std::size_t smallestStep = 4096;
+            bytes.resize(std::min(limit, used + std::max(used, smallestStep)) + 1);
+        }
+    }
+    bytes.resize(used);
+    reading.ok = true;
+    return reading;
+}
+
+}  // namespace
+
+FileReading readWholeFile(std::string_view path, std::size_t limit) {
+    if (path.empty()) {
+        return failure(path, "the path is empty");
+    }
+    if (path.find('\0') != std::string_view::npos) {
+        return failure(path, "the path holds a NUL byte");
+    }
+    const OpenFile file(openForReading(std::string(path).c_str()));
+    struct stat state;
+    if (file.number() < 0 || ::fstat(file.number(), &state) != 0) {
+        return failure(path, errno);
+    }
+    if (S_ISDIR(state.st_mode)) {
+        return failure(path, EISDIR);
+    }
+    if (!S_ISREG(state.st_mode)) {
+        return failure(path, "not a regular file");
+    }
+    const auto size = static_cast<std::size_t>(state.st_size);
+    if (size > limit) {
+        return failure(path, tooLarge(limit));
+    }
+    try {
+        return readFrom(file.number(), size, path, limit);
+    } catch (const std::bad_alloc&) {
+        return failure(path, ENOMEM);
+    }
+}
+
+bool fileExists(std::string_view path) {
+    struct stat state;
+    return !path.empty() && path.find('\0') == std::string_view::npos &&
+           ::stat(std::string(path).c_str(), &state) == 0;
+}
+
+}  // namespace yg::files

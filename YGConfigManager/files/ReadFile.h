@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+//
+// Reading a whole file. Only regular files are read, also through symbolic links: a folder, a pipe
+// or a device is an error at once, so a call never waits for anything but the disk. Any thread may
+// call.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace yg::files {
+
+/// Larger files are not read: 256 MiB.
+inline constexpr std::size_t largestFileRead = std::size_t{256} * 1024 * 1024;
+
+/// What came of reading a file; true if it was read.
+struct FileReading {
+    bool ok = false;
+    /// The content. An empty file is read, as no bytes; empty as well if the file was not read.
+    std::string bytes;
+    /// Why the file was not read, in one line that names it: "config/a.xml: No such file or
+    /// directory". Empty if it was read.
+    std::string error;
+
+    explicit operator bool() const { return ok; }
+};
+
+/// Reads the file, which may not have more bytes than the limit. The size is looked at before
+/// memory is taken, and a file that grows while it is read stays within the limit too. The path is
+/// taken as it stands, a relative one from the current folder; an empty one, or one with a NUL
+/// byte, is an error.
+FileReading readWholeFile(std::string_view path, std::size_t limit = largestFileRead);
+
+/// Whether something of any kind is at the path. A symbolic link counts as what it names, so a
+/// dangling one is nothing; so is what cannot be reached.
+bool fileExists(std::string_view path);
+
+}  // namespace yg::files

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+//
+// The real system calls under the control of a test, which can let any of them fail and look around
+// after each of them.
+#pragma once
+
+#include <cerrno>
+#include <cstddef>
+#include <functional>
+#include <limits>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "YGConfigManager/files/FileLayer.h"
+
+namespace yg::files {
+
+class ScriptedFileLayer final : public FileLayer {
+public:
+    ~ScriptedFileLayer() override {
+        for (const int number : open_) {
+            systemFileLayer().close(number);
+        }
+    }
+
+    /// Asked before each call, by its name: 0 lets it happen, else it does not and fails with that
+    /// error. By default everything happens.
+    std::function<int(std::string_view call)> errorOf = [](std::string_view) { return 0; };
+
+    /// Told of each call that happened, whatever came of it.
+    std::function<void(std::string_view call)> after = [](std::string_view) {};
+
+    /// A write moves no more bytes than this.
+    std::size_t largestWrite = std::numeric_limits<std::size_t>::max();
+
+    /// The calls made so far, and those of them that happened.
+    std::vector<std::string> made;
+    std::vector<std::string> happened;
+
+    ssize_t readLink(const char* path, char* buffer, std::size_t size) override {
+        return perform("readLink", [&] { return system().readLink(path, buffer, size); });
+    }
+    int openFolder(const char* path) override {
+        return keptOpen(perform("openFolder", [&] { return system().openFolder(path); }));
+    }
+    int status(int folder, const char* name, struct stat& state) override {
+        return perform("status", [&] { return system().status(folder, name, state); });
+    }
+    int openNew(int folder, const char* name, mode_t mode) override {
+        return keptOpen(perform("openNew", [&] { return system().openNew(folder, name, mode); }));
+    }
+    ssize_t write(int file, const void* bytes, std::size_t size) override {
+        return perform("write", [&] {
+            return system().write(file, bytes, size < largestWrite ? size : largestWrite);
+        });
+    }
+    int changeMode(int file, mode_t mode) override {
+        return perform("changeMode", [&] { return system().changeMode(file, mode); });
+    }
+    int sync(int fileOrFolder) override {
+        return perform("sync", [&] { return system().sync(fileOrFolder); });
+    }
+    int close(int fileOrFolder) override {
+        return perform("close", [&] {
+            open_.erase(fileOrFolder);
+            return system().close(fileOrFolder);
+        });
+    }
+    int rename(int folder, const char* from, const char* to) override {
+        return perform("rename", [&] { return system().rename(folder, from, to); });
+    }
+    int unlink(int folder, const char* name) override {
+        return perform("unlink", [&] { return system().unlink(folder, name); });
+    }
+
+private:
+    static FileLayer& system() { return systemFileLayer(); }
+
+    template <class Call>
+    auto perform(const char* name, Call call) -> decltype(call()) {
+        made.emplace_back(name);
+        if (const int error = errorOf(name); error != 0) {
+            errno = error;
+            return -1;
+        }
+        const auto answer = call();
+        const int error = errno;
+        happened.emplace_back(name);
+        after(name);
+        errno = error;
+        return answer;
+    }
+
+    int keptOpen(int number) {
+        if (number >= 0) {
+            open_.insert(number);
+        }
+        return number;
+    }
+
+    // What a test leaves unclosed is closed at the end, as when a process dies.
+    std::set<int> open_;
+};
+
+}  // namespace yg::files

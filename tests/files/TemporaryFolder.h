@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+//
+// A folder of its own for one test, removed with everything in it at the end, and short ways to
+// look at files and to change them without the code under test.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <stdexcept>
+#include <stdlib.h>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+
+namespace yg::files {
+
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        path_ = (std::filesystem::temp_directory_path() / "yg-files-XXXXXX").string();
+        if (::mkdtemp(path_.data()) == nullptr) {
+            throw std::runtime_error("no temporary folder");
+        }
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::string& path() const { return path_; }
+    std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
+
+    /// The names in the folder, or in a folder inside it.
+    std::set<std::string> names(std::string_view inside = ".") const {
+        std::set<std::string> found;
+        for (const auto& entry : std::filesystem::directory_iterator(*this / inside)) {
+            found.insert(entry.path().filename().string());
+        }
+        return found;
+    }
+
+private:
+    std::string path_;
+};
+
+inline void put(const std::string& path, std::string_view bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+inline std::string contentOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+inline mode_t modeOf(const std::string& path) {
+    struct stat state = {};
+    ::lstat(path.c_str(), &state);
+    return state.st_mode & 07777;
+}
+
+}  // namespace yg::files

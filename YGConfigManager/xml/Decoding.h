@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+//
+// From the bytes of an XML file to UTF-8 text. Internal.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace yg::xml {
+
+/// UTF-8 text without a mark, or a description of why there is none.
+struct Decoded {
+    std::string text;
+    std::string error;  ///< empty on success
+};
+
+/// Decodes by the byte-order mark (UTF-8, UTF-16), else by the encoding that the declaration names,
+/// else as UTF-8. gb2312, gbk and gb18030 are all decoded as GB18030, because files marked gb2312
+/// often hold GBK characters. Invalid bytes and unknown encodings are errors.
+Decoded decodeXml(std::string_view bytes);
+
+/// The same for what is UTF-8 already, whatever the declaration says.
+Decoded decodeUtf8(std::string_view text);
+
+}  // namespace yg::xml

@@ -1,0 +1,250 @@
+// SPDX-License-Identifier: MIT
+//
+// XML nodes and elements as small values: a share in the tree that holds them and a place in it.
+// A handle keeps its whole tree alive, also when the document that was parsed is gone, and stays
+// valid when its node, or one above it, is taken out of the tree. An empty handle may be asked
+// everything and answers the empty answer. Reading one tree from several threads is safe as long
+// as none of them changes it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "YGConfigManager/export.h"
+
+namespace yg::xml {
+
+class Element;
+class Query;
+struct Tree;
+struct RawNode;
+struct RawAttribute;
+
+/// What a node is. A CDATA section is text.
+enum class NodeKind { element, text, comment, processingInstruction };
+
+/// How a node or document is written.
+enum class Form {
+    plain,   ///< no declaration, no white space added
+    pretty,  ///< one element to a line, four spaces a level
+};
+
+/// Where something stands in the file that it was read from.
+struct Position {
+    std::string file;      ///< the path as it was given; empty for bytes and text
+    std::uint32_t line;    ///< from 1
+    std::uint32_t column;  ///< in characters, from 1
+};
+
+/// One attribute as it is read. The texts live as long as the tree and until the value is changed.
+struct Attribute {
+    std::string_view name;   ///< with its prefix, as written
+    std::string_view value;  ///< entities resolved, never trimmed
+};
+
+class YG_EXPORT Node {
+public:
+    /// The empty handle.
+    Node() = default;
+
+    /// True when there is a node.
+    explicit operator bool() const { return node_ != nullptr; }
+
+    /// True when both are the same node of the same tree, or both are empty.
+    friend bool operator==(const Node& left, const Node& right) {
+        return left.node_ == right.node_;
+    }
+
+    /// What the node is; text for an empty handle.
+    NodeKind kind() const;
+    bool isElement() const;
+
+    /// The qualified name of an element, the target of a processing instruction, otherwise "".
+    /// Lives as long as the tree and until the element is renamed.
+    std::string_view name() const;
+
+    /// All text and CDATA in and below the node in document order; for a comment or a processing
+    /// instruction its own text.
+    std::string stringValue() const;
+
+    /// The element that holds the node; empty at the top of a tree.
+    Element parent() const;
+
+    /// The position among the parent's children, from 0; 0 at the top of a tree.
+    std::size_t index() const;
+
+    /// The next child of the same parent; empty after the last.
+    Node nextSibling() const;
+
+    /// A deep copy at the top of a tree of its own; empty for an empty handle.
+    Node copy() const;
+
+    /// Takes the node with all below it out of its tree, into a tree of its own. This handle and
+    /// all others into that part stay valid. Nothing happens at the top of a tree of its own.
+    void remove();
+
+    /// Puts a deep copy of `replacement` exactly where the node stands, takes the node out as
+    /// remove() does, and answers the copy in its place. At the top of a tree, or with an empty
+    /// replacement, nothing changes and the answer is empty.
+    Node replaceWith(const Node& replacement);
+
+    /// The node as XML text, without a declaration; "" for an empty handle.
+    std::string serialise(Form form = Form::plain) const;
+
+    /// Where the node's tag, comment or instruction begins, when its parse was asked to keep
+    /// positions; a copy has the position of its source. Elements only; absent for other kinds.
+    std::optional<Position> position() const;
+
+protected:
+    friend class Document;
+    friend class Query;
+    friend class Children;
+    friend struct Tree;
+    Node(std::shared_ptr<Tree> tree, RawNode* node) : tree_(std::move(tree)), node_(node) {}
+
+    std::shared_ptr<Tree> tree_;
+    RawNode* node_ = nullptr;
+};
+
+/// The children of an element in document order. White space alone is no child. Changing the tree
+/// while going through it is not supported: collect the children first.
+class YG_EXPORT Children {
+public:
+    class YG_EXPORT Iterator {
+    public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = Node;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Node*;
+        using reference = const Node&;
+
+        const Node& operator*() const { return node_; }
+        const Node* operator->() const { return &node_; }
+        Iterator& operator++();
+        friend bool operator==(const Iterator& left, const Iterator& right) {
+            return left.node_ == right.node_;
+        }
+
+    private:
+        friend class Children;
+        explicit Iterator(Node node) : node_(std::move(node)) {}
+        Node node_;
+    };
+
+    Iterator begin() const { return Iterator(first_); }
+    Iterator end() const { return Iterator(Node()); }
+
+private:
+    friend class Element;
+    explicit Children(Node first) : first_(std::move(first)) {}
+    Node first_;
+};
+
+/// The attributes of an element in their order, namespace declarations included.
+class YG_EXPORT Attributes {
+public:
+    class YG_EXPORT Iterator {
+    public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = Attribute;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Attribute*;
+        using reference = Attribute;
+
+        Attribute operator*() const;
+        Iterator& operator++();
+        friend bool operator==(const Iterator& left, const Iterator& right) {
+            return left.attribute_ == right.attribute_;
+        }
+
+    private:
+        friend class Attributes;
+        explicit Iterator(RawAttribute* attribute) : attribute_(attribute) {}
+        RawAttribute* attribute_;
+    };
+
+    Iterator begin() const { return Iterator(first_); }
+    Iterator end() const { return Iterator(nullptr); }
+
+private:
+    friend class Element;
+    explicit Attributes(RawAttribute* first) : first_(first) {}
+    RawAttribute* first_;
+};
+
+class YG_EXPORT Element : public Node {
+public:
+    /// The empty handle.
+    Element() = default;
+
+    /// The node as an element; empty when it is none.
+    explicit Element(const Node& node);
+
+    /// A new element without attributes and children, in a tree of its own; empty when `name` is
+    /// no XML name.
+    static Element create(std::string_view name);
+
+    /// The value of an attribute; absent when the element has none of that name, which is not the
+    /// same as "". Lives as long as the tree and until the value is changed.
+    std::optional<std::string_view> attribute(std::string_view name) const;
+
+    /// All attributes; valid as long as this handle or another into the tree.
+    Attributes attributes() const;
+
+    /// Adds an attribute, or replaces the value of the one that is there. Characters that XML
+    /// cannot hold are left out of the value. False, and nothing changed, for an empty handle or
+    /// when `name` is no XML name.
+    bool setAttribute(std::string_view name, std::string_view value);
+
+    /// Changes the element's name. False, and nothing changed, when `name` is no XML name.
+    bool rename(std::string_view name);
+
+    /// Removes every child, comments too, and leaves one text node, none for "". Attributes stay.
+    /// Characters that XML cannot hold are left out.
+    bool setContent(std::string_view text);
+
+    Children children() const;
+    bool hasChildren() const;
+    std::size_t childCount() const;
+
+    /// The first child of whatever kind; empty when there is none.
+    Node firstChild() const;
+
+    /// The first child that is an element; empty when there is none.
+    Element firstElementChild() const;
+
+    /// The child at an index from 0; empty when there are not so many.
+    Node childAt(std::size_t index) const;
+
+    /// Adds a deep copy of `child` as the last child and answers the copy in its new place; the
+    /// child given stays where it is. Empty when either is empty.
+    Node appendChild(const Node& child);
+
+    /// The same before the child at `index`; at or past the end it is appended.
+    Node insertChild(const Node& child, std::size_t index);
+
+    /// The nodes that an XPath 1.0 query selects with this element as its context, in document
+    /// order. An absolute query starts at the top of the tree that holds the element: its document,
+    /// or the top of a copy or of a part that was taken out. A query that is invalid or whose value
+    /// is no node set selects nothing. Attributes are not answered: select their elements.
+    std::vector<Node> query(const Query& query) const;
+    std::vector<Node> query(std::string_view query) const;
+
+    /// Where an attribute's name begins, when the parse was asked to keep positions.
+    std::optional<Position> attributePosition(std::string_view name) const;
+
+private:
+    friend class Node;
+    friend class Document;
+    friend struct Tree;
+    Element(std::shared_ptr<Tree> tree, RawNode* node) : Node(std::move(tree), node) {}
+};
+
+}  // namespace yg::xml

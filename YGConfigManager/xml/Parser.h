@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+//
+// The strict reader: libxml2 judges and calls back, a pugixml tree is built. Internal.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "YGConfigManager/xml/Tree.h"
+
+namespace yg::xml {
+
+struct Parsed {
+    std::shared_ptr<Tree> tree;  ///< null on failure
+    std::string error;           ///< `Line N: message`, joined with "; "
+};
+
+/// Parses UTF-8 text. With `file`, the positions of elements and attributes are kept under it.
+Parsed parseUtf8(const std::string& text, std::shared_ptr<const std::string> file);
+
+}  // namespace yg::xml

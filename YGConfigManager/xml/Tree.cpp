@@ -1,0 +1,274 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/xml/Tree.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "YGConfigManager/text/Utf8.h"
+
+namespace yg::xml {
+
+namespace {
+
+bool isXmlSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+/// One code point of valid UTF-8.
+struct CodePoint {
+    char32_t value;
+    std::size_t length;
+};
+
+CodePoint decode(std::string_view text) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const char32_t lead = byte(0);
+    if (lead < 0x80)
+        return {lead, 1};
+    const auto tail = [&](std::size_t i) { return static_cast<char32_t>(byte(i) & 0x3Fu); };
+    if (lead < 0xE0)
+        return {((lead & 0x1Fu) << 6) | tail(1), 2};
+    if (lead < 0xF0)
+        return {((lead & 0x0Fu) << 12) | (tail(1) << 6) | tail(2), 3};
+    return {((lead & 0x07u) << 18) | (tail(1) << 12) | (tail(2) << 6) | tail(3), 4};
+}
+
+bool inRange(char32_t c, char32_t low, char32_t high) {
+    return c >= low && c <= high;
+}
+
+bool isNameStart(char32_t c) {
+    return inRange(c, 'a', 'z') || inRange(c, 'A', 'Z') || c == '_' || c == ':' ||
+           inRange(c, 0xC0, 0xD6) || inRange(c, 0xD8, 0xF6) || inRange(c, 0xF8, 0x2FF) ||
+           inRange(c, 0x370, 0x37D) || inRange(c, 0x37F, 0x1FFF) || inRange(c, 0x200C, 0x200D) ||
+           inRange(c, 0x2070, 0x218F) || inRange(c, 0x2C00, 0x2FEF) || inRange(c, 0x3001, 0xD7FF) ||
+           inRange(c, 0xF900, 0xFDCF) || inRange(c, 0xFDF0, 0xFFFD) || inRange(c, 0x10000, 0xEFFFF);
+}
+
+bool isNameCharacter(char32_t c) {
+    return isNameStart(c) || inRange(c, '0', '9') || c == '-' || c == '.' || c == 0xB7 ||
+           inRange(c, 0x300, 0x36F) || inRange(c, 0x203F, 0x2040);
+}
+
+bool isStorable(char32_t c) {
+    return c == '\t' || c == '\n' || c == '\r' || (c >= 0x20 && c != 0xFFFE && c != 0xFFFF);
+}
+
+/// Goes through two trees of the same shape side by side.
+template <class Visit>
+void forEachPair(pugi::xml_node left, pugi::xml_node right, Visit visit) {
+    const pugi::xml_node leftTop = left;
+    const pugi::xml_node rightTop = right;
+    while (left && right) {
+        visit(left, right);
+        left = nextInSubtree(left, leftTop);
+        right = nextInSubtree(right, rightTop);
+    }
+}
+
+/// Whether an XPath result is something that a handle may stand for.
+bool isAnswerable(pugi::xml_node node) {
+    return isChild(node);
+}
+
+std::vector<pugi::xml_node> evaluate(const pugi::xpath_query& query, pugi::xml_node context) {
+    std::vector<pugi::xml_node> found;
+    try {
+        pugi::xpath_node_set selected = query.evaluate_node_set(context);
+        selected.sort();
+        found.reserve(selected.size());
+        for (const pugi::xpath_node& one : selected) {
+            if (!one.attribute() && isAnswerable(one.node()))
+                found.push_back(one.node());
+        }
+    } catch (const std::exception&) {
+        found.clear();
+    }
+    return found;
+}
+
+}  // namespace
+
+bool isBlankText(pugi::xml_node node) {
+    if (node.type() != pugi::node_pcdata)
+        return false;
+    for (const char* c = node.value(); *c != '\0'; ++c) {
+        if (!isXmlSpace(*c))
+            return false;
+    }
+    return true;
+}
+
+bool isChild(pugi::xml_node node) {
+    switch (node.type()) {
+        case pugi::node_element:
+        case pugi::node_cdata:
+        case pugi::node_comment:
+        case pugi::node_pi:
+            return true;
+        case pugi::node_pcdata:
+            return !isBlankText(node);
+        default:
+            return false;
+    }
+}
+
+pugi::xml_node firstChildFrom(pugi::xml_node node) {
+    while (node && !isChild(node))
+        node = node.next_sibling();
+    return node;
+}
+
+pugi::xml_node nextInSubtree(pugi::xml_node node, pugi::xml_node top) {
+    if (const pugi::xml_node child = node.first_child())
+        return child;
+    while (node != top) {
+        if (const pugi::xml_node sibling = node.next_sibling())
+            return sibling;
+        node = node.parent();
+    }
+    return {};
+}
+
+bool isXmlName(std::string_view name) {
+    if (name.empty() || !text::isValidUtf8(name))
+        return false;
+    for (std::size_t at = 0; at < name.size();) {
+        const CodePoint c = decode(name.substr(at));
+        if (!(at == 0 ? isNameStart(c.value) : isNameCharacter(c.value)))
+            return false;
+        at += c.length;
+    }
+    return true;
+}
+
+std::string storableText(std::string_view text) {
+    std::string kept;
+    kept.reserve(text.size());
+    while (!text.empty()) {
+        std::size_t valid = text::validUtf8Prefix(text);
+        std::string_view part = text.substr(0, valid);
+        while (!part.empty()) {
+            const CodePoint c = decode(part);
+            if (isStorable(c.value))
+                kept.append(part.substr(0, c.length));
+            part.remove_prefix(c.length);
+        }
+        text.remove_prefix(valid < text.size() ? valid + 1 : valid);
+    }
+    return kept;
+}
+
+pugi::xml_node Tree::root() const {
+    for (pugi::xml_node child : memory.children()) {
+        if (child.type() == pugi::node_element && child != keep)
+            return child;
+    }
+    return {};
+}
+
+void Tree::takeOut(pugi::xml_node node) {
+    if (!keep)
+        keep = memory.append_child("keep");
+    keep.append_move(node);
+}
+
+void Tree::copyPlaces(const Tree& from, pugi::xml_node source, pugi::xml_node copy) {
+    if (from.places.empty())
+        return;
+    if (this != &from) {
+        for (const auto& file : from.files) {
+            if (std::find(files.begin(), files.end(), file) == files.end())
+                files.push_back(file);
+        }
+    }
+    const auto copyPlace = [&](const void* of, const void* to) {
+        const auto found = from.places.find(of);
+        if (found != from.places.end()) {
+            const Place place = found->second;
+            places[to] = place;
+        }
+    };
+    forEachPair(source, copy, [&](pugi::xml_node left, pugi::xml_node right) {
+        copyPlace(left.internal_object(), right.internal_object());
+        pugi::xml_attribute to = right.first_attribute();
+        for (pugi::xml_attribute of = left.first_attribute(); of && to;
+             of = of.next_attribute(), to = to.next_attribute())
+            copyPlace(of.internal_object(), to.internal_object());
+    });
+}
+
+std::optional<Position> Tree::position(const void* of) const {
+    const auto found = places.find(of);
+    if (found == places.end())
+        return std::nullopt;
+    const Place& place = found->second;
+    return Position{place.file ? *place.file : std::string(), place.line, place.column};
+}
+
+void Tree::freeRemoved() {
+    // From the leaves up: pugixml would go down a deep tree in a recursion.
+    for (pugi::xml_node node = keep.first_child(); node;) {
+        if (const pugi::xml_node child = node.first_child()) {
+            node = child;
+            continue;
+        }
+        places.erase(node.internal_object());
+        for (pugi::xml_attribute attribute : node.attributes())
+            places.erase(attribute.internal_object());
+        pugi::xml_node above = node.parent();
+        above.remove_child(node);
+        node = above == keep ? keep.first_child() : above;
+    }
+    memory.remove_child(keep);
+    keep = {};
+}
+
+std::vector<Node> Tree::select(const std::shared_ptr<Tree>& tree, pugi::xml_node context,
+                               const Query& query) {
+    std::vector<Node> answer;
+    if (!query)
+        return answer;
+    const pugi::xpath_query& compiled = query.compiled_->query;
+    if (!tree->keep.first_child()) {
+        for (pugi::xml_node found : evaluate(compiled, context ? context : tree->memory))
+            answer.push_back(node(tree, found));
+        return answer;
+    }
+
+    // Something was taken out, and an absolute path would see both sides: ask a copy of the one
+    // side that the context belongs to.
+    pugi::xml_node top = context;
+    while (top && top.parent() && top.parent() != tree->keep && top.parent() != tree->memory)
+        top = top.parent();
+    const bool inDocument = !top || top.parent() == tree->memory;
+
+    pugi::xml_document side;
+    std::unordered_map<const void*, pugi::xml_node> original;
+    pugi::xml_node sideContext = side;
+    const auto copySide = [&](pugi::xml_node source) {
+        forEachPair(source, side.append_copy(source),
+                    [&](pugi::xml_node left, pugi::xml_node right) {
+                        original.emplace(right.internal_object(), left);
+                        if (left == context)
+                            sideContext = right;
+                    });
+    };
+    if (inDocument) {
+        for (pugi::xml_node child : tree->memory.children()) {
+            if (child != tree->keep)
+                copySide(child);
+        }
+    } else {
+        copySide(top);
+    }
+    for (pugi::xml_node found : evaluate(compiled, sideContext)) {
+        const auto source = original.find(found.internal_object());
+        if (source != original.end())
+            answer.push_back(node(tree, source->second));
+    }
+    return answer;
+}
+
+}  // namespace yg::xml

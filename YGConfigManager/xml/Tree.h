@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+//
+// The tree behind documents and elements: one pugixml document as memory, and what belongs to it.
+// Internal: only this folder's sources include it.
+//
+// pugixml frees a removed node at once and moves nothing between documents. So whatever is taken
+// out moves below a hidden `keep` element of the same memory, where handles to it stay valid; each
+// child of `keep` is the top of a tree of its own.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <pugixml.hpp>
+
+#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Query.h"
+
+namespace yg::xml {
+
+struct Query::Compiled {
+    explicit Compiled(const char* expression) : query(expression) {}
+    pugi::xpath_query query;
+};
+
+struct Tree {
+    struct Place {
+        const std::string* file;
+        std::uint32_t line;
+        std::uint32_t column;
+    };
+
+    pugi::xml_document memory;
+    pugi::xml_node keep;
+    std::optional<bool> standalone;
+
+    /// The document type as written, "" for none, and the node at the top that it stands before.
+    /// Not a node of the tree, because queries do not see it.
+    std::string doctype;
+    pugi::xml_node nodeAfterDoctype;
+
+    /// Where elements and attributes stand, by their address; empty unless a parse was asked.
+    std::unordered_map<const void*, Place> places;
+    std::vector<std::shared_ptr<const std::string>> files;
+
+    static pugi::xml_node raw(const Node& node) {
+        return pugi::xml_node(reinterpret_cast<pugi::xml_node_struct*>(node.node_));
+    }
+    static RawNode* handle(pugi::xml_node node) {
+        return reinterpret_cast<RawNode*>(node.internal_object());
+    }
+    static Node node(std::shared_ptr<Tree> tree, pugi::xml_node node) {
+        return node ? Node(std::move(tree), handle(node)) : Node();
+    }
+    static Element element(std::shared_ptr<Tree> tree, pugi::xml_node node) {
+        return node ? Element(std::move(tree), handle(node)) : Element();
+    }
+    static const std::shared_ptr<Tree>& treeOf(const Node& node) { return node.tree_; }
+
+    /// The root element; not what was taken out.
+    pugi::xml_node root() const;
+
+    /// Moves a node that has an element above it out of its tree.
+    void takeOut(pugi::xml_node node);
+
+    /// Lets the copy of a node stand where its source stands.
+    void copyPlaces(const Tree& from, pugi::xml_node source, pugi::xml_node copy);
+
+    std::optional<Position> position(const void* of) const;
+
+    /// Frees what was taken out. No handle into it may be left.
+    void freeRemoved();
+
+    /// Evaluates a query with `context`, or with the document node when that is empty.
+    static std::vector<Node> select(const std::shared_ptr<Tree>& tree, pugi::xml_node context,
+                                    const Query& query);
+};
+
+/// A text node of white space alone. It is kept as the only content of an element, for its string
+/// value, but never counts as a child.
+bool isBlankText(pugi::xml_node node);
+
+/// True for the nodes that count as children.
+bool isChild(pugi::xml_node node);
+
+/// The node itself or the first sibling after it that counts as a child.
+pugi::xml_node firstChildFrom(pugi::xml_node node);
+
+/// The node after `node` in document order within the subtree of `top`; empty after the last.
+pugi::xml_node nextInSubtree(pugi::xml_node node, pugi::xml_node top);
+
+bool isXmlName(std::string_view name);
+
+/// The text without what XML cannot hold: control characters, U+FFFE, U+FFFF, invalid UTF-8.
+std::string storableText(std::string_view text);
+
+/// Appends a node with everything below it as XML text.
+void serialiseNode(std::string& out, pugi::xml_node node, Form form);
+
+/// Appends a whole document; nothing when it has no root element.
+void serialiseDocument(std::string& out, const Tree& tree, Form form);
+
+}  // namespace yg::xml

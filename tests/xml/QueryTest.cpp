@@ -1,0 +1,409 @@
+// SPDX-License-Identifier: MIT
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "YGConfigManager/xml/Document.h"
+#include "YGConfigManager/xml/Query.h"
+
+#include "xml/XmlTesting.h"
+
+namespace yg::xml {
+namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(Query, OnADocumentStartsAtTheDocumentNode) {
+    const Document document = documentOf("<config><a><b>1</b></a><a><b>2</b></a></config>");
+    EXPECT_THAT(plain(document.query("config/a/b")), ElementsAre("<b>1</b>", "<b>2</b>"));
+    EXPECT_THAT(document.query("a/b"), IsEmpty());
+    EXPECT_THAT(namesOf(document.query("config")), ElementsAre("config"));
+    EXPECT_THAT(namesOf(document.query("*")), ElementsAre("config"));
+    EXPECT_THAT(document.query("../config"), IsEmpty());
+}
+
+TEST(Query, OnAnElementStartsAtTheElement) {
+    const Document document = documentOf("<config><a n='1'><b/></a><a n='2'><c/></a></config>");
+    const Element second(document.root().childAt(1));
+    EXPECT_THAT(namesOf(second.query("c")), ElementsAre("c"));
+    EXPECT_THAT(second.query("b"), IsEmpty());
+    EXPECT_THAT(second.query("a/c"), IsEmpty());
+    EXPECT_THAT(second.query("config/a"), IsEmpty());
+    EXPECT_EQ(second.query(".").at(0), second);
+    EXPECT_EQ(second.query("..").at(0), document.root());
+    EXPECT_EQ(second.query("../a[@n='1']").at(0), document.root().childAt(0));
+    EXPECT_THAT(namesOf(second.query("descendant-or-self::*")), ElementsAre("a", "c"));
+}
+
+TEST(Query, AnAbsoluteOneOnAnElementStartsAtTheTopOfItsTree) {
+    const Document document = documentOf("<config><a><b/></a><c/></config>");
+    const Element b = elementAt(document, "//b");
+    EXPECT_THAT(namesOf(b.query("/config/c")), ElementsAre("c"));
+    EXPECT_THAT(namesOf(b.query("//*")), ElementsAre("config", "a", "b", "c"));
+    EXPECT_THAT(namesOf(b.query("/*")), ElementsAre("config"));
+}
+
+TEST(Query, AnAbsoluteOneOnACopyTakesItsTopForTheRoot) {
+    const Document document = documentOf("<config><a><b/></a><a/></config>");
+    const Element copy(document.root().childAt(0).copy());
+    EXPECT_THAT(namesOf(copy.query("/a/b")), ElementsAre("b"));
+    EXPECT_THAT(copy.query("/config"), IsEmpty());
+    EXPECT_THAT(namesOf(Element(copy.childAt(0)).query("/*")), ElementsAre("a"));
+    EXPECT_THAT(namesOf(copy.query("//*")), ElementsAre("a", "b"));
+}
+
+TEST(Query, AnAbsoluteOneOnARemovedElementTakesItsTopForTheRoot) {
+    const Document document = documentOf("<config><a><b/></a><c/></config>");
+    Element a(document.root().childAt(0));
+    const Element b(a.childAt(0));
+    a.remove();
+    EXPECT_THAT(namesOf(a.query("/a/b")), ElementsAre("b"));
+    EXPECT_THAT(namesOf(b.query("/*")), ElementsAre("a"));
+    EXPECT_THAT(namesOf(b.query("//*")), ElementsAre("a", "b"));
+    EXPECT_THAT(b.query("//c"), IsEmpty());
+    EXPECT_EQ(b.query("..").at(0), a);
+    EXPECT_THAT(a.query("following::*|preceding::*|../*/c|following-sibling::*"), IsEmpty());
+    EXPECT_THAT(namesOf(document.query("//*")), ElementsAre("config", "c"));
+    EXPECT_THAT(document.query("//b"), IsEmpty());
+    EXPECT_THAT(document.query("//keep"), IsEmpty());
+}
+
+TEST(Query, TheSameQueryWorksOnAnElementAndOnItsCopy) {
+    const Document document = documentOf("<a><b n='1'/><b n='2'><c>x</c></b></a>");
+    const Element copy(document.root().copy());
+    for (const std::string_view query :
+         {"b"sv, "/a/b"sv, "//c"sv, "b[c='x']"sv, "."sv, "//b[2]/c"sv})
+        EXPECT_EQ(plain(document.root().query(query)), plain(copy.query(query))) << query;
+}
+
+TEST(Query, AnswersInDocumentOrder) {
+    const Document document = documentOf("<a><c/><b><d/></b><c/><b/></a>");
+    EXPECT_THAT(namesOf(document.query("//b|//c")), ElementsAre("c", "b", "c", "b"));
+    EXPECT_THAT(namesOf(document.query("//c|//b|//a")), ElementsAre("a", "c", "b", "c", "b"));
+    EXPECT_THAT(namesOf(document.query("//d|a/b[1]|a/c[1]")), ElementsAre("c", "b", "d"));
+    EXPECT_THAT(namesOf(document.query("a/b[2]/preceding-sibling::*")), ElementsAre("c", "b", "c"));
+    EXPECT_THAT(namesOf(document.query("//d/ancestor::*")), ElementsAre("a", "b"));
+    EXPECT_THAT(namesOf(document.query("//d/preceding::*|//d/ancestor-or-self::*")),
+                ElementsAre("a", "c", "b", "d"));
+}
+
+TEST(Query, AnswersInDocumentOrderAfterChanges) {
+    const Document document = documentOf("<a><b n='2'/><c n='4'/></a>");
+    Element root = document.root();
+    root.insertChild(rootOf("<b n='1'/>"), 0);
+    root.insertChild(rootOf("<c n='3'/>"), 2);
+    root.appendChild(rootOf("<b n='5'/>"));
+    std::string order;
+    for (const Node& node : document.query("//c|//b"))
+        order += *Element(node).attribute("n");
+    EXPECT_EQ(order, "12345");
+}
+
+TEST(Query, AnswersEachNodeOnce) {
+    const Document document = documentOf("<a><b/><b/></a>");
+    EXPECT_EQ(document.query("//b|a/b|//b").size(), 2U);
+    EXPECT_EQ(document.query("a/b/../b").size(), 2U);
+}
+
+TEST(Query, PositionsAndPredicates) {
+    const Document document = documentOf(
+        "<application><server type='3' name='x'/><server type='4' name=\"it's\"/>"
+        "<server type='3' name='z'>t<!--c--></server></application>");
+    EXPECT_EQ(document.query("/application/server[@type=3]").size(), 2U);
+    EXPECT_EQ(document.query("/application/server[@type='3'][2]").size(), 1U);
+    EXPECT_EQ(document.query("//server[last()]/@name/..").size(), 1U);
+    EXPECT_EQ(document.query("//server[@name=\"it's\"]").size(), 1U);
+    EXPECT_EQ(document.query("//server[contains(@name, 'z') and .='t']").size(), 1U);
+    EXPECT_EQ(document.query("//server[not(@missing)]").size(), 3U);
+    EXPECT_EQ(document.query("(//server)[2]").size(), 1U);
+}
+
+TEST(Query, NodesOfEachKindAreAnswered) {
+    const Document document = documentOf("<a>x<!--c--><?p q?><![CDATA[d]]><b/> </a>");
+    EXPECT_THAT(plain(document.query("//text()")), ElementsAre("x", "<![CDATA[d]]>"));
+    EXPECT_THAT(plain(document.query("//comment()")), ElementsAre("<!--c-->"));
+    EXPECT_THAT(plain(document.query("//processing-instruction()")), ElementsAre("<?p q?>"));
+    EXPECT_THAT(plain(document.query("//processing-instruction('p')")), ElementsAre("<?p q?>"));
+    EXPECT_EQ(document.query("a/node()").size(), 5U);
+}
+
+TEST(Query, WhiteSpaceAloneIsNotAnswered) {
+    const Document document = documentOf("<a> <b> </b> <c/> </a>");
+    EXPECT_THAT(document.query("//text()"), IsEmpty());
+    EXPECT_EQ(document.query("//node()").size(), 3U);
+    EXPECT_EQ(document.query("//b[.=' ']").size(), 1U);
+}
+
+TEST(Query, AttributesAreNotAnswered) {
+    const Document document = documentOf("<a b='1'><c d='2'/></a>");
+    EXPECT_THAT(document.query("//@*"), IsEmpty());
+    EXPECT_THAT(namesOf(document.query("//@d | //c")), ElementsAre("c"));
+    EXPECT_THAT(namesOf(document.query("//@d/..")), ElementsAre("c"));
+}
+
+TEST(Query, TheDocumentNodeIsNotAnswered) {
+    const Document document = documentOf("<a/>");
+    EXPECT_THAT(document.query("/"), IsEmpty());
+    EXPECT_THAT(document.query("."), IsEmpty());
+    EXPECT_THAT(document.query("a/.."), IsEmpty());
+    EXPECT_THAT(namesOf(document.query("/|a")), ElementsAre("a"));
+}
+
+TEST(Query, ADocumentTypeIsNoNode) {
+    const Document document = documentOf("<!--x--><!DOCTYPE a><a/>");
+    EXPECT_THAT(plain(document.query("/node()")), ElementsAre("<!--x-->", "<a></a>"));
+    EXPECT_THAT(plain(document.query("/node()[2]")), ElementsAre("<a></a>"));
+    EXPECT_THAT(plain(document.query("a/preceding-sibling::node()[1]")), ElementsAre("<!--x-->"));
+}
+
+constexpr std::string_view invalid[] = {
+    "",
+    " ",
+    "a b",
+    "//",
+    "a/",
+    "a//",
+    "/a/",
+    "a[",
+    "a]",
+    "a[]",
+    "a[1",
+    "//a[@name='it's']",
+    "//a[@name='",
+    "//a[@name=\"",
+    "'",
+    "\"",
+    "a['x'']",
+    "a||b",
+    "a|",
+    "|a",
+    "@",
+    "$variable",
+    "a[$variable]",
+    "nosuchfunction()",
+    "nosuchaxis::a",
+    "a::b",
+    "count()",
+    "count(1)",
+    "not(1,2)",
+    "text(",
+    "text(1)",
+    "a=",
+    "1 +",
+    "(a",
+    "a)",
+    "()",
+    "a!b",
+    "#",
+    "a&b",
+    "<a/>",
+    "a[b]c",
+    "a\0b"sv,
+    "a\0"sv,
+};
+
+TEST(Query, AnInvalidOneAnswersNothingAndThrowsNothing) {
+    const Document document = documentOf("<a name=\"it's\"><b/></a>");
+    for (const std::string_view query : invalid) {
+        EXPECT_FALSE(Query(query)) << query;
+        EXPECT_NO_THROW(EXPECT_THAT(document.query(query), IsEmpty()) << query);
+        EXPECT_NO_THROW(EXPECT_THAT(document.root().query(query), IsEmpty()) << query);
+        EXPECT_NO_THROW(EXPECT_THAT(document.query(Query(query)), IsEmpty()) << query);
+    }
+}
+
+TEST(Query, OneWhoseValueIsNoNodeSetAnswersNothing) {
+    const Document document = documentOf("<a><b/></a>");
+    for (const std::string_view query :
+         {"1"sv, "'a'"sv, "count(//b)"sv, "true()"sv, "string(//b)"sv, "//b = 1"sv, "1 div 0"sv,
+          "name(//b)"sv, "not(//b)"sv, "-//b"sv, "//a + //b"sv, "//a and //b"sv}) {
+        EXPECT_FALSE(Query(query)) << query;
+        EXPECT_THAT(document.query(query), IsEmpty()) << query;
+        EXPECT_THAT(document.root().query(query), IsEmpty()) << query;
+    }
+}
+
+TEST(Query, PrintsNothing) {
+    const Document document = documentOf("<a><b/></a>");
+    CapturedOutput output;
+    for (const std::string_view query : invalid)
+        static_cast<void>(document.query(query));
+    for (const std::string_view query :
+         {"//b"sv, "//p:b"sv, "id('x')"sv, "\xFF\xFE"sv, "a[\xFF]"sv})
+        static_cast<void>(document.root().query(query));
+    EXPECT_EQ(output.text(), "");
+}
+
+TEST(Query, BytesThatAreNoUtf8AreHarmless) {
+    const Document document = documentOf("<a b='x'/>");
+    for (const std::string_view query :
+         {"\xFF"sv, "//a[@b='\xFF']"sv, "\xE4\xB8"sv, "//\xC0\x80"sv})
+        EXPECT_NO_THROW(EXPECT_THAT(document.query(query), IsEmpty()));
+}
+
+TEST(Query, NamesMayBeChinese) {
+    const Document document = documentOf("<配置><页 名='首页'/><页 名='行情'>x</页></配置>");
+    EXPECT_EQ(document.query("配置/页").size(), 2U);
+    EXPECT_EQ(plain(document.query("//页[@名='行情']")).at(0), "<页 名=\"行情\">x</页>");
+    EXPECT_EQ(document.root().query("页[2]").size(), 1U);
+}
+
+TEST(Query, PrefixesAreNotRegisteredNamesCompareAsWritten) {
+    const Document document =
+        documentOf("<a xmlns:p='u' xmlns:q='u'><p:b/><q:b/><b/><c xmlns='v'/></a>");
+    EXPECT_THAT(namesOf(document.query("//p:b")), ElementsAre("p:b"));
+    EXPECT_THAT(namesOf(document.query("//b")), ElementsAre("b"));
+    EXPECT_THAT(namesOf(document.query("//c")), ElementsAre("c"));
+    EXPECT_THAT(document.query("//r:b"), IsEmpty());
+}
+
+TEST(Query, OneOfAnySizeIsAnsweredOrRefused) {
+    const Document document = documentOf("<a><a/></a>");
+    for (const std::size_t size : {10U, 1'000U, 100'000U}) {
+        SCOPED_TRACE(size);
+        static_cast<void>(document.query(repeated("(", size) + "a" + repeated(")", size)));
+        static_cast<void>(document.query(repeated("(", size)));
+        static_cast<void>(document.query(joined("a", repeated("|a", size))));
+        static_cast<void>(document.query(joined("a", repeated("/..", size))));
+        static_cast<void>(document.query(joined("a[", repeated("-", size), "1]")));
+        static_cast<void>(document.query(joined("a[1", repeated("+1", size), "]")));
+        static_cast<void>(document.query(joined("a", repeated("[1]", size))));
+        static_cast<void>(document.query(joined("a[@b='", repeated("x", size), "']")));
+        static_cast<void>(document.query(joined("a", repeated("[a", size), repeated("]", size))));
+    }
+    EXPECT_EQ(document.query(joined("a/a", repeated("/../a", 100))).size(), 1U);
+}
+
+TEST(Query, ACompiledOneServesManyDocuments) {
+    const Query query("//b[@n='1']");
+    EXPECT_TRUE(query);
+    for (int i = 0; i < 3; ++i) {
+        const Document document = documentOf("<a><b n='1'/><b n='2'/></a>");
+        EXPECT_EQ(document.query(query).size(), 1U);
+        EXPECT_EQ(document.root().query(query).size(), 1U);
+    }
+    const Query copy = query;
+    EXPECT_EQ(documentOf("<b n='1'/>").query(copy).size(), 1U);
+}
+
+/// Where a node stands: the indices from the top of its tree down to it.
+std::string pathOf(const Node& node) {
+    const Element parent = node.parent();
+    return parent ? pathOf(parent) + "/" + std::to_string(node.index()) : std::string();
+}
+
+std::vector<std::string> placesOf(const std::vector<Node>& nodes) {
+    std::vector<std::string> places;
+    for (const Node& node : nodes)
+        places.push_back(pathOf(node) + " " + plain(node));
+    return places;
+}
+
+constexpr std::string_view manyQueries[] = {
+    "/*",
+    "//*",
+    "//b",
+    "//c|//b",
+    "//node()",
+    "//text()",
+    "//comment()",
+    "*",
+    "a/b",
+    "b",
+    ".",
+    "..",
+    "../*",
+    "../..",
+    "b[1]",
+    "b[last()]",
+    "/*/*[2]",
+    "//b[@n>2]",
+    "//c/ancestor::*",
+    "//c/preceding::*",
+    "//c/following::node()",
+    "ancestor-or-self::*",
+    "preceding-sibling::*",
+    "following-sibling::*",
+    "preceding::node()",
+    "following::*",
+    "//@n/..",
+    "//*[.='x']",
+    "//*[count(ancestor::*)=1]",
+    "/|//c",
+    "(//b)[2]",
+    "//keep",
+    "a b",
+    "count(//b)",
+};
+
+constexpr std::string_view source =
+    "<!--before--><a n='0'><b n='1'><c>x</c><d/></b><b n='2'/>t<b n='3'><c/><b n='4'><c>x</c></b>"
+    "</b><!--in--><e> </e><b n='5'><![CDATA[x]]></b></a><?after?>";
+
+void expectSameAnswers(const Document& changed) {
+    const Document clean = documentOf(changed.serialise(Form::plain));
+    std::vector<Node> changedNodes = changed.query("//*");
+    std::vector<Node> cleanNodes = clean.query("//*");
+    ASSERT_EQ(placesOf(changedNodes), placesOf(cleanNodes));
+    for (const std::string_view query : manyQueries) {
+        EXPECT_EQ(placesOf(changed.query(query)), placesOf(clean.query(query))) << query;
+        for (std::size_t i = 0; i < cleanNodes.size(); ++i)
+            EXPECT_EQ(placesOf(Element(changedNodes[i]).query(query)),
+                      placesOf(Element(cleanNodes[i]).query(query)))
+                << query << " on " << plain(cleanNodes[i]);
+    }
+}
+
+TEST(Query, ATreeFromWhichSomethingWasTakenOutAnswersAsACleanOne) {
+    for (const std::string_view removed :
+         {"//b[@n='1']"sv, "//b[@n='2']"sv, "//b[@n='3']"sv, "//b[@n='4']"sv, "//c"sv, "//text()"sv,
+          "//comment()"sv, "//b"sv, "a/*"sv, "a/node()"sv, "//e"sv, "//d|//b[@n='5']"sv}) {
+        SCOPED_TRACE(removed);
+        const Document document = documentOf(source);
+        for (Node& node : document.query(removed))
+            node.remove();
+        expectSameAnswers(document);
+    }
+}
+
+TEST(Query, ATreeWithReplacementsAndNewContentAnswersAsACleanOne) {
+    const Document document = documentOf(source);
+    document.query("//b[@n='1']").at(0).replaceWith(rootOf("<b n='9'><c>x</c></b>"));
+    elementAt(document, "//b[@n='5']").setContent("new");
+    elementAt(document, "//b[@n='4']").insertChild(rootOf("<c>first</c>"), 0);
+    expectSameAnswers(document);
+}
+
+TEST(Query, ARemovedPartAnswersAsItsCopy) {
+    const Document document = documentOf(source);
+    for (Node& removed : document.query("//b")) {
+        removed.remove();
+        const Node copy = removed.copy();
+        const std::vector<Node> nodes = Element(removed).query("descendant-or-self::*");
+        const std::vector<Node> copies = Element(copy).query("descendant-or-self::*");
+        ASSERT_EQ(placesOf(nodes), placesOf(copies));
+        for (const std::string_view query : manyQueries) {
+            for (std::size_t i = 0; i < nodes.size(); ++i)
+                EXPECT_EQ(placesOf(Element(nodes[i]).query(query)),
+                          placesOf(Element(copies[i]).query(query)))
+                    << query << " on " << plain(copies[i]);
+        }
+    }
+}
+
+TEST(Query, AnswersOfATreeFromWhichSomethingWasTakenOutAreItsOwnNodes) {
+    const Document document = documentOf(source);
+    document.query("//b[@n='2']").at(0).remove();
+    const Element found = elementAt(document, "//b[@n='3']");
+    EXPECT_EQ(found.parent(), document.root());
+    Element(found).setAttribute("changed", "yes");
+    EXPECT_EQ(document.query("//b[@changed='yes']").at(0), found);
+    const std::vector<Node> again = document.query("//b[@n='3']");
+    EXPECT_EQ(again.at(0), found);
+}
+
+}  // namespace
+}  // namespace yg::xml

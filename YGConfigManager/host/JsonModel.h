@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+//
+// Fills model objects from JSON text and writes them as JSON text.
+//
+// A model class has a default constructor and names its fields once, in a table; a text field is a
+// std::optional<std::string>, a list field a ModelList of the class of its items:
+//
+//   class Entry {
+//   public:
+//       static constexpr auto modelFields() { return std::tuple{ModelField{"key", &Entry::key_}}; }
+//   private:
+//       std::optional<std::string> key_;
+//   };
+//
+//   class Book {
+//   public:
+//       static constexpr auto modelFields() {
+//           return std::tuple{ModelField{"title", &Book::title_},
+//                             ModelField{"entries", &Book::entries_}};
+//       }
+//       …
+//       std::optional<std::string> title_;
+//       ModelList<Entry> entries_;
+//   };
+//
+//   auto book = modelWithJSON<Book>(bytes);           // entries is a list of JSON values
+//   book->setEntries(modelArrayWithClass<Entry>(book->entries().json()));  // now of Entry objects
+//   modelToJSONString(*book);                         // {"title":"…","entries":[{"key":"…"},…]}
+//
+// Any thread may call, on models that no other thread changes meanwhile.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <vector>
+
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/host/JsonValue.h"
+#include "YGConfigManager/host/ModelList.h"
+
+namespace yg {
+
+/// One row of a model's table: the member's exact name in JSON and the field that it fills.
+template <class Model, class Value>
+struct ModelField {
+    std::string_view name;
+    Value Model::*field;
+};
+
+template <class Model, class Value>
+ModelField(std::string_view, Value Model::*) -> ModelField<Model, Value>;
+
+namespace detail {
+
+/// Text field: a text as it stands, a number in decimal, anything else leaves it absent.
+YG_EXPORT void readModelField(const JsonValue& value, std::optional<std::string>& field);
+
+/// List field: a list as it stands, anything else leaves it absent.
+template <class Item>
+void readModelField(const JsonValue& value, ModelList<Item>& field) {
+    field = ModelList<Item>(value.list());
+}
+
+template <class Model>
+std::shared_ptr<Model> modelWithObject(const JsonValue::Object& object) {
+    auto model = std::make_shared<Model>();
+    const auto read = [&](const auto& row) {
+        if (const auto member = object.find(row.name); member != object.end()) {
+            readModelField(member->second, (*model).*row.field);
+        }
+    };
+    std::apply([&](const auto&... rows) { (read(rows), ...); }, Model::modelFields());
+    return model;
+}
+
+template <class Model>
+void appendModel(std::string& out, const Model& model);
+
+/// Appends the field's value, and answers false without a change when the field is absent.
+YG_EXPORT bool appendModelField(std::string& out, const std::optional<std::string>& field);
+
+template <class Item>
+bool appendModelField(std::string& out, const ModelList<Item>& field) {
+    if (field.isAbsent()) {
+        return false;
+    }
+    const char* separator = "";
+    out += '[';
+    if (const JsonList json = field.json()) {
+        for (const JsonValue& value : *json) {
+            out += separator;
+            value.appendTo(out);
+            separator = ",";
+        }
+    } else {
+        for (const std::shared_ptr<Item>& item : *field.items()) {
+            if (item != nullptr) {
+                out += separator;
+                appendModel(out, *item);
+                separator = ",";
+            }
+        }
+    }
+    out += ']';
+    return true;
+}
+
+template <class Model>
+void appendModel(std::string& out, const Model& model) {
+    const char* separator = "";
+    const auto append = [&](const auto& row) {
+        const std::size_t start = out.size();
+        out += separator;
+        appendJsonText(out, row.name);
+        out += ':';
+        if (appendModelField(out, model.*row.field)) {
+            separator = ",";
+        } else {
+            out.resize(start);
+        }
+    };
+    out += '{';
+    std::apply([&](const auto&... rows) { (append(rows), ...); }, Model::modelFields());
+    out += '}';
+}
+
+}  // namespace detail
+
+/// A new model filled from the top-level JSON object in `bytes`; null when they are anything else
+/// than one JSON object (JsonValue::parse says how strictly). Members without a field are ignored,
+/// fields without a member stay absent.
+template <class Model>
+std::shared_ptr<Model> modelWithJSON(std::string_view bytes) {
+    const JsonValue::Parsed parsed = JsonValue::parse(bytes);
+    const auto object = parsed ? parsed.value->object() : nullptr;
+    return object == nullptr ? nullptr : detail::modelWithObject<Model>(*object);
+}
+
+/// A list of new models, one for each object in `list`, in its order; items that are no objects are
+/// skipped. An absent list (null) stays absent, an empty one empty.
+template <class Model>
+std::shared_ptr<const std::vector<std::shared_ptr<Model>>> modelArrayWithClass(
+    const JsonList& list) {
+    if (list == nullptr) {
+        return nullptr;
+    }
+    auto models = std::make_shared<std::vector<std::shared_ptr<Model>>>();
+    for (const JsonValue& value : *list) {
+        if (const auto object = value.object()) {
+            models->push_back(detail::modelWithObject<Model>(*object));
+        }
+    }
+    return models;
+}
+
+/// The model as JSON object text: its fields in the order of its table, absent ones left out,
+/// models in lists as objects, UTF-8 as it stands, no added white space.
+template <class Model>
+std::string modelToJSONString(const Model& model) {
+    std::string out;
+    detail::appendModel(out, model);
+    return out;
+}
+
+}  // namespace yg

@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/host/JsonValue.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <iterator>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+#include "YGConfigManager/text/Format.h"
+#include "YGConfigManager/text/Utf8.h"
+
+namespace yg {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+
+/// "line L, column C: what" for the byte at `offset`; columns count characters.
+std::string located(std::string_view bytes, std::size_t offset, std::string_view what) {
+    std::string_view before = bytes.substr(0, std::min(offset, bytes.size()));
+    if (before.starts_with(byteOrderMark)) {
+        before.remove_prefix(byteOrderMark.size());
+    }
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    before.remove_prefix(before.rfind('\n') + 1);  // npos + 1 is 0
+    return text::format("line %d, column %d: %@", line, 1 + text::countCodePoints(before), what);
+}
+
+std::string decimalOf(double number) {
+    char digits[64];
+    const double size = std::abs(number);
+    const auto form = size == 0 || (size >= 1e-4 && size < 1e17) ? std::chars_format::fixed
+                                                                 : std::chars_format::scientific;
+    const auto end = std::to_chars(std::begin(digits), std::end(digits), number, form).ptr;
+    return {digits, end};
+}
+
+}  // namespace
+
+/// Builds values from the events of the JSON reader. The reader keeps no call stack, and neither
+/// does this: a text that nests too deeply is refused before values are nested in each other.
+class JsonBuilder {
+public:
+    explicit JsonBuilder(std::string_view bytes) : bytes_(bytes) {}
+
+    JsonValue::Parsed result() && { return {std::move(root_), std::move(error_)}; }
+
+    // The names and parameters of these operations are the reader's.
+
+    bool null() { return add(JsonValue()); }
+    bool boolean(bool value) { return add(made(value)); }
+    bool number_integer(std::int64_t value) { return addNumber(std::to_string(value)); }
+    bool number_unsigned(std::uint64_t value) { return addNumber(std::to_string(value)); }
+    bool number_float(double value, const std::string& written) {
+        // A whole number too large for 64 bits arrives here; its digits are all kept.
+        const bool isWhole = written.find_first_not_of("-0123456789") == std::string::npos;
+        return addNumber(isWhole ? written : decimalOf(value));
+    }
+    bool string(std::string& value) { return add(made(std::move(value))); }
+    bool binary(nlohmann::json::binary_t& /*value*/) { return false; }
+    bool start_object(std::size_t /*size*/) { return open(Level{.isObject = true}); }
+    bool start_array(std::size_t /*size*/) { return open(Level{.isObject = false}); }
+    bool key(std::string& name) {
+        levels_.back().name = std::move(name);
+        return true;
+    }
+    bool end_object() {
+        auto object = std::make_shared<const JsonValue::Object>(std::move(levels_.back().object));
+        levels_.pop_back();
+        return place(made(std::move(object)));
+    }
+    bool end_array() {
+        auto list = std::make_shared<const JsonValue::List>(std::move(levels_.back().list));
+        levels_.pop_back();
+        return place(made(std::move(list)));
+    }
+    bool parse_error(std::size_t position, const std::string& /*token*/,
+                     const nlohmann::json::exception& exception) {
+        constexpr int numberOverflow = 406;
+        const std::size_t offset = position == 0 ? 0 : position - 1;
+        error_ = located(bytes_, offset,
+                         exception.id == numberOverflow ? "number out of range"
+                         : offset >= bytes_.size()      ? "the text ends too early"
+                                                        : "not valid JSON");
+        return false;
+    }
+
+private:
+    struct Level {
+        bool isObject = false;
+        JsonValue::List list{};
+        JsonValue::Object object{};
+        std::string name{};
+    };
+
+    template <class Content>
+    static JsonValue made(Content content) {
+        JsonValue value;
+        value.value_ = std::move(content);
+        return value;
+    }
+
+    bool addNumber(std::string decimal) { return add(made(JsonValue::Number{std::move(decimal)})); }
+
+    bool open(Level level) {
+        if (levels_.size() == JsonValue::maximumDepth) {
+            error_ = text::format("nested deeper than %d levels", JsonValue::maximumDepth);
+            return false;
+        }
+        levels_.push_back(std::move(level));
+        return count();
+    }
+
+    bool add(JsonValue value) { return count() && place(std::move(value)); }
+
+    bool count() {
+        if (++count_ > JsonValue::maximumValues) {
+            error_ = text::format("more than %d values", JsonValue::maximumValues);
+            return false;
+        }
+        return true;
+    }
+
+    bool place(JsonValue value) {
+        if (levels_.empty()) {
+            root_ = std::move(value);
+        } else if (Level& level = levels_.back(); level.isObject) {
+            level.object.insert_or_assign(std::move(level.name), std::move(value));
+        } else {
+            level.list.push_back(std::move(value));
+        }
+        return true;
+    }
+
+    std::string_view bytes_;
+    std::vector<Level> levels_;
+    std::size_t count_ = 0;
+    std::optional<JsonValue> root_;
+    std::string error_;
+};
+
+JsonValue::Parsed JsonValue::parse(std::string_view bytes) noexcept {
+    try {
+        if (const std::size_t valid = text::validUtf8Prefix(bytes); valid < bytes.size()) {
+            return {std::nullopt, located(bytes, valid, "invalid UTF-8")};
+        }
+        // The reader takes a NUL byte for the end of the text and ignores what follows.
+        if (const std::size_t nul = bytes.find('\0'); nul != std::string_view::npos) {
+            return {std::nullopt, located(bytes, nul, "not valid JSON")};
+        }
+        JsonBuilder builder(bytes);
+        const bool isWhole = nlohmann::json::sax_parse(bytes, &builder);
+        Parsed parsed = std::move(builder).result();
+        if (!isWhole) {
+            // A value that was complete before text behind it turned out to be wrong.
+            parsed.value.reset();
+        }
+        return parsed;
+    } catch (...) {
+        return {std::nullopt, "out of memory"};
+    }
+}
+
+std::optional<bool> JsonValue::boolean() const {
+    const bool* value = std::get_if<bool>(&value_);
+    return value == nullptr ? std::nullopt : std::optional(*value);
+}
+
+const std::string* JsonValue::number() const {
+    const Number* value = std::get_if<Number>(&value_);
+    return value == nullptr ? nullptr : &value->decimal;
+}
+
+std::shared_ptr<const JsonValue::List> JsonValue::list() const {
+    const auto* value = std::get_if<std::shared_ptr<const List>>(&value_);
+    return value == nullptr ? nullptr : *value;
+}
+
+std::shared_ptr<const JsonValue::Object> JsonValue::object() const {
+    const auto* value = std::get_if<std::shared_ptr<const Object>>(&value_);
+    return value == nullptr ? nullptr : *value;
+}
+
+void JsonValue::appendTo(std::string& out) const {
+    const char* separator = "";
+    if (isNull()) {
+        out += "null";
+    } else if (const bool* boolean = std::get_if<bool>(&value_)) {
+        out += *boolean ? "true" : "false";
+    } else if (const std::string* decimal = number()) {
+        out += *decimal;
+    } else if (const std::string* content = text()) {
+        appendJsonText(out, *content);
+    } else if (const auto items = list()) {
+        out += '[';
+        for (const JsonValue& item : *items) {
+            out += std::exchange(separator, ",");
+            item.appendTo(out);
+        }
+        out += ']';
+    } else if (const auto members = object()) {
+        out += '{';
+        for (const auto& [name, value] : *members) {
+            out += std::exchange(separator, ",");
+            appendJsonText(out, name);
+            out += ':';
+            value.appendTo(out);
+        }
+        out += '}';
+    }
+}
+
+void appendJsonText(std::string& out, std::string_view text) {
+    out += nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+}  // namespace yg

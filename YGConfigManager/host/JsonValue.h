@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+//
+// A JSON value as it was read: immutable, cheap to copy, safe from any thread.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "YGConfigManager/export.h"
+
+namespace yg {
+
+class JsonBuilder;
+
+/// A null, boolean, number, text, list or object. Values come from parse() only.
+class YG_EXPORT JsonValue {
+public:
+    using List = std::vector<JsonValue>;
+    using Object = std::map<std::string, JsonValue, std::less<>>;
+
+    /// What parse() answers: true with a value, false with one line that says what is wrong and,
+    /// unless a limit was reached, where: "line 2, column 7: not valid JSON".
+    struct Parsed;
+
+    /// The limits of parse(): the nesting of lists and objects, and the number of values.
+    static constexpr std::size_t maximumDepth = 256;
+    static constexpr std::size_t maximumValues = 250'000;
+
+    /// Reads one JSON value with nothing but white space around it, strictly: no comments, no
+    /// trailing commas, no NaN, no number beyond a double, valid UTF-8 only. A UTF-8 byte-order
+    /// mark is skipped. Of members with the same name the last one counts. Never throws.
+    static Parsed parse(std::string_view bytes) noexcept;
+
+    /// Null.
+    JsonValue() = default;
+
+    bool isNull() const { return std::holds_alternative<std::monostate>(value_); }
+
+    /// The boolean; none for any other kind.
+    std::optional<bool> boolean() const;
+
+    /// The text; a null pointer for any other kind. Lives as long as this value.
+    const std::string* text() const { return std::get_if<std::string>(&value_); }
+
+    /// The number in decimal: a whole number with all its digits, any other in the shortest form
+    /// that reads back to the same double, with an exponent below 0.0001 and from 1e17 on ("1.50"
+    /// is "1.5", "1e5" is "100000"). A null pointer for any other kind. Lives as long as this
+    /// value.
+    const std::string* number() const;
+
+    /// The list; null for any other kind.
+    std::shared_ptr<const List> list() const;
+
+    /// The object's members by name; null for any other kind.
+    std::shared_ptr<const Object> object() const;
+
+    /// Appends the value as JSON text without added white space; the members of an object come
+    /// sorted by name, text is not escaped to ASCII.
+    void appendTo(std::string& out) const;
+
+private:
+    friend class JsonBuilder;
+
+    struct Number {
+        std::string decimal;
+    };
+
+    std::variant<std::monostate, bool, Number, std::string, std::shared_ptr<const List>,
+                 std::shared_ptr<const Object>>
+        value_;
+};
+
+struct JsonValue::Parsed {
+    std::optional<JsonValue> value;
+    std::string error;
+
+    explicit operator bool() const { return value.has_value(); }
+};
+
+/// A list of JSON values; null when it is absent.
+using JsonList = std::shared_ptr<const JsonValue::List>;
+
+/// Appends `text` as a JSON text in quotes: UTF-8 as it stands, each byte sequence that is no UTF-8
+/// replaced by U+FFFD.
+YG_EXPORT void appendJsonText(std::string& out, std::string_view text);
+
+}  // namespace yg

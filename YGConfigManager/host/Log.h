@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+//
+// The library's log. A message is a printf-like format in which "%@" stands for a text; an absent
+// text prints "(null)". Formats are checked when they are compiled (text/Format.h). Safe from any
+// thread; nothing is thrown, and a message that the host throws on is lost without a word.
+#pragma once
+
+#include <string_view>
+#include <type_traits>
+
+#include "YGConfigManager/host/Host.h"
+#include "YGConfigManager/text/Format.h"
+
+namespace yg {
+
+/// Hands a finished message to the current host.
+void writeLogMessage(LogChannel channel, std::string_view message) noexcept;
+
+/// Writes `message` and a line end to standard error with a single write, whole among those of
+/// other threads. Line breaks and other control characters inside it become blanks, tabs stay.
+void writeConsoleLine(std::string_view message) noexcept;
+
+/// Logs what a loader does as it runs: writeRuntimeLog("load style config fail:%@", error).
+template <class... Args>
+void writeRuntimeLog(text::FormatString<std::type_identity_t<Args>...> format,
+                     const Args&... args) noexcept {
+    try {
+        writeLogMessage(LogChannel::runtime, text::format(format, args...));
+    } catch (...) {
+        // Out of memory: the message is lost, the caller goes on.
+    }
+}
+
+/// Logs to the business log. The messages begin with "%s L%d ", the name of the operation and the
+/// line: writeBusCommonLogInside("%s L%d filePath: %@", "-[Class operation]", 71, path).
+template <class... Args>
+void writeBusCommonLogInside(text::FormatString<std::type_identity_t<Args>...> format,
+                             const Args&... args) noexcept {
+    try {
+        writeLogMessage(LogChannel::business, text::format(format, args...));
+    } catch (...) {
+        // Out of memory: the message is lost, the caller goes on.
+    }
+}
+
+/// Writes a line straight to standard error, past the host.
+template <class... Args>
+void writeSystemConsole(text::FormatString<std::type_identity_t<Args>...> format,
+                        const Args&... args) noexcept {
+    try {
+        writeConsoleLine(text::format(format, args...));
+    } catch (...) {
+        // Out of memory: the message is lost, the caller goes on.
+    }
+}
+
+}  // namespace yg

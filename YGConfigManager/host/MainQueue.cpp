@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/host/MainQueue.h"
+
+#include <cstdint>
+#include <deque>
+#include <exception>
+#include <mutex>
+#include <utility>
+
+#include "YGConfigManager/host/Host.h"
+#include "YGConfigManager/host/Log.h"
+
+namespace yg {
+
+namespace {
+
+/// Runs `function`; what it throws is logged under `what`.
+void runAndLog(const std::function<void()>& function, std::string_view what) noexcept {
+    try {
+        function();
+    } catch (const std::exception& error) {
+        writeRuntimeLog("%@ fail:%@", what, error.what());
+    } catch (...) {
+        writeRuntimeLog("%@ fail:%@", what, "unknown exception");
+    }
+}
+
+class DefaultMainQueue final : public MainQueue {
+public:
+    void post(std::function<void()> task) override {
+        if (!task) {
+            return;
+        }
+        std::shared_ptr<const std::function<void()>> wakeUp;
+        {
+            const std::lock_guard lock(mutex_);
+            tasks_.push_back(std::move(task));
+            ++posted_;
+            if (!std::exchange(isAnnounced_, true)) {
+                wakeUp = wakeUp_;
+            }
+        }
+        wake(wakeUp);
+    }
+
+    std::size_t runPending() {
+        std::unique_lock lock(mutex_);
+        // Whatever is posted from here on belongs to the next call and is announced anew, even
+        // while this one still has tasks before it.
+        isAnnounced_ = false;
+        const std::uint64_t end = posted_;
+        std::size_t count = 0;
+        while (taken_ < end) {
+            {
+                const std::function<void()> task = std::move(tasks_.front());
+                tasks_.pop_front();
+                ++taken_;
+                lock.unlock();
+                runAndLog(task, "main task");
+            }
+            ++count;
+            lock.lock();
+        }
+        return count;
+    }
+
+    void setWakeUp(std::function<void()> wakeUp) {
+        auto shared = wakeUp ? std::make_shared<const std::function<void()>>(std::move(wakeUp))
+                             : std::shared_ptr<const std::function<void()>>();
+        std::shared_ptr<const std::function<void()>> wakeNow;
+        {
+            const std::lock_guard lock(mutex_);
+            wakeUp_.swap(shared);
+            if (!tasks_.empty()) {
+                isAnnounced_ = true;
+                wakeNow = wakeUp_;
+            }
+        }
+        wake(wakeNow);
+    }
+
+private:
+    static void wake(const std::shared_ptr<const std::function<void()>>& wakeUp) {
+        if (wakeUp != nullptr) {
+            runAndLog(*wakeUp, "main queue wake-up");
+        }
+    }
+
+    std::mutex mutex_;
+    std::deque<std::function<void()>> tasks_;
+    std::uint64_t posted_ = 0;
+    std::uint64_t taken_ = 0;
+    bool isAnnounced_ = false;
+    std::shared_ptr<const std::function<void()>> wakeUp_;
+};
+
+struct Queues {
+    const std::shared_ptr<DefaultMainQueue> standard = std::make_shared<DefaultMainQueue>();
+    std::mutex mutex;
+    std::shared_ptr<MainQueue> installed;
+};
+
+// Never destroyed: threads that end after main() may still post.
+Queues& queues() {
+    static Queues& all = *new Queues;
+    return all;
+}
+
+/// The queue that the current host names, or the process's one.
+std::shared_ptr<MainQueue> queueOfHost() {
+    try {
+        if (std::shared_ptr<MainQueue> queue = currentHost()->mainQueue()) {
+            return queue;
+        }
+    } catch (...) {
+        // As if the host named none.
+    }
+    return currentMainQueue();
+}
+
+}  // namespace
+
+MainQueue::~MainQueue() = default;
+
+void setMainQueue(std::shared_ptr<MainQueue> queue) {
+    Queues& all = queues();
+    // The old queue goes after the lock: its destructor is the application's.
+    const std::lock_guard lock(all.mutex);
+    all.installed.swap(queue);
+}
+
+std::shared_ptr<MainQueue> currentMainQueue() {
+    Queues& all = queues();
+    const std::lock_guard lock(all.mutex);
+    return all.installed != nullptr ? all.installed : all.standard;
+}
+
+std::size_t runPendingMainTasks() {
+    return queues().standard->runPending();
+}
+
+void setMainQueueWakeUp(std::function<void()> wakeUp) {
+    queues().standard->setWakeUp(std::move(wakeUp));
+}
+
+void postToMainQueue(std::function<void()> task) noexcept {
+    if (!task) {
+        return;
+    }
+    runAndLog([&task] { queueOfHost()->post(std::move(task)); }, "main queue post");
+}
+
+}  // namespace yg

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+//
+// Tasks for the application's main thread.
+//
+// NOTHING ARRIVES UNLESS THE APPLICATION DRAINS THE QUEUE: the library has no loop of its own.
+// Either the application calls runPendingMainTasks() from its loop (setMainQueueWakeUp() tells it
+// when), or it brings a queue of its own with setMainQueue() or Host::mainQueue().
+//
+// Posting is safe from any thread.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+
+#include "YGConfigManager/export.h"
+
+namespace yg {
+
+/// A queue of tasks that run later, on the main thread, first in, first out.
+///
+/// An application that has a loop of its own brings an implementation; three lines are enough for
+/// the usual loops. Choose the loop's "post", never its "invoke": the latter may run the task at
+/// once.
+class YG_EXPORT MainQueue {
+public:
+    MainQueue() = default;
+    MainQueue(const MainQueue&) = delete;
+    MainQueue& operator=(const MainQueue&) = delete;
+    virtual ~MainQueue();
+
+    /// Takes `task` to run it once on the main thread. Called on any thread. Never runs it inside
+    /// the call, on whichever thread that is: the caller may hold a lock that the task takes.
+    virtual void post(std::function<void()> task) = 0;
+};
+
+/// Makes `queue` the process's queue; null brings the default one back. Tasks that wait in the
+/// queue replaced stay there. The queue is held until it is replaced, not until the process ends.
+YG_EXPORT void setMainQueue(std::shared_ptr<MainQueue> queue);
+
+/// The queue set last, or the default one; never null.
+YG_EXPORT std::shared_ptr<MainQueue> currentMainQueue();
+
+/// Runs the tasks that wait in the default queue, oldest first, and answers how many this call ran.
+/// The application calls it on its main thread. Tasks posted meanwhile, by the tasks themselves
+/// too, wait for the next call, so that the call always ends. A task that throws is logged and the
+/// others still run; each task is destroyed before the next one runs. A task may call this again (a
+/// nested loop does): the inner call goes on where the outer one stands.
+YG_EXPORT std::size_t runPendingMainTasks();
+
+/// Has `wakeUp` called whenever the default queue needs draining: for the first task that is posted
+/// after a drain has begun, on the posting thread, and at once when tasks wait already. It should
+/// only nudge the loop (write to a pipe, post an event) and must not drain by itself. Empty: nobody
+/// is woken any more; a call that another thread has begun may still be under way then.
+YG_EXPORT void setMainQueueWakeUp(std::function<void()> wakeUp);
+
+/// Posts `task` to the queue of the current host (Host::mainQueue), as the library does. An empty
+/// task is ignored. A queue that throws costs the task, which is logged; nothing is thrown.
+YG_EXPORT void postToMainQueue(std::function<void()> task) noexcept;
+
+}  // namespace yg

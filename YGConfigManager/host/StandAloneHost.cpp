@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/host/StandAloneHost.h"
+
+#include <cerrno>
+#include <sys/stat.h>
+#include <system_error>
+#include <utility>
+
+#include "YGConfigManager/files/ReadFile.h"
+#include "YGConfigManager/host/JsonValue.h"
+#include "YGConfigManager/host/Log.h"
+#include "YGConfigManager/text/Format.h"
+#include "YGConfigManager/text/Paths.h"
+
+namespace yg {
+
+namespace {
+
+constexpr std::int64_t storageArea = 1;
+constexpr std::int64_t configKind = 0;
+constexpr std::int64_t imagesKind = 4;
+
+constexpr std::size_t largestSettings = std::size_t{16} * 1024 * 1024;
+
+std::string systemError(int code) {
+    return std::generic_category().message(code);
+}
+
+/// Whether something is at the path that can be read as a file.
+bool isFile(const std::string& path) {
+    struct stat state {};
+    return ::stat(path.c_str(), &state) == 0 && !S_ISDIR(state.st_mode);
+}
+
+bool isFolder(const std::string& path) {
+    struct stat state {};
+    return ::stat(path.c_str(), &state) == 0 && S_ISDIR(state.st_mode);
+}
+
+/// Nothing at the path, not even a link that leads nowhere.
+bool isMissing(const std::string& path) {
+    struct stat state {};
+    return ::lstat(path.c_str(), &state) != 0 && errno == ENOENT;
+}
+
+/// The file's path in the folder of the root, if the name cannot lead out of it.
+std::optional<std::string> pathInFolder(const std::string& root, std::string_view folder,
+                                        std::string_view fileName) {
+    if (!text::isPlainFileName(fileName)) {
+        return std::nullopt;
+    }
+    return text::joinPath(text::joinPath(root, folder), fileName);
+}
+
+/// A member of host.json; null when it is missing or null.
+const JsonValue* memberOf(const JsonValue::Object& object, std::string_view name) {
+    const auto member = object.find(name);
+    return member == object.end() || member->second.isNull() ? nullptr : &member->second;
+}
+
+/// Reads a member that is a text if it is there at all; false and `error` set for another kind.
+bool readText(const JsonValue::Object& object, std::string_view name,
+              std::optional<std::string>& field, std::string& error) {
+    const JsonValue* value = memberOf(object, name);
+    if (value == nullptr) {
+        return true;
+    }
+    if (value->text() == nullptr) {
+        error = text::format(R"("%@" must be a text)", name);
+        return false;
+    }
+    field = *value->text();
+    return true;
+}
+
+/// Reads one mapping table, an object of lists of texts; null and `error` set for anything else.
+std::shared_ptr<const MappingDic> readMapping(const std::string& key, const JsonValue& value,
+                                              std::string& error) {
+    const auto table = value.object();
+    if (table == nullptr) {
+        error = text::format(R"("mappings"."%@" must be an object)", key);
+        return nullptr;
+    }
+    auto mapping = std::make_shared<MappingDic>();
+    for (const auto& [name, list] : *table) {
+        const auto items = list.list();
+        std::vector<std::string>& texts = (*mapping)[name];
+        bool isTexts = items != nullptr;
+        for (std::size_t index = 0; isTexts && index < items->size(); ++index) {
+            const std::string* text = (*items)[index].text();
+            isTexts = text != nullptr;
+            if (isTexts) {
+                texts.push_back(*text);
+            }
+        }
+        if (!isTexts) {
+            error = text::format(R"("mappings"."%@"."%@" must be a list of texts)", key, name);
+            return nullptr;
+        }
+    }
+    return mapping;
+}
+
+}  // namespace
+
+std::optional<StandAloneHost::Settings> StandAloneHost::readSettings(const std::string& path,
+                                                                     std::string& error) {
+    if (isMissing(path)) {
+        return Settings{};
+    }
+    const files::FileReading file = files::readWholeFile(path, largestSettings);
+    if (!file) {
+        error = file.error;
+        return std::nullopt;
+    }
+    const auto failed = [&](std::string_view what) {
+        error = text::format("%@: %@", path, what);
+        return std::nullopt;
+    };
+    const JsonValue::Parsed parsed = JsonValue::parse(file.bytes);
+    if (!parsed) {
+        return failed(parsed.error);
+    }
+    const auto object = parsed.value->object();
+    if (object == nullptr) {
+        return failed("line 1, column 1: not a JSON object");
+    }
+    Settings settings;
+    std::string fault;
+    if (!readText(*object, "rightLevel", settings.rightLevel, fault) ||
+        !readText(*object, "configServer", settings.configServer, fault)) {
+        return failed(fault);
+    }
+    if (const JsonValue* mappings = memberOf(*object, "mappings")) {
+        const auto tables = mappings->object();
+        if (tables == nullptr) {
+            return failed(R"("mappings" must be an object)");
+        }
+        for (const auto& [key, table] : *tables) {
+            auto mapping = readMapping(key, table, fault);
+            if (mapping == nullptr) {
+                return failed(fault);
+            }
+            settings.mappings.emplace(key, std::move(mapping));
+        }
+    }
+    if (settings.configServer && settings.configServer->empty()) {
+        settings.configServer.reset();
+    }
+    return settings;
+}
+
+StandAloneHost::Opened StandAloneHost::open(std::string_view root) {
+    const std::string folder(root);
+    struct stat state {};
+    // A NUL byte would cut the path short, and another folder be meant.
+    const bool isPath = folder.find('\0') == std::string::npos;
+    if (!isPath || ::stat(folder.c_str(), &state) != 0) {
+        return {nullptr, text::format(R"(root folder "%@": %@)", folder,
+                                      systemError(isPath ? errno : EINVAL))};
+    }
+    if (!S_ISDIR(state.st_mode)) {
+        return {nullptr, text::format(R"(root folder "%@": %@)", folder, systemError(ENOTDIR))};
+    }
+    std::string error;
+    std::optional<Settings> settings = readSettings(text::joinPath(folder, "host.json"), error);
+    if (!settings) {
+        return {nullptr, error};
+    }
+    Opened opened{std::make_shared<StandAloneHost>(root), {}};
+    opened.host->settings_ = std::move(*settings);
+    return opened;
+}
+
+std::shared_ptr<StandAloneHost> StandAloneHost::openOrDefaults(std::string_view root) {
+    Opened opened = open(root);
+    if (!opened) {
+        writeSystemConsole("%@", opened.error);
+        return std::make_shared<StandAloneHost>(root);
+    }
+    return opened.host;
+}
+
+StandAloneHost::StandAloneHost(std::string_view root) : root_(root) {}
+
+StandAloneHost::~StandAloneHost() = default;
+
+void StandAloneHost::overrideUserRight(std::optional<std::string> userRight) {
+    const std::lock_guard lock(mutex_);
+    userRightOverride_ = std::move(userRight);
+}
+
+std::optional<std::string> StandAloneHost::getStorageFilePath(
+    std::int64_t area, std::optional<std::string_view> subFolderPath,
+    std::optional<std::string_view> fileName, bool isNeedWrite) {
+    if (area != storageArea || !subFolderPath.value_or("").empty()) {
+        return std::nullopt;
+    }
+    std::optional<std::string> userCopy = pathInFolder(root_, "user", fileName.value_or(""));
+    if (!userCopy) {
+        return std::nullopt;
+    }
+    if (isNeedWrite) {
+        const std::string folder = text::joinPath(root_, "user");
+        return ::mkdir(folder.c_str(), 0777) == 0 || isFolder(folder) ? userCopy : std::nullopt;
+    }
+    if (isFile(*userCopy)) {
+        return userCopy;
+    }
+    std::optional<std::string> shipped = pathInFolder(root_, "storage", *fileName);
+    return isFile(*shipped) ? shipped : userCopy;
+}
+
+std::optional<std::string> StandAloneHost::getUserRightDescription() {
+    const std::lock_guard lock(mutex_);
+    return userRightOverride_ ? userRightOverride_ : settings_.rightLevel;
+}
+
+std::optional<std::string> StandAloneHost::getSoftOptimizeConfigFilePath(
+    std::int64_t kind, std::string_view fileName) {
+    return kind == configKind ? pathInFolder(root_, "soft_optimize", fileName) : std::nullopt;
+}
+
+std::optional<std::string> StandAloneHost::getBaseOptimizeConfigFilePath(
+    std::int64_t kind, std::string_view fileName) {
+    return kind == configKind ? pathInFolder(root_, "base_optimize", fileName) : std::nullopt;
+}
+
+std::shared_ptr<const MappingDic> StandAloneHost::getMappingDicForKey(std::string_view key) {
+    const auto found = settings_.mappings.find(key);
+    return found == settings_.mappings.end() ? nullptr : found->second;
+}
+
+std::optional<std::string> StandAloneHost::getDefualtFolderPath(std::int64_t kind) {
+    return kind == imagesKind ? std::optional(text::joinPath(root_, "images")) : std::nullopt;
+}
+
+std::optional<std::string> StandAloneHost::configServer() {
+    return settings_.configServer;
+}
+
+void StandAloneHost::writeLog(LogChannel /*channel*/, std::string_view message) {
+    writeConsoleLine(message);
+}
+
+}  // namespace yg

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <fcntl.h>
+#include <limits>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "YGConfigManager/host/Log.h"
+
+#include "host/RecordingHost.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::internal::CaptureStderr;
+using testing::internal::GetCapturedStderr;
+using yg::LogChannel;
+using yg::testing::LogLine;
+using yg::testing::ScopedHost;
+
+TEST(Log, EachFunctionHasItsChannel) {
+    ScopedHost<> host;
+    yg::writeRuntimeLog("server config path:%@", "/a/b.xml");
+    yg::writeBusCommonLogInside("%s L%d filePath: %@", "-[YGHttpReqUrlMgr readUrlModelFromFile]",
+                                71, std::string("/c"));
+    EXPECT_THAT(host->log(),
+                ElementsAre(LogLine{LogChannel::runtime, "server config path:/a/b.xml"},
+                            LogLine{LogChannel::business,
+                                    "-[YGHttpReqUrlMgr readUrlModelFromFile] L71 filePath: /c"}));
+}
+
+TEST(Log, AnAbsentTextPrintsNull) {
+    ScopedHost<> host;
+    yg::writeRuntimeLog("a:%@", std::optional<std::string>());
+    yg::writeRuntimeLog("b:%@", std::optional<std::string_view>());
+    yg::writeBusCommonLogInside("c:%@", static_cast<const char*>(nullptr));
+    yg::writeRuntimeLog("d:%@", std::optional<std::string>(""));
+    EXPECT_THAT(host->log(), ElementsAre(LogLine{LogChannel::runtime, "a:(null)"},
+                                         LogLine{LogChannel::runtime, "b:(null)"},
+                                         LogLine{LogChannel::business, "c:(null)"},
+                                         LogLine{LogChannel::runtime, "d:"}));
+}
+
+TEST(Log, TakesEveryKindOfArgument) {
+    ScopedHost<> host;
+    yg::writeRuntimeLog("no argument");
+    yg::writeRuntimeLog("100%%");
+    yg::writeRuntimeLog("%@|%@|%@", "literal", std::string("string"), std::string_view("view"));
+    yg::writeRuntimeLog("%s|%d|%d", "bytes", -5, std::numeric_limits<std::uint64_t>::max());
+    yg::writeRuntimeLog("%@ 文件不存在", std::optional<std::string>("配置.xml"));
+    EXPECT_THAT(host->runtimeLog(),
+                ElementsAre("no argument", "100%", "literal|string|view",
+                            "bytes|-5|18446744073709551615", "配置.xml 文件不存在"));
+}
+
+TEST(Log, AnArgumentIsNeverTakenForAFormat) {
+    ScopedHost<> host;
+    yg::writeRuntimeLog("a:%@", "%s%n%@");
+    EXPECT_THAT(host->runtimeLog(), ElementsAre("a:%s%n%@"));
+}
+
+TEST(Log, TheHostGetsTheMessageAsItIs) {
+    ScopedHost<> host;
+    yg::writeRuntimeLog("a:%@", "line 1\nline 2\r\n\x01");
+    EXPECT_THAT(host->runtimeLog(), ElementsAre("a:line 1\nline 2\r\n\x01"));
+}
+
+TEST(Log, TheConsoleGoesPastTheHost) {
+    ScopedHost<> host;
+    CaptureStderr();
+    yg::writeSystemConsole("a:%@ %d", std::optional<std::string>(), 2);
+    EXPECT_EQ(GetCapturedStderr(), "a:(null) 2\n");
+    EXPECT_THAT(host->log(), testing::IsEmpty());
+}
+
+TEST(Log, AConsoleMessageIsOneLine) {
+    CaptureStderr();
+    yg::writeConsoleLine("a\nb\r\nc\vd\x1b[31m\x7f\te");
+    yg::writeConsoleLine("");
+    yg::writeConsoleLine(std::string_view("f\0g", 3));
+    yg::writeConsoleLine("行情配置");
+    EXPECT_EQ(GetCapturedStderr(), "a b  c d [31m \te\n\nf g\n行情配置\n");
+}
+
+TEST(Log, ALongConsoleLineIsWhole) {
+    const std::string message(std::size_t{1} << 20, 'x');
+    CaptureStderr();
+    yg::writeConsoleLine(message);
+    EXPECT_EQ(GetCapturedStderr(), message + "\n");
+}
+
+TEST(Log, TheConsoleLeavesErrnoAlone) {
+    const int kept = ::dup(STDERR_FILENO);
+    const int unwritable = ::open("/dev/null", O_RDONLY);
+    ::dup2(unwritable, STDERR_FILENO);
+    errno = ENOENT;
+    yg::writeConsoleLine("lost");
+    const int after = errno;
+    ::dup2(kept, STDERR_FILENO);
+    ::close(unwritable);
+    ::close(kept);
+    EXPECT_EQ(after, ENOENT);
+}
+
+// Threads that outlive main() log while static objects are destroyed.
+TEST(LogDeathTest, WorksUntilTheProcessIsGone) {
+    EXPECT_EXIT(
+        {
+            std::atexit([] { yg::writeRuntimeLog("after main:%@", "still here"); });
+            yg::setHost(nullptr);
+            yg::writeRuntimeLog("before");
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "before\nafter main:still here\n");
+}
+
+}  // namespace

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+//
+// A diagnostics sink as a loader holds it: each call does nothing without a sink. Internal.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "YGConfigManager/diagnostics/CommonRules.h"
+#include "YGConfigManager/diagnostics/DiagnosticsSink.h"
+#include "YGConfigManager/xml/Document.h"
+
+namespace yg {
+
+class Reporter {
+public:
+    explicit Reporter(DiagnosticsSink* sink) : sink_(sink) {}
+
+    explicit operator bool() const { return sink_ != nullptr; }
+    DiagnosticsSink* sink() const { return sink_; }
+
+    /// How to parse what the findings are about.
+    xml::ParseOptions parseOptions() const { return {.positions = sink_ != nullptr}; }
+
+    void reading(std::string_view path) const {
+        if (sink_)
+            sink_->readingFile(path);
+    }
+
+    void report(const Rule& rule, const xml::Node& node, std::string_view attribute = {},
+                std::string_view value = {}) const {
+        if (sink_)
+            sink_->report({rule, node, std::string(attribute), std::string(value)});
+    }
+
+    void used(const xml::Element& element) const {
+        if (sink_)
+            sink_->usedElement(element);
+    }
+
+    void used(const xml::Element& element, std::string_view attribute) const {
+        if (sink_)
+            sink_->usedAttribute(element, attribute);
+    }
+
+    /// A node that is no element, where elements alone are read; comments and instructions are no
+    /// content.
+    void stray(const xml::Node& node) const {
+        if (sink_ && node.kind() == xml::NodeKind::text)
+            report(rules::strayText, node, {}, node.stringValue());
+    }
+
+    /// The content of an element that is read by its attributes alone.
+    void unread(const xml::Element& element, const Rule& rule) const {
+        if (!sink_)
+            return;
+        for (const xml::Node& child : element.children()) {
+            if (child.isElement())
+                report(rule, child, {}, child.name());
+            else
+                stray(child);
+        }
+    }
+
+private:
+    DiagnosticsSink* sink_;
+};
+
+}  // namespace yg

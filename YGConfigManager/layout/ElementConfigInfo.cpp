@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/layout/ElementConfigInfo.h"
+
+#include "YGConfigManager/text/Format.h"
+
+namespace yg {
+
+std::string ElementConfigInfo::description() const {
+    return text::format("(%@ *)%p ,%@, %@, [%@]", "ElementConfigInfo", this, elementName_,
+                        elementParam_, elementUuid_);
+}
+
+}  // namespace yg

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+//
+// One element of a page: a leaf view. A plain record, held by shared pointers; elements are always
+// shared and have no copy operation. Not synchronised: a record that one thread changes must not be
+// read by another.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/records/Fields.h"
+
+namespace yg {
+
+class YG_EXPORT ElementConfigInfo {
+public:
+    using Names = std::shared_ptr<std::vector<std::string>>;
+
+    /// The element's name, its kind of view ("name"); never empty in an element read from a file.
+    const std::optional<std::string>& elementName() const { return elementName_; }
+    void setElementName(std::optional<std::string> name) { elementName_ = std::move(name); }
+
+    /// Free parameter text for the view ("param").
+    const std::optional<std::string>& elementParam() const { return elementParam_; }
+    void setElementParam(std::optional<std::string> param) { elementParam_ = std::move(param); }
+
+    /// Free property text for the view ("property").
+    const std::optional<std::string>& elementProperty() const { return elementProperty_; }
+    void setElementProperty(std::optional<std::string> property) {
+        elementProperty_ = std::move(property);
+    }
+
+    /// The element's identifier ("uuid").
+    const std::optional<std::string>& elementUuid() const { return elementUuid_; }
+    void setElementUuid(std::optional<std::string> uuid) { elementUuid_ = std::move(uuid); }
+
+    /// The element event group of the event configuration that belongs to the element ("event").
+    const std::optional<std::string>& elementEvent() const { return elementEvent_; }
+    void setElementEvent(std::optional<std::string> event) { elementEvent_ = std::move(event); }
+
+    /// Where the element's events go ("event_dispatch_dest"): names between ";". Null when the
+    /// attribute is missing or empty. Spelt so in the interface.
+    const Names& eventDispathDestArray() const { return eventDispathDestArray_; }
+    void setEventDispathDestArray(Names names) { eventDispathDestArray_ = std::move(names); }
+
+    /// Whose events the element receives ("event_dispatch_src"), likewise. Spelt so in the
+    /// interface.
+    const Names& eventDispathSrcArray() const { return eventDispathSrcArray_; }
+    void setEventDispathSrcArray(Names names) { eventDispathSrcArray_ = std::move(names); }
+
+    /// The element takes the keyboard focus first ("is_first_responder"). Spelt so in the
+    /// interface.
+    bool isFristReponder() const { return isFristReponder_; }
+    void setIsFristReponder(bool is) { isFristReponder_ = is; }
+
+    /// The element receives events even when it is not active ("always_recv_event").
+    bool alwaysRecvEvent() const { return alwaysRecvEvent_; }
+    void setAlwaysRecvEvent(bool always) { alwaysRecvEvent_ = always; }
+
+    /// The element's events do not switch the style ("event_not_change_style").
+    bool eventNotChangeStyle() const { return eventNotChangeStyle_; }
+    void setEventNotChangeStyle(bool isNot) { eventNotChangeStyle_ = isNot; }
+
+    /// One line for debugging: class and address, name, parameter and identifier; an absent text
+    /// prints as "(null)".
+    std::string description() const;
+
+private:
+    std::optional<std::string> elementName_;
+    std::optional<std::string> elementParam_;
+    std::optional<std::string> elementProperty_;
+    std::optional<std::string> elementUuid_;
+    std::optional<std::string> elementEvent_;
+    Names eventDispathDestArray_;
+    Names eventDispathSrcArray_;
+    bool isFristReponder_ = false;
+    bool alwaysRecvEvent_ = false;
+    bool eventNotChangeStyle_ = false;
+};
+
+template <>
+struct Description<ElementConfigInfo> {
+    static constexpr std::tuple fields{
+        Field{"elementName", &ElementConfigInfo::elementName},
+        Field{"elementParam", &ElementConfigInfo::elementParam},
+        Field{"elementProperty", &ElementConfigInfo::elementProperty},
+        Field{"elementUuid", &ElementConfigInfo::elementUuid},
+        Field{"elementEvent", &ElementConfigInfo::elementEvent},
+        Field{"eventDispathDestArray", &ElementConfigInfo::eventDispathDestArray},
+        Field{"eventDispathSrcArray", &ElementConfigInfo::eventDispathSrcArray},
+        Field{"isFristReponder", &ElementConfigInfo::isFristReponder},
+        Field{"alwaysRecvEvent", &ElementConfigInfo::alwaysRecvEvent},
+        Field{"eventNotChangeStyle", &ElementConfigInfo::eventNotChangeStyle},
+    };
+};
+
+}  // namespace yg

@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: MIT
+//
+// The style loader's two libraries of panels, as records and as the XML that custom pages use, and
+// the swap of the panel in a magic slot.
+#include <algorithm>
+
+#include "YGConfigManager/layout/LayoutRules.h"
+#include "YGConfigManager/layout/YGStyleConfigLoad.h"
+
+namespace yg {
+
+std::shared_ptr<PanelMap> YGStyleConfigLoad::loadReusePanel(
+    std::optional<std::string_view> path) const {
+    const xml::Element root = getRootElementForFile(path);
+    if (root)
+        used(root);
+    reportAttributesBut(root, {});
+    auto panels = std::make_shared<PanelMap>();
+    for (const xml::Node& child : root.children()) {
+        if (!child.isElement()) {
+            reportUnread(child);
+            continue;
+        }
+        const xml::Element element(child);
+        const auto name = element.attribute("name");
+        if (!name) {
+            report(rules::missingName, element);
+            continue;
+        }
+        if (sink() && element.name() != "reuse_panel")
+            report(rules::unexpectedName, element, {}, element.name());
+        const auto panel = parsePaneInfo(element, std::nullopt, std::nullopt);
+        parseContent(element, panel, std::nullopt, std::nullopt);
+        if (panels->set(*name, panel))
+            report(rules::duplicateName, element, "name", *name);
+    }
+    return panels;
+}
+
+std::shared_ptr<MagicPanelMap> YGStyleConfigLoad::loadMagicPanel(
+    std::optional<std::string_view> path) const {
+    const xml::Element root = getRootElementForFile(path);
+    if (root)
+        used(root);
+    reportAttributesBut(root, {});
+    auto groups = std::make_shared<MagicPanelMap>();
+    for (const xml::Node& child : root.children()) {
+        if (!child.isElement()) {
+            reportUnread(child);
+            continue;
+        }
+        const xml::Element group(child);
+        const auto name = group.attribute("name");
+        if (!name) {
+            report(rules::missingName, group);
+            continue;
+        }
+        if (groups->set(*name, loadMagicGroup(group, *name)))
+            report(rules::duplicateName, group, "name", *name);
+    }
+    return groups;
+}
+
+std::shared_ptr<PanelMap> YGStyleConfigLoad::loadMagicGroup(const xml::Element& group,
+                                                            std::string_view groupName) const {
+    reportNamed(group, "magic_panels");
+    auto members = std::make_shared<PanelMap>();
+    for (const xml::Node& child : group.children()) {
+        if (!child.isElement()) {
+            reportUnread(child);
+            continue;
+        }
+        const xml::Element member(child);
+        const auto name = member.attribute("name");
+        if (!name) {
+            report(rules::missingName, member);
+            continue;
+        }
+        const xml::Element content = member.firstElementChild();
+        if (!content) {
+            report(rules::memberWithoutPanel, member, "name", *name);
+            continue;
+        }
+        reportNamed(member, "magic_panel");
+        if (sink()) {
+            for (const xml::Node& other : member.children()) {
+                if (other.isElement() && !(other == content))
+                    report(rules::secondPanel, other, {}, other.name());
+                else if (!other.isElement())
+                    reportUnread(other);
+            }
+        }
+
+        // The member's own panel keeps its name; editable panels inside it get the group's and the
+        // member's name before their own.
+        const auto panel = parsePaneInfo(content, std::nullopt, std::nullopt);
+        panel->setIsMagicPanels(true);
+        parseContent(content, panel, *name, groupName);
+        if (members->set(*name, panel))
+            report(rules::duplicateName, member, "name", *name);
+    }
+    return members;
+}
+
+void YGStyleConfigLoad::parseContent(const xml::Element& content,
+                                     const std::shared_ptr<PanelConfigInfo>& panel,
+                                     std::optional<std::string_view> superMagicPanelName,
+                                     std::optional<std::string_view> superMagicPanelsName) const {
+    for (const xml::Node& child : content.children())
+        parsePaneOrElement(child, nullptr, panel, nullptr, superMagicPanelName,
+                           superMagicPanelsName);
+}
+
+xml::Element YGStyleConfigLoad::loadMagicPanelsConfigWithMagicPath(
+    std::optional<std::string_view> magicPath, std::optional<std::string_view> reusePath) const {
+    const xml::Element magicRoot = getRootElementForFile(magicPath);
+    const xml::Element reuseRoot = getRootElementForFile(reusePath);
+    const xml::Element expanded(magicRoot.copy());
+
+    // The first definition of a name counts here, unlike in the records.
+    RecordMap<xml::Element> definitions;
+    for (const xml::Node& child : reuseRoot.children()) {
+        const xml::Element element(child);
+        if (element.name() != "reuse_panel")
+            continue;
+        const auto name = element.attribute("name");
+        if (name && !definitions.contains(*name))
+            definitions.set(*name, element);
+    }
+
+    // Collected before anything is replaced, so references inside an inserted definition stay.
+    std::vector<xml::Element> references;
+    recursiveSearchNodeWithNodeName("reuse_panel", expanded, references);
+    for (xml::Element& reference : references) {
+        const auto name = reference.attribute("name");
+        const xml::Element* definition = name ? definitions.find(*name) : nullptr;
+        if (definition)
+            xml::Element(reference.replaceWith(*definition)).rename("panel");
+    }
+    return expanded;
+}
+
+void YGStyleConfigLoad::replaceMagicPanel(const std::shared_ptr<PanelList>& panels,
+                                          const std::shared_ptr<PanelConfigInfo>& panelConfigInfo,
+                                          bool& isFind) {
+    if (!panels || !panelConfigInfo)
+        return;
+
+    // A share of its own: the panel given may live inside a slot that is about to be replaced.
+    const std::shared_ptr<PanelConfigInfo> replacement = panelConfigInfo;
+
+    // A path of lists instead of a recursion: the records are the host's, and a panel that was put
+    // into its own children must not send this round in a circle.
+    struct Step {
+        std::shared_ptr<PanelList> list;
+        std::size_t next = 0;
+    };
+    std::vector<Step> path{{panels}};
+    const auto isOnPath = [&](const std::shared_ptr<PanelList>& list) {
+        return std::any_of(path.begin(), path.end(),
+                           [&](const Step& step) { return step.list == list; });
+    };
+    while (!path.empty()) {
+        Step& step = path.back();
+        if (step.next >= step.list->size()) {
+            path.pop_back();
+            continue;
+        }
+        std::shared_ptr<PanelConfigInfo>& panel = (*step.list)[step.next++];
+        if (!panel)
+            continue;
+        if (panel->isMagicPanels()) {
+            panel = replacement;
+            isFind = true;
+        } else if (panel->panePanes() && !isOnPath(panel->panePanes())) {
+            path.push_back({panel->panePanes()});
+        }
+    }
+}
+
+/// A group or member is read by its attribute "name" alone.
+void YGStyleConfigLoad::reportNamed(const xml::Element& element,
+                                    std::string_view properName) const {
+    if (!sink())
+        return;
+    used(element);
+    used(element, "name");
+    reportAttributesBut(element, "name");
+    if (element.name() != properName)
+        report(rules::unexpectedName, element, {}, element.name());
+}
+
+}  // namespace yg

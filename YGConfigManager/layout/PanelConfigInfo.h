@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: MIT
+//
+// One panel of a page, also called a pane: it holds child panels and elements. A plain record, held
+// by shared pointers: a reuse panel or a magic panel stands as one and the same record in every
+// page that names it, so copy a record before changing it for one page. Not synchronised: a record
+// that one thread changes must not be read by another.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/layout/ElementConfigInfo.h"
+#include "YGConfigManager/records/Fields.h"
+
+namespace yg {
+
+class PanelConfigInfo;
+
+/// Lists that records hold by reference; setters store the reference.
+using PanelList = std::vector<std::shared_ptr<PanelConfigInfo>>;
+using ElementList = std::vector<std::shared_ptr<ElementConfigInfo>>;
+
+class YG_EXPORT PanelConfigInfo {
+public:
+    /// The panel's name ("name"). An editable panel inside a magic panel is named
+    /// group-member-name.
+    const std::optional<std::string>& panelName() const { return panelName_; }
+    void setPanelName(std::optional<std::string> name) { panelName_ = std::move(name); }
+
+    /// Children are laid out one below the other, otherwise side by side ("vertical").
+    bool paneVertical() const { return paneVertical_; }
+    void setPaneVertical(bool vertical) { paneVertical_ = vertical; }
+
+    /// The panel scrolls ("is_scroll_view").
+    bool isScrollView() const { return isScrollView_; }
+    void setIsScrollView(bool is) { isScrollView_ = is; }
+
+    /// Scroll extent in points ("scroll_size").
+    std::int32_t scrollSize() const { return scrollSize_; }
+    void setScrollSize(std::int32_t size) { scrollSize_ = size; }
+
+    /// The split bar shows ("is_dis_split_space"). True in a panel built in code; in one read from
+    /// a file a missing attribute means false.
+    bool isDisSplitSpace() const { return isDisSplitSpace_; }
+    void setIsDisSplitSpace(bool is) { isDisSplitSpace_ = is; }
+
+    /// A wide boundary shows ("is_dis_wide_bound").
+    bool isDispWideBound() const { return isDispWideBound_; }
+    void setIsDispWideBound(bool is) { isDispWideBound_ = is; }
+
+    /// Rounded border ("is_border_radius"). Spelt so in the interface.
+    bool isBorderRaduis() const { return isBorderRaduis_; }
+    void setIsBorderRaduis(bool is) { isBorderRaduis_ = is; }
+
+    /// Square-cornered border ("is_border_right_angle").
+    bool isBorderRightAngle() const { return isBorderRightAngle_; }
+    void setIsBorderRightAngle(bool is) { isBorderRightAngle_ = is; }
+
+    /// Child panels in document order; an empty list in a new panel.
+    const std::shared_ptr<PanelList>& panePanes() const { return panePanes_; }
+    void setPanePanes(std::shared_ptr<PanelList> panes) { panePanes_ = std::move(panes); }
+
+    /// Child elements in document order; an empty list in a new panel.
+    const std::shared_ptr<ElementList>& paneElements() const { return paneElements_; }
+    void setPaneElements(std::shared_ptr<ElementList> elements) {
+        paneElements_ = std::move(elements);
+    }
+
+    /// The panel is a magic panel: it stands in a slot and can be swapped.
+    bool isMagicPanels() const { return isMagicPanels_; }
+    void setIsMagicPanels(bool is) { isMagicPanels_ = is; }
+
+    /// The panel that is switched to when this one is expanded, the fold name
+    /// ("switch_expand_panel").
+    const std::optional<std::string>& switchExpandPanelName() const {
+        return rare().switchExpandPanelName;
+    }
+    void setSwitchExpandPanelName(std::optional<std::string> name) {
+        setRare(&RareTexts::switchExpandPanelName, std::move(name));
+    }
+
+    /// Where the panel folds ("foldPosition").
+    const std::optional<std::string>& foldPosition() const { return rare().foldPosition; }
+    void setFoldPosition(std::optional<std::string> position) {
+        setRare(&RareTexts::foldPosition, std::move(position));
+    }
+
+    /// The magic panel group that the panel came from, once a page's slot has shown it.
+    const std::optional<std::string>& magicPanelsName() const { return rare().magicPanelsName; }
+    void setMagicPanelsName(std::optional<std::string> name) {
+        setRare(&RareTexts::magicPanelsName, std::move(name));
+    }
+
+    /// Which borders are drawn, as written in the file ("display_border").
+    const std::optional<std::string>& displayBorders() const { return rare().displayBorders; }
+    void setDisplayBorders(std::optional<std::string> borders) {
+        setRare(&RareTexts::displayBorders, std::move(borders));
+    }
+
+    /// The user may edit the panel ("is_editable").
+    bool isEditable() const { return isEditable_; }
+    void setIsEditable(bool is) { isEditable_ = is; }
+
+    /// Command information ("excute_command_info"). Spelt so in the interface and in the file.
+    const std::optional<std::string>& excuteCommandInfo() const { return rare().excuteCommandInfo; }
+    void setExcuteCommandInfo(std::optional<std::string> info) {
+        setRare(&RareTexts::excuteCommandInfo, std::move(info));
+    }
+
+    /// Share of the parent's space ("split_scale"): 1 when the attribute is missing, 0 when it is
+    /// no number.
+    float splitScale() const { return splitScale_; }
+    void setSplitScale(float scale) { splitScale_ = scale; }
+
+    /// Fixed size in points ("fix_size"); -1 means none.
+    float fixSize() const { return fixSize_; }
+    void setFixSize(float size) { fixSize_ = size; }
+
+    /// Smallest size in whole points ("min_size").
+    float minSize() const { return minSize_; }
+    void setMinSize(float size) { minSize_ = size; }
+
+    /// Largest size in whole points ("max_size").
+    float maxSize() const { return maxSize_; }
+    void setMaxSize(float size) { maxSize_ = size; }
+
+    /// A copy with copies of all child panels. It shares this panel's list of elements, so that an
+    /// element appended to either shows in both. The right-angle flag, the fold position and the
+    /// displayed borders are not copied.
+    std::shared_ptr<PanelConfigInfo> copyWithZone() const;
+
+    /// Two lines for debugging, in Chinese: name, "V" or "H", address, the four border flags, fold
+    /// name and fold position; an absent text prints as "(null)".
+    std::string description() const;
+
+private:
+    /// Texts that few panels have, together so that the others do not pay for them.
+    struct RareTexts {
+        std::optional<std::string> switchExpandPanelName;
+        std::optional<std::string> foldPosition;
+        std::optional<std::string> magicPanelsName;
+        std::optional<std::string> displayBorders;
+        std::optional<std::string> excuteCommandInfo;
+    };
+
+    const RareTexts& rare() const {
+        static const RareTexts none;
+        return rare_ ? *rare_ : none;
+    }
+    void setRare(std::optional<std::string> RareTexts::*text, std::optional<std::string> value) {
+        if (!rare_ && value)
+            rare_ = std::make_unique<RareTexts>();
+        if (rare_)
+            (*rare_).*text = std::move(value);
+    }
+
+    std::optional<std::string> panelName_;
+    std::unique_ptr<RareTexts> rare_;
+    std::shared_ptr<PanelList> panePanes_ = std::make_shared<PanelList>();
+    std::shared_ptr<ElementList> paneElements_ = std::make_shared<ElementList>();
+    std::int32_t scrollSize_ = 0;
+    float splitScale_ = 1.0f;
+    float fixSize_ = -1.0f;
+    float minSize_ = 0.0f;
+    float maxSize_ = 0.0f;
+    bool paneVertical_ = false;
+    bool isScrollView_ = false;
+    bool isDisSplitSpace_ = true;
+    bool isDispWideBound_ = false;
+    bool isBorderRaduis_ = false;
+    bool isBorderRightAngle_ = false;
+    bool isMagicPanels_ = false;
+    bool isEditable_ = false;
+};
+
+template <>
+struct Description<PanelConfigInfo> {
+    static constexpr std::tuple fields{
+        Field{"panelName", &PanelConfigInfo::panelName},
+        Field{"paneVertical", &PanelConfigInfo::paneVertical},
+        Field{"isScrollView", &PanelConfigInfo::isScrollView},
+        Field{"scrollSize", &PanelConfigInfo::scrollSize},
+        Field{"isDisSplitSpace", &PanelConfigInfo::isDisSplitSpace},
+        Field{"isDispWideBound", &PanelConfigInfo::isDispWideBound},
+        Field{"isBorderRaduis", &PanelConfigInfo::isBorderRaduis},
+        Field{"isBorderRightAngle", &PanelConfigInfo::isBorderRightAngle},
+        Field{"panePanes", &PanelConfigInfo::panePanes},
+        Field{"paneElements", &PanelConfigInfo::paneElements},
+        Field{"isMagicPanels", &PanelConfigInfo::isMagicPanels},
+        Field{"switchExpandPanelName", &PanelConfigInfo::switchExpandPanelName},
+        Field{"foldPosition", &PanelConfigInfo::foldPosition},
+        Field{"magicPanelsName", &PanelConfigInfo::magicPanelsName},
+        Field{"displayBorders", &PanelConfigInfo::displayBorders},
+        Field{"isEditable", &PanelConfigInfo::isEditable},
+        Field{"excuteCommandInfo", &PanelConfigInfo::excuteCommandInfo},
+        Field{"splitScale", &PanelConfigInfo::splitScale},
+        Field{"fixSize", &PanelConfigInfo::fixSize},
+        Field{"minSize", &PanelConfigInfo::minSize},
+        Field{"maxSize", &PanelConfigInfo::maxSize},
+    };
+};
+
+}  // namespace yg

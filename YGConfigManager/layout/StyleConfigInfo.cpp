@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/layout/StyleConfigInfo.h"
+
+namespace yg {
+
+std::shared_ptr<StyleConfigInfo> StyleConfigInfo::copyWithZone() const {
+    auto copy = std::make_shared<StyleConfigInfo>();
+    copy->styleName_ = styleName_;
+    copy->styleFucus_ = styleFucus_;
+    copy->styleLayer_ = styleLayer_;
+    if (stylePanes_) {
+        copy->stylePanes_->reserve(stylePanes_->size());
+        for (const std::shared_ptr<PanelConfigInfo>& pane : *stylePanes_)
+            copy->stylePanes_->push_back(pane ? pane->copyWithZone() : nullptr);
+    }
+    return copy;
+}
+
+}  // namespace yg

@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: MIT
+//
+// The style loader: its life, the order of a load, the style files and lookups by name.
+#include <map>
+#include <utility>
+
+#include "YGConfigManager/host/Log.h"
+#include "YGConfigManager/host/YGFrameComFun.h"
+#include "YGConfigManager/layout/LayoutAttributes.h"
+#include "YGConfigManager/layout/LayoutRules.h"
+#include "YGConfigManager/layout/YGStyleConfigLoad.h"
+#include "YGConfigManager/text/Paths.h"
+#include "YGConfigManager/xml/Document.h"
+
+namespace yg {
+
+namespace {
+
+/// The last component of a path, or the name that stands for a path without one.
+std::string fileName(std::optional<std::string_view> path, std::string_view otherwise) {
+    std::optional<std::string> last = text::lastPathComponent(path);
+    return last && !last->empty() ? *std::move(last) : std::string(otherwise);
+}
+
+}  // namespace
+
+struct YGStyleConfigLoad::FilesOfOneLoad {
+    std::map<std::string, xml::ParseResult, std::less<>> parsed;
+};
+
+YGStyleConfigLoad::YGStyleConfigLoad() = default;
+YGStyleConfigLoad::~YGStyleConfigLoad() = default;
+
+const std::shared_ptr<YGStyleConfigLoad>& YGStyleConfigLoad::getShareInstance() {
+    static const auto instance = std::make_shared<YGStyleConfigLoad>();
+    return instance;
+}
+
+YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(
+    std::optional<std::string_view> styleConfigPath, std::optional<std::string_view> tabStylePath,
+    std::optional<std::string_view> magicPanelPath) {
+    files_ = std::make_unique<FilesOfOneLoad>();
+    writeRuntimeLog("initWithStyleConfigPath");
+
+    const std::string styleFile = fileName(styleConfigPath, "custompage_template.xml");
+    const std::string magicFile = fileName(magicPanelPath, "magic_panels.xml");
+    const auto softStylePath = YGFrameComFun::getSoftOptimizeConfigFilePath(0, styleFile);
+    const auto softMagicPath = YGFrameComFun::getSoftOptimizeConfigFilePath(0, magicFile);
+    const auto reusePath = YGFrameComFun::getBaseOptimizeConfigFilePath(0, "reuse_panels.xml");
+
+    // Styles resolve their references while they are read, so the order decides what they find.
+    // While the reuse file is read its panels are not known yet, and the soft-optimize styles know
+    // the first file's groups only.
+    reusePanelInfos_ = loadReusePanel(reusePath);
+    magicPanelInfos_ = loadMagicPanel(magicPanelPath);
+    styleInfos_ = loadConfig(styleConfigPath, true);
+    const std::shared_ptr<MagicPanelMap> softMagicPanels = loadMagicPanel(softMagicPath);
+    const std::shared_ptr<StyleMap> softStyles = loadConfig(softStylePath, true);
+    for (const auto& [groupName, members] : *softMagicPanels) {
+        if (magicPanelInfos_->set(groupName, members))
+            report(rules::replacedGroup, definitionOf(groupName, softMagicPath), {}, groupName);
+    }
+    if (softStyles) {
+        if (!styleInfos_)
+            report(rules::softOptimizeDropped, {}, {}, softStylePath.value_or(""));
+        else
+            for (const auto& [name, style] : *softStyles) {
+                if (styleInfos_->set(name, style))
+                    report(rules::overriddenStyle, definitionOf(name, softStylePath), {}, name);
+            }
+    }
+    tabStyleInfos_ = loadConfig(tabStylePath, false);
+    keepTemplates(softStylePath, styleConfigPath);
+    magicXMLElement_ = loadMagicPanelsConfigWithMagicPath(magicPanelPath, reusePath);
+    files_.reset();
+    return this;
+}
+
+std::shared_ptr<StyleMap> YGStyleConfigLoad::loadConfig(std::optional<std::string_view> path,
+                                                        bool isMainStyleConfig) {
+    const xml::Element root = getRootElementForFile(path);
+    if (const auto name = root.attribute("default_style")) {
+        if (isMainStyleConfig) {
+            defaultStyleName_ = std::string(*name);
+            used(root, "default_style");
+        } else {
+            report(rules::ignoredDefaultStyle, root, "default_style", *name);
+        }
+    }
+    reportAttributesBut(root, "default_style");
+    if (root)
+        used(root);
+    if (!root.hasChildren())
+        return nullptr;
+
+    auto styles = std::make_shared<StyleMap>();
+    for (const xml::Node& child : root.children()) {
+        if (!child.isElement()) {
+            reportUnread(child);
+            continue;
+        }
+        const xml::Element element(child);
+        const auto name = element.attribute("name");
+        if (!name || name->empty()) {
+            report(rules::styleWithoutName, element);
+            continue;
+        }
+        if (styles->set(*name, parseStyleConfig(element)))
+            report(rules::duplicateStyle, element, "name", *name);
+    }
+    return styles;
+}
+
+std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::parseStyleConfig(
+    const xml::Element& style) const {
+    auto record = std::make_shared<StyleConfigInfo>();
+    readAttributes(style, styleAttributes, *record);
+    if (sink()) {
+        used(style);
+        reportAttributes(style, styleAttributes, *sink());
+        if (style.name() != "style")
+            report(rules::styleElementName, style, {}, style.name());
+    }
+
+    bool hasMagicPanels = false;
+    for (const xml::Node& child : style.children())
+        parsePaneOrElement(child, record, nullptr, &hasMagicPanels, std::nullopt, std::nullopt);
+    return record;
+}
+
+std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::loadStyleConfigInfoWithName(
+    std::optional<std::string_view> name) const {
+    if (!name)
+        return nullptr;
+    if (styleInfos_) {
+        if (const auto* style = styleInfos_->find(*name))
+            return *style;
+    }
+    const xml::Element page = createXMLElementWithStyleName(name);
+    return page ? parseStyleConfig(page) : nullptr;
+}
+
+xml::Element YGStyleConfigLoad::getRootElementForFile(std::optional<std::string_view> path) const {
+    if (!path || path->empty())
+        return {};
+    const xml::ParseOptions options{.positions = sink_ != nullptr};
+    xml::ParseResult once;
+    const xml::ParseResult* result = &once;
+    const auto known = files_ ? files_->parsed.find(*path) : decltype(files_->parsed.end()){};
+    if (files_ && known != files_->parsed.end()) {
+        result = &known->second;
+    } else {
+        if (sink())
+            sink()->readingFile(*path);
+        once = xml::Document::parseFile(*path, options);
+        if (files_)
+            result = &files_->parsed.emplace(std::string(*path), std::move(once)).first->second;
+    }
+    if (!*result) {
+        writeRuntimeLog("load style config fail:%@", result->error);
+        const bool namesFile = result->error.compare(0, path->size(), *path) == 0;
+        report(rules::unreadableFile, {}, {},
+               namesFile ? result->error : std::string(*path) + ": " + result->error);
+        return {};
+    }
+    return result->document.root();
+}
+
+xml::Element YGStyleConfigLoad::loadStyleConfigWithBasePath(
+    std::optional<std::string_view> basePath, std::optional<std::string_view> extPath) const {
+    const xml::Element base = getRootElementForFile(basePath);
+    const xml::Element extension = getRootElementForFile(extPath);
+    xml::Element merged(base.copy());
+    if (!merged)
+        return {};
+    for (const xml::Node& child : extension.children()) {
+        if (child.isElement())
+            merged.appendChild(child);
+    }
+    return merged;
+}
+
+/// What loadStyleConfigWithBasePath answers is only ever searched from its first child to its last,
+/// so the two roots themselves serve, one after the other, without a copy of either.
+void YGStyleConfigLoad::keepTemplates(std::optional<std::string_view> basePath,
+                                      std::optional<std::string_view> extPath) {
+    const xml::Element base = getRootElementForFile(basePath);
+    const xml::Element extension = getRootElementForFile(extPath);
+    templateRoots_.clear();
+    if (base)
+        templateRoots_ = {base, extension};
+    else
+        report(rules::noTemplates, {}, {}, basePath.value_or(""));
+}
+
+bool YGStyleConfigLoad::isTureForName(std::string_view name, const xml::Element& node) {
+    const auto value = node.attribute(name);
+    return value && isTrueText(*value);
+}
+
+namespace {
+
+thread_local int quietWalks = 0;
+
+}  // namespace
+
+YGStyleConfigLoad::QuietWalk::QuietWalk() {
+    ++quietWalks;
+}
+
+YGStyleConfigLoad::QuietWalk::~QuietWalk() {
+    --quietWalks;
+}
+
+DiagnosticsSink* YGStyleConfigLoad::sink() const {
+    return quietWalks == 0 ? sink_ : nullptr;
+}
+
+void YGStyleConfigLoad::report(const Rule& rule, const xml::Node& node, std::string_view attribute,
+                               std::string_view value) const {
+    if (sink())
+        sink()->report({rule, node, std::string(attribute), std::string(value)});
+}
+
+/// The definition that counts of a name in a file of this load, for reports on it.
+xml::Element YGStyleConfigLoad::definitionOf(std::string_view name,
+                                             const std::optional<std::string>& path) const {
+    xml::Element last;
+    if (!sink() || !path)
+        return last;
+    for (const xml::Node& child : files_->parsed[*path].document.root().children()) {
+        const xml::Element element(child);
+        if (element.attribute("name") == name)
+            last = element;
+    }
+    return last;
+}
+
+/// Comments and instructions are no content; text and elements are.
+void YGStyleConfigLoad::reportUnread(const xml::Node& node) const {
+    if (!sink())
+        return;
+    if (node.kind() == xml::NodeKind::text)
+        report(rules::strayText, node, {}, node.stringValue());
+    else if (node.isElement())
+        report(rules::unreadContent, node, {}, node.name());
+}
+
+void YGStyleConfigLoad::reportAttributesBut(const xml::Element& element,
+                                            std::string_view known) const {
+    if (!sink() || !element)
+        return;
+    for (const xml::Attribute attribute : element.attributes()) {
+        if (attribute.name != known)
+            report(rules::unknownAttribute, element, attribute.name, attribute.value);
+    }
+}
+
+void YGStyleConfigLoad::used(const xml::Element& element) const {
+    if (sink())
+        sink()->usedElement(element);
+}
+
+void YGStyleConfigLoad::used(const xml::Element& element, std::string_view attribute) const {
+    if (sink())
+        sink()->usedAttribute(element, attribute);
+}
+
+}  // namespace yg

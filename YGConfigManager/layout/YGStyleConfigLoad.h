@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: MIT
+//
+// The layout of the terminal: reads the style files, the tab styles, the magic panels and the reuse
+// panels into records and answers styles by name, those of custom pages built on demand.
+//
+// Load once, from one thread; afterwards lookups may run on any thread, apart from
+// setDefaultStyleName and replaceMagicPanel, which change things. Nothing is thrown: a file that
+// cannot be read is logged as "load style config fail:" with the reason and contributes nothing.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "YGConfigManager/diagnostics/DiagnosticsSink.h"
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/layout/ElementConfigInfo.h"
+#include "YGConfigManager/layout/PanelConfigInfo.h"
+#include "YGConfigManager/layout/StyleConfigInfo.h"
+#include "YGConfigManager/records/RecordMap.h"
+#include "YGConfigManager/xml/Node.h"
+
+namespace yg {
+
+/// Styles by name, panels by name, and groups of magic panels: group name to member name to panel.
+/// All keep the order of the file.
+using StyleMap = RecordMap<std::shared_ptr<StyleConfigInfo>>;
+using PanelMap = RecordMap<std::shared_ptr<PanelConfigInfo>>;
+using MagicPanelMap = RecordMap<std::shared_ptr<PanelMap>>;
+
+class YG_EXPORT YGStyleConfigLoad {
+public:
+    /// An empty loader: every field is absent until initWithStyleConfigPath has run.
+    YGStyleConfigLoad();
+    ~YGStyleConfigLoad();
+    YGStyleConfigLoad(const YGStyleConfigLoad&) = delete;
+    YGStyleConfigLoad& operator=(const YGStyleConfigLoad&) = delete;
+
+    /// The one shared loader of the application, made empty on the first call. Any thread; it lives
+    /// as long as the process.
+    static const std::shared_ptr<YGStyleConfigLoad>& getShareInstance();
+
+    /// Loads everything and answers this loader. Beside the three full paths given, files of the
+    /// same names are read from the host's soft-optimize folder, "custompage_template.xml" and
+    /// "magic_panels.xml" where a path is absent or empty, and "reuse_panels.xml" from the host's
+    /// base-optimize folder. Soft-optimize styles and magic panel groups replace those of the same
+    /// name. When the main style file yields no styles, the soft-optimize styles are dropped too.
+    YGStyleConfigLoad* initWithStyleConfigPath(std::optional<std::string_view> styleConfigPath,
+                                               std::optional<std::string_view> tabStylePath,
+                                               std::optional<std::string_view> magicPanelPath);
+
+    /// The style of that name. One that was loaded is answered itself, not as a copy; any other
+    /// name is taken as a custom page, template-argument-argument…, and gives a new record each
+    /// time. Null when it is neither.
+    std::shared_ptr<StyleConfigInfo> loadStyleConfigInfoWithName(
+        std::optional<std::string_view> name) const;
+
+    /// The main styles, soft-optimize ones included; null before loading and when the main style
+    /// file yields none.
+    const std::shared_ptr<StyleMap>& styleInfos() const { return styleInfos_; }
+
+    /// The tab styles; null before loading and when the tab file yields none.
+    const std::shared_ptr<StyleMap>& tabStyleInfos() const { return tabStyleInfos_; }
+
+    /// The magic panels; null before loading, empty when there are none.
+    const std::shared_ptr<MagicPanelMap>& magicPanelInfos() const { return magicPanelInfos_; }
+
+    /// Declared for the host and never filled: always null.
+    const std::shared_ptr<PanelMap>& scrollPanelDict() const { return scrollPanelDict_; }
+
+    /// The name of the default style: "default_style" of the root of the soft-optimize style file,
+    /// else of the main one, or what the host has set. Absent when neither names one.
+    const std::optional<std::string>& defaultStyleName() const { return defaultStyleName_; }
+    void setDefaultStyleName(std::optional<std::string> name) {
+        defaultStyleName_ = std::move(name);
+    }
+
+    /// Parses one style file into styles by name; a later style replaces an earlier one of the same
+    /// name, one without a name is dropped. Null when the file cannot be read or its root has no
+    /// children. Only with `isMain` does the file's "default_style" count.
+    std::shared_ptr<StyleMap> loadConfig(std::optional<std::string_view> path,
+                                         bool isMainStyleConfig);
+
+    /// Builds a style from its element, also from one without a name; never null.
+    std::shared_ptr<StyleConfigInfo> parseStyleConfig(const xml::Element& style) const;
+
+    /// Decides what a node of a style is and attaches it to the style or the panel given; what it
+    /// cannot place it drops. `parentStyleInfo`, `parentPaneInfo` and `hasMagicPanels` may be null;
+    /// the flag is set when a slot for magic panels is met. The two names are those of the magic
+    /// panel and of the group whose content is being parsed.
+    void parsePaneOrElement(const xml::Node& node,
+                            const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
+                            const std::shared_ptr<PanelConfigInfo>& parentPaneInfo,
+                            bool* hasMagicPanels,
+                            std::optional<std::string_view> superMagicPanelName,
+                            std::optional<std::string_view> superMagicPanelsName) const;
+
+    /// A panel from the attributes of its element; never null.
+    std::shared_ptr<PanelConfigInfo> parsePaneInfo(
+        const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
+        std::optional<std::string_view> superMagicPanelsName) const;
+
+    /// An element record from its attributes; null when "name" is missing or empty.
+    std::shared_ptr<ElementConfigInfo> parseElementInfo(const xml::Element& element) const;
+
+    /// True exactly when the element has the attribute and its value is "true". Spelt so in the
+    /// interface.
+    static bool isTureForName(std::string_view name, const xml::Element& node);
+
+    /// The root element of a file; empty, and logged, when it cannot be read or is not well-formed.
+    /// An absent or empty path gives an empty element without a log line. The element keeps its
+    /// tree alive.
+    xml::Element getRootElementForFile(std::optional<std::string_view> path) const;
+
+    /// A copy of the base file's root followed by copies of the other file's elements, in which
+    /// custom pages look for their templates; empty when the base file cannot be read.
+    xml::Element loadStyleConfigWithBasePath(std::optional<std::string_view> basePath,
+                                             std::optional<std::string_view> extPath) const;
+
+    /// The reuse panels of a file by name; never null.
+    std::shared_ptr<PanelMap> loadReusePanel(std::optional<std::string_view> path) const;
+
+    /// The magic panels of a file; never null. A group without a usable member is kept, empty.
+    std::shared_ptr<MagicPanelMap> loadMagicPanel(std::optional<std::string_view> path) const;
+
+    /// A copy of the magic panel file's root in which each reference to a reuse panel is replaced
+    /// by its definition, as an element "panel"; empty when the magic panel file cannot be read.
+    xml::Element loadMagicPanelsConfigWithMagicPath(
+        std::optional<std::string_view> magicPath, std::optional<std::string_view> reusePath) const;
+
+    /// Puts one panel into every magic slot of a tree of panels, at any depth and of whatever
+    /// group, and sets `isFind` when there was one; never clears it. Changes the lists in place:
+    /// no other thread may use them meanwhile. Does nothing when the list or the panel is null.
+    static void replaceMagicPanel(const std::shared_ptr<PanelList>& panels,
+                                  const std::shared_ptr<PanelConfigInfo>& panelConfigInfo,
+                                  bool& isFind);
+
+    /// The element of a custom page: a copy of the template style in which each slot for magic
+    /// panels is replaced by the member that the argument names, or by a pattern member with the
+    /// argument written into it; a slot that neither serves stays. Empty when there is no such
+    /// template or the number of arguments is not that of the slots.
+    xml::Element createXMLElementWithStyleName(std::optional<std::string_view> styleName) const;
+
+    /// The key of the host's mapping "模版通配" whose list holds the value; absent when none does.
+    static std::optional<std::string> getWildCardKeyWithValue(std::string_view value);
+
+    /// The first direct child element of that element name whose attribute "name" is
+    /// `attributeName`; empty when there is none.
+    static xml::Element searchNodeWithNodeName(std::string_view nodeName,
+                                               std::optional<std::string_view> attributeName,
+                                               const xml::Element& rootElement);
+
+    /// Appends all elements of that name below the root, at any depth, in document order.
+    static void recursiveSearchNodeWithNodeName(std::string_view nodeName,
+                                                const xml::Element& rootElement,
+                                                std::vector<xml::Element>& resultList);
+
+    /// Who hears of what the loader drops, replaces, defaults or cannot resolve, while loading and
+    /// in lookups; null, the default, for nobody. It must outlive the loader's use of it. Set it
+    /// before loading: with a sink, parses keep positions.
+    void setDiagnosticsSink(DiagnosticsSink* sink) { sink_ = sink; }
+
+private:
+    struct FilesOfOneLoad;
+
+    void keepTemplates(std::optional<std::string_view> basePath,
+                       std::optional<std::string_view> extPath);
+    xml::Element templateNamed(std::string_view name) const;
+    void parsePanel(const xml::Element& element,
+                    const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
+                    const std::shared_ptr<PanelConfigInfo>& parentPaneInfo, bool* hasMagicPanels,
+                    std::optional<std::string_view> superMagicPanelName,
+                    std::optional<std::string_view> superMagicPanelsName) const;
+    static std::shared_ptr<PanelConfigInfo> readPanel(
+        const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
+        std::optional<std::string_view> superMagicPanelsName);
+    void reportPanel(const xml::Element& panel) const;
+    void placeMagicPanel(const xml::Element& element,
+                         const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
+                         const std::shared_ptr<PanelConfigInfo>& parentPaneInfo,
+                         bool* hasMagicPanels) const;
+    void placeReusePanel(const xml::Element& element,
+                         const std::shared_ptr<PanelConfigInfo>& parentPaneInfo) const;
+    std::shared_ptr<PanelMap> loadMagicGroup(const xml::Element& group,
+                                             std::string_view groupName) const;
+    void parseContent(const xml::Element& content, const std::shared_ptr<PanelConfigInfo>& panel,
+                      std::optional<std::string_view> superMagicPanelName,
+                      std::optional<std::string_view> superMagicPanelsName) const;
+    xml::Node memberForSlot(const xml::Element& slot, std::string_view argument) const;
+
+    /// While one lives, its thread reports nothing: what is walked is dropped and reported already.
+    struct QuietWalk {
+        QuietWalk();
+        ~QuietWalk();
+        QuietWalk(const QuietWalk&) = delete;
+        QuietWalk& operator=(const QuietWalk&) = delete;
+    };
+
+    // Diagnostics; each does nothing without a sink.
+    DiagnosticsSink* sink() const;
+    void report(const Rule& rule, const xml::Node& node, std::string_view attribute = {},
+                std::string_view value = {}) const;
+    xml::Element definitionOf(std::string_view name, const std::optional<std::string>& path) const;
+    void reportUnread(const xml::Node& node) const;
+    void reportReference(const xml::Element& element) const;
+    void reportNamed(const xml::Element& element, std::string_view properName) const;
+    void reportAttributesBut(const xml::Element& element, std::string_view known) const;
+    void used(const xml::Element& element) const;
+    void used(const xml::Element& element, std::string_view attribute) const;
+
+    std::shared_ptr<StyleMap> styleInfos_;
+    std::shared_ptr<StyleMap> tabStyleInfos_;
+    std::shared_ptr<MagicPanelMap> magicPanelInfos_;
+    std::shared_ptr<PanelMap> reusePanelInfos_;
+    std::shared_ptr<PanelMap> scrollPanelDict_;
+    std::vector<xml::Element> templateRoots_;
+    xml::Element magicXMLElement_;
+    std::optional<std::string> defaultStyleName_;
+    DiagnosticsSink* sink_ = nullptr;
+
+    /// The files that a load has read, so that each is parsed once however often a step asks.
+    std::unique_ptr<FilesOfOneLoad> files_;
+
+    /// Custom pages mark the magic panels that they show, and pages may be built on any thread.
+    mutable std::mutex markLock_;
+};
+
+}  // namespace yg

@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: MIT
+//
+// The event loader's templates and groups: what they define and what they include.
+#include <utility>
+
+#include "YGConfigManager/events/EventAttributes.h"
+#include "YGConfigManager/events/EventReports.h"
+#include "YGConfigManager/events/YGEventLoader.h"
+#include "YGConfigManager/xml/Query.h"
+
+namespace yg {
+
+namespace {
+
+/// A file of a few megabytes could otherwise include its templates into as many groups until the
+/// memory is gone.
+constexpr std::size_t mostIncludedBytes = std::size_t{256} * 1024 * 1024;
+
+/// About what an event costs in the map that includes it, beside its name.
+constexpr std::size_t bytesOfIncludedEvent = 64;
+
+bool isUsable(const std::optional<std::string_view>& name) {
+    return name && !name->empty();
+}
+
+}  // namespace
+
+/// A template or group while it is read.
+struct YGEventLoader::Section {
+    EventMap events;
+    /// Whether an event was defined here; kept for diagnostics only.
+    RecordMap<bool> isOwn;
+};
+
+void YGEventLoader::loadEventTemplate(const xml::Element& root) {
+    static const xml::Query templates("/event_list/event_template");
+    if (!root.hasChildren())
+        return;
+    const std::vector<xml::Node> sections = root.query(templates);
+
+    // For diagnostics: how many templates of each name are not read to their end yet.
+    PendingTemplates pending;
+    const auto count = [&](const xml::Element& section, std::size_t change) {
+        if (const auto name = section.attribute("name"); sink_ && name) {
+            const std::size_t* before = pending.find(*name);
+            pending.set(*name, (before ? *before : 0) + change);
+        }
+    };
+    for (const xml::Node& section : sections)
+        count(xml::Element(section), 1);
+    for (const xml::Node& node : sections) {
+        const xml::Element section(node);
+        readTemplate(section, pending);
+        count(section, static_cast<std::size_t>(-1));
+    }
+}
+
+/// The name of a template or group; absent when nothing of the section counts.
+std::optional<std::string_view> YGEventLoader::usableName(const xml::Element& section) const {
+    const Reporter reporter(sink_);
+    if (!section.hasChildren()) {
+        reporter.report(rules::emptyEventSection, section);
+        return std::nullopt;
+    }
+    const auto name = section.attribute("name");
+    if (isUsable(name))
+        return name;
+    reporter.report(rules::eventSectionWithoutName, section);
+    return std::nullopt;
+}
+
+void YGEventLoader::loadSingleEventTemplate(const xml::Element& section) {
+    readTemplate(section, {});
+}
+
+void YGEventLoader::readTemplate(const xml::Element& section, const PendingTemplates& pending) {
+    const Reporter reporter(sink_);
+    const auto name = usableName(section);
+    if (!name)
+        return;
+    Section read;
+    for (const xml::Node& child : section.children()) {
+        if (!child.isElement()) {
+            reporter.stray(child);
+            continue;
+        }
+        const xml::Element entry(child);
+        const bool isEvent = isUsable(entry.attribute("name"));
+        EventInclude source;
+        readAttributes(entry, includeAttributes, source);
+        const bool isInclude = isUsable(source.templateName);
+        if (!isEvent && !isInclude) {
+            reporter.report(rules::eventEntryWithoutEffect, entry);
+            continue;
+        }
+        if (isEvent) {
+            auto event = std::make_shared<YGEventData>();
+            readAttributes(entry, templateEventAttributes, *event);
+            define(read, entry, std::move(event));
+        }
+        reportEventEntry(reporter, entry, templateEventAttributes, isEvent,
+                         isInclude ? nullptr : &rules::emptySrc);
+        if (isInclude)
+            include(read, entry, *source.templateName, pending);
+    }
+    reportEventAttributesBut(reporter, section, "name");
+    if (read.events.empty()) {
+        reporter.report(rules::templateWithoutEvents, section, {}, *name);
+        return;
+    }
+    reporter.used(section);
+    if (eventTemplateDatas_.set(*name, std::move(read.events)))
+        reporter.report(rules::duplicateEventTemplate, section, "name", *name);
+}
+
+void YGEventLoader::loadElementEvent(const xml::Element& root) {
+    static const xml::Query groups("/event_list/element_event");
+    if (!root.hasChildren())
+        return;
+    for (const xml::Node& section : root.query(groups))
+        loadSingleElementEvent(xml::Element(section));
+}
+
+void YGEventLoader::loadSingleElementEvent(const xml::Element& section) {
+    const Reporter reporter(sink_);
+    const auto name = usableName(section);
+    if (!name)
+        return;
+    Section read;
+    for (const xml::Node& child : section.children()) {
+        if (!child.isElement()) {
+            reporter.stray(child);
+            continue;
+        }
+        const xml::Element entry(child);
+        if (entry.name() == "event") {
+            auto event = std::make_shared<YGEventData>();
+            readAttributes(entry, elementEventAttributes, *event);
+            if (!event->eventName()) {
+                reporter.report(rules::eventWithoutName, entry);
+                continue;
+            }
+            define(read, entry, std::move(event));
+            reportEventEntry(reporter, entry, elementEventAttributes, true, &rules::srcOnEvent);
+            continue;
+        }
+        EventInclude source;
+        readAttributes(entry, includeAttributes, source);
+        if (!isUsable(source.templateName)) {
+            reporter.report(rules::includeWithoutSrc, entry, {}, entry.name());
+            continue;
+        }
+        reportEventEntry(reporter, entry, elementEventAttributes, false, nullptr);
+        include(read, entry, *source.templateName, {});
+    }
+    reporter.used(section);
+    reportEventAttributesBut(reporter, section, "name");
+    if (elementEventDatas_.set(*name, std::move(read.events)))
+        reporter.report(rules::duplicateEventGroup, section, "name", *name);
+}
+
+/// Stores an event under its name, which is there.
+void YGEventLoader::define(Section& section, const xml::Element& entry,
+                           std::shared_ptr<YGEventData> event) {
+    const std::string& name = *event->eventName();
+    const bool replaces = section.events.set(name, event);
+    const Reporter reporter(sink_);
+    if (!reporter)
+        return;
+    reporter.used(entry);
+    if (name.empty())
+        reporter.report(rules::unreachableEvent, entry, "name");
+    if (replaces) {
+        const bool* wasOwn = section.isOwn.find(name);
+        reporter.report(wasOwn && *wasOwn ? rules::duplicateEvent : rules::overriddenTemplateEvent,
+                        entry, "name", name);
+    }
+    section.isOwn.set(name, true);
+}
+
+/// Adds all events of a template as it stands now, the very records.
+void YGEventLoader::include(Section& section, const xml::Element& entry,
+                            std::string_view templateName, const PendingTemplates& pending) {
+    const Reporter reporter(sink_);
+    const EventMap* events = eventTemplateDatas_.find(templateName);
+    if (!events) {
+        const std::size_t* later = pending.find(templateName);
+        reporter.report(
+            later && *later > 0 ? rules::laterEventTemplate : rules::unknownEventTemplate, entry,
+            "src", templateName);
+        return;
+    }
+    if (includedBytes_ >= mostIncludedBytes) {
+        reporter.report(rules::includeLimit, entry, "src", templateName);
+        return;
+    }
+    reporter.used(entry);
+    reporter.used(entry, "src");
+    for (const auto& [name, event] : *events) {
+        includedBytes_ += bytesOfIncludedEvent + name.size();
+        if (reporter) {
+            const auto* before = section.events.find(name);
+            const bool* wasOwn = section.isOwn.find(name);
+            if (before && *before != event)
+                reporter.report(
+                    wasOwn && *wasOwn ? rules::eventLostToTemplate : rules::overriddenTemplateEvent,
+                    entry, {}, name);
+            section.isOwn.set(name, false);
+        }
+        section.events.set(name, event);
+    }
+}
+
+}  // namespace yg

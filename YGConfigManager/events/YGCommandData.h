@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+//
+// One command of the event configuration: what happens when an event names it. A plain record, held
+// by shared pointers. Not synchronised: a record that one thread changes must not be read by
+// another.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/records/Fields.h"
+
+namespace yg {
+
+class YG_EXPORT YGCommandData {
+public:
+    /// A new record with these four texts, each of which may be absent.
+    static std::shared_ptr<YGCommandData> initWithCommandInfo(
+        std::optional<std::string_view> commandName,
+        std::optional<std::string_view> changeStyleName,
+        std::optional<std::string_view> dispatchParam, std::optional<std::string_view> addtionData);
+
+    /// The command's name, the key under which it is stored ("name").
+    const std::optional<std::string>& commandName() const { return commandName_; }
+    void setCommandName(std::optional<std::string> name) { commandName_ = std::move(name); }
+
+    /// The style to change to ("change_style").
+    const std::optional<std::string>& changeStyleName() const { return changeStyleName_; }
+    void setChangeStyleName(std::optional<std::string> name) { changeStyleName_ = std::move(name); }
+
+    /// What is dispatched, for the host to understand ("dispatch").
+    const std::optional<std::string>& dispatchParam() const { return dispatchParam_; }
+    void setDispatchParam(std::optional<std::string> param) { dispatchParam_ = std::move(param); }
+
+    /// Additional data, for the host to understand ("addtion_data"). Spelt so in the interface and
+    /// in files.
+    const std::optional<std::string>& addtionData() const { return addtionData_; }
+    void setAddtionData(std::optional<std::string> data) { addtionData_ = std::move(data); }
+
+private:
+    std::optional<std::string> commandName_;
+    std::optional<std::string> changeStyleName_;
+    std::optional<std::string> dispatchParam_;
+    std::optional<std::string> addtionData_;
+};
+
+template <>
+struct Description<YGCommandData> {
+    static constexpr std::tuple fields{
+        Field{"commandName", &YGCommandData::commandName},
+        Field{"changeStyleName", &YGCommandData::changeStyleName},
+        Field{"dispatchParam", &YGCommandData::dispatchParam},
+        Field{"addtionData", &YGCommandData::addtionData},
+    };
+};
+
+}  // namespace yg

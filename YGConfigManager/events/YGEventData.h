@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+//
+// One event of a template or of an element's event group. A plain record, held by shared pointers:
+// an event that comes from a template stands as one and the same record in the template and in all
+// that include it. Not synchronised: a record that one thread changes must not be read by another.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/records/Fields.h"
+
+namespace yg {
+
+class YG_EXPORT YGEventData {
+public:
+    /// A new record with these five texts, each of which may be absent.
+    static std::shared_ptr<YGEventData> initWithEventInfo(
+        std::optional<std::string_view> eventName, std::optional<std::string_view> command,
+        std::optional<std::string_view> changeStyleName,
+        std::optional<std::string_view> dispatchParam, std::optional<std::string_view> addtionData);
+
+    /// The event's name, the key under which it is stored in its group ("name").
+    const std::optional<std::string>& eventName() const { return eventName_; }
+    void setEventName(std::optional<std::string> name) { eventName_ = std::move(name); }
+
+    /// The command that the event triggers, a name for YGEventLoader::commandByName ("command").
+    const std::optional<std::string>& command() const { return command_; }
+    void setCommand(std::optional<std::string> command) { command_ = std::move(command); }
+
+    /// The style to change to ("change_style").
+    const std::optional<std::string>& changeStyleName() const { return changeStyleName_; }
+    void setChangeStyleName(std::optional<std::string> name) { changeStyleName_ = std::move(name); }
+
+    /// What is dispatched, for the host to understand: "disptch" in a template, spelt so in files,
+    /// "dispatch" in a group.
+    const std::optional<std::string>& dispatchParam() const { return dispatchParam_; }
+    void setDispatchParam(std::optional<std::string> param) { dispatchParam_ = std::move(param); }
+
+    /// Additional data, for the host to understand ("addtion_data"). Spelt so in the interface and
+    /// in files.
+    const std::optional<std::string>& addtionData() const { return addtionData_; }
+    void setAddtionData(std::optional<std::string> data) { addtionData_ = std::move(data); }
+
+private:
+    std::optional<std::string> eventName_;
+    std::optional<std::string> command_;
+    std::optional<std::string> changeStyleName_;
+    std::optional<std::string> dispatchParam_;
+    std::optional<std::string> addtionData_;
+};
+
+template <>
+struct Description<YGEventData> {
+    static constexpr std::tuple fields{
+        Field{"eventName", &YGEventData::eventName},
+        Field{"command", &YGEventData::command},
+        Field{"changeStyleName", &YGEventData::changeStyleName},
+        Field{"dispatchParam", &YGEventData::dispatchParam},
+        Field{"addtionData", &YGEventData::addtionData},
+    };
+};
+
+}  // namespace yg

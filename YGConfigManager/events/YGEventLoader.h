@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+//
+// The event configuration: reads one XML file of commands, event templates and the event groups of
+// elements, and answers commands and events by name. The library acts on none of them.
+//
+// Made with one call on one thread; afterwards nothing changes, and lookups may run on any thread.
+// Nothing is thrown: a file that cannot be read is logged as "load palette config fail:" with the
+// reason, and the loader stays empty.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+
+#include "YGConfigManager/diagnostics/DiagnosticsSink.h"
+#include "YGConfigManager/events/YGCommandData.h"
+#include "YGConfigManager/events/YGEventData.h"
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/RecordMap.h"
+#include "YGConfigManager/xml/Node.h"
+
+namespace yg {
+
+/// Commands by name, events by name, and events by the name of their template or group. All keep
+/// the order of the file.
+using CommandMap = RecordMap<std::shared_ptr<YGCommandData>>;
+using EventMap = RecordMap<std::shared_ptr<YGEventData>>;
+using EventGroupMap = RecordMap<EventMap>;
+
+class YG_EXPORT YGEventLoader {
+public:
+    /// A loader of the file at `path`, fully loaded; never null. It is empty when the path is
+    /// absent or empty, which is not logged, and when the file cannot be read, which is.
+    /// With a sink, what the load passes over is reported to it; the sink is not used afterwards.
+    static std::shared_ptr<YGEventLoader> initWithEventConfigPath(
+        std::optional<std::string_view> path, DiagnosticsSink* sink = nullptr);
+
+    YGEventLoader(const YGEventLoader&) = delete;
+    YGEventLoader& operator=(const YGEventLoader&) = delete;
+    ~YGEventLoader() = default;
+
+    /// The command of exactly that name; null when there is none and for an absent or empty name.
+    std::shared_ptr<YGCommandData> commandByName(std::optional<std::string_view> name) const;
+
+    /// The event of exactly that name in the group of exactly that name; null when there is none
+    /// and when either name is absent or empty. Neither templates nor other groups are looked at.
+    std::shared_ptr<YGEventData> eventByName(std::optional<std::string_view> groupName,
+                                             std::optional<std::string_view> eventName) const;
+
+    // The steps of a load, in the order in which initWithEventConfigPath takes them. Each adds to
+    // the tables, so only call them yourself while no other thread looks anything up.
+
+    /// Reads the file: all commands, then all templates, then all groups, whatever their order in
+    /// it.
+    void loadEventConfig();
+
+    /// Reads the commands of one "command_event"; the later one of a name wins. Nothing for an
+    /// empty element.
+    void loadCommandEvent(const xml::Element& section);
+
+    /// Reads all templates of the document that holds the root element given.
+    void loadEventTemplate(const xml::Element& root);
+
+    /// Reads one "event_template". Its entries define events and include templates read before, the
+    /// later one wins. It is kept, in the place of an earlier one of its name, if it has an event.
+    void loadSingleEventTemplate(const xml::Element& section);
+
+    /// Reads all event groups of the document that holds the root element given.
+    void loadElementEvent(const xml::Element& root);
+
+    /// Reads one "element_event", likewise; it replaces an earlier one of its name even without an
+    /// event, but not without any content. What templates bring into one loader is limited to
+    /// 256 MiB; an include beyond that adds nothing.
+    void loadSingleElementEvent(const xml::Element& section);
+
+    // What was loaded, for tools that show it whole. The references live as long as the loader.
+
+    /// All commands by name.
+    const CommandMap& commandDatas() const { return commandDatas_; }
+
+    /// The events of all templates by template name; a template has at least one.
+    const EventGroupMap& eventTemplateDatas() const { return eventTemplateDatas_; }
+
+    /// The events of all groups by group name; a group may have none. An event that a template
+    /// brought is the template's own record.
+    const EventGroupMap& elementEventDatas() const { return elementEventDatas_; }
+
+private:
+    struct Section;
+    using PendingTemplates = RecordMap<std::size_t>;
+
+    YGEventLoader(std::optional<std::string_view> path, DiagnosticsSink* sink);
+
+    std::optional<std::string_view> usableName(const xml::Element& section) const;
+    void readTemplate(const xml::Element& section, const PendingTemplates& pending);
+    void define(Section& section, const xml::Element& entry, std::shared_ptr<YGEventData> event);
+    void include(Section& section, const xml::Element& entry, std::string_view templateName,
+                 const PendingTemplates& pending);
+    void reportDocument(const xml::Element& root) const;
+
+    std::optional<std::string> configPath_;
+    CommandMap commandDatas_;
+    EventGroupMap eventTemplateDatas_;
+    EventGroupMap elementEventDatas_;
+    std::size_t includedBytes_ = 0;
+    DiagnosticsSink* sink_ = nullptr;
+};
+
+template <>
+struct Description<YGEventLoader> {
+    static constexpr std::tuple fields{
+        Field{"commandDatas", &YGEventLoader::commandDatas},
+        Field{"eventTemplateDatas", &YGEventLoader::eventTemplateDatas},
+        Field{"elementEventDatas", &YGEventLoader::elementEventDatas},
+    };
+};
+
+}  // namespace yg

@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+//
+// Event files that are broken, huge or made to do harm.
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "YGConfigManager/events/YGEventLoader.h"
+
+#include "LargeInput.h"
+#include "diagnostics/RecordingSink.h"
+#include "events/EventFile.h"
+#include "host/RecordingHost.h"
+#include "host/TempRoot.h"
+
+namespace yg {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+using yg::testing::keysOf;
+using yg::testing::largeInput;
+using yg::testing::loadEvents;
+using yg::testing::RecordingSink;
+using yg::testing::ScopedHost;
+using yg::testing::TempRoot;
+
+constexpr std::string_view whole = R"(<event_list>
+    <command_event><c name="open" change_style="page"/></command_event>
+    <event_template name="t"><e name="click" command="open"/></event_template>
+    <element_event name="g"><i src="t"/></element_event>
+</event_list>
+)";
+
+void expectFailure(std::string_view bytes) {
+    const ScopedHost host;
+    const auto loader = loadEvents(bytes);
+    EXPECT_THAT(host->runtimeLog(), ElementsAre(StartsWith("load palette config fail:")));
+    EXPECT_TRUE(loader->commandDatas().empty());
+    EXPECT_TRUE(loader->eventTemplateDatas().empty());
+    EXPECT_TRUE(loader->elementEventDatas().empty());
+    EXPECT_EQ(loader->commandByName("open"), nullptr);
+    EXPECT_EQ(loader->eventByName("g", "click"), nullptr);
+}
+
+TEST(EventBadInput, EmptyFilesAreLoggedAndEmpty) {
+    expectFailure("");
+    expectFailure("\n");
+}
+
+TEST(EventBadInput, FilesThatAreNotXmlAreLoggedAndEmpty) {
+    expectFailure("event_list");
+    expectFailure("{\"event_list\": []}");
+    expectFailure(
+        "<event_list><command_event><c name='open' name='x'/></command_event></event_list>");
+    expectFailure("<event_list><command_event><c name='a&b'/></command_event></event_list>");
+    expectFailure("<event_list/><event_list/>");
+    expectFailure("<!-- only this -->");
+    expectFailure(std::string_view("<event_list>\0</event_list>", 26));
+    expectFailure("<event_list><command_event><c name='\xC3\x28'/></command_event></event_list>");
+}
+
+TEST(EventBadInput, AFileCutAnywhereIsLoggedAndEmpty) {
+    const std::size_t end = whole.find("</event_list>") + std::string_view("</event_list>").size();
+    for (std::size_t size = 0; size < end; size += 7)
+        expectFailure(whole.substr(0, size));
+    expectFailure(whole.substr(0, end - 1));
+    EXPECT_NE(loadEvents(whole.substr(0, end))->eventByName("g", "click"), nullptr);
+}
+
+TEST(EventBadInput, AFolderIsLoggedAndEmpty) {
+    const ScopedHost host;
+    const TempRoot root;
+    const auto loader = YGEventLoader::initWithEventConfigPath(root.path());
+    EXPECT_THAT(host->runtimeLog(),
+                ElementsAre(StartsWith("load palette config fail:" + root.path() + ": ")));
+    EXPECT_TRUE(loader->commandDatas().empty());
+}
+
+TEST(EventBadInput, APathWithStrangeBytesIsLoggedOnOneLine) {
+    const ScopedHost host;
+    YGEventLoader::initWithEventConfigPath("no\nsuch\nfile");
+    YGEventLoader::initWithEventConfigPath(std::string_view("no\0file", 7));
+    EXPECT_THAT(host->runtimeLog(),
+                ElementsAre(StartsWith("load palette config fail:no?such?file: "),
+                            StartsWith("load palette config fail:no?file: ")));
+}
+
+TEST(EventBadInput, AHugeFileIsRead) {
+    std::string xml = "<event_list>";
+    std::size_t sections = 0;
+    for (; xml.size() < largeInput; ++sections) {
+        const std::string number = std::to_string(sections);
+        xml += "<command_event><c name='c" + number +
+               "' change_style='page'/></command_event>\n<event_template name='t" + number +
+               "'><e name='click' command='c" + number +
+               "' disptch='symbol'/></event_template>\n<element_event name='g" + number +
+               "'><include src='t" + number + "'/><event name='own'/></element_event>\n";
+    }
+    const auto loader = loadEvents(xml + "</event_list>");
+    EXPECT_EQ(loader->commandDatas().size(), sections);
+    EXPECT_EQ(loader->eventTemplateDatas().size(), sections);
+    EXPECT_EQ(loader->elementEventDatas().size(), sections);
+    const std::string last = std::to_string(sections - 1);
+    EXPECT_EQ(loader->eventByName("g" + last, "click")->command(), "c" + last);
+}
+
+TEST(EventBadInput, AHugeFileThatIsCutIsLoggedAndEmpty) {
+    std::string xml = "<event_list><command_event>";
+    while (xml.size() < largeInput)
+        xml += "<c name='open' change_style='page' dispatch='symbol'/>\n";
+    expectFailure(xml);
+}
+
+TEST(EventBadInput, AHugeFlatSectionIsRead) {
+    std::string xml = "<event_list><element_event name='g'>";
+    std::size_t events = 0;
+    for (; xml.size() < largeInput / 5; ++events)
+        xml += "<event name='e" + std::to_string(events) + "'/>";
+    const auto loader = loadEvents(xml + "</element_event></event_list>");
+    EXPECT_EQ(loader->elementEventDatas().find("g")->size(), events);
+}
+
+TEST(EventBadInput, DeepNestingIsRefusedOrIgnored) {
+    std::string deep = "<event_list>";
+    for (int i = 0; i < 100'000; ++i)
+        deep += "<command_event>";
+    expectFailure(deep);
+
+    std::string nested = "<event_list><command_event><c name='a'>";
+    for (int i = 0; i < 200; ++i)
+        nested += "<d>";
+    for (int i = 0; i < 200; ++i)
+        nested += "</d>";
+    EXPECT_NE(loadEvents(nested + "</c></command_event></event_list>")->commandByName("a"),
+              nullptr);
+}
+
+TEST(EventBadInput, EntitiesAreReadAndBombsRefused) {
+    EXPECT_NE(loadEvents("<!DOCTYPE event_list [<!ENTITY n 'open'>]><event_list><command_event>"
+                         "<c name='&n;'/></command_event></event_list>")
+                  ->commandByName("open"),
+              nullptr);
+    expectFailure(R"(<!DOCTYPE event_list [<!ENTITY a "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa">
+        <!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;"><!ENTITY c "&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;">
+        <!ENTITY d "&c;&c;&c;&c;&c;&c;&c;&c;&c;&c;"><!ENTITY e "&d;&d;&d;&d;&d;&d;&d;&d;&d;&d;">
+        <!ENTITY f "&e;&e;&e;&e;&e;&e;&e;&e;&e;&e;"><!ENTITY g "&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;">]>
+        <event_list><command_event><c name="&g;"/></command_event></event_list>)");
+}
+
+TEST(EventBadInput, TheFamilyOfChineseEncodingsIsRead) {
+    const auto loader = loadEvents(
+        "<?xml version=\"1.0\" encoding=\"gb2312\"?><event_list><command_event>"
+        "<c name=\"\xD0\xD0\xC7\xE9\"/></command_event></event_list>");
+    EXPECT_NE(loader->commandByName("行情"), nullptr);
+}
+
+// Ten megabytes of events, included over and over, would take all memory.
+TEST(EventBadInput, IncludesEndAtTheirLimit) {
+    constexpr std::size_t events = 100;
+    constexpr std::size_t nameSize = 100'000;
+    constexpr std::size_t perInclude = events * (nameSize + 64);
+    constexpr std::size_t groups = 40;
+    std::string xml = "<event_list><event_template name='t'>";
+    for (std::size_t i = 0; i < events; ++i)
+        xml += "<e name='" + std::to_string(1000 + i) + std::string(nameSize - 4, 'n') + "'/>";
+    xml += "</event_template>";
+    // One group, so that the test itself takes little memory.
+    xml += "<element_event name='g'>";
+    for (std::size_t i = 1; i < groups; ++i)
+        xml += "<i src='t'/>";
+    xml += "</element_event>\n<element_event name='h'><i src='t'/></element_event></event_list>";
+
+    RecordingSink sink;
+    const auto loader = loadEvents(xml, &sink);
+    EXPECT_EQ(loader->elementEventDatas().find("g")->size(), events);
+    EXPECT_TRUE(loader->elementEventDatas().find("h")->empty());
+    constexpr std::size_t included = (256 * 1024 * 1024 + perInclude - 1) / perInclude;
+    ASSERT_EQ(sink.entries.size(), groups - included);
+    EXPECT_EQ(sink.rules().front(), "include-limit");
+    EXPECT_EQ(sink.lines().back(), "2: include-limit src=t");
+    EXPECT_THAT(sink.unaccounted(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace yg

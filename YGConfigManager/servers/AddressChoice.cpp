@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+//
+// The choice of an address: the uniform one of the group parse and the older weighted one.
+#include "YGConfigManager/servers/AddressChoice.h"
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+
+#include "YGConfigManager/servers/RandomSource.h"
+#include "YGConfigManager/servers/YGServerAddrListTag.h"
+#include "YGConfigManager/text/Format.h"
+#include "YGConfigManager/text/Numbers.h"
+
+namespace yg {
+
+void AddressChoice::add(std::string_view item) {
+    const AddressParts parts = splitAddressItem(item);
+    if (parts.count == 2)
+        addresses_.push_back({parts.part[0], parts.part[1]});
+    else if (parts.count > 2)
+        addresses_.push_back({parts.part[1], parts.part[2]});
+}
+
+const Address& AddressChoice::draw() const {
+    if (addresses_.size() == 1)
+        return addresses_.front();
+    return addresses_[randomSource().uniform() % addresses_.size()];
+}
+
+std::string YGServerAddrListTag::changeIpByPercentNew(const std::vector<std::string>* items) {
+    AddressChoice choice;
+    if (items) {
+        for (const std::string& item : *items)
+            choice.add(item);
+    }
+    if (choice.empty())
+        return "";
+    const Address& chosen = choice.draw();
+    return text::format("%@:%@", chosen.host, chosen.port);
+}
+
+std::string YGServerAddrListTag::changeIpByPercent(const std::vector<std::string>* items) {
+    if (!items || items->empty())
+        return "";
+    std::unordered_map<std::string_view, std::uint64_t> totals;
+    std::uint64_t total = 0;
+    for (const std::string& item : *items) {
+        if (item.empty())
+            continue;
+        const AddressParts parts = splitAddressItem(item);
+        const bool isWeighted = parts.count > 1;
+        if (isWeighted)
+            total += static_cast<std::uint64_t>(text::leadingInt64(parts.part[0]));
+        totals.insert_or_assign(isWeighted ? parts.part[1] : parts.part[0], total);
+    }
+    if (total == 0)
+        return items->front();
+    const std::uint64_t drawn = static_cast<std::uint64_t>(randomSource().legacy()) % total;
+    // In the order of the hash, in which running totals do not ascend: a host's chance is not its
+    // percentage, and hosts rely on the choice as it is.
+    for (const auto& [host, runningTotal] : totals) {
+        if (runningTotal > drawn)
+            return std::string(host);
+    }
+    return "";
+}
+
+}  // namespace yg

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/servers/RandomSource.h"
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <stdlib.h>
+
+namespace yg {
+
+namespace {
+
+class SystemRandomSource final : public RandomSource {
+public:
+    std::uint32_t uniform() override {
+        // Each request is a system call, dearer than reading a server from a file, so numbers come
+        // by the dozen. A forked process repeats those left over, which is no harm here.
+        thread_local std::array<std::uint32_t, 64> numbers;
+        thread_local std::size_t next = numbers.size();
+        if (next == numbers.size()) {
+            ::arc4random_buf(numbers.data(), sizeof numbers);
+            next = 0;
+        }
+        return numbers[next++];
+    }
+
+    int legacy() override { return ::rand(); }
+};
+
+std::atomic<RandomSource*> replacement = nullptr;
+
+}  // namespace
+
+RandomSource& randomSource() {
+    static SystemRandomSource system;
+    RandomSource* const source = replacement.load();
+    return source ? *source : system;
+}
+
+RandomSource* setRandomSource(RandomSource* source) {
+    return replacement.exchange(source);
+}
+
+}  // namespace yg

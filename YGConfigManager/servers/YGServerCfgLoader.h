@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+//
+// The server configuration of the terminal: chooses the file by the user's right level, reads it
+// into one group of servers for each server type, applies and saves what the login server delivers.
+//
+// One thread at a time uses a loader: nobody may read its groups while another thread reloads.
+// Nothing is thrown: a file that cannot be read is logged as "load style config fail:" with the
+// reason and leaves everything as it was. Every load draws the servers' addresses anew.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+#include "YGConfigManager/diagnostics/DiagnosticsSink.h"
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/servers/YGServerAddrListTag.h"
+#include "YGConfigManager/xml/Document.h"
+
+namespace yg {
+
+class YG_EXPORT YGServerCfgLoader {
+public:
+    using Group = std::shared_ptr<YGServerAddrListTag>;
+
+    /// A loader with its file loaded; `isGray` says whether the user belongs to the grey-release
+    /// group. Null when the host has no path for the file. When the file is missing or not XML the
+    /// loader has no groups.
+    static std::shared_ptr<YGServerCfgLoader> initWithIsGray(bool isGray,
+                                                             DiagnosticsSink* sink = nullptr);
+
+    YGServerCfgLoader(const YGServerCfgLoader&) = delete;
+    YGServerCfgLoader& operator=(const YGServerCfgLoader&) = delete;
+    ~YGServerCfgLoader() = default;
+
+    /// Makes `configPath` the path of the file for the user's right level as it is now and for
+    /// `isGray`: "skeleton_v1.xml" for "free", also for no level, "skeleton_l2_v1.xml" for any
+    /// other, with "_gray" before "_v1" for a grey-release user. Loads nothing.
+    void initConfigFilePath(bool isGray);
+
+    /// Loads the file at `configPath` again.
+    void reloadConfig();
+
+    /// Applies a configuration that was delivered as XML bytes: its groups replace all groups,
+    /// `serverConfigMd5` becomes `configMd5` and the root's "md5", in the place of one that is
+    /// there. Then saves it as the file for the right level as it is now; `configPath` stays.
+    /// False, with nothing changed or written, when the bytes are absent, empty or not XML. True
+    /// once it is applied, also when it could not be saved.
+    bool reloadServerConfigWithData(std::optional<std::string_view> data,
+                                    std::string_view serverConfigMd5);
+
+    /// Replaces all groups, and `configMd5` if the root has one, by those of a document. False,
+    /// with nothing changed, for a document without a root element.
+    bool loadServerCfg(const xml::Document& document);
+
+    /// The group of a server type; null for a type that is never loaded and before a load.
+    Group listTagWithServerType(std::uint64_t serverType) const;
+
+    /// Chooses the file for the right level as it is now and loads it.
+    void reloadServerConfigWhenRightChanged();
+
+    /// Loads the file of the "free" right level, whatever the user's is; it becomes `configPath`.
+    void reloadFreeRightServerConfig();
+
+    /// The path that was chosen last; absent when the host had none.
+    const std::optional<std::string>& configPath() const { return configPath_; }
+
+    /// "md5" of the last document that had one; absent before.
+    const std::optional<std::string>& configMd5() const { return configMd5_; }
+    void setConfigMd5(std::optional<std::string> md5) { configMd5_ = std::move(md5); }
+
+    // The groups; null before a load, all replaced by it. A group that the document does not have
+    // is there without description, domain and list.
+
+    /// Type 1.
+    const Group& appServerAddrListTag() const { return appServerAddrListTag_; }
+    void setAppServerAddrListTag(Group group) { appServerAddrListTag_ = std::move(group); }
+
+    /// Type 3.
+    const Group& hisServerAddrListTag() const { return hisServerAddrListTag_; }
+    void setHisServerAddrListTag(Group group) { hisServerAddrListTag_ = std::move(group); }
+
+    /// Type 4.
+    const Group& mineServerAddrListTag() const { return mineServerAddrListTag_; }
+    void setMineServerAddrListTag(Group group) { mineServerAddrListTag_ = std::move(group); }
+
+    /// Type 2.
+    const Group& gssServerAddrListTag() const { return gssServerAddrListTag_; }
+    void setGssServerAddrListTag(Group group) { gssServerAddrListTag_ = std::move(group); }
+
+    /// Type 5.
+    const Group& glooxMsgServerAddrListTag() const { return glooxMsgServerAddrListTag_; }
+    void setGlooxMsgServerAddrListTag(Group group) {
+        glooxMsgServerAddrListTag_ = std::move(group);
+    }
+
+    /// Type 7.
+    const Group& superL2ServerAddrListTag() const { return superL2ServerAddrListTag_; }
+    void setSuperL2ServerAddrListTag(Group group) { superL2ServerAddrListTag_ = std::move(group); }
+
+    /// Type 8.
+    const Group& domeFutureServerAddrListTag() const { return domeFutureServerAddrListTag_; }
+    void setDomeFutureServerAddrListTag(Group group) {
+        domeFutureServerAddrListTag_ = std::move(group);
+    }
+
+    /// Who hears of what a load passes over; null, the default, for nobody. It must outlive the
+    /// loader's use of it.
+    void setDiagnosticsSink(DiagnosticsSink* sink) { sink_ = sink; }
+
+private:
+    struct GroupRow;
+    static const GroupRow groupRows[];
+
+    YGServerCfgLoader(bool isGray, DiagnosticsSink* sink);
+
+    void loadFile();
+    void reportDocument(const xml::Element& root) const;
+
+    std::optional<std::string> configPath_;
+    bool isGrayScaleUser_;
+    std::optional<std::string> configMd5_;
+    Group appServerAddrListTag_;
+    Group hisServerAddrListTag_;
+    Group mineServerAddrListTag_;
+    Group gssServerAddrListTag_;
+    Group glooxMsgServerAddrListTag_;
+    Group superL2ServerAddrListTag_;
+    Group domeFutureServerAddrListTag_;
+    DiagnosticsSink* sink_;
+};
+
+template <>
+struct Description<YGServerCfgLoader> {
+    static constexpr std::tuple fields{
+        Field{"configPath", &YGServerCfgLoader::configPath},
+        Field{"configMd5", &YGServerCfgLoader::configMd5},
+        Field{"appServerAddrListTag", &YGServerCfgLoader::appServerAddrListTag},
+        Field{"hisServerAddrListTag", &YGServerCfgLoader::hisServerAddrListTag},
+        Field{"mineServerAddrListTag", &YGServerCfgLoader::mineServerAddrListTag},
+        Field{"gssServerAddrListTag", &YGServerCfgLoader::gssServerAddrListTag},
+        Field{"glooxMsgServerAddrListTag", &YGServerCfgLoader::glooxMsgServerAddrListTag},
+        Field{"superL2ServerAddrListTag", &YGServerCfgLoader::superL2ServerAddrListTag},
+        Field{"domeFutureServerAddrListTag", &YGServerCfgLoader::domeFutureServerAddrListTag},
+    };
+};
+
+}  // namespace yg

@@ -1,0 +1,331 @@
+// SPDX-License-Identifier: MIT
+//
+// The two choices of an address.
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <set>
+#include <string>
+#include <thread>
+#include <unordered_map>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "YGConfigManager/servers/AddressChoice.h"
+#include "YGConfigManager/servers/YGServerAddrListTag.h"
+#include "YGConfigManager/text/Format.h"
+
+#include "servers/ScriptedRandomSource.h"
+
+namespace yg {
+namespace {
+
+using ::testing::ElementsAre;
+using yg::testing::ScriptedRandomSource;
+using Items = std::vector<std::string>;
+
+std::string chooseNew(const Items& items) {
+    return YGServerAddrListTag::changeIpByPercentNew(&items);
+}
+
+std::string choose(const Items& items) {
+    return YGServerAddrListTag::changeIpByPercent(&items);
+}
+
+TEST(AddressItem, IsCutAtEveryColon) {
+    const auto parts = [](std::string_view item) {
+        const AddressParts cut = splitAddressItem(item);
+        return Items{std::string(cut.part[0]), std::string(cut.part[1]), std::string(cut.part[2]),
+                     std::to_string(cut.count)};
+    };
+    EXPECT_THAT(parts(""), ElementsAre("", "", "", "1"));
+    EXPECT_THAT(parts("a"), ElementsAre("a", "", "", "1"));
+    EXPECT_THAT(parts(":"), ElementsAre("", "", "", "2"));
+    EXPECT_THAT(parts("a:b"), ElementsAre("a", "b", "", "2"));
+    EXPECT_THAT(parts("1:a:b"), ElementsAre("1", "a", "b", "3"));
+    EXPECT_THAT(parts("1:a:b:c:"), ElementsAre("1", "a", "b", "5"));
+}
+
+// ---- The uniform choice ----------------------------------------------------------------------
+
+TEST(UniformChoice, OfNothingUsableIsEmpty) {
+    const ScriptedRandomSource random;
+    EXPECT_EQ(YGServerAddrListTag::changeIpByPercentNew(nullptr), "");
+    EXPECT_EQ(chooseNew({}), "");
+    EXPECT_EQ(chooseNew({"", "abc"}), "");
+}
+
+TEST(UniformChoice, OfOneItemDrawsNoRandomNumber) {
+    const ScriptedRandomSource random;
+    EXPECT_EQ(chooseNew({"10.0.0.1:80"}), "10.0.0.1:80");
+    EXPECT_EQ(chooseNew({"", "abc", "10.0.0.1:80", ""}), "10.0.0.1:80");
+}
+
+TEST(UniformChoice, OfTwoWeightedItemsGivesEachHalfOfTheTime) {
+    const Items items{"30:10.0.0.1:80", "70:10.0.0.2:81"};
+    // Every second number leads to the first one, whatever the weights.
+    const ScriptedRandomSource random({0, 1, 2, 3, 0xFFFFFFFE, 0xFFFFFFFF});
+    EXPECT_EQ(chooseNew(items), "10.0.0.1:80");
+    EXPECT_EQ(chooseNew(items), "10.0.0.2:81");
+    EXPECT_EQ(chooseNew(items), "10.0.0.1:80");
+    EXPECT_EQ(chooseNew(items), "10.0.0.2:81");
+    EXPECT_EQ(chooseNew(items), "10.0.0.1:80");
+    EXPECT_EQ(chooseNew(items), "10.0.0.2:81");
+    EXPECT_TRUE(random.uniformNumbers.empty());
+}
+
+TEST(UniformChoice, TakesSecondAndThirdOfFourParts) {
+    EXPECT_EQ(chooseNew({"1:2:3:4"}), "2:3");
+}
+
+TEST(UniformChoice, CountsUsableItemsOnly) {
+    const Items items{"a", "b:1", "", "9:c:2", ":", "d:3:"};
+    const ScriptedRandomSource random({0, 1, 2, 3, 4});
+    EXPECT_EQ(chooseNew(items), "b:1");
+    EXPECT_EQ(chooseNew(items), "c:2");
+    EXPECT_EQ(chooseNew(items), ":");
+    EXPECT_EQ(chooseNew(items), "3:");
+    EXPECT_EQ(chooseNew(items), "b:1");
+}
+
+TEST(UniformChoice, TakesTheNumberModuloTheCount) {
+    const Items items{"a:0", "a:1", "a:2"};
+    const ScriptedRandomSource random({5, 4294967295u, 4294967294u});
+    EXPECT_EQ(chooseNew(items), "a:2");
+    EXPECT_EQ(chooseNew(items), "a:0");
+    EXPECT_EQ(chooseNew(items), "a:2");
+}
+
+TEST(UniformChoice, LeavesTextsAsTheyStand) {
+    EXPECT_EQ(chooseNew({" 10.0.0.1 : 80 "}), " 10.0.0.1 : 80 ");
+    EXPECT_EQ(chooseNew({"主机:端口"}), "主机:端口");
+    EXPECT_EQ(chooseNew({"100:[fe80::1]:80"}), "[fe80:");
+}
+
+/// The chi-square statistic of the counts against equal chances.
+template <std::size_t size>
+double chiSquare(const std::array<int, size>& counts, int draws) {
+    const double expected = static_cast<double>(draws) / size;
+    double sum = 0;
+    for (const int count : counts)
+        sum += (count - expected) * (count - expected) / expected;
+    return sum;
+}
+
+// The statistic of ten addresses has nine degrees of freedom. Above 65 it comes with probability
+// 1.4e-10, so in 10,000 runs of this test a false alarm has a chance of one in 700,000. The bias of
+// the modulo adds nothing that counts: with ten addresses six of them have one number more among
+// 429,496,729. Chances in the proportion of the weights would give about 40,000, an address that
+// comes a tenth more often than it should about 110.
+TEST(UniformChoice, OfTheSystemsNumbersIsUniform) {
+    constexpr int addresses = 10;
+    constexpr int draws = 100'000;
+    Items items;
+    for (int i = 0; i < addresses; ++i)
+        items.push_back(text::format("%d:10.0.0.1:%d", 10 * i, i));
+    std::array<int, addresses> counts{};
+    for (int i = 0; i < draws; ++i)
+        ++counts[static_cast<std::size_t>(chooseNew(items).back() - '0')];
+    EXPECT_LT(chiSquare(counts, draws), 65.0);
+}
+
+// Two draws in a row as one of 25 pairs: 24 degrees of freedom, above 100 with probability 3.0e-11.
+TEST(UniformChoice, OfTheSystemsNumbersDoesNotDependOnTheOneBefore) {
+    constexpr int draws = 100'000;
+    Items items;
+    for (int i = 0; i < 5; ++i)
+        items.push_back(text::format("10.0.0.1:%d", i));
+    std::array<int, 25> counts{};
+    for (int i = 0; i < draws; ++i) {
+        const auto first = static_cast<std::size_t>(chooseNew(items).back() - '0');
+        const auto second = static_cast<std::size_t>(chooseNew(items).back() - '0');
+        ++counts[first * 5 + second];
+    }
+    EXPECT_LT(chiSquare(counts, draws), 100.0);
+}
+
+// Forty equal numbers of 32 bits come by chance once in 2 to the power of 1248.
+TEST(UniformChoice, DrawsOtherNumbersOnEachThread) {
+    const auto draw = [](std::vector<std::uint32_t>& numbers) {
+        for (int i = 0; i < 40; ++i)
+            numbers.push_back(randomSource().uniform());
+    };
+    std::vector<std::uint32_t> here;
+    std::vector<std::uint32_t> there;
+    std::thread thread([&] { draw(there); });
+    draw(here);
+    thread.join();
+    EXPECT_NE(here, there);
+}
+
+// ---- The choice by weight --------------------------------------------------------------------
+
+TEST(WeightedChoice, OfNothingIsEmpty) {
+    const ScriptedRandomSource random;
+    EXPECT_EQ(YGServerAddrListTag::changeIpByPercent(nullptr), "");
+    EXPECT_EQ(choose({}), "");
+}
+
+TEST(WeightedChoice, TakesThePortOfTwoPartsForTheHost) {
+    ScriptedRandomSource random;
+    for (const int number : {0, 9, 10, 2147483647}) {
+        random.legacyNumbers.push_back(number);
+        EXPECT_EQ(choose({"10.0.0.1:80"}), "80");
+    }
+}
+
+TEST(WeightedChoice, WithoutWeightAnswersTheFirstItemAsItStands) {
+    const ScriptedRandomSource random;
+    EXPECT_EQ(choose({"0:10.0.0.1:80", "abc:10.0.0.2:81"}), "0:10.0.0.1:80");
+    EXPECT_EQ(choose({"host"}), "host");
+    EXPECT_EQ(choose({"", "host"}), "");
+    EXPECT_EQ(choose({"5:a:1", "-5:b:1"}), "5:a:1");
+}
+
+TEST(WeightedChoice, OfOneHostIsThatHost) {
+    ScriptedRandomSource random;
+    for (const int number : {0, 99, 100, 2147483647}) {
+        random.legacyNumbers.push_back(number);
+        EXPECT_EQ(choose({"100:10.0.0.1:80"}), "10.0.0.1");
+    }
+}
+
+TEST(WeightedChoice, OfOneHostTwiceIsThatHost) {
+    ScriptedRandomSource random;
+    for (int number = 0; number < 200; ++number) {
+        random.legacyNumbers.push_back(number);
+        EXPECT_EQ(choose({"50:h:1", "50:h:2"}), "h");
+    }
+}
+
+TEST(WeightedChoice, KeepsTheLastTotalOfAHost) {
+    // a has 10 first and 30 in the end, so it qualifies for every number.
+    ScriptedRandomSource random;
+    for (int number = 0; number < 30; ++number) {
+        random.legacyNumbers.push_back(number);
+        const std::string host = choose({"10:a:1", "10:b:1", "10:a:2"});
+        EXPECT_TRUE(number < 20 || host == "a") << number << host;
+    }
+}
+
+/// The answer worked out from running totals and the order in which a hash map is gone through.
+std::string expectedHost(const std::vector<std::pair<std::string, std::uint64_t>>& runningTotals,
+                         std::uint64_t drawn) {
+    std::unordered_map<std::string_view, std::uint64_t> map;
+    for (const auto& [host, total] : runningTotals)
+        map[host] = total;
+    for (const auto& [host, total] : map) {
+        if (total > drawn)
+            return std::string(host);
+    }
+    return "";
+}
+
+// Often the map begins with the host that came last, which qualifies for every number. So several
+// lists are tried, and at least one of them has to answer with more than one host.
+TEST(WeightedChoice, TakesTheFirstInHashOrderWhoseRunningTotalIsGreater) {
+    std::size_t mostAnswers = 0;
+    for (int list = 0; list < 40; ++list) {
+        Items items{"", "alone"};
+        std::vector<std::pair<std::string, std::uint64_t>> totals{{"alone", 0}};
+        std::uint64_t total = 0;
+        for (int i = 0; i < 20; ++i) {
+            const std::string host = text::format("host%d", list * 20 + i);
+            items.push_back(text::format("%d:%@:80", 1 + i % 3, host));
+            total += static_cast<std::uint64_t>(1 + i % 3);
+            totals.emplace_back(host, total);
+        }
+        std::set<std::string> answers;
+        ScriptedRandomSource random;
+        for (int number = 0; number < 100; ++number) {
+            random.legacyNumbers.push_back(number);
+            const std::string answer = choose(items);
+            EXPECT_EQ(answer, expectedHost(totals, static_cast<std::uint64_t>(number) % total))
+                << list << ' ' << number;
+            answers.insert(answer);
+        }
+        mostAnswers = std::max(mostAnswers, answers.size());
+    }
+    EXPECT_GE(mostAnswers, 2u);
+}
+
+// In the order of the input the first host would be chosen for every number below its weight.
+TEST(WeightedChoice, DoesNotGoInTheOrderOfTheInput) {
+    Items items;
+    for (int i = 0; i < 50; ++i)
+        items.push_back(text::format("10:host%d:80", i));
+    ScriptedRandomSource random;
+    random.legacyNumbers = {0};
+    EXPECT_NE(choose(items), "host0");
+}
+
+// Weights 50 and 50: the host that the map happens to give first has more than half of the numbers
+// below its total, the other one never or seldom.
+TEST(WeightedChoice, ChancesAreNotThePercentages) {
+    ScriptedRandomSource random;
+    std::unordered_map<std::string, int> counts;
+    for (int number = 0; number < 100; ++number) {
+        random.legacyNumbers.push_back(number);
+        ++counts[choose({"50:a:1", "50:b:1"})];
+    }
+    const bool bComesFirst = expectedHost({{"a", 50}, {"b", 100}}, 0) == "b";
+    EXPECT_EQ(counts["b"], bComesFirst ? 100 : 50);
+}
+
+TEST(WeightedChoice, ReadsWeightsAsLeadingNumbers) {
+    // 12, 0 and 5 give totals 12, 12 and 17.
+    const Items items{" 12abc:a:1", "x9:b:1", "+5:c:1"};
+    ScriptedRandomSource random;
+    for (int number = 0; number < 17; ++number) {
+        random.legacyNumbers.push_back(number);
+        EXPECT_EQ(choose(items), expectedHost({{"a", 12}, {"b", 12}, {"c", 17}},
+                                              static_cast<std::uint64_t>(number)));
+    }
+}
+
+TEST(WeightedChoice, WrapsTotalsAroundWithoutSign) {
+    // a's total is 10, b's 2 to the power of 64 less 10, which is T too.
+    const Items items{"10:a:1", "-20:b:1"};
+    const std::uint64_t wrapped = 0 - std::uint64_t{10};
+    ScriptedRandomSource random;
+    for (const int number : {0, 9, 10, 2147483647}) {
+        random.legacyNumbers.push_back(number);
+        EXPECT_EQ(choose(items),
+                  expectedHost({{"a", 10}, {"b", wrapped}}, static_cast<std::uint64_t>(number)));
+    }
+}
+
+TEST(WeightedChoice, AddsUpTheLargestWeights) {
+    // Twice 2 to the power of 63 less 1, clamped once, then 2 more: the sum wraps to 0.
+    const Items items{"9223372036854775807:a:1", "99999999999999999999:b:1", "2:c:1"};
+    const ScriptedRandomSource random;
+    EXPECT_EQ(choose(items), "9223372036854775807:a:1");
+}
+
+TEST(WeightedChoice, DrawsFromRand) {
+    // Seeded here, never by the library: the same seed gives the same choices.
+    Items items;
+    for (int i = 0; i < 100; ++i)
+        items.push_back(text::format("1:h%d:1", i));
+    const auto series = [&] {
+        std::srand(20);
+        Items chosen;
+        for (int i = 0; i < 50; ++i)
+            chosen.push_back(choose(items));
+        return chosen;
+    };
+    const Items first = series();
+    EXPECT_EQ(series(), first);
+    std::srand(20);
+    std::vector<std::pair<std::string, std::uint64_t>> totals;
+    for (std::uint64_t i = 0; i < 100; ++i)
+        totals.emplace_back(text::format("h%d", i), i + 1);
+    EXPECT_EQ(first.front(), expectedHost(totals, static_cast<std::uint64_t>(std::rand()) % 100));
+}
+
+}  // namespace
+}  // namespace yg

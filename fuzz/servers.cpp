@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+//
+// The server configuration: a stored file is loaded without and with a listener, which must be the
+// same; a delivery is applied and saved, and loaded again, which must give the groups again; and
+// items are chosen from.
+//
+// The input is cut at lines "=====" into the stored file, the delivery, its digest, and items, one
+// to a line.
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <stdlib.h>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "YGConfigManager/servers/RandomSource.h"
+#include "YGConfigManager/servers/YGServerCfgLoader.h"
+#include "YGConfigManager/text/Split.h"
+
+#include "Loaders.h"
+#include "Target.h"
+
+namespace {
+
+using namespace yg;
+using yg::fuzz::LoggingHost;
+using yg::fuzz::LookingSink;
+using yg::fuzz::require;
+using yg::fuzz::shown;
+using yg::fuzz::takeUntil;
+using yg::fuzz::textOf;
+
+class StoredFile {
+public:
+    StoredFile() {
+        // In memory where that is possible: each delivery is brought to the disk.
+        std::error_code ignored;
+        const std::filesystem::path memory = "/dev/shm";
+        folder_ = (std::filesystem::is_directory(memory, ignored)
+                       ? memory
+                       : std::filesystem::temp_directory_path()) /
+                  "yg-fuzz-XXXXXX";
+        require(::mkdtemp(folder_.data()) != nullptr, "there is a temporary folder");
+    }
+    StoredFile(const StoredFile&) = delete;
+    StoredFile& operator=(const StoredFile&) = delete;
+    ~StoredFile() {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder_, ignored);
+    }
+    std::string path() const { return folder_ + "/skeleton_v1.xml"; }
+    void put(std::string_view bytes) const {
+        std::ofstream(path(), std::ios::binary | std::ios::trunc) << bytes;
+    }
+    std::string bytes() const {
+        std::ifstream file(path(), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+
+private:
+    std::string folder_;
+};
+
+/// The same numbers in every run.
+class CountingSource final : public RandomSource {
+public:
+    std::uint32_t uniform() override { return number_ = number_ * 1664525 + 1013904223; }
+    int legacy() override { return static_cast<int>(uniform() >> 1); }
+    void restart() { number_ = 1; }
+
+private:
+    std::uint32_t number_ = 1;
+};
+
+std::string groupsOf(const YGServerCfgLoader& loader) {
+    std::string text;
+    for (const std::uint64_t type : {1u, 2u, 3u, 4u, 5u, 7u, 8u}) {
+        const auto group = loader.listTagWithServerType(type);
+        text += shown(group) + '\n';
+        if (!group || !group->serverAddrList())
+            continue;
+        for (const auto& server : *group->serverAddrList()) {
+            require(server->serverName() && server->ipAddr(), "a server has name and address");
+            require(server->ipAddr()->find(':') == std::string::npos, "an address has no colon");
+        }
+    }
+    return text;
+}
+
+void choose(std::string_view lines) {
+    const std::vector<std::string> items = text::split(lines, '\n');
+    const std::string chosen = YGServerAddrListTag::changeIpByPercentNew(&items);
+    const auto colon = chosen.find(':');
+    require(chosen.empty() || (colon != std::string::npos && colon == chosen.rfind(':')),
+            "a choice is a host and a port");
+    const std::string host = YGServerAddrListTag::changeIpByPercent(&items);
+    require(host == items.front() || host.find(':') == std::string::npos,
+            "a choice by weight is the first item or a host");
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const StoredFile file;
+    static const auto host = std::make_shared<LoggingHost>();
+    static const std::shared_ptr<Host> before = setHost(host);
+    static CountingSource random;
+    static RandomSource* const systemSource = setRandomSource(&random);
+    static_cast<void>(before);
+    static_cast<void>(systemSource);
+    host->storagePath = file.path();
+
+    std::string_view rest = textOf(data, size);
+    file.put(takeUntil(rest, "=====\n"));
+    const std::string_view delivery = takeUntil(rest, "=====\n");
+    const std::string_view digest = takeUntil(rest, "=====\n");
+
+    const auto load = [&](DiagnosticsSink* sink) {
+        host->log.clear();
+        random.restart();
+        return YGServerCfgLoader::initWithIsGray(false, sink);
+    };
+    const auto silent = load(nullptr);
+    const std::string log = host->log;
+    LookingSink sink;
+    const auto heard = load(&sink);
+    require(shown(*heard) == shown(*silent), "a listener changes no answer");
+    require(host->log == log, "a listener changes no log line");
+
+    const std::string stored = file.bytes();
+    const std::string groups = groupsOf(*heard);
+    random.restart();
+    if (heard->reloadServerConfigWithData(delivery, digest)) {
+        const auto next = load(nullptr);
+        require(groupsOf(*next) == groupsOf(*heard), "what was saved gives the groups again");
+        require(next->configMd5() == heard->configMd5(), "what was saved has the digest");
+        const std::string saved = file.bytes();
+        random.restart();
+        require(next->reloadServerConfigWithData(saved, digest), "what was saved is XML");
+        require(file.bytes() == saved, "saved again it is the same");
+    } else {
+        require(groupsOf(*heard) == groups, "a refused delivery changes no group");
+        require(file.bytes() == stored, "a refused delivery is not saved");
+    }
+    choose(rest);
+    return 0;
+}

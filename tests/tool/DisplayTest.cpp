@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "ygconfig/Display.h"
+
+namespace {
+
+using namespace std::string_view_literals;
+using yg::tool::characters;
+using yg::tool::displayWidth;
+using yg::tool::printable;
+
+TEST(DisplayWidth, CountsColumns) {
+    EXPECT_EQ(displayWidth(""), 0);
+    EXPECT_EQ(displayWidth("abc"), 3);
+    EXPECT_EQ(displayWidth("市场"), 4);
+    EXPECT_EQ(displayWidth("A股（美）"), 9);
+    EXPECT_EQ(displayWidth("é"), 1);
+    EXPECT_EQ(displayWidth("e\u0301"), 1);  // an accent of its own
+    EXPECT_EQ(displayWidth("ｶ"), 1);        // half width
+    EXPECT_EQ(displayWidth("𠀀"), 2);
+    EXPECT_EQ(displayWidth("├─ "), 3);
+}
+
+TEST(Printable, KeepsText) {
+    EXPECT_EQ(printable("a 市场 \U0001F4C8"), "a 市场 \U0001F4C8");
+}
+
+TEST(Printable, ReplacesControlCharacters) {
+    EXPECT_EQ(printable("a\nb\tc\x7f"), "a\uFFFDb\uFFFDc\uFFFD");
+    EXPECT_EQ(printable("\x1b[31m"), "\uFFFD[31m");
+    EXPECT_EQ(printable("\u009b31m"), "\uFFFD31m");
+    EXPECT_EQ(printable("a\0b"sv), "a\uFFFDb");
+}
+
+TEST(Printable, ReplacesWhatIsNoUtf8) {
+    EXPECT_EQ(printable("a\xff\xfe"), "a\uFFFD\uFFFD");
+    EXPECT_EQ(printable("\xe5\xb8"), "\uFFFD\uFFFD");
+    EXPECT_EQ(printable("\xe5\xb8市"), "\uFFFD\uFFFD市");
+}
+
+TEST(Characters, DoNotDependOnTheLocale) {
+    EXPECT_EQ(characters("a市"), L"a\u5e02");
+}
+
+}  // namespace

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+//
+// Whole runs on the sample root, compared with files. See Golden.h for how to renew them.
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tool/Golden.h"
+#include "tool/ToolRun.h"
+
+namespace {
+
+using yg::testing::isGolden;
+using yg::testing::runTool;
+using yg::testing::ToolRun;
+
+struct Case {
+    std::string file;  ///< holds the expected standard output
+    std::vector<std::string> arguments;
+    std::string errors;  ///< the expected standard error
+};
+
+void PrintTo(const Case& each, std::ostream* out) {
+    *out << each.file;
+}
+
+class Golden : public testing::TestWithParam<Case> {};
+
+TEST_P(Golden, StandardOutputIsTheFile) {
+    const ToolRun run = runTool(GetParam().arguments);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.errors, GetParam().errors);
+    EXPECT_TRUE(isGolden(run.output, GetParam().file));
+}
+
+const std::string sample = "examples/terminal";
+const std::string loads = "initWithStyleConfigPath\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    Help, Golden,
+    testing::Values(Case{"help.txt", {"--help"}, ""}, Case{"help-dump.txt", {"dump", "--help"}, ""},
+                    Case{"help-show.txt", {"show", "-h"}, ""},
+                    Case{"help-dump-style.txt", {"dump", "style", "--help"}, ""},
+                    Case{"help-show-layout.txt", {"--help", "show", "layout"}, ""},
+                    Case{"help-show-events.txt", {"show", "events", "--help"}, ""},
+                    Case{"help-show-servers.txt", {"show", "servers", "--help"}, ""},
+                    Case{"help-servers-deliver.txt", {"servers", "deliver", "--help"}, ""},
+                    Case{"help-choose.txt", {"choose", "--help"}, ""}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Sample, Golden,
+    testing::Values(
+        // Without the pages, which would make the file six times as long; DumpLayout has them.
+        Case{"dump-layout.json", {"dump", "layout", "--style=", "--root", sample}, loads},
+        Case{"dump-style-default.json", {"dump", "style", "行情报价", "--root", sample}, loads},
+        Case{"dump-style-detail.json",
+             {"dump", "style", "个股详细视图-港股", "--root", sample},
+             loads},
+        Case{"dump-style-member.json", {"dump", "style", "single-kline", "--root", sample}, loads},
+        Case{"dump-style-pattern.json",
+             {"dump", "style", "看板-BK9001-BK9001-notice", "--root", sample},
+             loads},
+        Case{"show-layout.txt", {"show", "layout", "--root", sample}, loads},
+        Case{"show-style-default.txt", {"show", "style", "行情报价", "--root", sample}, loads},
+        Case{"show-style-custom.txt",
+             {"show", "style", "quote-SH990001-depth", "--root", sample},
+             loads},
+        Case{"command.json", {"command", "open_index_page", "--root", sample}, ""},
+        Case{"event.json", {"event", "watch_list", "select", "--root", sample}, ""},
+        Case{"show-events.txt", {"show", "events", "--root", sample}, ""}));
+
+}  // namespace

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include <optional>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "YGConfigManager/host/YGFrameComFun.h"
+
+#include "host/TempRoot.h"
+#include "ygconfig/Run.h"
+
+namespace {
+
+using yg::YGFrameComFun;
+using yg::testing::TempRoot;
+using yg::tool::Answer;
+using yg::tool::Arguments;
+using yg::tool::Command;
+using yg::tool::ExitCode;
+using yg::tool::Session;
+
+/// Answers what a loader would get from the host.
+Answer askHost(const Session&) {
+    return {YGFrameComFun::getUserRightDescription().value_or("(absent)") + " " +
+            YGFrameComFun::getSoftOptimizeConfigFilePath(0, "f").value_or("(absent)")};
+}
+
+const Command asking{"ask", "", "", "", [](CLI::App&, Arguments&) {}, askHost};
+
+std::string answerFor(const std::string& root, std::optional<std::string> right) {
+    Arguments arguments;
+    arguments.root = root;
+    arguments.right = std::move(right);
+    return yg::tool::run({&asking, arguments, {}}, false).output;
+}
+
+TEST(Run, InstallsTheHostOfTheRoot) {
+    const TempRoot root;
+    EXPECT_EQ(answerFor(root.path(), std::nullopt), "(absent) " + root.at("soft_optimize/f"));
+}
+
+TEST(Run, PutsTheRightOfTheOptionBeforeHostJson) {
+    const TempRoot root;
+    root.write("host.json", R"({"rightLevel": "free"})");
+    const std::string path = std::string(" ") + root.at("soft_optimize/f");
+    EXPECT_EQ(answerFor(root.path(), std::nullopt), "free" + path);
+    EXPECT_EQ(answerFor(root.path(), "l2"), "l2" + path);
+    EXPECT_EQ(answerFor(root.path(), ""), path);
+}
+
+TEST(Run, RefusesARootThatIsNone) {
+    const TempRoot root;
+    Arguments arguments;
+    arguments.root = root.at("none");
+    const Answer answer = yg::tool::run({&asking, arguments, {}}, false);
+    EXPECT_EQ(answer.exitCode, ExitCode::unusable);
+    EXPECT_EQ(answer.output, "");
+    EXPECT_NE(answer.complaint.find(root.at("none")), std::string::npos);
+}
+
+TEST(Run, AnswersWhatTheCommandLineAnswered) {
+    const Answer answer = yg::tool::run({nullptr, {}, {"help\n"}}, false);
+    EXPECT_EQ(answer.output, "help\n");
+}
+
+}  // namespace

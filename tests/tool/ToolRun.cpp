@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "tool/ToolRun.h"
+
+#include <array>
+#include <fcntl.h>
+#include <spawn.h>
+#include <stdexcept>
+#include <stdlib.h>
+#include <string_view>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+#include <utility>
+
+namespace yg::testing {
+
+namespace {
+
+/// A file descriptor that is closed at the end of the scope.
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number_(number) {
+        if (number < 0)
+            throw std::runtime_error("no file descriptor");
+    }
+    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() { close(); }
+
+    int number() const { return number_; }
+    void close() {
+        if (number_ >= 0)
+            ::close(std::exchange(number_, -1));
+    }
+
+private:
+    int number_;
+};
+
+Descriptor memoryFile() {
+    return Descriptor(::memfd_create("ygconfig", MFD_CLOEXEC));
+}
+
+/// What can be read until the end, or until the other side of a terminal is gone.
+std::string readAll(const Descriptor& from) {
+    std::string all;
+    std::array<char, 4096> piece{};
+    for (;;) {
+        const ssize_t count = ::read(from.number(), piece.data(), piece.size());
+        if (count <= 0)
+            return all;
+        all.append(piece.data(), static_cast<std::size_t>(count));
+    }
+}
+
+std::string contentOf(const Descriptor& file) {
+    ::lseek(file.number(), 0, SEEK_SET);
+    return readAll(file);
+}
+
+Descriptor pipeWithoutReader() {
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        throw std::runtime_error("no pipe");
+    ::close(ends[0]);
+    return Descriptor(ends[1]);
+}
+
+Descriptor newTerminal() {
+    Descriptor terminal(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+    if (::grantpt(terminal.number()) != 0 || ::unlockpt(terminal.number()) != 0)
+        throw std::runtime_error("no terminal");
+    return terminal;
+}
+
+/// The program's side of a terminal, which passes line feeds on as they are.
+Descriptor programSide(const Descriptor& terminal) {
+    std::array<char, 64> name{};
+    if (::ptsname_r(terminal.number(), name.data(), name.size()) != 0)
+        throw std::runtime_error("no terminal");
+    Descriptor side(::open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    termios state{};
+    ::tcgetattr(side.number(), &state);
+    ::cfmakeraw(&state);
+    ::tcsetattr(side.number(), TCSANOW, &state);
+    return side;
+}
+
+std::vector<std::string> environmentOf(const ToolSetting& setting) {
+    std::vector<std::string> all = setting.environment;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        const std::string_view text(*entry);
+        if (text.substr(0, 9) != "NO_COLOR=" && text.substr(0, 5) != "TERM=")
+            all.emplace_back(text);
+    }
+    return all;
+}
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+}  // namespace
+
+ToolRun runTool(const std::vector<std::string>& arguments, const ToolSetting& setting) {
+    std::vector<std::string> words{YG_TOOL};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> environment = environmentOf(setting);
+
+    const bool isTerminal = setting.outputTo == OutputTo::terminal;
+    const Descriptor errors = memoryFile();
+    const Descriptor kept = isTerminal ? newTerminal() : memoryFile();
+    Descriptor output = isTerminal ? programSide(kept)
+                        : setting.outputTo == OutputTo::fullDisk
+                            ? Descriptor(::open("/dev/full", O_WRONLY | O_CLOEXEC))
+                        : setting.outputTo == OutputTo::closedPipe
+                            ? pipeWithoutReader()
+                            : Descriptor(::dup(kept.number()));
+
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    const std::string& folder = setting.folder.empty() ? YG_PROJECT_FOLDER : setting.folder;
+    ::posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
+    ::posix_spawn_file_actions_adddup2(&actions, errors.number(), STDERR_FILENO);
+    if (setting.outputTo == OutputTo::nowhere)
+        ::posix_spawn_file_actions_addclose(&actions, STDOUT_FILENO);
+    else
+        ::posix_spawn_file_actions_adddup2(&actions, output.number(), STDOUT_FILENO);
+    pid_t child = -1;
+    const int failure = ::posix_spawn(&child, YG_TOOL, &actions, nullptr, pointersTo(words).data(),
+                                      pointersTo(environment).data());
+    ::posix_spawn_file_actions_destroy(&actions);
+    if (failure != 0)
+        throw std::runtime_error("the tool cannot be run");
+
+    ToolRun run;
+    output.close();
+    // A terminal holds little, so it is read while the tool runs.
+    if (isTerminal)
+        run.output = readAll(kept);
+    int state = 0;
+    ::waitpid(child, &state, 0);
+    run.status = WIFEXITED(state) ? WEXITSTATUS(state) : -1;
+    if (!isTerminal)
+        run.output = contentOf(kept);
+    run.errors = contentOf(errors);
+    return run;
+}
+
+}  // namespace yg::testing

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "ygconfig/Tree.h"
+
+namespace {
+
+using yg::tool::Branch;
+using yg::tool::drawTree;
+using yg::tool::Paint;
+using yg::tool::Tone;
+
+Branch branch(std::string label, std::string details = "", std::vector<Branch> children = {}) {
+    return {std::move(label), Tone::plain, std::move(details), std::move(children)};
+}
+
+TEST(Tree, DrawsBranches) {
+    EXPECT_EQ(drawTree(branch("root", "",
+                              {branch("a", "", {branch("b"), branch("c", "", {branch("d")})}),
+                               branch("e", "", {branch("f")})}),
+                       Paint(false)),
+              "root\n"
+              "├─ a\n"
+              "│  ├─ b\n"
+              "│  └─ c\n"
+              "│     └─ d\n"
+              "└─ e\n"
+              "   └─ f\n");
+}
+
+TEST(Tree, PutsDetailsInOneColumn) {
+    EXPECT_EQ(
+        drawTree(branch("市场", "x", {branch("a", "y"), branch("行情报价", "z"), branch("b")}),
+                 Paint(false)),
+        "市场         x\n"
+        "├─ a         y\n"
+        "├─ 行情报价  z\n"
+        "└─ b\n");
+}
+
+TEST(Tree, KeepsTheColumnWhenALabelIsVeryLong) {
+    const std::string longLabel(60, 'x');
+    EXPECT_EQ(
+        drawTree(branch("r", "1", {branch(longLabel, "2"), branch("abc", "3")}), Paint(false)),
+        "r       1\n"
+        "├─ " +
+            longLabel + "  2\n" + "└─ abc  3\n");
+}
+
+TEST(Tree, AlignsColouredLabels) {
+    const Branch tree{"r", Tone::plain, "1", {{"e", Tone::element, "2"}}};
+    EXPECT_EQ(drawTree(tree, Paint(true)),
+              "r     1\n"
+              "\x1b[2m└─ \x1b[0m\x1b[32me\x1b[0m  2\n");
+}
+
+}  // namespace

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+//
+// Whole runs that concern no command in particular: roots, words that are not known, the streams.
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "YGConfigManager/version.h"
+
+#include "host/TempRoot.h"
+#include "tool/ToolRun.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+using yg::testing::OutputTo;
+using yg::testing::runTool;
+using yg::testing::TempRoot;
+using yg::testing::ToolRun;
+
+/// Expects a run that ends with status 2, prints nothing and complains with exactly this line.
+void expectRefused(const std::vector<std::string>& arguments, const std::string& line) {
+    const ToolRun run = runTool(arguments);
+    EXPECT_EQ(run.status, 2) << line;
+    EXPECT_EQ(run.output, "") << line;
+    EXPECT_EQ(run.errors, line + "\n");
+}
+
+TEST(Root, MustBeAFolder) {
+    const TempRoot root;
+    root.write("file", "");
+    expectRefused({"dump", "layout", "--root", root.at("none")},
+                  "ygconfig: root folder \"" + root.at("none") + "\": No such file or directory");
+    expectRefused({"dump", "layout", "--root", root.at("file")},
+                  "ygconfig: root folder \"" + root.at("file") + "\": Not a directory");
+    expectRefused({"show", "--root="}, "ygconfig: root folder \"\": No such file or directory");
+}
+
+TEST(Root, IsTheCurrentFolderIfNotGiven) {
+    const TempRoot root;
+    root.write("config/custompage_template.xml", "<styles><style name='s'/></styles>");
+    const ToolRun run = runTool({"dump", "style", "s"}, {.folder = root.path()});
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(HostJson, MustBeAnObject) {
+    const TempRoot root;
+    for (const char* text : {"[]", "null", "{", "", "{\"rightLevel\": 1}"}) {
+        root.write("host.json", text);
+        const ToolRun run = runTool({"dump", "layout", "--root", root.path()});
+        EXPECT_EQ(run.status, 2) << text;
+        EXPECT_EQ(run.output, "") << text;
+        EXPECT_THAT(run.errors, StartsWith("ygconfig: " + root.at("host.json") + ": ")) << text;
+        EXPECT_EQ(run.errors.find('\n'), run.errors.size() - 1) << text;
+    }
+}
+
+TEST(HostJson, MayBeMissing) {
+    const TempRoot root;
+    EXPECT_EQ(runTool({"dump", "layout", "--root", root.path()}).status, 0);
+}
+
+TEST(UnknownWords, GetASuggestion) {
+    expectRefused({"dmup", "layout"}, "ygconfig: no command 'dmup'; did you mean 'dump'?");
+    expectRefused({"dump", "layuot"},
+                  "ygconfig: no command 'dump layuot'; did you mean 'dump layout'?");
+    expectRefused({"show", "styel", "x"},
+                  "ygconfig: no command 'show styel'; did you mean 'show style'?");
+    expectRefused({"dump", "layout", "--roto", "x"},
+                  "ygconfig dump layout: no option '--roto'; did you mean '--root'?");
+    expectRefused({"--versoin"}, "ygconfig: no option '--versoin'; did you mean '--version'?");
+}
+
+TEST(UnknownWords, GetNoneWithoutALikeness) {
+    expectRefused({"frobnicate"}, "ygconfig: no command 'frobnicate'; see ygconfig --help");
+    expectRefused({"dump", "layout", "-5"}, "ygconfig dump layout: no option '-5'");
+}
+
+TEST(UnknownWords, StayInOneLine) {
+    expectRefused({"a\nb\x1b[31m\xff"},
+                  "ygconfig: no command 'a\uFFFDb\uFFFD[31m\uFFFD'; see ygconfig --help");
+}
+
+TEST(MissingWords, AreAskedFor) {
+    expectRefused({}, "ygconfig: a further word is needed; see ygconfig --help");
+    expectRefused({"dump"}, "ygconfig dump: a further word is needed; see ygconfig dump --help");
+    expectRefused({"dump", "style"}, "ygconfig dump style: NAME is required");
+    expectRefused({"dump", "layout", "--root"},
+                  "ygconfig dump layout: option '--root' needs a value");
+}
+
+TEST(Version, IsTheLibrarys) {
+    const ToolRun run = runTool({"--version"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, std::string("ygconfig ") + YGConfigManagerVersionString + "\n");
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST(StandardOutput, ThatIsFullIsAnError) {
+    const TempRoot root;
+    for (const char* command : {"dump", "show"}) {
+        const ToolRun run =
+            runTool({command, "layout", "--root", root.path()}, {.outputTo = OutputTo::fullDisk});
+        EXPECT_EQ(run.status, 3);
+        EXPECT_THAT(run.errors, HasSubstr("ygconfig: standard output: No space left on device\n"));
+    }
+    EXPECT_EQ(runTool({"--help"}, {.outputTo = OutputTo::fullDisk}).status, 3);
+}
+
+TEST(StandardOutput, ThatIsClosedIsAnError) {
+    const TempRoot root;
+    const ToolRun run =
+        runTool({"dump", "layout", "--root", root.path()}, {.outputTo = OutputTo::nowhere});
+    EXPECT_EQ(run.status, 3);
+    EXPECT_THAT(run.errors, HasSubstr("ygconfig: standard output: Bad file descriptor\n"));
+}
+
+TEST(StandardOutput, ThatNobodyReadsAnyMoreIsAQuietError) {
+    const ToolRun run = runTool({"--help"}, {.outputTo = OutputTo::closedPipe});
+    EXPECT_EQ(run.status, 3);
+    EXPECT_EQ(run.errors, "");
+}
+
+}  // namespace

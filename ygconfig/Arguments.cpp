@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "ygconfig/Arguments.h"
+
+#include <CLI/CLI.hpp>
+
+namespace yg::tool {
+
+std::string Arguments::inRoot(std::string_view path) const {
+    const std::size_t end = root.find_last_not_of('/');
+    std::string joined = root.substr(0, end == std::string::npos ? 0 : end + 1);
+    joined += '/';
+    joined += path;
+    return joined;
+}
+
+void declareText(CLI::App& app, const char* option, const char* valueName,
+                 std::optional<std::string>& field, const char* help) {
+    app.add_option(option, field, help)->option_text(valueName)->take_last();
+}
+
+void declareFlag(CLI::App& app, const char* option, bool& field, const char* help) {
+    app.add_flag(option, field, help);
+}
+
+void declareOperand(CLI::App& app, const char* name, std::string& field, const char* help) {
+    app.add_option(name, field, help)->required();
+}
+
+void declareOperands(CLI::App& app, const char* name, std::vector<std::string>& field,
+                     const char* help) {
+    const auto keep = [&field](const CLI::results_t& texts) {
+        field = texts;
+        return true;
+    };
+    // A list of any length would be taken apart: CLI11 reads "[a,b]" as two items and "{}" as none.
+    // So it is one of very many items, which may end early.
+    app.add_option(name, CLI::callback_t(keep), help)
+        ->expected(CLI::detail::expected_max_vector_size, CLI::detail::expected_max_vector_size)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+void declareCommon(CLI::App& app, Arguments& arguments) {
+    app.add_option("--root", arguments.root, "the root folder; the current folder if not given")
+        ->option_text("ROOT")
+        ->take_last();
+    declareText(app, "--right", "LEVEL", arguments.right,
+                "the user's right level, instead of the one in host.json");
+}
+
+}  // namespace yg::tool

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+//
+// What a command line says, as plain values: one struct for all commands, of which each declares
+// and reads its own part. An option that was not given is absent, an empty one is empty.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace yg::tool {
+
+struct Arguments {
+    std::string root = ".";            ///< --root
+    std::optional<std::string> right;  ///< --right
+
+    std::optional<std::string> style;  ///< --style, the main style file
+    std::optional<std::string> tab;    ///< --tab, the tab style file
+    std::optional<std::string> magic;  ///< --magic, the magic panel file
+
+    std::optional<std::string> events;  ///< --events, the event file
+    bool gray = false;                  ///< --gray, a grey-release user
+    bool weighted = false;              ///< --weighted
+
+    std::string name;                ///< NAME
+    std::string group;               ///< GROUP
+    std::string data;                ///< DATA, a file's path
+    std::string md5;                 ///< MD5
+    std::vector<std::string> items;  ///< ITEM…
+
+    /// A path below the root folder, joined with exactly one slash.
+    std::string inRoot(std::string_view path) const;
+};
+
+/// Declares an option that takes a text, an empty one too. Given twice, the last one counts.
+void declareText(CLI::App& app, const char* option, const char* valueName,
+                 std::optional<std::string>& field, const char* help);
+
+/// Declares an option without a value.
+void declareFlag(CLI::App& app, const char* option, bool& field, const char* help);
+
+/// Declares an operand that must be given.
+void declareOperand(CLI::App& app, const char* name, std::string& field, const char* help);
+
+/// Declares an operand that may be given any number of times, none included. Each text is kept as
+/// it stands.
+void declareOperands(CLI::App& app, const char* name, std::vector<std::string>& field,
+                     const char* help);
+
+/// Declares what every command takes: --root and --right.
+void declareCommon(CLI::App& app, Arguments& arguments);
+
+}  // namespace yg::tool

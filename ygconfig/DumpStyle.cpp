@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#include "ygconfig/Commands.h"
+#include "ygconfig/Json.h"
+#include "ygconfig/Layout.h"
+
+namespace yg::tool {
+
+Answer dumpStyle(const Session& session) {
+    const auto loader = loadLayout(session.arguments);
+    return jsonAnswer(toJson(loader->loadStyleConfigInfoWithName(session.arguments.name)));
+}
+
+}  // namespace yg::tool

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "ygconfig/EventsView.h"
+
+#include <utility>
+#include <vector>
+
+#include "ygconfig/Details.h"
+
+namespace yg::tool {
+
+EventsView::EventsView(const YGEventLoader& loader, bool colour) : loader_(loader), paint_(colour) {
+    for (const auto& [name, events] : loader_.eventTemplateDatas()) {
+        for (const auto& [eventName, event] : events)
+            home_.emplace(event.get(), &name);
+    }
+}
+
+std::string EventsView::events() const {
+    return sections("Groups", loader_.elementEventDatas()) + '\n' +
+           sections("Templates", loader_.eventTemplateDatas()) + '\n' + commands();
+}
+
+std::string EventsView::sections(std::string_view title, const EventGroupMap& sections) const {
+    std::string text = paint_(Tone::heading, title) + "  " + std::to_string(sections.size()) + '\n';
+    for (const auto& [name, events] : sections) {
+        Branch section{quotedIfEmpty(name), Tone::page};
+        for (const auto& [eventName, event] : events)
+            section.children.push_back(eventBranch(name, eventName, *event));
+        if (section.children.empty())
+            section.details = "empty";
+        text += '\n' + drawTree(section, paint_);
+    }
+    return text;
+}
+
+std::string EventsView::commands() const {
+    const CommandMap& commands = loader_.commandDatas();
+    std::vector<Branch> rows;
+    for (const auto& [name, command] : commands) {
+        Details details;
+        details.add(arrowTo(command->changeStyleName()));
+        details.add("dispatch", command->dispatchParam());
+        details.add("data", command->addtionData());
+        rows.push_back({quotedIfEmpty(name), Tone::element, std::move(details).text()});
+    }
+    std::string text =
+        paint_(Tone::heading, "Commands") + "  " + std::to_string(commands.size()) + '\n';
+    if (!rows.empty())
+        text += '\n' + drawTrees(rows, paint_);
+    return text;
+}
+
+Branch EventsView::eventBranch(const std::string& section, const std::string& name,
+                               const YGEventData& event) const {
+    const auto command = loader_.commandByName(event.command());
+    Details details;
+    if (event.command()) {
+        details.add(paint_(Tone::element, quotedIfEmpty(*event.command())));
+        details.addIf(!command, paint_(Tone::mark, "(no such command)"));
+    }
+    if (event.changeStyleName())
+        details.add(arrowTo(event.changeStyleName()));
+    else if (command)
+        details.add(arrowTo(command->changeStyleName()));
+    details.add("dispatch", event.dispatchParam());
+    details.add("data", event.addtionData());
+    const auto home = home_.find(&event);
+    // Its very own name, since a group may be called like a template.
+    if (home != home_.end() && home->second != &section)
+        details.add(paint_(Tone::reuse, "from " + quotedIfEmpty(*home->second)));
+    return {quotedIfEmpty(name), Tone::plain, std::move(details).text()};
+}
+
+/// Nothing when the style is absent.
+std::string EventsView::arrowTo(const std::optional<std::string>& style) const {
+    return style ? "→ " + paint_(Tone::page, quotedIfEmpty(*style)) : "";
+}
+
+}  // namespace yg::tool

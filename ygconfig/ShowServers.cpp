@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#include "ygconfig/Commands.h"
+#include "ygconfig/Servers.h"
+#include "ygconfig/ServersView.h"
+
+namespace yg::tool {
+
+Answer showServers(const Session& session) {
+    const auto loader = loadServers(session.arguments);
+    if (!loader)
+        return {"", ExitCode::noAnswer, "ygconfig: there is no path for the server file"};
+    const auto shownPath = withoutRoot(session.arguments, loader->configPath());
+    return {ServersView(*loader, session.colour).servers(shownPath.value_or(""))};
+}
+
+}  // namespace yg::tool

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+//
+// Trees drawn with box characters, a line for each branch, the details of all of them in one
+// column.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "ygconfig/Paint.h"
+
+namespace yg::tool {
+
+struct Branch {
+    std::string label;  ///< printable, without colours
+    Tone tone = Tone::plain;
+    std::string details = {};  ///< printable, colours in it are fine; empty for none
+    std::vector<Branch> children = {};
+};
+
+/// The lines of a tree, each with its line feed. The root stands at the left margin. Labels that
+/// are too long for the column push their details to the right.
+std::string drawTree(const Branch& root, const Paint& paint);
+
+/// The lines of several trees, one below the other, with one column for the details of all.
+std::string drawTrees(std::span<const Branch> roots, const Paint& paint);
+
+}  // namespace yg::tool

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+//
+// ygconfig: looks into the configuration below a root folder. See `ygconfig --help`.
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <fcntl.h>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+#include <vector>
+
+#include "ygconfig/CommandLine.h"
+#include "ygconfig/Paint.h"
+#include "ygconfig/Run.h"
+
+namespace {
+
+using yg::tool::Answer;
+using yg::tool::ExitCode;
+
+/// Fills the places of standard streams that are closed, lest a file that the library opens take
+/// one. What is opened here refuses the stream's use, as the closed stream does.
+void occupyStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(stream, F_GETFD) == -1)
+            ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
+/// True when all of it was written; errno says why not.
+bool writeAll(int stream, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(stream, text.data(), text.size());
+        if (written >= 0)
+            text.remove_prefix(static_cast<std::size_t>(written));
+        else if (errno != EINTR)
+            return false;
+    }
+    return true;
+}
+
+void complain(const std::string& line) {
+    writeAll(STDERR_FILENO, line + '\n');
+}
+
+int statusOf(ExitCode code) {
+    return static_cast<int>(code);
+}
+
+int answerTo(const std::vector<std::string>& words) {
+    const bool colour = yg::tool::wantsColour(::isatty(STDOUT_FILENO) == 1, std::getenv("NO_COLOR"),
+                                              std::getenv("TERM"));
+    const Answer answer = yg::tool::run(yg::tool::readCommandLine(words), colour);
+    if (!answer.complaint.empty())
+        complain(answer.complaint);
+    if (writeAll(STDOUT_FILENO, answer.output))
+        return statusOf(answer.exitCode);
+    // A reader that has seen enough, such as `head`, is told nothing.
+    if (errno != EPIPE)
+        complain(std::string("ygconfig: standard output: ") + std::strerror(errno));
+    return statusOf(ExitCode::failed);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    occupyStandardStreams();
+    std::signal(SIGPIPE, SIG_IGN);
+    try {
+        std::vector<std::string> words(argv, argv + argc);
+        if (!words.empty())
+            words.erase(words.begin());
+        return answerTo(words);
+    } catch (const std::exception& error) {
+        complain(std::string("ygconfig: ") + error.what());
+        return statusOf(ExitCode::failed);
+    }
+}

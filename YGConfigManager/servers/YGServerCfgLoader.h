@@ -29,8 +29,8 @@ public:
     using Group = std::shared_ptr<YGServerAddrListTag>;
 
     /// A loader with its file loaded; `isGray` says whether the user belongs to the grey-release
-    /// group. Null when the host has no path for the file. When the file is missing or not XML the
-    /// loader has no groups.
+    /// group. Null when the host answers no path for the file. When the file is missing, as with an
+    /// empty path, or not XML the loader has no groups.
     static std::shared_ptr<YGServerCfgLoader> initWithIsGray(bool isGray,
                                                              DiagnosticsSink* sink = nullptr);
 

@@ -77,7 +77,7 @@ void YGEventLoader::loadCommandEvent(const xml::Element& section) {
 }
 
 std::shared_ptr<YGCommandData> YGEventLoader::commandByName(
-    std::optional<std::string_view> name) const {
+    const std::optional<std::string_view>& name) const {
     if (!name || name->empty())
         return nullptr;
     const auto* command = commandDatas_.find(*name);
@@ -85,7 +85,8 @@ std::shared_ptr<YGCommandData> YGEventLoader::commandByName(
 }
 
 std::shared_ptr<YGEventData> YGEventLoader::eventByName(
-    std::optional<std::string_view> groupName, std::optional<std::string_view> eventName) const {
+    const std::optional<std::string_view>& groupName,
+    const std::optional<std::string_view>& eventName) const {
     if (!groupName || groupName->empty() || !eventName || eventName->empty())
         return nullptr;
     const EventMap* group = elementEventDatas_.find(*groupName);

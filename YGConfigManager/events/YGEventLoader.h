@@ -44,12 +44,13 @@ public:
     ~YGEventLoader() = default;
 
     /// The command of exactly that name; null when there is none and for an absent or empty name.
-    std::shared_ptr<YGCommandData> commandByName(std::optional<std::string_view> name) const;
+    std::shared_ptr<YGCommandData> commandByName(const std::optional<std::string_view>& name) const;
 
     /// The event of exactly that name in the group of exactly that name; null when there is none
     /// and when either name is absent or empty. Neither templates nor other groups are looked at.
-    std::shared_ptr<YGEventData> eventByName(std::optional<std::string_view> groupName,
-                                             std::optional<std::string_view> eventName) const;
+    std::shared_ptr<YGEventData> eventByName(
+        const std::optional<std::string_view>& groupName,
+        const std::optional<std::string_view>& eventName) const;
 
     // The steps of a load, in the order in which initWithEventConfigPath takes them. Each adds to
     // the tables, so only call them yourself while no other thread looks anything up.

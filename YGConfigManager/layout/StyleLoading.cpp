@@ -129,13 +129,19 @@ std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::parseStyleConfig(
 }
 
 std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::loadStyleConfigInfoWithName(
-    std::optional<std::string_view> name) const {
+    const std::optional<std::string_view>& name) const {
     if (!name)
         return nullptr;
     if (styleInfos_) {
         if (const auto* style = styleInfos_->find(*name))
             return *style;
     }
+    return customPage(*name);
+}
+
+// Apart from the look-up, so that a page that is there pays for none of this.
+[[gnu::noinline]] std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::customPage(
+    std::string_view name) const {
     const xml::Element page = createXMLElementWithStyleName(name);
     return page ? parseStyleConfig(page) : nullptr;
 }

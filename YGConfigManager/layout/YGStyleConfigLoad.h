@@ -54,9 +54,10 @@ public:
 
     /// The style of that name. One that was loaded is answered itself, not as a copy; any other
     /// name is taken as a custom page, template-argument-argument…, and gives a new record each
-    /// time. Null when it is neither.
+    /// time. Null when it is neither. Look-ups take the name by reference: an optional text by
+    /// value is copied through memory, which costs as much as the look-up.
     std::shared_ptr<StyleConfigInfo> loadStyleConfigInfoWithName(
-        std::optional<std::string_view> name) const;
+        const std::optional<std::string_view>& name) const;
 
     /// The main styles, soft-optimize ones included; null before loading and when the main style
     /// file yields none.
@@ -169,6 +170,7 @@ private:
     void keepTemplates(std::optional<std::string_view> basePath,
                        std::optional<std::string_view> extPath);
     xml::Element templateNamed(std::string_view name) const;
+    std::shared_ptr<StyleConfigInfo> customPage(std::string_view name) const;
     void parsePanel(const xml::Element& element,
                     const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
                     const std::shared_ptr<PanelConfigInfo>& parentPaneInfo, bool* hasMagicPanels,

@@ -37,12 +37,14 @@ public:
         if (slots_.empty())
             return nullptr;
         const std::uint32_t hash = hashOf(key);
-        for (std::size_t at = hash & mask();; at = (at + 1) & mask()) {
-            const Slot& slot = slots_[at];
+        const Slot* const slots = slots_.data();
+        const std::size_t last = mask();
+        for (std::size_t at = hash & last;; at = (at + 1) & last) {
+            const Slot& slot = slots[at];
+            if (slot.hash == hash && slot.entry != none && entries_[slot.entry].key == key)
+                return &entries_[slot.entry].value;
             if (slot.entry == none)
                 return nullptr;
-            if (slot.hash == hash && entries_[slot.entry].key == key)
-                return &entries_[slot.entry].value;
         }
     }
 
@@ -55,7 +57,7 @@ public:
             const_cast<Value&>(*found) = std::move(value);
             return true;
         }
-        if ((entries_.size() + 1) * 4 > slots_.size() * 3)
+        if ((entries_.size() + 1) * 2 > slots_.size())
             grow();
         entries_.push_back({std::string(key), std::move(value)});
         place(hashOf(key), static_cast<std::uint32_t>(entries_.size() - 1));
@@ -70,31 +72,42 @@ private:
         std::uint32_t entry = none;
     };
 
-    /// Eight bytes at a time, both halves of the product: names are short and differ in few bits,
-    /// and std::hash spends more on its call than on them.
-    static std::uint32_t hashOf(std::string_view key) {
+    template <class Word>
+    static std::uint64_t wordAt(const char* bytes) {
+        Word word = 0;
+        std::memcpy(&word, bytes, sizeof word);
+        return word;
+    }
+
+    /// Two words folded into one through both halves of their product.
+    static std::uint64_t folded(std::uint64_t one, std::uint64_t other) {
         __extension__ using Product = unsigned __int128;
+        const Product product = Product{one ^ 0x2D358DCCAA6C78A5} * (other ^ 0x8BB84B93962EACC9);
+        return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+    }
+
+    /// The first and the last bytes of a text of at most sixteen, as two words that overlap.
+    static std::pair<std::uint64_t, std::uint64_t> ends(const char* bytes, std::size_t size) {
+        if (size >= 8)
+            return {wordAt<std::uint64_t>(bytes), wordAt<std::uint64_t>(bytes + size - 8)};
+        if (size >= 4)
+            return {wordAt<std::uint32_t>(bytes), wordAt<std::uint32_t>(bytes + size - 4)};
+        if (size == 0)
+            return {0, 0};
+        return {wordAt<std::uint8_t>(bytes) << 8 | wordAt<std::uint8_t>(bytes + size / 2),
+                wordAt<std::uint8_t>(bytes + size - 1)};
+    }
+
+    /// Sixteen bytes at a time, for names are short, and std::hash spends more on its call than
+    /// on them.
+    static std::uint32_t hashOf(std::string_view key) {
+        const char* bytes = key.data();
         std::uint64_t hash = key.size();
-        const auto add = [&hash](std::uint64_t word) {
-            const Product product = Product{hash ^ word ^ 0x2D358DCCAA6C78A5} * 0x9E3779B97F4A7C15;
-            hash = static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
-        };
-        const auto wordAt = [](const char* bytes) {
-            std::uint64_t word = 0;
-            std::memcpy(&word, bytes, sizeof word);
-            return word;
-        };
-        const char* const end = key.data() + key.size();
-        if (key.size() < sizeof(std::uint64_t)) {
-            std::uint64_t word = 0;
-            for (const char c : key)
-                word = word << 8 | static_cast<unsigned char>(c);
-            add(word);
-        } else {
-            for (const char* at = key.data(); end - at > 8; at += 8)
-                add(wordAt(at));
-            add(wordAt(end - 8));
-        }
+        std::size_t left = key.size();
+        for (; left > 16; left -= 16, bytes += 16)
+            hash = folded(hash ^ wordAt<std::uint64_t>(bytes), wordAt<std::uint64_t>(bytes + 8));
+        const auto [first, last] = ends(bytes, left);
+        hash = folded(hash ^ first, last);
         return static_cast<std::uint32_t>(hash ^ (hash >> 32));
     }
 
@@ -114,7 +127,8 @@ private:
     }
 
     std::vector<Entry> entries_;
-    std::vector<Slot> slots_;  ///< a power of two of them, at most three quarters used
+    std::vector<Slot>
+        slots_;  ///< a power of two of them, at most half of them used: a second look costs more
 };
 
 }  // namespace yg

@@ -384,7 +384,7 @@ TEST_F(StyleLoading, MergesTheBaseFileAloneWhenTheOtherIsMissing) {
 }
 
 TEST_F(StyleLoading, MergesManyStylesInOrder) {
-    constexpr std::size_t count = 10000;
+    constexpr std::size_t count = 3000;
     std::string text = "<s>";
     for (std::size_t i = 0; i < count; ++i)
         text += "<style name='" + std::to_string(i) + "'/>";

@@ -21,20 +21,20 @@ if(PROJECT_IS_TOP_LEVEL)
 endif()
 
 # For the project's own targets only, so that a parent project keeps its own settings.
-add_library(yg_settings INTERFACE)
-target_include_directories(yg_settings INTERFACE "${PROJECT_SOURCE_DIR}")
-target_compile_options(yg_settings INTERFACE
+add_library(yg_build_settings INTERFACE)
+target_include_directories(yg_build_settings INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_options(yg_build_settings INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast
   -Wcast-qual -Wformat=2 -Wundef)
 if(YG_WARNINGS_AS_ERRORS)
-  target_compile_options(yg_settings INTERFACE -Werror)
+  target_compile_options(yg_build_settings INTERFACE -Werror)
 endif()
 if(YG_SANITIZE)
-  target_compile_options(yg_settings INTERFACE
+  target_compile_options(yg_build_settings INTERFACE
     -fsanitize=${YG_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_link_options(yg_settings INTERFACE -fsanitize=${YG_SANITIZE})
+  target_link_options(yg_build_settings INTERFACE -fsanitize=${YG_SANITIZE})
 endif()
 if(YG_COVERAGE)
-  target_compile_options(yg_settings INTERFACE --coverage)
-  target_link_options(yg_settings INTERFACE --coverage)
+  target_compile_options(yg_build_settings INTERFACE --coverage)
+  target_link_options(yg_build_settings INTERFACE --coverage)
 endif()

@@ -44,5 +44,6 @@ void require(bool holds, const char* what);
 // One for each file of benchmarks.
 void registerLayoutLoading();
 void registerLayoutLookup();
+void registerEventsAndServers();
 
 }  // namespace yg::benchmarks

@@ -11,6 +11,7 @@
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 
 #include "benchmarks/BenchmarkHost.h"
+#include "benchmarks/Checksum.h"
 #include "benchmarks/Comparison.h"
 #include "benchmarks/PeerLayout.h"
 

@@ -4,7 +4,7 @@
 // what the library's reading is measured against. Records and attribute tables are the library's.
 #pragma once
 
-#include <cstdint>
+#include <memory>
 
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 
@@ -27,9 +27,5 @@ PeerLayout loadWithLibxml2(const Skeleton& skeleton);
 
 /// Over pugixml's tree, as its own lenient parser makes it.
 PeerLayout loadWithPugixml(const Skeleton& skeleton);
-
-/// A number made from every field of every record, to compare what loads gave.
-std::uint64_t checksum(const StyleMap& styles);
-std::uint64_t checksum(const MagicPanelMap& groups);
 
 }  // namespace yg::benchmarks

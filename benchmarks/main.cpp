@@ -71,6 +71,7 @@ int main(int argc, char** argv) {
 
     yg::benchmarks::registerLayoutLoading();
     yg::benchmarks::registerLayoutLookup();
+    yg::benchmarks::registerEventsAndServers();
 
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -5,11 +5,10 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <optional>
 #include <string>
 #include <unistd.h>
-
-#include <climits>
 
 #include "YGConfigManager/files/FileLayer.h"
 #include "YGConfigManager/text/Format.h"

@@ -240,7 +240,7 @@ Node Element::firstChild() const {
 Element Element::firstElementChild() const {
     for (pugi::xml_node child : Tree::raw(*this).children()) {
         if (child.type() == pugi::node_element)
-            return Element(tree_, Tree::handle(child));
+            return {tree_, Tree::handle(child)};
     }
     return {};
 }

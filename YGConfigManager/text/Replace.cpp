@@ -1,7 +1,93 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/text/Replace.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "YGConfigManager/text/CaseFolding.h"
+#include "YGConfigManager/text/Utf8.h"
+
 namespace yg::text {
+
+namespace {
+
+/// A folded character and the bytes that it took. A byte that is no UTF-8 is a character beyond all
+/// of Unicode's.
+struct Folded {
+    char32_t character;
+    std::size_t size;
+};
+
+/// The first character of a text that is not empty.
+Folded firstFolded(std::string_view text) {
+    const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+    const char32_t lead = byte(0);
+    if (lead < 0x80)
+        return {foldedCase(lead), 1};
+    const std::size_t size = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    if (validUtf8Prefix(text.substr(0, size)) != size)
+        return {0x110000 + lead, 1};
+    char32_t character = lead & (0x7Fu >> size);
+    for (std::size_t at = 1; at < size; ++at)
+        character = (character << 6) | (byte(at) & 0x3Fu);
+    return {foldedCase(character), size};
+}
+
+bool hasCase(std::string_view text) {
+    return std::any_of(text.begin(), text.end(), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte >= 0x80 || foldedCase(byte) != byte || foldedCase(byte - 0x20u) == byte;
+    });
+}
+
+/// Searches for a sequence of folded characters, each character of the text looked at once.
+class Search {
+public:
+    explicit Search(std::string_view target) {
+        while (!target.empty()) {
+            const Folded folded = firstFolded(target);
+            wanted_.push_back(folded.character);
+            target.remove_prefix(folded.size);
+        }
+        shorter_.resize(wanted_.size());
+        for (std::size_t at = 1, matched = 0; at < wanted_.size(); ++at) {
+            matched = afterMatching(matched, wanted_[at]);
+            shorter_[at] = matched;
+        }
+        starts_.resize(wanted_.size());
+    }
+
+    /// Takes the character that begins at this place; true when it completes an occurrence.
+    bool take(char32_t character, std::size_t place) {
+        starts_[taken_++ % starts_.size()] = place;
+        matched_ = afterMatching(matched_, character);
+        if (matched_ < wanted_.size())
+            return false;
+        matched_ = 0;
+        return true;
+    }
+
+    /// Where the occurrence begins that was just completed.
+    std::size_t start() const { return starts_[taken_ % starts_.size()]; }
+
+private:
+    /// How much of the target's beginning ends with the next character, given how much of it ended
+    /// before.
+    std::size_t afterMatching(std::size_t matched, char32_t character) const {
+        while (matched > 0 && wanted_[matched] != character)
+            matched = shorter_[matched - 1];
+        return wanted_[matched] == character ? matched + 1 : 0;
+    }
+
+    std::vector<char32_t> wanted_;
+    std::vector<std::size_t> shorter_;  ///< the longest beginning that ends at each place
+    std::vector<std::size_t> starts_;   ///< of the last characters, as many as are wanted
+    std::size_t taken_ = 0;
+    std::size_t matched_ = 0;
+};
+
+}  // namespace
 
 std::string replaceAll(std::string_view text, std::string_view target,
                        std::string_view replacement) {
@@ -16,6 +102,27 @@ std::string replaceAll(std::string_view text, std::string_view target,
         text.remove_prefix(found + target.size());
     }
     out += text;
+    return out;
+}
+
+std::string replaceAllIgnoringCase(std::string_view text, std::string_view target,
+                                   std::string_view replacement) {
+    if (!hasCase(target))
+        return replaceAll(text, target, replacement);
+    Search search(target);
+    std::string out;
+    std::size_t copied = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const Folded folded = firstFolded(text.substr(at));
+        const bool isComplete = search.take(folded.character, at);
+        at += folded.size;
+        if (isComplete) {
+            out += text.substr(copied, search.start() - copied);
+            out += replacement;
+            copied = at;
+        }
+    }
+    out += text.substr(copied);
     return out;
 }
 

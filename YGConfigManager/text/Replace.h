@@ -14,4 +14,9 @@ namespace yg::text {
 std::string replaceAll(std::string_view text, std::string_view target,
                        std::string_view replacement);
 
+/// The same, but letter case does not count (foldedCase in CaseFolding.h), whatever the locale.
+/// Bytes that are no UTF-8 are equal to themselves only.
+std::string replaceAllIgnoringCase(std::string_view text, std::string_view target,
+                                   std::string_view replacement);
+
 }  // namespace yg::text

@@ -33,5 +33,38 @@ TEST(Replace, AnEmptyTargetChangesNothing) {
     EXPECT_EQ(replaceAll("abc", "", "x"), "abc");
 }
 
+TEST(ReplaceIgnoringCase, ReplacesEveryForm) {
+    EXPECT_EQ(replaceAllIgnoringCase("aAbA", "a", "x"), "xxbx");
+    EXPECT_EQ(replaceAllIgnoringCase("StraSSe", "ss", "-"), "Stra-e");
+    EXPECT_EQ(replaceAllIgnoringCase("ΑΒΓ αβγ", "αβ", "ab"), "abΓ abγ");
+    EXPECT_EQ(replaceAllIgnoringCase("1&2", "&", "&amp;"), "1&amp;2");
+    EXPECT_EQ(replaceAllIgnoringCase("", "a", "x"), "");
+    EXPECT_EQ(replaceAllIgnoringCase("abc", "", "x"), "abc");
+}
+
+// The forms of a letter need not have the same number of bytes.
+TEST(ReplaceIgnoringCase, FindsFormsOfOtherLengths) {
+    EXPECT_EQ(replaceAllIgnoringCase("1\u212A 2k 3K", "k", "x"), "1x 2x 3x");
+    EXPECT_EQ(replaceAllIgnoringCase("ak\u212AKb", "kkk", "-"), "a-b");
+}
+
+TEST(ReplaceIgnoringCase, GoesFromLeftToRightAndNeverOverItsOutput) {
+    EXPECT_EQ(replaceAllIgnoringCase("aAa", "aa", "AA"), "AAa");
+    EXPECT_EQ(replaceAllIgnoringCase("aabAAb", "aab", "aa"), "aaaa");
+    EXPECT_EQ(replaceAllIgnoringCase("aaAab", "aab", "-"), "aa-");
+    EXPECT_EQ(replaceAllIgnoringCase("ababABac", "abaBac", "-"), "ab-");
+}
+
+TEST(ReplaceIgnoringCase, TakesBytesThatAreNoUtf8AsTheyStand) {
+    EXPECT_EQ(replaceAllIgnoringCase("a\xff\xc3", "A", "x"), "x\xff\xc3");
+    EXPECT_EQ(replaceAllIgnoringCase("\xffz\xff", "\xffZ", "-"), "-\xff");
+    EXPECT_EQ(replaceAllIgnoringCase("\xc3\xa9", "\xc3", "-"), "\xc3\xa9");
+}
+
+TEST(ReplaceIgnoringCase, TakesTimeInProportion) {
+    const std::string text(1'000'000, 'a');
+    EXPECT_EQ(replaceAllIgnoringCase(text, std::string(500'000, 'A') + 'b', "x"), text);
+}
+
 }  // namespace
 }  // namespace yg::text

@@ -6,6 +6,26 @@
 // Either the application calls runPendingMainTasks() from its loop (setMainQueueWakeUp() tells it
 // when), or it brings a queue of its own with setMainQueue() or Host::mainQueue().
 //
+// A loop that the application has drains the default queue with three lines at its start:
+//
+//   GLib     yg::setMainQueueWakeUp([] {
+//                g_idle_add_full(G_PRIORITY_DEFAULT, [](gpointer) -> gboolean {
+//                    yg::runPendingMainTasks(); return G_SOURCE_REMOVE; }, nullptr, nullptr); });
+//
+//   Qt       yg::setMainQueueWakeUp([] {
+//                QMetaObject::invokeMethod(qApp, [] { yg::runPendingMainTasks(); },
+//                                          Qt::QueuedConnection); });
+//
+//   libuv    static uv_async_t drain;
+//            uv_async_init(loop, &drain, [](uv_async_t*) { yg::runPendingMainTasks(); });
+//            yg::setMainQueueWakeUp([] { uv_async_send(&drain); });
+//
+//   Apple    yg::setMainQueueWakeUp([] {
+//                dispatch_async_f(dispatch_get_main_queue(), nullptr,
+//                                 [](void*) { yg::runPendingMainTasks(); }); });
+//
+// Before the loop goes, setMainQueueWakeUp({}) takes the line back.
+//
 // Posting is safe from any thread.
 #pragma once
 

@@ -35,11 +35,13 @@ libraries='
 pugixml     xml
 libxml      xml
 curl        net
+zlib        net
 fontconfig  graphics
 hb          graphics
 harfbuzz    graphics
 png         graphics
 jpeglib     graphics
+jerror      graphics
 turbojpeg   graphics
 nlohmann    -
 CLI         ygconfig

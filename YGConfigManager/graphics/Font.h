@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+//
+// Fonts: whether a face is installed, and how wide a text is in it. A font is a small value that
+// any thread may make, copy and measure with. What the machine has installed is looked up at the
+// first use of any font and not again.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "YGConfigManager/export.h"
+
+namespace yg {
+
+class FontFace;
+class FontServices;
+
+/// A face at a size.
+class YG_EXPORT Font {
+public:
+    /// The size in points of a font whose size is asked for as 0 or less.
+    static constexpr double defaultSize = 12;
+
+    /// The font of the installed face `face` at `size` points; none when there is no such face. The
+    /// name is that face's PostScript name, full name or family name, in any language that the face
+    /// is named in; letter case and blanks do not count. Of a family the face nearest to regular
+    /// upright is taken. There is no substitute: a name that the machine only has a replacement for
+    /// is unknown. A size of 0 or less, or that is no number, is the default size.
+    static std::optional<Font> named(std::string_view face, double size);
+
+    /// The machine's font for user interfaces at `size` points, sizes as in named(). Never fails:
+    /// with no font installed at all the face is called "sans-serif", and its characters are half
+    /// as wide as the font is high, East Asian wide ones as wide as it is high.
+    static Font system(double size);
+
+    /// The face's name in the spelling of the name by which it was found; of the system font the
+    /// full name. named() finds the same face by it. Stays valid as long as any copy of the font.
+    const std::string& faceName() const;
+
+    /// The size in points, always above 0.
+    double pointSize() const { return pointSize_; }
+
+    /// The width of `text` in points, with kerning, at no particular resolution: not rounded, not
+    /// hinted, and twice as much at twice the size. Of several lines the widest counts. Characters
+    /// that the face lacks are measured in the face that stands in for it; a tab counts as a blank,
+    /// other control characters as nothing, broken UTF-8 as replacement characters. Absent: 0.
+    double widthOf(const std::optional<std::string_view>& text) const;
+
+    /// Fonts are equal when their face names and sizes are.
+    friend YG_EXPORT bool operator==(const Font& left, const Font& right);
+
+private:
+    friend class FontServices;
+    Font(std::shared_ptr<const FontFace> face, double size);
+
+    std::shared_ptr<const FontFace> face_;
+    double pointSize_;
+};
+
+}  // namespace yg

@@ -1,0 +1,329 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/graphics/FontServices.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <span>
+#include <tuple>
+
+#include <fontconfig/fontconfig.h>
+
+#include "YGConfigManager/text/Utf8.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#define YG_CHECKS_LEAKS 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define YG_CHECKS_LEAKS 1
+#endif
+#endif
+#if defined(YG_CHECKS_LEAKS)
+#include <sanitizer/lsan_interface.h>
+#endif
+
+namespace yg {
+
+namespace {
+
+struct FontconfigDeleter {
+    void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
+    void operator()(FcFontSet* set) const { FcFontSetDestroy(set); }
+    void operator()(FcObjectSet* set) const { FcObjectSetDestroy(set); }
+};
+template <class T>
+using Owned = std::unique_ptr<T, FontconfigDeleter>;
+
+const FcChar8* bytesOf(const std::string& text) {
+    return reinterpret_cast<const FcChar8*>(text.c_str());
+}
+
+std::optional<std::string> textAt(const FcPattern* pattern, const char* property, int index = 0) {
+    FcChar8* text = nullptr;
+    if (FcPatternGetString(pattern, property, index, &text) != FcResultMatch) {
+        return std::nullopt;
+    }
+    return reinterpret_cast<const char*>(text);
+}
+
+double numberAt(const FcPattern* pattern, const char* property, double otherwise) {
+    double number = 0;
+    return FcPatternGetDouble(pattern, property, 0, &number) == FcResultMatch ? number : otherwise;
+}
+
+/// Only these formats can be measured.
+bool isOpenType(const FcPattern* pattern) {
+    const std::optional<std::string> format = textAt(pattern, FC_FONTFORMAT);
+    return format == "TrueType" || format == "CFF";
+}
+
+/// How far a face is from the regular upright one.
+double distanceFromRegular(const FcPattern* pattern) {
+    return std::abs(numberAt(pattern, FC_WEIGHT, FC_WEIGHT_REGULAR) - FC_WEIGHT_REGULAR) +
+           std::abs(numberAt(pattern, FC_SLANT, FC_SLANT_ROMAN) - FC_SLANT_ROMAN) +
+           std::abs(numberAt(pattern, FC_WIDTH, FC_WIDTH_NORMAL) - FC_WIDTH_NORMAL);
+}
+
+std::string withoutBlanks(std::string text) {
+    std::erase(text, ' ');
+    return text;
+}
+
+/// The face's own spelling of the name by which fontconfig found it.
+std::string spellingOf(const FcPattern* pattern, const char* property, const std::string& name) {
+    const std::string wanted = withoutBlanks(name);
+    for (int i = 0;; ++i) {
+        std::optional<std::string> spelling = textAt(pattern, property, i);
+        if (!spelling) {
+            return name;
+        }
+        if (FcStrCmpIgnoreCase(bytesOf(withoutBlanks(*spelling)), bytesOf(wanted)) == 0) {
+            return *std::move(spelling);
+        }
+    }
+}
+
+/// A name by which a face is found again.
+std::string fullNameOf(const FcPattern* pattern) {
+    for (const char* property : {FC_FULLNAME, FC_POSTSCRIPT_NAME, FC_FAMILY}) {
+        if (std::optional<std::string> name = textAt(pattern, property)) {
+            return *std::move(name);
+        }
+    }
+    return "sans-serif";
+}
+
+/// What is asked of fontconfig: families, the first one preferred, and a style.
+struct FaceLike {
+    std::vector<std::string> families;
+    int slant = FC_SLANT_ROMAN;
+    double weight = FC_WEIGHT_REGULAR;
+    double width = FC_WIDTH_NORMAL;
+
+    Owned<FcPattern> pattern(FcConfig* configuration) const {
+        Owned<FcPattern> pattern(FcPatternCreate());
+        for (const std::string& family : families) {
+            FcPatternAddString(pattern.get(), FC_FAMILY, bytesOf(family));
+        }
+        FcPatternAddInteger(pattern.get(), FC_SLANT, slant);
+        FcPatternAddDouble(pattern.get(), FC_WEIGHT, weight);
+        FcPatternAddDouble(pattern.get(), FC_WIDTH, width);
+        FcPatternAddBool(pattern.get(), FC_SCALABLE, FcTrue);
+        FcConfigSubstitute(configuration, pattern.get(), FcMatchPattern);
+        FcDefaultSubstitute(pattern.get());
+        return pattern;
+    }
+};
+
+double sizeOrDefault(double size) {
+    return size > 0 ? size : Font::defaultSize;
+}
+
+/// So many spellings of names are remembered.
+constexpr std::size_t mostNames = 1024;
+
+}  // namespace
+
+/// Sorting takes longer than all else here, and most faces never need to be stood in for.
+class FontFallbacks {
+public:
+    explicit FontFallbacks(FaceLike like) : like_(std::move(like)) {}
+
+    /// The faces in their order. Only under the services' lock.
+    std::span<FcPattern* const> faces(FcConfig* configuration) {
+        if (!isSorted_ && configuration != nullptr) {
+            FcResult result;
+            set_.reset(FcFontSort(configuration, like_.pattern(configuration).get(), FcTrue,
+                                  nullptr, &result));
+        }
+        isSorted_ = true;
+        if (set_ == nullptr) {
+            return {};
+        }
+        return {set_->fonts, static_cast<std::size_t>(set_->nfont)};
+    }
+
+private:
+    const FaceLike like_;
+    bool isSorted_ = false;
+    Owned<FcFontSet> set_;
+};
+
+FontServices& FontServices::shared() {
+    static FontServices& shared = []() -> FontServices& {
+#if defined(YG_CHECKS_LEAKS)
+        // Fontconfig refers to parts of its configuration by distances, which hide them from the
+        // leak checker.
+        const __lsan::ScopedDisabler livesToTheEnd;
+#endif
+        return *new FontServices(FcInitLoadConfigAndFonts());
+    }();
+    return shared;
+}
+
+FontServices::FontServices(_FcConfig* configuration) : configuration_(configuration) {}
+
+FontServices::FontServices(const std::vector<std::string>& fontFiles)
+    : configuration_(FcConfigCreate()) {
+    for (const std::string& file : fontFiles) {
+        FcConfigAppFontAddFile(configuration_, bytesOf(file));
+    }
+}
+
+FontServices::~FontServices() {
+    facesByName_.clear();
+    systemFace_.reset();
+    if (configuration_ != nullptr) {
+        FcConfigDestroy(configuration_);
+    }
+}
+
+std::optional<Font> FontServices::named(std::string_view face, double size) {
+    if (face.empty() || face.find('\0') != std::string_view::npos || !text::isValidUtf8(face)) {
+        return std::nullopt;
+    }
+    const std::lock_guard lock(mutex_);
+    std::shared_ptr<const FontFace> found = faceNamed(std::string(face));
+    if (found == nullptr) {
+        return std::nullopt;
+    }
+    return Font(std::move(found), sizeOrDefault(size));
+}
+
+Font FontServices::system(double size) {
+    const std::lock_guard lock(mutex_);
+    if (systemFace_ == nullptr) {
+        systemFace_ = findSystemFace();
+    }
+    return Font(systemFace_, sizeOrDefault(size));
+}
+
+std::shared_ptr<const FontFile> FontServices::fallback(FontFallbacks& fallbacks,
+                                                       char32_t character) {
+    const std::lock_guard lock(mutex_);
+    for (const FcPattern* face : fallbacks.faces(configuration_)) {
+        FcCharSet* characters = nullptr;
+        if (FcPatternGetCharSet(face, FC_CHARSET, 0, &characters) != FcResultMatch ||
+            FcCharSetHasChar(characters, character) == FcFalse) {
+            continue;
+        }
+        if (auto file = openFile(face)) {
+            return file;
+        }
+    }
+    return nullptr;
+}
+
+std::shared_ptr<const FontFace> FontServices::faceNamed(const std::string& name) {
+    if (const auto known = facesByName_.find(name); known != facesByName_.end()) {
+        return known->second;
+    }
+    std::shared_ptr<const FontFace> face = findFace(name);
+    if (face != nullptr) {
+        if (facesByName_.size() >= mostNames) {
+            facesByName_.clear();
+        }
+        facesByName_.emplace(name, face);
+    }
+    return face;
+}
+
+std::shared_ptr<const FontFace> FontServices::findFace(const std::string& name) {
+    if (configuration_ == nullptr) {
+        return nullptr;
+    }
+    std::shared_ptr<const FontFace> found;
+    for (const char* property : {FC_POSTSCRIPT_NAME, FC_FULLNAME, FC_FAMILY}) {
+        std::shared_ptr<const FontFace> face = findFaceBy(property, name);
+        // A name that is spelled just so goes before one that differs in case or blanks.
+        if (face != nullptr && face->name() == name) {
+            return face;
+        }
+        if (found == nullptr) {
+            found = std::move(face);
+        }
+    }
+    return found;
+}
+
+std::shared_ptr<const FontFace> FontServices::findFaceBy(const char* property,
+                                                         const std::string& name) {
+    // Listing answers only what is there, where matching always answers something.
+    const Owned<FcPattern> wanted(FcPatternCreate());
+    FcPatternAddString(wanted.get(), property, bytesOf(name));
+    FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
+    FcPatternAddBool(wanted.get(), FC_VARIABLE, FcFalse);
+    const Owned<FcObjectSet> asked(FcObjectSetBuild(FC_FILE, FC_INDEX, FC_FAMILY, FC_FULLNAME,
+                                                    FC_POSTSCRIPT_NAME, FC_WEIGHT, FC_SLANT,
+                                                    FC_WIDTH, FC_FONTFORMAT, nullptr));
+    const Owned<FcFontSet> found(FcFontList(configuration_, wanted.get(), asked.get()));
+    if (found == nullptr) {
+        return nullptr;
+    }
+    std::vector<FcPattern*> faces(found->fonts, found->fonts + found->nfont);
+    std::erase_if(faces, [](const FcPattern* face) { return !isOpenType(face); });
+    // Listing has no order of its own; equally near faces come by their files.
+    std::sort(faces.begin(), faces.end(), [](const FcPattern* left, const FcPattern* right) {
+        const auto key = [](const FcPattern* face) {
+            int index = 0;
+            FcPatternGetInteger(face, FC_INDEX, 0, &index);
+            return std::tuple(distanceFromRegular(face), textAt(face, FC_FILE), index);
+        };
+        return key(left) < key(right);
+    });
+    for (const FcPattern* face : faces) {
+        if (auto file = openFile(face)) {
+            FaceLike like{{textAt(face, FC_FAMILY).value_or(name)}};
+            FcPatternGetInteger(face, FC_SLANT, 0, &like.slant);
+            like.weight = numberAt(face, FC_WEIGHT, like.weight);
+            like.width = numberAt(face, FC_WIDTH, like.width);
+            return std::make_shared<FontFace>(spellingOf(face, property, name), std::move(file),
+                                              std::make_shared<FontFallbacks>(std::move(like)),
+                                              *this);
+        }
+    }
+    return nullptr;
+}
+
+std::shared_ptr<const FontFace> FontServices::findSystemFace() {
+    FaceLike like{{"system-ui", "sans-serif"}};
+    Owned<FcPattern> best;
+    if (configuration_ != nullptr) {
+        FcResult result;
+        best.reset(FcFontMatch(configuration_, like.pattern(configuration_).get(), &result));
+    }
+    const auto fallbacks = std::make_shared<FontFallbacks>(std::move(like));
+    const auto faceOf = [&](const FcPattern* face) -> std::shared_ptr<const FontFace> {
+        auto file = isOpenType(face) ? openFile(face) : nullptr;
+        return file == nullptr ? nullptr
+                               : std::make_shared<FontFace>(fullNameOf(face), std::move(file),
+                                                            fallbacks, *this);
+    };
+    if (best != nullptr) {
+        if (auto face = faceOf(best.get())) {
+            return face;
+        }
+        for (const FcPattern* other : fallbacks->faces(configuration_)) {
+            if (auto face = faceOf(other)) {
+                return face;
+            }
+        }
+    }
+    return std::make_shared<FontFace>("sans-serif", nullptr, fallbacks, *this);
+}
+
+std::shared_ptr<const FontFile> FontServices::openFile(const _FcPattern* pattern) {
+    const std::optional<std::string> path = textAt(pattern, FC_FILE);
+    if (!path) {
+        return nullptr;
+    }
+    int index = 0;
+    FcPatternGetInteger(pattern, FC_INDEX, 0, &index);
+    auto [place, isNew] = files_.try_emplace({*path, index});
+    if (isNew) {
+        place->second = FontFile::open(*path, index);
+    }
+    return place->second;
+}
+
+}  // namespace yg

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+//
+// Which fonts there are. It has a configuration of fontconfig to itself, so that neither the host
+// application nor the library disturbs the other. Any thread may call. Fonts must not outlive the
+// services that made them; shared() is never destroyed.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "YGConfigManager/graphics/Font.h"
+#include "YGConfigManager/graphics/FontFace.h"
+
+struct _FcConfig;
+struct _FcPattern;
+
+namespace yg {
+
+class FontServices {
+public:
+    /// The services on what the machine has installed, made at the first call: that reads
+    /// fontconfig's configuration, which takes milliseconds with a cache and up to some tenths of a
+    /// second without.
+    static FontServices& shared();
+
+    /// Services that know the fonts in these files and no others.
+    explicit FontServices(const std::vector<std::string>& fontFiles);
+
+    FontServices(const FontServices&) = delete;
+    FontServices& operator=(const FontServices&) = delete;
+    ~FontServices();
+
+    std::optional<Font> named(std::string_view face, double size);
+    Font system(double size);
+
+    /// The first of the faces that has the character; null when none has.
+    std::shared_ptr<const FontFile> fallback(FontFallbacks& fallbacks, char32_t character);
+
+private:
+    explicit FontServices(_FcConfig* configuration);
+
+    std::shared_ptr<const FontFace> faceNamed(const std::string& name);
+    std::shared_ptr<const FontFace> findFace(const std::string& name);
+    std::shared_ptr<const FontFace> findFaceBy(const char* property, const std::string& name);
+    std::shared_ptr<const FontFace> findSystemFace();
+    std::shared_ptr<const FontFile> openFile(const _FcPattern* pattern);
+
+    _FcConfig* const configuration_;
+
+    // One lock for fontconfig and for what was found; measuring goes without it.
+    std::mutex mutex_;
+    std::unordered_map<std::string, std::shared_ptr<const FontFace>> facesByName_;
+    std::map<std::pair<std::string, int>, std::shared_ptr<const FontFile>> files_;
+    std::shared_ptr<const FontFace> systemFace_;
+};
+
+}  // namespace yg

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+//
+// Notifications by name from a sender to whoever observes it. Every operation is safe from any
+// thread; an observer runs on the thread that posts.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "YGConfigManager/export.h"
+
+namespace yg {
+
+/// What an observer is told. `sender` is the object that the notification is about; it is alive as
+/// long as the observer holds it. std::static_pointer_cast makes it what the name promises.
+struct Notification {
+    std::string name;
+    std::shared_ptr<void> sender;
+};
+
+/// The place where observers wait for notifications.
+class YG_EXPORT NotificationCenter {
+    class State;
+
+public:
+    using Observer = std::function<void(const Notification&)>;
+
+    /// An observer's place. When the token goes, the observer is removed; it may go inside the
+    /// observer itself, and after the centre. A default token stands for nothing.
+    class YG_EXPORT Token {
+    public:
+        Token() = default;
+        Token(Token&& other) noexcept;
+        Token& operator=(Token&& other) noexcept;
+        Token(const Token&) = delete;
+        Token& operator=(const Token&) = delete;
+        ~Token();
+
+        /// Removes the observer now. It is not called any more; a call that another thread has
+        /// begun may still be under way.
+        void remove() noexcept;
+
+    private:
+        friend class NotificationCenter;
+        std::weak_ptr<State> state_;
+        unsigned long long id_ = 0;
+    };
+
+    NotificationCenter();
+    NotificationCenter(const NotificationCenter&) = delete;
+    NotificationCenter& operator=(const NotificationCenter&) = delete;
+    ~NotificationCenter();
+
+    /// The process's centre, to which the library posts. Never destroyed.
+    static NotificationCenter& standard();
+
+    /// Has `observer` called for each notification `name` from `sender`, from any sender when that
+    /// is null, until the token answered goes. The sender is only compared, never kept alive. An
+    /// empty observer is never called.
+    [[nodiscard]] Token addObserver(std::string name, const void* sender, Observer observer);
+
+    /// Calls the observers of `name` from `sender`, one after the other in the order in which they
+    /// were added, and returns after the last. Those added meanwhile are not called, those removed
+    /// meanwhile neither. No lock is held: an observer may add, remove and post. One that throws is
+    /// logged, and the others are still called.
+    void post(const std::string& name, const std::shared_ptr<void>& sender) noexcept;
+
+private:
+    std::shared_ptr<State> state_;
+};
+
+}  // namespace yg

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+//
+// The network service: HTTP GET requests, run beside each other on one background thread. The
+// thread starts with the first request of the process and ends with the static objects. Any thread
+// may call.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace yg::net {
+
+/// Hears how a request ended. `body` is the decoded body of any whole HTTP answer, that of a 404
+/// too; an answer without one gives an empty text. Absent: there was no whole answer (no server, a
+/// bad address, 10 seconds of silence, too many redirects, a transfer cut short, more than 64 MiB).
+using GetCompletion = std::function<void(std::optional<std::string> body)>;
+
+/// Starts a GET of `url` (http or https) and returns at once, whatever the address is.
+/// `completion` may be null. It is called exactly once, on the background thread, never inside this
+/// call; it is dropped uncalled when the process ends first. All completions run one after the
+/// other: one must not block, nor wait for another request; it may start one. What it throws is
+/// logged.
+///
+/// 64 requests run at a time, the others wait for their turn. In the child of a fork, a request
+/// runs on a thread of the child's own.
+void get(std::string url, GetCompletion completion) noexcept;
+
+}  // namespace yg::net

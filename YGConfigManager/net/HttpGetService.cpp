@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/net/HttpGetService.h"
+
+#include <csignal>
+#include <deque>
+#include <exception>
+#include <iterator>
+#include <pthread.h>
+#include <sched.h>
+#include <utility>
+
+#include "YGConfigManager/host/Log.h"
+#include "YGConfigManager/net/Transfers.h"
+
+namespace yg::net {
+
+namespace {
+
+/// Blocks the signals of the calling thread, and of threads that it starts, until the end of the
+/// scope: the application's handlers run on its own threads. Those of a fault stay.
+class SignalsBlocked {
+public:
+    SignalsBlocked() {
+        sigset_t all;
+        sigfillset(&all);
+        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS}) {
+            sigdelset(&all, fault);
+        }
+        pthread_sigmask(SIG_SETMASK, &all, &before_);
+    }
+    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+private:
+    sigset_t before_;
+};
+
+}  // namespace
+
+HttpGetService::HttpGetService(HttpGetOptions options)
+    : options_(std::move(options)),
+      transfers_(std::make_unique<Transfers>(options_, isStopping_)) {}
+
+HttpGetService::~HttpGetService() {
+    stop();
+}
+
+void HttpGetService::get(std::string url, GetCompletion completion) noexcept {
+    try {
+        bool isFirst = false;
+        {
+            const std::lock_guard lock(mutex_);
+            if (isStopping_) {
+                return;
+            }
+            isFirst = incoming_.empty();
+            incoming_.push_back({std::move(url), std::move(completion)});
+            if (!thread_.joinable()) {
+                startThread();
+            }
+        }
+        // The thread takes all that has come, so one nudge is enough for those that follow.
+        if (isFirst) {
+            transfers_->wake();
+        }
+    } catch (const std::exception& error) {
+        writeRuntimeLog("network request fail:%@", error.what());
+    }
+}
+
+void HttpGetService::stop() noexcept {
+    {
+        const std::lock_guard lock(mutex_);
+        isStopping_ = true;
+    }
+    if (!thread_.joinable()) {
+        return;
+    }
+    if (thread_.get_id() == std::this_thread::get_id()) {
+        thread_.detach();
+        return;
+    }
+    transfers_->wake();
+    thread_.join();
+}
+
+void HttpGetService::startThread() {
+    const SignalsBlocked blocked;
+    thread_ = std::thread([this] { run(); });
+}
+
+void HttpGetService::run() noexcept {
+    pthread_setname_np(pthread_self(), "yg-net");
+    // Waking this thread must not take the processor from the one that starts a request.
+    const sched_param ordinary{};
+    pthread_setschedparam(pthread_self(), SCHED_BATCH, &ordinary);
+    std::deque<Request> waiting;
+    while (takeIncoming(waiting)) {
+        try {
+            while (!waiting.empty() && transfers_->count() < options_.mostTransfers) {
+                Request next = std::move(waiting.front());
+                waiting.pop_front();
+                transfers_->add(std::move(next));
+            }
+            for (Ended& ended : transfers_->step()) {
+                complete(std::move(ended));
+            }
+            if (waiting.empty() || transfers_->count() == options_.mostTransfers) {
+                transfers_->wait();
+            }
+        } catch (const std::exception& error) {
+            writeRuntimeLog("network thread fail:%@", error.what());
+        }
+    }
+    transfers_->clear();
+}
+
+bool HttpGetService::takeIncoming(std::deque<Request>& waiting) {
+    const std::lock_guard lock(mutex_);
+    waiting.insert(waiting.end(), std::move_iterator(incoming_.begin()),
+                   std::move_iterator(incoming_.end()));
+    incoming_.clear();
+    return !isStopping_;
+}
+
+void HttpGetService::complete(Ended ended) const noexcept {
+    if (isStopping_ || !ended.request.completion) {
+        return;
+    }
+    try {
+        ended.request.completion(std::move(ended.body));
+    } catch (const std::exception& error) {
+        writeRuntimeLog("request completion fail:%@", error.what());
+    } catch (...) {
+        writeRuntimeLog("request completion fail:%@", "unknown exception");
+    }
+}
+
+}  // namespace yg::net

@@ -1,0 +1,277 @@
+// SPDX-License-Identifier: MIT
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "YGConfigManager/graphics/Font.h"
+#include "YGConfigManager/graphics/FontServices.h"
+
+#include "graphics/TestFonts.h"
+
+namespace {
+
+using yg::FontServices;
+using yg::testing::testFontPath;
+
+class Font : public testing::Test {
+protected:
+    double width(std::string_view face, double size, std::optional<std::string_view> text) {
+        const std::optional<yg::Font> font = fonts.named(face, size);
+        return font ? font->widthOf(text) : std::nan("");
+    }
+
+    FontServices fonts{
+        {testFontPath("square.ttf"), testFontPath("square_bold.ttf"), testFontPath("latin.ttf")}};
+};
+
+using FontNames = Font;
+using FontWidths = Font;
+
+TEST_F(FontNames, AFaceIsKnownByEachOfItsNames) {
+    const std::vector<std::pair<std::string, std::string>> spellings = {
+        {"YGTestSquare-Regular", "YGTestSquare-Regular"},
+        {"YG Test Square", "YG Test Square"},
+        {"方测试体", "方测试体"},
+        {"yg test square", "YG Test Square"},
+        {"YGTestSquare", "YG Test Square"},
+        {"YG Test Square Bold", "YG Test Square Bold"},
+        {"方测试体 Bold", "方测试体 Bold"},
+        {"ygtestsquare-bold", "YGTestSquare-Bold"},
+        {"YG Test Latin", "YG Test Latin"},
+    };
+    for (const auto& [asked, answered] : spellings) {
+        const std::optional<yg::Font> font = fonts.named(asked, 12);
+        ASSERT_TRUE(font) << asked;
+        EXPECT_EQ(font->faceName(), answered);
+        EXPECT_EQ(fonts.named(font->faceName(), 12), font);
+    }
+}
+
+TEST_F(FontNames, AnUnknownNameIsNoFontAndHasNoSubstitute) {
+    using namespace std::string_view_literals;
+    for (const std::string_view name :
+         {""sv, " "sv, "No Such Face"sv, "YG Test"sv, "sans-serif"sv, "system-ui"sv,
+          "YG Test Square\0"sv, "YG Test Square:bold"sv, "YG Test Square,x"sv, "\xFF"sv, "*"sv}) {
+        EXPECT_FALSE(fonts.named(name, 12)) << name;
+    }
+}
+
+TEST_F(FontNames, OfAFamilyTheRegularFaceIsTaken) {
+    EXPECT_EQ(width("YG Test Square", 12, "a"), 12);
+    EXPECT_EQ(width("YG Test Square Bold", 12, "a"), 15);
+    EXPECT_EQ(width("YGTestSquare-Bold", 12, "a"), 15);
+}
+
+TEST_F(FontNames, OfAFamilyWithoutARegularFaceTheNearestIsTaken) {
+    for (const auto& files : {std::vector{testFontPath("light.ttf"), testFontPath("black.ttf")},
+                              std::vector{testFontPath("black.ttf"), testFontPath("light.ttf")}}) {
+        FontServices weights{files};
+        const std::optional<yg::Font> font = weights.named("YG Test Weights", 12);
+        ASSERT_TRUE(font);
+        EXPECT_EQ(font->faceName(), "YG Test Weights");
+        EXPECT_EQ(font->widthOf("a"), 3);
+        EXPECT_EQ(weights.named("YG Test Weights Black", 12)->widthOf("a"), 9);
+    }
+}
+
+TEST_F(FontNames, TheSizeIsKeptAndNoneMeansTwelve) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    const std::vector<std::pair<double, double>> sizes = {
+        {12.5, 12.5}, {0.25, 0.25}, {0, 12}, {-3, 12}, {std::nan(""), 12}, {infinity, infinity}};
+    for (const auto& [asked, answered] : sizes) {
+        EXPECT_EQ(fonts.named("YG Test Square", asked)->pointSize(), answered);
+        EXPECT_EQ(fonts.system(asked).pointSize(), answered);
+    }
+}
+
+TEST_F(FontNames, TheSystemFontHasAFaceThatIsFoundAgain) {
+    const yg::Font font = fonts.system(9);
+    EXPECT_EQ(font.faceName(), "YG Test Square");
+    EXPECT_EQ(fonts.named(font.faceName(), 9), font);
+    EXPECT_EQ(font.widthOf("abc"), 27);
+}
+
+TEST_F(FontNames, FontsAreEqualByFaceNameAndSize) {
+    EXPECT_EQ(fonts.named("YG Test Square", 12), fonts.named("yg test square", 12));
+    EXPECT_NE(fonts.named("YG Test Square", 12), fonts.named("YG Test Square", 13));
+    EXPECT_NE(fonts.named("YG Test Square", 12), fonts.named("YG Test Latin", 12));
+}
+
+TEST_F(FontNames, MoreSpellingsThanAreRememberedAreStillFound) {
+    std::string name = "ygtestsquare";
+    for (int spelling = 0; spelling < 1 << 11; ++spelling) {
+        for (std::size_t i = 0; i < 11; ++i) {
+            name[i] =
+                static_cast<char>((spelling >> i & 1) != 0 ? name[i] & ~0x20 : name[i] | 0x20);
+        }
+        ASSERT_TRUE(fonts.named(name, 12)) << name;
+    }
+}
+
+TEST_F(FontWidths, FiveCharactersAtTwelveAreExactlySixtyPointsWide) {
+    EXPECT_EQ(width("YG Test Square", 12, "price"), 60);
+    EXPECT_EQ(width("YG Test Square", 12, "涨跌幅限制"), 60);
+    EXPECT_EQ(width("YG Test Square", 12, "a涨b跌c"), 60);
+}
+
+TEST_F(FontWidths, GrowExactlyWithTheSize) {
+    for (int size = 1; size <= 200; ++size) {
+        EXPECT_EQ(width("YG Test Square", size, "a价 😀"), 4.0 * size);
+        EXPECT_EQ(width("YG Test Latin", size, "abc"), 1.5 * size);
+    }
+    EXPECT_EQ(width("YG Test Square", 12.5, "ab"), 25);
+    EXPECT_EQ(width("YG Test Square", 1e300, "a"), 1e300);
+}
+
+TEST_F(FontWidths, AbsentAndEmptyTextHaveNone) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(width("YG Test Square", 12, std::nullopt), 0);
+    EXPECT_EQ(width("YG Test Square", 12, ""), 0);
+    EXPECT_EQ(width("YG Test Square", infinity, ""), 0);
+    EXPECT_EQ(width("YG Test Square", infinity, "a"), infinity);
+}
+
+TEST_F(FontWidths, OfSeveralLinesTheWidestCounts) {
+    for (const std::string_view text : {"ab\nabc\na", "abc\n", "\nabc", "ab\r\nabc", "a\rabc\rab",
+                                        "ab\xE2\x80\xA8"
+                                        "abc",
+                                        "ab\xE2\x80\xA9"
+                                        "abc",
+                                        "ab\xC2\x85"
+                                        "abc"}) {
+        EXPECT_EQ(width("YG Test Square", 10, text), 30) << text;
+    }
+    EXPECT_EQ(width("YG Test Square", 10, "\n\n"), 0);
+}
+
+TEST_F(FontWidths, CharactersThatTheFaceLacksComeFromAnother) {
+    EXPECT_EQ(width("YG Test Latin", 12, "ab"), 12);
+    EXPECT_EQ(width("YG Test Latin", 12, "ab价格"), 12 + 24);
+    EXPECT_EQ(width("YG Test Latin", 12, "价a格"), 24 + 6);
+    EXPECT_EQ(width("YG Test Latin", 12, "价 格"), 24 + 6);
+}
+
+TEST_F(FontWidths, ACharacterOfNoFaceIsAsWideAsTheFacesBox) {
+    FontServices latin{{testFontPath("latin.ttf")}};
+    EXPECT_EQ(latin.named("YG Test Latin", 12)->widthOf("a价b"), 18);
+}
+
+TEST_F(FontWidths, AMarkStaysWithTheCharacterThatItIsDrawnOn) {
+    // A circle around it, which the Latin face lacks and so shows as its box.
+    EXPECT_EQ(width("YG Test Latin", 12, "a\xE2\x83\x9D"), 12);
+    // Joined by an invisible character that the Latin face lacks.
+    EXPECT_EQ(width("YG Test Latin", 12,
+                    "a\xE2\x80\x8D"
+                    "b"),
+              12);
+    EXPECT_EQ(width("YG Test Latin", 12,
+                    "价\xEF\xB8\x80"
+                    "b"),
+              12 + 6);
+}
+
+TEST_F(FontWidths, ATabCountsAsABlankAndOtherControlsAsNothing) {
+    EXPECT_EQ(width("YG Test Square", 10, "a\tb"), 30);
+    EXPECT_EQ(width("YG Test Square", 10,
+                    "a\x01\x1F\x7F\xC2\x9F"
+                    "b"),
+              20);
+}
+
+TEST_F(FontWidths, BrokenBytesCountAsReplacementCharacters) {
+    EXPECT_EQ(width("YG Test Square", 10,
+                    "a\xFF"
+                    "b"),
+              30);
+    EXPECT_EQ(width("YG Test Square", 10, "\xE4\xBB"), 20);
+    EXPECT_EQ(width("YG Test Square", 10, "\xED\xA0\x80"), 30);
+}
+
+TEST_F(FontWidths, TextsOfAnyLengthAreMeasured) {
+    for (const std::size_t length : {4096U, 4097U, 16384U, 16385U, 100'000U}) {
+        EXPECT_EQ(width("YG Test Square", 1, std::string(length, 'a')), length);
+    }
+}
+
+TEST_F(FontWidths, ATextMeasuredAgainAfterAnotherIsMeasuredAnew) {
+    const yg::Font font = fonts.system(10);
+    EXPECT_EQ(font.widthOf("ab"), 20);
+    EXPECT_EQ(font.widthOf("abc"), 30);
+    EXPECT_EQ(font.widthOf("价"), 10);
+    EXPECT_EQ(fonts.system(20).widthOf("abc"), 60);
+    EXPECT_EQ(font.widthOf("ab"), 20);
+}
+
+TEST_F(FontWidths, WithNoFontAtAllARuleMeasures) {
+    FontServices none{std::vector<std::string>()};
+    EXPECT_FALSE(none.named("YG Test Square", 12));
+    EXPECT_FALSE(none.named("sans-serif", 12));
+    const yg::Font font = none.system(12);
+    EXPECT_EQ(font.faceName(), "sans-serif");
+    EXPECT_EQ(font.widthOf("abcd"), 24);
+    EXPECT_EQ(font.widthOf("价格"), 24);
+    EXPECT_EQ(font.widthOf("e\xCC\x81"), 6);
+    EXPECT_EQ(font.widthOf("a\n价格"), 24);
+    EXPECT_EQ(font.widthOf(std::nullopt), 0);
+}
+
+TEST_F(FontWidths, FilesThatAreNoFontsAreNoFonts) {
+    FontServices none{{testFontPath("fonts.conf"), testFontPath("missing.ttf")}};
+    EXPECT_EQ(none.system(12).faceName(), "sans-serif");
+}
+
+TEST_F(FontWidths, MeasuringFromSeveralThreadsGivesTheSameWidths) {
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([this, thread] {
+            for (int round = 0; round < 200; ++round) {
+                const auto count = static_cast<std::size_t>((thread + round) % 7);
+                const yg::Font font =
+                    round % 2 == 0 ? *fonts.named("YG Test Latin", 10) : fonts.system(10);
+                const double character = round % 2 == 0 ? 5 : 10;
+                EXPECT_EQ(font.widthOf(std::string(count, 'x') + "价"),
+                          static_cast<double>(count) * character + 10);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+// The machine's own fonts: those that the packages for the tests bring.
+
+TEST(InstalledFonts, LatinAndChineseFacesAreKnownAndMeasured) {
+    const std::optional<yg::Font> latin = yg::Font::named("DejaVu Sans", 12);
+    ASSERT_TRUE(latin) << "the package fonts-dejavu-core is missing";
+    EXPECT_EQ(latin->faceName(), "DejaVu Sans");
+    EXPECT_EQ(yg::Font::named("DejaVuSans-Bold", 12)->faceName(), "DejaVuSans-Bold");
+    // Kerning makes AV narrower than A and V.
+    EXPECT_LT(latin->widthOf("AV"), latin->widthOf("A") + latin->widthOf("V"));
+    EXPECT_NEAR(latin->widthOf("AVAWAToTe fi ffi"), 93.02, 0.01);
+    EXPECT_DOUBLE_EQ(yg::Font::named("DejaVu Sans", 36)->widthOf("AVA"), 3 * latin->widthOf("AVA"));
+
+    const std::optional<yg::Font> chinese = yg::Font::named("文泉驿微米黑", 12);
+    ASSERT_TRUE(chinese) << "the package fonts-wqy-microhei is missing";
+    EXPECT_EQ(chinese->faceName(), "文泉驿微米黑");
+    EXPECT_EQ(chinese->widthOf("涨跌幅"), 36);
+    // From some face with Chinese characters, which all are square.
+    EXPECT_NEAR(latin->widthOf("A涨跌幅"), latin->widthOf("A") + 36, 0.5);
+}
+
+TEST(InstalledFonts, TheSystemFontIsFoundAgainByItsName) {
+    const yg::Font font = yg::Font::system(12);
+    ASSERT_TRUE(yg::Font::named(font.faceName(), 12)) << font.faceName();
+    EXPECT_EQ(yg::Font::named(font.faceName(), 12)->widthOf("Price 12.50"),
+              font.widthOf("Price 12.50"));
+    EXPECT_FALSE(yg::Font::named("system-ui", 12));
+}
+
+}  // namespace

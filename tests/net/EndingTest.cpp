@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+//
+// Processes that end with requests under way: without a crash and without waiting for anybody.
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <spawn.h>
+#include <stdexcept>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "LargeInput.h"
+#include "files/TemporaryFolder.h"
+#include "net/FaultServer.h"
+
+namespace yg::testing {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+/// With each of the two ways to end: 200 without TLS and 200 with it.
+constexpr int runs = isSanitized ? 20 : 100;
+
+struct Ended {
+    int state = -1;                ///< as waitpid gives it; 0 for a good end
+    Clock::duration startTime{};   ///< until it leaves main()
+    Clock::duration endingTime{};  ///< from there to the end of the process
+};
+
+Ended run(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), YG_ENDING_PROGRAM);
+    std::vector<char*> words;
+    for (std::string& argument : arguments) {
+        words.push_back(argument.data());
+    }
+    words.push_back(nullptr);
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+        throw std::runtime_error("no pipe");
+    }
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+    pid_t child = -1;
+    const Clock::time_point start = Clock::now();
+    const int failure =
+        ::posix_spawn(&child, YG_ENDING_PROGRAM, &actions, nullptr, words.data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    ::close(ends[1]);
+    if (failure != 0) {
+        throw std::runtime_error("the program cannot be run");
+    }
+    std::array<char, 64> printed{};
+    const bool hasPrinted = ::read(ends[0], printed.data(), printed.size() - 1) > 0;
+    Ended result;
+    ::waitpid(child, &result.state, 0);
+    ::close(ends[0]);
+    if (hasPrinted) {
+        const Clock::time_point leaving{std::chrono::nanoseconds(std::atoll(printed.data()))};
+        result.startTime = leaving - start;
+        result.endingTime = Clock::now() - leaving;
+    }
+    return result;
+}
+
+/// Runs the program over and over, with delays from nothing to several milliseconds.
+void expectQuickEnds(const std::string& way, const std::string& url,
+                     const std::string& certificates = {}) {
+    Clock::duration longest{};
+    int crashes = 0;
+    int waits = 0;
+    for (int i = 0; i < runs; ++i) {
+        std::vector<std::string> arguments{way, url, "20", std::to_string(i % 20 * 400)};
+        if (!certificates.empty()) {
+            arguments.push_back(certificates);
+        }
+        const Ended one = run(arguments);
+        crashes += one.state != 0 ? 1 : 0;
+        // On a machine with other work to do both take longer.
+        waits += one.endingTime > 100ms + one.startTime ? 1 : 0;
+        longest = std::max(longest, one.endingTime);
+    }
+    const auto milliseconds = std::chrono::duration<double, std::milli>(longest).count();
+    std::printf("%d ends, %d crashes, %d waits, the longest took %.1f ms\n", runs, crashes, waits,
+                milliseconds);
+    EXPECT_EQ(crashes, 0);
+    // A wait for an answer or a name would take ten seconds and more.
+    EXPECT_LT(longest, 5s);
+    if (!isSanitized) {
+        EXPECT_LE(waits, runs / 100);
+    }
+}
+
+class Identity {
+public:
+    Identity() { writeIdentity(path()); }
+    std::string path() const { return folder_ / "identity.pem"; }
+
+private:
+    files::TemporaryFolder folder_;
+};
+
+TEST(Ending, IsQuickWhileRequestsHang) {
+    FaultServer server([](Connection& client) { client.hang(); });
+    expectQuickEnds("main", server.url());
+    EXPECT_GT(server.connections(), 0);
+}
+
+TEST(Ending, IsQuickWhileRequestsHangUnderTls) {
+    const Identity identity;
+    FaultServer server([](Connection& client) { client.hang(); }, identity.path());
+    expectQuickEnds("main", server.url(), identity.path());
+    EXPECT_GT(server.connections(), 0);
+}
+
+TEST(Ending, IsQuickWhileAnswersCome) {
+    FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); });
+    expectQuickEnds("busy", server.url());
+}
+
+TEST(Ending, IsQuickWhileAnswersComeUnderTls) {
+    const Identity identity;
+    FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); },
+                       identity.path());
+    expectQuickEnds("busy", server.url(), identity.path());
+}
+
+TEST(Ending, IsQuickWhileNamesAreLookedUp) {
+    for (const char* delay : {"0", "1000", "20000", "100000"}) {
+        const Ended one = run({"main", "http://name.hanging/", "20", delay});
+        EXPECT_EQ(one.state, 0);
+        EXPECT_LT(one.endingTime, 5s) << delay;
+    }
+}
+
+TEST(Ending, MayBeginInACompletion) {
+    FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); });
+    const Ended one = run({"completion", server.url()});
+    EXPECT_EQ(one.state, 0);
+    EXPECT_LT(one.endingTime, 5s);
+}
+
+TEST(Ending, DropsRequestsThatComeAfterIt) {
+    FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); });
+    EXPECT_EQ(run({"static", server.url()}).state, 0);
+    EXPECT_EQ(server.connections(), 1);
+}
+
+TEST(Ending, OfAProcessIsNotThatOfItsForks) {
+    // The sanitizers do not expect children that go on: what the parent's threads held on their
+    // stacks is lost there, and more threads are refused.
+    ::setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
+    ::setenv("TSAN_OPTIONS", "die_after_fork=0", 1);
+    FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); });
+    EXPECT_EQ(run({"fork", server.url()}).state, 0);
+    ::unsetenv("ASAN_OPTIONS");
+    ::unsetenv("TSAN_OPTIONS");
+}
+
+}  // namespace
+}  // namespace yg::testing

@@ -4,13 +4,14 @@
 // compares whole records goes by the description and names no field itself.
 #pragma once
 
+#include <functional>
 #include <string_view>
 #include <tuple>
 #include <utility>
 
 namespace yg {
 
-/// One field: its name and its getter.
+/// One field: its name and its getter, or the member itself.
 template <class Getter>
 struct Field {
     std::string_view name;
@@ -27,8 +28,9 @@ struct Description;
 /// Calls `visit(name, value)` for each field of the record, in order.
 template <class Record, class Visit>
 void forEachField(const Record& record, Visit&& visit) {
-    std::apply([&](const auto&... field) { (visit(field.name, (record.*field.getter)()), ...); },
-               Description<Record>::fields);
+    std::apply(
+        [&](const auto&... field) { (visit(field.name, std::invoke(field.getter, record)), ...); },
+        Description<Record>::fields);
 }
 
 }  // namespace yg

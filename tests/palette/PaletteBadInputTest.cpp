@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+//
+// Palettes and images that are missing, cut short, or made to cost a lot.
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "YGConfigManager/palette/YGPaletteLoad.h"
+
+#include "diagnostics/RecordingSink.h"
+#include "graphics/ImageFiles.h"
+#include "palette/PaletteRoot.h"
+
+namespace yg {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::StartsWith;
+using yg::testing::palette;
+using yg::testing::PaletteRoot;
+using yg::testing::RecordingSink;
+
+TEST(PaletteBadInput, MissingOrUnreadableFilesGiveNoLoader) {
+    const PaletteRoot files;
+    EXPECT_EQ(YGPaletteLoad::initWithPaletteStyle(0), nullptr);
+    EXPECT_THAT(files.host->runtimeLog(), ElementsAre("load palette config fail:" +
+                                                      files.root.at("storage/palette_white.xml") +
+                                                      ": No such file or directory"));
+    files.root.makeFolder("storage/palette_white.xml");
+    EXPECT_EQ(YGPaletteLoad::initWithPaletteStyle(0), nullptr);
+}
+
+TEST(PaletteBadInput, WhatIsNoXmlGivesNoLoader) {
+    const PaletteRoot files;
+    for (const std::string_view text :
+         {"", "no palette", "{}", "<ROOT>", "<ROOT/><ROOT/>", "<ROOT a='1' a='2'/>",
+          "<ROOT>&x;</ROOT>", "<ROOT>\xff</ROOT>"}) {
+        files.host->clear();
+        files.writeLight(text);
+        EXPECT_EQ(YGPaletteLoad::initWithPaletteStyle(0), nullptr) << text;
+        EXPECT_THAT(files.host->runtimeLog(), ElementsAre(StartsWith("load palette config fail:")))
+            << text;
+    }
+}
+
+TEST(PaletteBadInput, APaletteCutShortAnywhereGivesNoLoader) {
+    const PaletteRoot files;
+    const std::string whole = palette("<COLORES><c NAME='价格.涨' R='1'/></COLORES>");
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        files.writeLight(whole.substr(0, size));
+        EXPECT_EQ(YGPaletteLoad::initWithPaletteStyle(0), nullptr) << size;
+    }
+}
+
+TEST(PaletteBadInput, AnyOtherXmlGivesAnEmptyPalette) {
+    const PaletteRoot files;
+    for (const std::string_view text :
+         {"<root/>", "<SWPALETTE><COLORES><c NAME='c'/></COLORES></SWPALETTE>"}) {
+        files.writeLight(text);
+        EXPECT_EQ(yg::testing::textOf(*YGPaletteLoad::initWithPaletteStyle(0)), "0      ");
+    }
+}
+
+TEST(PaletteBadInput, FilesThatAreNoImageGiveNone) {
+    const PaletteRoot files;
+    files.root.write("images/empty.png", "");
+    files.root.write("images/text.png", "no image");
+    files.root.write("images/short.png", yg::testing::columns(9, 9).toPng()->substr(0, 50));
+    files.root.makeFolder("images/folder.png");
+    files.writeLight(palette(R"(<BITMAPS>
+        <i NAME="a" PATH="empty.png"/><i NAME="b" PATH="text.png"/><i NAME="c" PATH="short.png"/>
+        <i NAME="d" PATH="folder.png"/><i NAME="e" PATH="/dev/zero"/><i NAME="f" PATH="~"/>
+    </BITMAPS>)"));
+    const auto loader = YGPaletteLoad::initWithPaletteStyle(0);
+    EXPECT_TRUE(loader->customImages().empty());
+}
+
+TEST(PaletteBadInput, ImagesStopWhereTheirPixelsAreTooMany) {
+    const PaletteRoot files;
+    constexpr std::uint32_t side = 8192;
+    // One bit a pixel, and a byte before each row.
+    files.root.write("images/large.png",
+                     yg::testing::pngHeader(side, side, yg::testing::PngColor::gray, 1) +
+                         yg::testing::pngEnd(std::string((side / 8 + 1) * side, '\0')));
+    files.writeImage("small.png", 4, 2);
+    files.writeLight(palette(R"(<BITMAPS><i NAME="a" PATH="small.png"/>
+        <i NAME="b" PATH="large.png"/><i NAME="c" PATH="small.png"/><i NAME="a" PATH="small.png"/>
+    </BITMAPS>)"));
+    RecordingSink sink;
+    const auto loader = YGPaletteLoad::initWithPaletteStyle(0, &sink);
+    EXPECT_THAT(yg::testing::keysOf(loader->customImages()), ElementsAre("b"));
+    EXPECT_THAT(sink.rules(), ElementsAre("too-many-image-pixels", "too-many-image-pixels",
+                                          "duplicate-palette-name"));
+}
+
+}  // namespace
+}  // namespace yg

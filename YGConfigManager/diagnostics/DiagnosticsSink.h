@@ -35,7 +35,7 @@ struct Finding {
     /// The element, or another node, concerned, with its position in the file; empty when there is
     /// none, as for a file that cannot be read.
     xml::Node node;
-    /// The attribute concerned; empty when it is the node itself.
+    /// The attribute concerned; empty when it is the node itself. In JSON the member concerned.
     std::string attribute;
     /// The text concerned: a value, a name, a path; empty when there is none.
     std::string value;

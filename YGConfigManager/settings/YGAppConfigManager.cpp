@@ -1,0 +1,274 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/settings/YGAppConfigManager.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+#include <vector>
+
+#include "YGConfigManager/diagnostics/Reporter.h"
+#include "YGConfigManager/settings/SettingsRules.h"
+#include "YGConfigManager/settings/Storage.h"
+#include "YGConfigManager/xml/Query.h"
+
+namespace yg {
+
+namespace {
+
+constexpr std::string_view rootName = "config";
+
+bool isBetween(char c, char first, char last) {
+    return first <= c && c <= last;
+}
+
+bool isNameStart(char c) {
+    return isBetween(c, 'a', 'z') || isBetween(c, 'A', 'Z') || c == '_' ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+/// Whether a query takes the text for the name of elements and for nothing else.
+bool isPlainName(std::string_view name) {
+    return isNameStart(name.front()) && std::all_of(name.begin(), name.end(), [](char c) {
+               return isNameStart(c) || isBetween(c, '0', '9') || c == '-' || c == '.';
+           });
+}
+
+std::string queryFor(std::string_view section) {
+    return std::string(rootName) + '/' + std::string(section);
+}
+
+std::string queryFor(std::string_view section, std::string_view item) {
+    return queryFor(section) + '/' + std::string(item);
+}
+
+std::string itemPath(std::string_view section, std::string_view item) {
+    return std::string(section) + '/' + std::string(item);
+}
+
+/// False if the file was not written although there is something to write.
+bool save(const xml::Document& document, std::optional<std::string_view> fileName) {
+    const std::optional<std::string> path = storagePath(fileName, true);
+    const std::string bytes = document.serialise(xml::Form::pretty);
+    return bytes.empty() || writeStoredFile(path, bytes);
+}
+
+bool isElementName(std::string_view name) {
+    return static_cast<bool>(xml::Element::create(name));
+}
+
+/// What in a file has an effect, and what has none.
+void reportSettings(const xml::Element& root, const Reporter& reporter) {
+    const auto reportAttributes = [&](const xml::Element& element, std::string_view known) {
+        for (const xml::Attribute attribute : element.attributes()) {
+            if (attribute.name == known)
+                reporter.used(element, attribute.name);
+            else
+                reporter.report(rules::unknownAttribute, element, attribute.name, attribute.value);
+        }
+    };
+    if (root.name() != rootName) {
+        reporter.report(rules::settingsRootName, root, {}, root.name());
+        return;
+    }
+    RecordMap<bool> seen;
+    reporter.used(root);
+    reportAttributes(root, {});
+    for (const xml::Node& child : root.children()) {
+        if (!child.isElement()) {
+            reporter.stray(child);
+            continue;
+        }
+        const xml::Element section(child);
+        reporter.used(section);
+        reportAttributes(section, {});
+        for (const xml::Node& grandchild : section.children()) {
+            if (!grandchild.isElement()) {
+                reporter.stray(grandchild);
+                continue;
+            }
+            const xml::Element item(grandchild);
+            if (seen.set(itemPath(section.name(), item.name()), true)) {
+                reporter.report(rules::duplicateItem, item, {}, item.name());
+                continue;
+            }
+            reporter.used(item);
+            reportAttributes(item, "description");
+            for (const xml::Node& part : item.children()) {
+                if (part.isElement())
+                    reporter.report(rules::elementInText, part, {}, part.name());
+            }
+        }
+    }
+}
+
+}  // namespace
+
+YGAppConfigManager::~YGAppConfigManager() = default;
+
+std::optional<std::string> YGAppConfigManager::pathToRead(
+    std::optional<std::string_view> fileName) {
+    if (!fileName || fileName->empty())
+        return std::nullopt;
+    std::optional<std::string> path = getFilePath(fileName, false);
+    return path && !path->empty() ? path : std::nullopt;
+}
+
+std::shared_ptr<YGAppConfigManager> YGAppConfigManager::initWithFileName(
+    std::optional<std::string_view> fileName, DiagnosticsSink* sink) {
+    const auto path = pathToRead(fileName);
+    if (!path)
+        return nullptr;
+    return std::shared_ptr<YGAppConfigManager>(new YGAppConfigManager(*fileName, *path, sink));
+}
+
+YGAppConfigManager::YGAppConfigManager(std::string_view fileName, const std::string& path,
+                                       DiagnosticsSink* sink)
+    : fileName_(fileName), sink_(sink) {
+    const Reporter reporter(sink);
+    reporter.reading(path);
+    const xml::ParseResult parsed = xml::Document::parseFile(path, reporter.parseOptions());
+    if (!parsed)
+        reporter.report(rules::unreadableFile, {}, {}, parsed.error);
+    else if (reporter)
+        reportSettings(parsed.document.root(), reporter);
+    // What a sink keeps must not change with the store.
+    docment_ = reporter ? parsed.document.copy() : parsed.document;
+    indexAll();
+}
+
+std::optional<std::string> YGAppConfigManager::getFilePath(std::optional<std::string_view> fileName,
+                                                           bool isNeedWrite) {
+    return storagePath(fileName, isNeedWrite);
+}
+
+xml::Document YGAppConfigManager::docment() const {
+    const std::lock_guard lock(lock_);
+    return docment_.copy();
+}
+
+std::optional<std::string> YGAppConfigManager::getItemText(
+    const std::optional<std::string_view>& section,
+    const std::optional<std::string_view>& itemName) const {
+    if (!section || section->empty() || !itemName || itemName->empty())
+        return std::nullopt;
+    try {
+        if (isPlainName(*section) && isPlainName(*itemName)) {
+            const std::lock_guard lock(lock_);
+            const std::shared_ptr<Texts>* const texts = texts_.find(*section);
+            const std::string* const text = texts ? (*texts)->find(*itemName) : nullptr;
+            return text ? std::optional(*text) : std::nullopt;
+        }
+        const Reporter reporter(sink_);
+        for (const std::string_view name : {*section, *itemName}) {
+            if (reporter && !isElementName(name))
+                reporter.report(rules::noElementName, {}, {}, name);
+        }
+        const xml::Query query(queryFor(*section, *itemName));
+        const std::lock_guard lock(lock_);
+        const std::vector<xml::Node> found = docment_.query(query);
+        return found.empty() ? std::nullopt : std::optional(found.front().stringValue());
+    } catch (const std::exception&) {
+        // Out of memory: as if there were no such item.
+        return std::nullopt;
+    }
+}
+
+bool YGAppConfigManager::setConfigItem(const std::optional<std::string_view>& section,
+                                       const std::optional<std::string_view>& itemName,
+                                       const std::optional<std::string_view>& itemDescription,
+                                       const std::optional<std::string_view>& itemText) {
+    if (!section || !itemName || section->empty() || !itemText || itemName->empty())
+        return false;
+    bool isChanged = false;
+    bool isSaved = true;
+    bool isLost = false;
+    {
+        const std::lock_guard lock(lock_);
+        isChanged = change(*section, *itemName, itemDescription, *itemText);
+        if (isChanged) {
+            isSaved = save(docment_, fileName_);
+            isLost = docment_.root().name() != rootName;
+        }
+    }
+    const Reporter reporter(sink_);
+    for (const std::string_view name : {*section, *itemName}) {
+        if (reporter && !isChanged && !isElementName(name))
+            reporter.report(rules::noElementName, {}, {}, name);
+    }
+    if (isLost)
+        reporter.report(rules::lostSetting, {}, {}, itemPath(*section, *itemName));
+    if (!isSaved)
+        reporter.report(rules::unsavedFile, {}, {}, fileName_);
+    return isChanged;
+}
+
+/// Under the lock.
+bool YGAppConfigManager::change(std::string_view section, std::string_view item,
+                                const std::optional<std::string_view>& description,
+                                std::string_view text) {
+    std::string stored;
+    {
+        // Nothing is changed before it is clear that everything can be.
+        xml::Element made = xml::Element::create(isElementName(item) ? item : "any");
+        made.setContent(text);
+        if (description && !description->empty())
+            made.setAttribute("description", *description);
+        if (!canBeReadAgain(made.serialise()))
+            return false;
+        stored = made.stringValue();
+        const std::vector<xml::Node> items = docment_.query(queryFor(section, item));
+        if (!items.empty()) {
+            if (!xml::Element(items.front()).setContent(text))
+                return false;
+        } else {
+            const std::vector<xml::Node> sections = docment_.query(queryFor(section));
+            xml::Element parent =
+                sections.empty() ? xml::Element::create(section) : xml::Element(sections.front());
+            if (!parent || made.name() != item)
+                return false;
+            if (sections.empty())
+                parent = xml::Element(docment_.root().appendChild(parent));
+            parent.appendChild(made);
+        }
+    }
+    docment_.releaseRemoved();
+    if (!isPlainName(section) || !isPlainName(item))
+        indexAll();
+    else if (docment_.root().name() == rootName)
+        textsOf(section).set(item, std::move(stored));
+    return true;
+}
+
+/// The index of a section, made if there is none.
+YGAppConfigManager::Texts& YGAppConfigManager::textsOf(std::string_view section) {
+    const std::shared_ptr<Texts>* const found = texts_.find(section);
+    if (found)
+        return **found;
+    auto made = std::make_shared<Texts>();
+    texts_.set(section, made);
+    return *made;
+}
+
+void YGAppConfigManager::indexAll() {
+    texts_ = {};
+    const xml::Element root = docment_.root();
+    if (root.name() != rootName)
+        return;
+    for (const xml::Node& section : root.children()) {
+        if (!section.isElement())
+            continue;
+        Texts& texts = textsOf(section.name());
+        for (const xml::Node& item : xml::Element(section).children()) {
+            if (item.isElement() && !texts.contains(item.name()))
+                texts.set(item.name(), item.stringValue());
+        }
+    }
+}
+
+void YGAppConfigManager::saveAppConfigFile(const xml::Document* document,
+                                           std::optional<std::string_view> fileName) const {
+    if (document)
+        save(*document, fileName);
+}
+
+}  // namespace yg

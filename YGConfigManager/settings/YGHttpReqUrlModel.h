@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+//
+// The whole list of request URLs with its digest. A plain record, held by shared pointers. Not
+// synchronised: a record that one thread changes must not be read by another.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/host/JsonModel.h"
+#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/settings/YGHttpUrlConfigModel.h"
+
+namespace yg {
+
+class YG_EXPORT YGHttpReqUrlModel {
+public:
+    using List = ModelList<YGHttpUrlConfigModel>;
+
+    /// A list from the JSON text of a stored file or a download, its entries converted; null when
+    /// the bytes are no JSON object.
+    static std::shared_ptr<YGHttpReqUrlModel> modelWithJSON(std::string_view bytes);
+
+    /// The digest that names this version of the list: compared, never computed. Absent when the
+    /// list has none.
+    const std::optional<std::string>& md5Value() const { return md5Value_; }
+    void setMd5Value(std::optional<std::string> md5) { md5Value_ = std::move(md5); }
+
+    /// The entries in the order of the file; absent when the file has no list.
+    const List& urlConfigList() const { return urlConfigList_; }
+    void setUrlConfigList(List list) { urlConfigList_ = std::move(list); }
+
+    /// The entries as records; null when they are absent or not converted.
+    std::shared_ptr<const List::Items> urlConfigs() const { return urlConfigList_.items(); }
+
+    /// The list as JSON text.
+    std::string description() const;
+
+    /// The members that JSON fills.
+    static constexpr auto modelFields() {
+        return std::tuple{ModelField{"md5Value", &YGHttpReqUrlModel::md5Value_},
+                          ModelField{"urlConfigList", &YGHttpReqUrlModel::urlConfigList_}};
+    }
+
+private:
+    std::optional<std::string> md5Value_;
+    List urlConfigList_;
+};
+
+template <>
+struct Description<YGHttpReqUrlModel> {
+    static constexpr std::tuple fields{
+        Field{"md5Value", &YGHttpReqUrlModel::md5Value},
+        Field{"urlConfigList", &YGHttpReqUrlModel::urlConfigs},
+    };
+};
+
+}  // namespace yg

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+//
+// Settings that the application may read but never changes.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "YGConfigManager/settings/YGAppConfigManager.h"
+
+namespace yg {
+
+class YG_EXPORT YGReadonlyAppConfigManager : public YGAppConfigManager {
+public:
+    /// A store that reads like YGAppConfigManager, and null when that is.
+    static std::shared_ptr<YGReadonlyAppConfigManager> initWithFileName(
+        std::optional<std::string_view> fileName, DiagnosticsSink* sink = nullptr);
+
+    /// Always null: a store needs a file name.
+    static std::shared_ptr<YGReadonlyAppConfigManager> init() { return nullptr; }
+
+    ~YGReadonlyAppConfigManager() override;
+
+    /// Always false; store and file stay as they are.
+    bool setConfigItem(const std::optional<std::string_view>& section,
+                       const std::optional<std::string_view>& itemName,
+                       const std::optional<std::string_view>& itemDescription,
+                       const std::optional<std::string_view>& itemText) override;
+
+private:
+    using YGAppConfigManager::YGAppConfigManager;
+};
+
+}  // namespace yg

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+//
+// The addresses of web pages by key, kept in one small XML file
+//
+//   <urls>
+//       <url key="KEY">ADDRESS</url>
+//   </urls>
+//
+// that a server may replace as a whole. Any thread may look up, and replace, at the same time.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "YGConfigManager/diagnostics/DiagnosticsSink.h"
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/records/RecordMap.h"
+#include "YGConfigManager/xml/Document.h"
+
+namespace yg {
+
+class YG_EXPORT YGWebPageUrlConfig {
+public:
+    /// A table of the file of this name in the user's storage. Null when the name is absent or
+    /// empty, or when the host has no path for it. When the file is missing or not well-formed XML
+    /// the table is empty; nothing is logged. `sink` hears of what a table has wrong and of keys
+    /// that are not found, on the calling thread and under no lock; it must outlive the table.
+    static std::shared_ptr<YGWebPageUrlConfig> initWithFileName(
+        std::optional<std::string_view> fileName, DiagnosticsSink* sink = nullptr);
+
+    YGWebPageUrlConfig(const YGWebPageUrlConfig&) = delete;
+    YGWebPageUrlConfig& operator=(const YGWebPageUrlConfig&) = delete;
+    ~YGWebPageUrlConfig();
+
+    /// The address of the key, "" when it is empty in the file; of several the first in the file.
+    /// "about:blank", with a numbered message in the business log, when the key is absent or empty
+    /// (1), no UTF-8 (2) or not in the table (3), and when memory runs out (4).
+    std::string getWebPageUrlByKey(const std::optional<std::string_view>& key) const;
+
+    /// Replaces the table by a new one in XML, in whose addresses "&" stands for itself (also in
+    /// "&amp;", which therefore stays as it is in the address), and rewrites the file: whoever
+    /// looks, also after a crash, finds the old one or the new one. Of several replacements at the
+    /// same time the file ends as the table does. False when the text is not well-formed, with
+    /// nothing changed, and when the file could not be written, with the new table in place. Waits
+    /// for the disk; lookups do not.
+    bool replaceDataFromServer(std::optional<std::string_view> text);
+
+    /// The text with each occurrence of the target replaced, in one pass from left to right. Letter
+    /// case does not count, but there must be one occurrence in which it agrees; otherwise, and for
+    /// an absent text, the text as it is.
+    static std::optional<std::string> replaceSubstring(std::optional<std::string_view> text,
+                                                       std::string_view target,
+                                                       std::string_view replacement);
+
+    /// The host's path of a file in the user's storage, one that can be written if `isNeedWrite`.
+    static std::optional<std::string> getFilePath(std::optional<std::string_view> fileName,
+                                                  bool isNeedWrite);
+
+    /// The whole table (the name is spelt so in the interface), which nobody may change; without a
+    /// root element when the file was missing or damaged.
+    xml::Document docment() const;
+
+    /// The name given at construction.
+    const std::string& fileName() const { return fileName_; }
+
+private:
+    using Addresses = RecordMap<std::string>;
+
+    YGWebPageUrlConfig(std::string_view fileName, const std::string& path, DiagnosticsSink* sink);
+
+    std::optional<std::string> find(std::string_view key) const;
+    std::uint64_t install(xml::Document document);
+
+    xml::Document docment_;
+    const std::string fileName_;
+    /// Guards `docment_`, `addresses_` and `generation_`.
+    mutable std::mutex lock_;
+    /// What a query by a key without an apostrophe finds.
+    Addresses addresses_;
+    std::uint64_t generation_ = 0;
+    DiagnosticsSink* const sink_;
+};
+
+}  // namespace yg

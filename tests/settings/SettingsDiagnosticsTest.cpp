@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: MIT
+//
+// What a sink hears of settings, web pages and request URLs.
+#include <cerrno>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "YGConfigManager/settings/YGAppConfigManager.h"
+#include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
+#include "YGConfigManager/settings/YGWebPageUrlConfig.h"
+
+#include "settings/SettingsFixture.h"
+
+namespace yg {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using yg::testing::RecordingSink;
+using yg::testing::ScopedFileLayer;
+using yg::testing::ScopedTransport;
+
+constexpr std::string_view urlsName = "request_urls_json.txt";
+
+class SettingsDiagnostics : public yg::testing::StorageTest {
+protected:
+    SettingsDiagnostics() { host->server = "127.0.0.1:1"; }
+
+    std::shared_ptr<YGAppConfigManager> openSettings(std::string_view xml) {
+        put("app.xml", xml);
+        return YGAppConfigManager::initWithFileName("app.xml", &sink);
+    }
+    std::shared_ptr<YGWebPageUrlConfig> openPages(std::string_view xml) {
+        put("pages.xml", xml);
+        return YGWebPageUrlConfig::initWithFileName("pages.xml", &sink);
+    }
+    std::shared_ptr<YGHttpReqUrlMgr> openUrls(std::string_view json) {
+        put(urlsName, json);
+        return YGHttpReqUrlMgr::init(&sink);
+    }
+
+    /// The findings since the last call. Everything in the files was accounted for; the text of an
+    /// element that is used is its value.
+    std::vector<std::string> findings() {
+        std::vector<std::string> missing = sink.unaccounted();
+        std::erase_if(missing, [](const std::string& each) { return each.ends_with(" text"); });
+        EXPECT_THAT(missing, IsEmpty());
+        std::vector<std::string> lines = sink.lines();
+        sink = RecordingSink();
+        return lines;
+    }
+    std::vector<std::string> findingsInSettings(std::string_view xml) {
+        openSettings(xml);
+        return findings();
+    }
+    std::vector<std::string> findingsInPages(std::string_view xml) {
+        openPages(xml);
+        return findings();
+    }
+    std::vector<std::string> findingsInUrls(std::string_view json) {
+        openUrls(json);
+        return findings();
+    }
+
+    RecordingSink sink;
+    ScopedTransport transport;
+};
+
+// ---- Settings --------------------------------------------------------------------------------
+
+TEST_F(SettingsDiagnostics, FilesInOrderHaveNoFindings) {
+    const auto store = openSettings(
+        "<config><!-- c -->\n<a><x description='d'>1</x><!-- c --><y/></a><b/></config>");
+    EXPECT_THAT(sink.files, ElementsAre(folder / "app.xml"));
+    store->setConfigItem("a", "x", "", "2");
+    store->setConfigItem("a", "z", "d", "2");
+    store->getItemText("a", "none");
+    const auto table = openPages("<urls><url key='a'>http://x/?a=1&amp;b=2</url><!-- c --></urls>");
+    table->getWebPageUrlByKey("a");
+    table->replaceDataFromServer("<urls><url key='a'>http://x/?a=1&b=2</url></urls>");
+    const auto manager =
+        openUrls(R"({"md5Value":"m","urlConfigList":[{"urlKey":"k","urlValue":"http://x/"}]})");
+    manager->httpReqUrlStringWithUrlKey("k");
+    transport.answer(R"({"md5Value":"n","urlConfigList":[]})");
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+TEST_F(SettingsDiagnostics, NameFilesThatCannotBeRead) {
+    const std::string missing = "No such file or directory";
+    YGAppConfigManager::initWithFileName("none.xml", &sink);
+    YGWebPageUrlConfig::initWithFileName("none.xml", &sink);
+    YGHttpReqUrlMgr::init(&sink);
+    EXPECT_THAT(sink.files,
+                ElementsAre(folder / "none.xml", folder / "none.xml", folder / urlsName));
+    const std::string line = "unreadable-file =" + (folder / "none.xml") + ": " + missing;
+    EXPECT_THAT(findings(), ElementsAre(line, line, "unreadable-url-list =" + (folder / urlsName)));
+    EXPECT_THAT(findingsInUrls("[]"), ElementsAre("unreadable-url-list =not a JSON object"));
+    EXPECT_THAT(findingsInUrls("{"),
+                ElementsAre(::testing::StartsWith("unreadable-url-list =line 1, column ")));
+}
+
+TEST_F(SettingsDiagnostics, ASettingsRootOfAnotherNameInWhichWritesAreLost) {
+    const auto store = openSettings("<settings><a><b>1</b></a></settings>");
+    store->setConfigItem("a", "b", "", "2");
+    EXPECT_THAT(findings(), ElementsAre("1: settings-root-name =settings", "lost-setting =a/b"));
+}
+
+TEST_F(SettingsDiagnostics, AWriteWithoutARootIsLost) {
+    YGAppConfigManager::initWithFileName("none.xml", &sink)->setConfigItem("a", "b", "", "2");
+    EXPECT_THAT(sink.rules(), ElementsAre("unreadable-file", "lost-setting"));
+}
+
+TEST_F(SettingsDiagnostics, DuplicateItems) {
+    EXPECT_THAT(
+        findingsInSettings("<config><a><x/>\n<x/></a>\n<b><x/></b>\n<a><x/><y/></a></config>"),
+        ElementsAre("2: duplicate-item =x", "4: duplicate-item =x"));
+}
+
+TEST_F(SettingsDiagnostics, StrangersAmongSettings) {
+    EXPECT_THAT(findingsInSettings("<config version='2'>text\n<a hidden='1'>more\n"
+                                   "<x description='d' unit='s'>1<b>2</b></x></a></config>"),
+                ElementsAre("1: unknown-attribute version=2", "1: stray-text =text\n",
+                            "2: unknown-attribute hidden=1", "2: stray-text =more\n",
+                            "3: unknown-attribute unit=s", "3: element-in-text =b"));
+}
+
+TEST_F(SettingsDiagnostics, NamesThatAreNoElementNames) {
+    const auto store = openSettings("<config><a><x>1</x></a></config>");
+    store->getItemText("a", "x y");
+    store->getItemText("1", "x");
+    store->setConfigItem("a", "<x>", "", "1");
+    store->setConfigItem("", "x", "", "1");
+    EXPECT_THAT(findings(),
+                ElementsAre("no-element-name =x y", "no-element-name =1", "no-element-name =<x>"));
+}
+
+TEST_F(SettingsDiagnostics, FilesThatCannotBeWritten) {
+    const auto store = openSettings("<config/>");
+    const auto table = openPages("<urls/>");
+    const auto manager = openUrls("{\"md5Value\":\"m\"}");
+    ScopedFileLayer disk;
+    disk->errorOf = [](std::string_view call) { return call == "write" ? ENOSPC : 0; };
+    store->setConfigItem("a", "x", "", "1");
+    table->replaceDataFromServer("<urls/>");
+    transport.answer("{\"md5Value\":\"n\"}");
+    EXPECT_THAT(findings(), ElementsAre("unsaved-file =app.xml", "unsaved-file =pages.xml",
+                                        "unsaved-file =" + (folder / urlsName)));
+}
+
+// A sink may ask the store that it hears from.
+TEST_F(SettingsDiagnostics, NothingIsReportedUnderALock) {
+    class AskingSink : public DiagnosticsSink {
+    public:
+        void report(const Finding&) override {
+            EXPECT_EQ(store->getItemText("a", "x"), "1");
+            EXPECT_EQ(table->getWebPageUrlByKey("a"), "1");
+            ++reports;
+        }
+        std::shared_ptr<YGAppConfigManager> store;
+        std::shared_ptr<YGWebPageUrlConfig> table;
+        int reports = 0;
+    } asking;
+    put("app.xml", "<config><a><x>1</x></a></config>");
+    put("pages.xml", "<urls><url key='a'>1</url></urls>");
+    asking.store = YGAppConfigManager::initWithFileName("app.xml", &asking);
+    asking.table = YGWebPageUrlConfig::initWithFileName("pages.xml", &asking);
+    asking.store->getItemText("a", "1");
+    asking.store->setConfigItem("a", "1", "", "1");
+    asking.table->getWebPageUrlByKey("none");
+    asking.table->replaceDataFromServer("no xml");
+    EXPECT_EQ(asking.reports, 4);
+}
+
+TEST_F(SettingsDiagnostics, WhatWasReportedStaysAsItWasRead) {
+    const auto store = openSettings("<config><a><x>1</x><x>2</x></a></config>");
+    store->setConfigItem("a", "x[2]", "", "3");
+    EXPECT_EQ(sink.entries.front().node.stringValue(), "2");
+}
+
+// ---- Web pages -------------------------------------------------------------------------------
+
+TEST_F(SettingsDiagnostics, ATableRootOfAnotherName) {
+    EXPECT_THAT(findingsInPages("<pages><url key='a'>1</url></pages>"),
+                ElementsAre("1: web-page-root-name =pages"));
+}
+
+TEST_F(SettingsDiagnostics, KeysThatAreNeverFound) {
+    EXPECT_THAT(
+        findingsInPages("<urls><url>1</url>\n<url key=''>1</url>\n<url key=\"it's\">1</url>\n"
+                        "<url key='a'/>\n<url key='a'/></urls>"),
+        ElementsAre("1: web-page-without-key", "2: web-page-without-key",
+                    "3: key-with-apostrophe key=it's", "5: duplicate-web-page key=a"));
+}
+
+TEST_F(SettingsDiagnostics, StrangersInATable) {
+    EXPECT_THAT(
+        findingsInPages("<urls x='1'>text\n<link/>\n<url key='a' b='2'>1<c/></url></urls>"),
+        ElementsAre("1: unknown-attribute x=1", "1: stray-text =text\n", "2: unknown-element =link",
+                    "3: unknown-attribute b=2", "3: element-in-text =c"));
+}
+
+TEST_F(SettingsDiagnostics, BlanksAroundAnAddress) {
+    EXPECT_THAT(findingsInPages("<urls><url key='a'> h</url><url key='b'>h\n</url>"
+                                "<url key='c'>h h</url></urls>"),
+                ElementsAre("1: blanks-around-address = h", "1: blanks-around-address =h\n"));
+    EXPECT_THAT(findingsInUrls(R"({"md5Value":"m","urlConfigList":[)"
+                               R"({"urlKey":" a","urlValue":"h\t"}]})"),
+                ElementsAre("blanks-around-address urlConfigList[0].urlValue=h\t"));
+}
+
+TEST_F(SettingsDiagnostics, KeysThatAreNotInATable) {
+    const auto table = openPages("<urls/>");
+    table->getWebPageUrlByKey("a");
+    table->getWebPageUrlByKey("it's");
+    EXPECT_THAT(findings(), ElementsAre("unknown-web-page =a", "unknown-web-page =it's"));
+}
+
+TEST_F(SettingsDiagnostics, TablesFromAServer) {
+    const auto table = openPages("<urls/>");
+    table->replaceDataFromServer("<urls>\n<url key='a'>?a&amp;b</url><url/></urls>");
+    EXPECT_THAT(findings(), ElementsAre("2: escaped-twice =?a&amp;b", "2: web-page-without-key"));
+    table->replaceDataFromServer("<urls>");
+    EXPECT_THAT(sink.rules(), ElementsAre("unreadable-web-pages"));
+}
+
+// ---- Request URLs ----------------------------------------------------------------------------
+
+TEST_F(SettingsDiagnostics, MembersOfTheWrongTypeAndOfOtherNames) {
+    EXPECT_THAT(findingsInUrls(R"({"md5Value":7,"md5":"x","urlConfigList":[null,)"
+                               R"({"urlKey":1,"urlValue":true,"url":[1]},"text"]})"),
+                ElementsAre("unknown-member md5=\"x\"", "number-for-text md5Value=7",
+                            "member-of-wrong-type urlConfigList[0]=null",
+                            "unknown-member urlConfigList[1].url=[1]",
+                            "number-for-text urlConfigList[1].urlKey=1",
+                            "member-of-wrong-type urlConfigList[1].urlValue=true",
+                            "url-without-value urlConfigList[1]=1",
+                            "member-of-wrong-type urlConfigList[2]=\"text\""));
+    EXPECT_THAT(findingsInUrls(R"({"md5Value":"m","urlConfigList":{}})"),
+                ElementsAre("member-of-wrong-type urlConfigList={}"));
+}
+
+TEST_F(SettingsDiagnostics, EntriesWithoutKeyOrValueAndDuplicateKeys) {
+    EXPECT_THAT(
+        findingsInUrls(R"({"md5Value":"m","urlConfigList":[{"urlValue":"h"},)"
+                       R"({"urlKey":"a"},{"urlKey":"a","urlValue":"h"},{}]})"),
+        ElementsAre("url-without-key urlConfigList[0]=", "url-without-value urlConfigList[1]=a",
+                    "duplicate-url-key urlConfigList[2]=a",
+                    "url-without-key urlConfigList[3]=", "url-without-value urlConfigList[3]="));
+}
+
+TEST_F(SettingsDiagnostics, ListsWithoutADigest) {
+    EXPECT_THAT(findingsInUrls("{}"), ElementsAre("list-without-digest md5Value="));
+    EXPECT_THAT(findingsInUrls("{\"md5Value\":\"\"}"),
+                ElementsAre("list-without-digest md5Value="));
+    const auto manager = openUrls("{\"md5Value\":\"m\"}");
+    transport.answer("{\"md5Value\":null}");
+    EXPECT_THAT(findings(),
+                ElementsAre("member-of-wrong-type md5Value=null", "list-without-digest md5Value="));
+}
+
+TEST_F(SettingsDiagnostics, AnEqualDigestWithOtherEntries) {
+    constexpr const char* list =
+        R"({"md5Value":"m","urlConfigList":[{"urlKey":"k","urlValue":"h"}]})";
+    const auto manager = openUrls(list);
+    transport.answer(list);
+    EXPECT_THAT(findings(), IsEmpty());
+    for (const char* other :
+         {R"({"md5Value":"m"})", R"({"md5Value":"m","urlConfigList":[]})",
+          R"({"md5Value":"m","urlConfigList":[{"urlKey":"k","urlValue":"i"}]})"}) {
+        manager->updateHttpReqUrls();
+        transport.answer(other);
+        EXPECT_THAT(findings(), ElementsAre("same-digest-other-entries md5Value=m"));
+    }
+}
+
+TEST_F(SettingsDiagnostics, KeysThatAreNotInAList) {
+    const auto manager = openUrls("{\"md5Value\":\"m\"}");
+    manager->httpReqUrlStringWithUrlKey("k");
+    EXPECT_THAT(findings(), ElementsAre("unknown-url-key =k"));
+}
+
+}  // namespace
+}  // namespace yg

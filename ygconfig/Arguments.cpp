@@ -1,9 +1,46 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/Arguments.h"
 
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <type_traits>
+
 #include <CLI/CLI.hpp>
 
 namespace yg::tool {
+
+namespace {
+
+template <class Number>
+std::string rangeOf() {
+    using Limits = std::numeric_limits<Number>;
+    if constexpr (std::is_floating_point_v<Number>)
+        return "no number";
+    else
+        return "no whole number from " + std::to_string(Limits::min()) + " to " +
+               std::to_string(Limits::max());
+}
+
+template <class Number>
+void declareAnyNumber(CLI::App& app, const char* option, const char* valueName,
+                      std::optional<Number>& field, const char* help) {
+    const auto read = [&field, option](const CLI::results_t& texts) {
+        const std::string& text = texts.back();
+        Number number{};
+        const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
+        bool isNumber = end.ec == std::errc() && end.ptr == text.data() + text.size();
+        if constexpr (std::is_floating_point_v<Number>)
+            isNumber = isNumber && std::isfinite(number);
+        if (!isNumber)
+            throw CLI::ValidationError(option, "'" + text + "' is " + rangeOf<Number>());
+        field = number;
+        return true;
+    };
+    app.add_option(option, CLI::callback_t(read), help)->option_text(valueName)->take_last();
+}
+
+}  // namespace
 
 std::string Arguments::inRoot(std::string_view path) const {
     const std::size_t end = root.find_last_not_of('/');
@@ -18,12 +55,32 @@ void declareText(CLI::App& app, const char* option, const char* valueName,
     app.add_option(option, field, help)->option_text(valueName)->take_last();
 }
 
+void declareNumber(CLI::App& app, const char* option, const char* valueName,
+                   std::optional<std::int8_t>& field, const char* help) {
+    declareAnyNumber(app, option, valueName, field, help);
+}
+
+void declareNumber(CLI::App& app, const char* option, const char* valueName,
+                   std::optional<std::uint64_t>& field, const char* help) {
+    declareAnyNumber(app, option, valueName, field, help);
+}
+
+void declareNumber(CLI::App& app, const char* option, const char* valueName,
+                   std::optional<double>& field, const char* help) {
+    declareAnyNumber(app, option, valueName, field, help);
+}
+
 void declareFlag(CLI::App& app, const char* option, bool& field, const char* help) {
     app.add_flag(option, field, help);
 }
 
 void declareOperand(CLI::App& app, const char* name, std::string& field, const char* help) {
     app.add_option(name, field, help)->required();
+}
+
+void declareOptionalOperand(CLI::App& app, const char* name, std::optional<std::string>& field,
+                            const char* help) {
+    app.add_option(name, field, help);
 }
 
 void declareOperands(CLI::App& app, const char* name, std::vector<std::string>& field,

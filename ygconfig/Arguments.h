@@ -4,6 +4,7 @@
 // and reads its own part. An option that was not given is absent, an empty one is empty.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,6 +28,24 @@ struct Arguments {
     bool gray = false;                  ///< --gray, a grey-release user
     bool weighted = false;              ///< --weighted
 
+    std::optional<std::int8_t> paletteStyle;    ///< --palette-style, the theme
+    std::optional<std::uint64_t> groupCount;    ///< --group, the pieces of a strip
+    std::optional<std::uint64_t> indexInGroup;  ///< --index
+    std::optional<double> width;                ///< --width, in points
+    std::optional<double> height;               ///< --height, in points
+    std::optional<std::string> output;          ///< -o, a file's path
+
+    bool readonly = false;                   ///< --readonly
+    bool refresh = false;                    ///< --refresh
+    std::optional<std::string> description;  ///< --description, of a settings item
+    std::optional<std::string> replacement;  ///< --replace, a file's path
+
+    std::string file;                ///< FILE, a name in the storage
+    std::string section;             ///< SECTION
+    std::string item;                ///< ITEM
+    std::string text;                ///< TEXT
+    std::optional<std::string> key;  ///< KEY or FILE where it may be missing
+
     std::string name;                ///< NAME
     std::string group;               ///< GROUP
     std::string data;                ///< DATA, a file's path
@@ -41,11 +60,24 @@ struct Arguments {
 void declareText(CLI::App& app, const char* option, const char* valueName,
                  std::optional<std::string>& field, const char* help);
 
+/// Declares an option that takes a plain number of the field's type: a whole one, or one with a
+/// fraction. Given twice, the last one counts.
+void declareNumber(CLI::App& app, const char* option, const char* valueName,
+                   std::optional<std::int8_t>& field, const char* help);
+void declareNumber(CLI::App& app, const char* option, const char* valueName,
+                   std::optional<std::uint64_t>& field, const char* help);
+void declareNumber(CLI::App& app, const char* option, const char* valueName,
+                   std::optional<double>& field, const char* help);
+
 /// Declares an option without a value.
 void declareFlag(CLI::App& app, const char* option, bool& field, const char* help);
 
 /// Declares an operand that must be given.
 void declareOperand(CLI::App& app, const char* name, std::string& field, const char* help);
+
+/// Declares an operand that may be missing.
+void declareOptionalOperand(CLI::App& app, const char* name, std::optional<std::string>& field,
+                            const char* help);
 
 /// Declares an operand that may be given any number of times, none included. Each text is kept as
 /// it stands.

@@ -49,13 +49,26 @@ Answer choose(const Session& session);
 Answer deliverServers(const Session& session);
 Answer dumpEvents(const Session& session);
 Answer dumpLayout(const Session& session);
+Answer dumpPalette(const Session& session);
+Answer dumpRequestUrls(const Session& session);
 Answer dumpServers(const Session& session);
 Answer dumpStyle(const Session& session);
+Answer findColor(const Session& session);
 Answer findCommand(const Session& session);
 Answer findEvent(const Session& session);
+Answer findFont(const Session& session);
+Answer findRequestUrl(const Session& session);
+Answer findWebPage(const Session& session);
+Answer getSetting(const Session& session);
+Answer setSetting(const Session& session);
 Answer showEvents(const Session& session);
 Answer showLayout(const Session& session);
+Answer showPalette(const Session& session);
+Answer showRequestUrls(const Session& session);
 Answer showServers(const Session& session);
+Answer showSettings(const Session& session);
 Answer showStyle(const Session& session);
+Answer showWebPages(const Session& session);
+Answer writeImage(const Session& session);
 
 }  // namespace yg::tool

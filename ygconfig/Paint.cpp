@@ -48,4 +48,11 @@ std::string Paint::operator()(Tone tone, std::string_view text) const {
     return painted;
 }
 
+std::string Paint::swatch(int red, int green, int blue) const {
+    if (!colour_)
+        return "";
+    return "\x1b[48;2;" + std::to_string(red) + ';' + std::to_string(green) + ';' +
+           std::to_string(blue) + "m    \x1b[0m";
+}
+
 }  // namespace yg::tool

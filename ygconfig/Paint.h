@@ -22,6 +22,10 @@ public:
     /// The text in the colour of its tone; as it stands without colours, and when it is empty.
     std::string operator()(Tone tone, std::string_view text) const;
 
+    /// Four blanks on a ground of this colour, each component from 0 to 255, on terminals of 24-bit
+    /// colour; "" without colours.
+    std::string swatch(int red, int green, int blue) const;
+
 private:
     bool colour_;
 };

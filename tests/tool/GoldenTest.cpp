@@ -47,6 +47,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"help-show-events.txt", {"show", "events", "--help"}, ""},
                     Case{"help-show-servers.txt", {"show", "servers", "--help"}, ""},
                     Case{"help-servers-deliver.txt", {"servers", "deliver", "--help"}, ""},
+                    Case{"help-settings.txt", {"settings", "--help"}, ""},
+                    Case{"help-settings-set.txt", {"settings", "set", "--help"}, ""},
+                    Case{"help-web-page.txt", {"web-page", "--help"}, ""},
+                    Case{"help-request-url.txt", {"request-url", "--help"}, ""},
                     Case{"help-choose.txt", {"choose", "--help"}, ""}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -69,6 +73,14 @@ INSTANTIATE_TEST_SUITE_P(
              loads},
         Case{"command.json", {"command", "open_index_page", "--root", sample}, ""},
         Case{"event.json", {"event", "watch_list", "select", "--root", sample}, ""},
+        Case{"show-settings.txt", {"show", "settings", "--root", sample}, ""},
+        Case{"show-web-pages.txt", {"show", "web-pages", "--root", sample}, ""},
+        Case{"show-request-urls.txt",
+             {"show", "request-urls", "--root", sample},
+             "-[YGHttpReqUrlMgr readUrlModelFromFile] L71 filePath: "
+             "examples/terminal/storage/request_urls_json.txt\n"
+             "-[YGHttpReqUrlMgr readUrlModelFromFile] L91 _urlModel.Md5: "
+             "d3c6f85632bcc5cd4a2f85d392244155\n"},
         Case{"show-events.txt", {"show", "events", "--root", sample}, ""}));
 
 }  // namespace

@@ -123,10 +123,17 @@ ToolRun runTool(const std::vector<std::string>& arguments, const ToolSetting& se
                             ? pipeWithoutReader()
                             : Descriptor(::dup(kept.number()));
 
+    const Descriptor input = memoryFile();
+    if (::write(input.number(), setting.input.data(), setting.input.size()) !=
+        static_cast<ssize_t>(setting.input.size()))
+        throw std::runtime_error("no standard input");
+    ::lseek(input.number(), 0, SEEK_SET);
+
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     const std::string& folder = setting.folder.empty() ? YG_PROJECT_FOLDER : setting.folder;
     ::posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
+    ::posix_spawn_file_actions_adddup2(&actions, input.number(), STDIN_FILENO);
     ::posix_spawn_file_actions_adddup2(&actions, errors.number(), STDERR_FILENO);
     if (setting.outputTo == OutputTo::nowhere)
         ::posix_spawn_file_actions_addclose(&actions, STDOUT_FILENO);

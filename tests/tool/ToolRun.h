@@ -23,6 +23,8 @@ struct ToolSetting {
     std::vector<std::string> environment = {};
     /// The run's current folder; the project's when empty.
     std::string folder = {};
+    /// What comes from standard input.
+    std::string input = {};
 };
 
 struct ToolRun {

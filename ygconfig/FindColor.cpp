@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#include "ygconfig/Commands.h"
+#include "ygconfig/Json.h"
+#include "ygconfig/Palette.h"
+
+namespace yg::tool {
+
+Answer findColor(const Session& session) {
+    const auto loader = loadPalette(session.arguments);
+    return jsonAnswer(loader ? toJson(loader->getCustomColor(session.arguments.name)) : Json());
+}
+
+}  // namespace yg::tool

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/settings/YGReadonlyAppConfigManager.h"
+
+#include "ygconfig/Commands.h"
+#include "ygconfig/Json.h"
+
+namespace yg::tool {
+
+Answer getSetting(const Session& session) {
+    const Arguments& arguments = session.arguments;
+    const auto store = YGReadonlyAppConfigManager::initWithFileName(arguments.file);
+    if (!store)
+        return jsonAnswer(Json());
+    return jsonAnswer(toJson(store->getItemText(arguments.section, arguments.item)));
+}
+
+}  // namespace yg::tool

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/settings/YGReadonlyAppConfigManager.h"
+
+#include "ygconfig/Commands.h"
+#include "ygconfig/Display.h"
+#include "ygconfig/Servers.h"
+#include "ygconfig/SettingsView.h"
+
+namespace yg::tool {
+
+Answer showSettings(const Session& session) {
+    const std::string file = session.arguments.key.value_or("app_config.xml");
+    const auto store = YGReadonlyAppConfigManager::initWithFileName(file);
+    if (!store)
+        return {"", ExitCode::noAnswer, "ygconfig: there is no path for '" + printable(file) + "'"};
+    const auto path =
+        withoutRoot(session.arguments, YGReadonlyAppConfigManager::getFilePath(file, false));
+    return {SettingsView(session.colour).settings(store->docment(), path.value_or(""))};
+}
+
+}  // namespace yg::tool

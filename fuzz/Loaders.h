@@ -74,8 +74,8 @@ inline std::string shown(const std::string& text) {
     return '"' + text + '"';
 }
 
-template <class Integer>
-requires std::is_integral_v<Integer> std::string shown(Integer number) {
+template <class Number>
+requires std::is_arithmetic_v<Number> std::string shown(Number number) {
     return std::to_string(number);
 }
 

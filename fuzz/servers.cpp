@@ -6,14 +6,9 @@
 //
 // The input is cut at lines "=====" into the stored file, the delivery, its digest, and items, one
 // to a line.
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
-#include <stdlib.h>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "YGConfigManager/servers/RandomSource.h"
@@ -21,6 +16,7 @@
 #include "YGConfigManager/text/Split.h"
 
 #include "Loaders.h"
+#include "StoredFile.h"
 #include "Target.h"
 
 namespace {
@@ -30,39 +26,9 @@ using yg::fuzz::LoggingHost;
 using yg::fuzz::LookingSink;
 using yg::fuzz::require;
 using yg::fuzz::shown;
+using yg::fuzz::StoredFile;
 using yg::fuzz::takeUntil;
 using yg::fuzz::textOf;
-
-class StoredFile {
-public:
-    StoredFile() {
-        // In memory where that is possible: each delivery is brought to the disk.
-        std::error_code ignored;
-        const std::filesystem::path memory = "/dev/shm";
-        folder_ = (std::filesystem::is_directory(memory, ignored)
-                       ? memory
-                       : std::filesystem::temp_directory_path()) /
-                  "yg-fuzz-XXXXXX";
-        require(::mkdtemp(folder_.data()) != nullptr, "there is a temporary folder");
-    }
-    StoredFile(const StoredFile&) = delete;
-    StoredFile& operator=(const StoredFile&) = delete;
-    ~StoredFile() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
-    }
-    std::string path() const { return folder_ + "/skeleton_v1.xml"; }
-    void put(std::string_view bytes) const {
-        std::ofstream(path(), std::ios::binary | std::ios::trunc) << bytes;
-    }
-    std::string bytes() const {
-        std::ifstream file(path(), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    }
-
-private:
-    std::string folder_;
-};
 
 /// The same numbers in every run.
 class CountingSource final : public RandomSource {

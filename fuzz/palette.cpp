@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+//
+// A palette and the switch to another: loaded without and with a listener, which must be the same,
+// everything in them looked up, and the images cut and scaled.
+//
+// The input is cut at lines "=====" into the light palette, the dark one, and an image file, which
+// palettes name as "a.png".
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <stdlib.h>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "YGConfigManager/host/MainQueue.h"
+#include "YGConfigManager/palette/YGPaletteLoad.h"
+
+#include "Loaders.h"
+#include "Target.h"
+
+namespace {
+
+using namespace yg;
+using yg::fuzz::LoggingHost;
+using yg::fuzz::LookingSink;
+using yg::fuzz::require;
+using yg::fuzz::shown;
+using yg::fuzz::takeUntil;
+using yg::fuzz::textOf;
+
+/// A folder that goes with the process, with the files of one input.
+class Folder {
+public:
+    Folder() {
+        std::error_code ignored;
+        const std::filesystem::path memory = "/dev/shm";
+        path_ = (std::filesystem::is_directory(memory, ignored)
+                     ? memory
+                     : std::filesystem::temp_directory_path()) /
+                "yg-fuzz-XXXXXX";
+        require(::mkdtemp(path_.data()) != nullptr, "there is a temporary folder");
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+    ~Folder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    const std::string& path() const { return path_; }
+    void put(std::string_view name, std::string_view bytes) const {
+        std::ofstream(path_ + "/" + std::string(name), std::ios::binary | std::ios::trunc) << bytes;
+    }
+
+private:
+    std::string path_;
+};
+
+class PaletteHost final : public LoggingHost {
+public:
+    explicit PaletteHost(std::string folder) : folder_(std::move(folder)) {}
+    std::optional<std::string> getStorageFilePath(std::int64_t, std::optional<std::string_view>,
+                                                  std::optional<std::string_view> name,
+                                                  bool) override {
+        return name ? std::optional(folder_ + "/" + std::string(*name)) : std::nullopt;
+    }
+    std::optional<std::string> getDefualtFolderPath(std::int64_t) override { return folder_; }
+
+private:
+    std::string folder_;
+};
+
+bool isFraction(double component) {
+    return component >= 0 && component <= 1;
+}
+
+void lookUpAll(const YGPaletteLoad& loader) {
+    for (const auto& [name, color] : loader.customColors())
+        require(isFraction(color.red) && isFraction(color.green) && isFraction(color.blue) &&
+                    isFraction(color.alpha),
+                "a colour's components go from 0 to 1");
+    for (const auto& [key, name] : loader.keyColorNames()) {
+        const Color* color = name.empty() ? nullptr : loader.customColors().find(name);
+        require(loader.getCustomColor(key) == (color ? *color : Color::redColor()),
+                "a key has its colour or red");
+    }
+    for (const auto& [key, name] : loader.keyFontNames()) {
+        const Font* font = name.empty() ? nullptr : loader.customFonts().find(name);
+        require(loader.getCustomFont(key) == (font ? *font : Font::system(12)),
+                "a key has its font or the system font");
+    }
+    for (const auto& [name, font] : loader.customFonts()) {
+        require(font.pointSize() > 0, "a font has a size");
+        const Font fitted = YGPaletteLoad::fixFontWithFont(font, name, 100);
+        require(fitted.pointSize() <= font.pointSize(), "a font is never enlarged");
+        require(fitted.pointSize() <= 1 || font.pointSize() < 1 || fitted.widthOf(name) + 1 < 100,
+                "a text fits in its fitted font");
+    }
+}
+
+void cutAndScale(const YGPaletteLoad& loader) {
+    for (const auto& [name, image] : loader.customImages()) {
+        const std::uint64_t count = name.size();
+        const auto pieces = YGPaletteLoad::getImagesByImageAndGroupCount(image, count);
+        require((pieces == nullptr) == (count == 0), "a count of 0 has no list");
+        require(!pieces || pieces->empty() || pieces->size() == count,
+                "all pieces are there or none");
+        for (std::uint64_t i = 0; i <= count; ++i)
+            require(YGPaletteLoad::getImageByImageAndGroupIndex(image, count, i).has_value() ==
+                        (i < count),
+                    "each index below the count has its piece");
+        const auto scaled = loader.getImageByScale(name, 0, 40);
+        require(!scaled || scaled->width() == 40, "a scaled image has its width");
+    }
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const Folder folder;
+    static const auto host = std::make_shared<PaletteHost>(folder.path());
+    static const std::shared_ptr<Host> before = setHost(host);
+    static_cast<void>(before);
+
+    std::string_view rest = textOf(data, size);
+    folder.put("palette_white.xml", takeUntil(rest, "=====\n"));
+    folder.put("palette_black.xml", takeUntil(rest, "=====\n"));
+    folder.put("a.png", rest);
+
+    const auto load = [](DiagnosticsSink* sink) {
+        host->log.clear();
+        return YGPaletteLoad::initWithPaletteStyle(0, sink);
+    };
+    const auto silent = load(nullptr);
+    const std::string log = host->log;
+    LookingSink sink;
+    const auto heard = load(&sink);
+    require(shown(heard) == shown(silent), "a listener changes no answer");
+    require(host->log == log, "a listener changes no log line");
+    if (!silent)
+        return 0;
+    lookUpAll(*silent);
+    cutAndScale(*silent);
+
+    const std::string light = shown(*silent);
+    silent->reloadPaletteWithOtherStyle(1);
+    require(silent->currentPaletteStyle() == 1 || shown(*silent) == light,
+            "a switch that fails changes nothing");
+    require(runPendingMainTasks() == (silent->currentPaletteStyle() == 1 ? 1u : 0u),
+            "a switch is announced once, and only when it is made");
+    lookUpAll(*silent);
+    return 0;
+}

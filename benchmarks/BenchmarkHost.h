@@ -11,7 +11,7 @@
 
 namespace yg::benchmarks {
 
-class BenchmarkHost final : public Host {
+class BenchmarkHost : public Host {
 public:
     explicit BenchmarkHost(std::string root) : root_(std::move(root)) {}
 

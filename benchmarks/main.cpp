@@ -18,9 +18,12 @@ public:
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs) {
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-                times_[run.run_name.function_name].push_back(run.cpu_accumulated_time /
-                                                             static_cast<double>(run.iterations));
+            if (run.run_type != Run::RT_Iteration || run.error_occurred)
+                continue;
+            const auto iterations = static_cast<double>(run.iterations);
+            const std::string& name = run.run_name.function_name;
+            times_[name].push_back(run.cpu_accumulated_time / iterations);
+            wallTimes_[name].push_back(run.real_accumulated_time / iterations);
         }
     }
 
@@ -29,8 +32,11 @@ public:
         for (const auto& comparison : yg::benchmarks::comparisons()) {
             if (!times_.contains(comparison.subject) || !times_.contains(comparison.peer))
                 continue;
-            print(comparison.subject + " / " + comparison.peer,
-                  median(comparison.subject) / median(comparison.peer), comparison.goal);
+            auto& times = comparison.wallTime ? wallTimes_ : times_;
+            print(comparison.subject + " / " + comparison.peer +
+                      (comparison.wallTime ? ", by the clock" : ""),
+                  median(times[comparison.subject]) / median(times[comparison.peer]),
+                  comparison.goal);
         }
         for (const auto& note : yg::benchmarks::notes())
             print(note.what, note.figure, note.goal);
@@ -45,13 +51,13 @@ private:
             std::printf("%-64s %8.2f\n", what.c_str(), figure);
     }
 
-    double median(const std::string& name) {
-        std::vector<double>& all = times_[name];
+    static double median(std::vector<double>& all) {
         std::sort(all.begin(), all.end());
         return all[all.size() / 2];
     }
 
     std::map<std::string, std::vector<double>> times_;
+    std::map<std::string, std::vector<double>> wallTimes_;
 };
 
 }  // namespace
@@ -69,9 +75,13 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
         return 1;
 
+    yg::benchmarks::registerGraphics();
     yg::benchmarks::registerLayoutLoading();
     yg::benchmarks::registerLayoutLookup();
+    yg::benchmarks::registerNet();
+    yg::benchmarks::registerPalette();
     yg::benchmarks::registerEventsAndServers();
+    yg::benchmarks::registerSettings();
 
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);

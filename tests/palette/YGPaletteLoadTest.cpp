@@ -149,9 +149,9 @@ TEST(PaletteImage, ThatCannotBeLoadedTakesAnEarlierOneAway) {
 
 TEST(PaletteImage, IsReadFromOutsideOfTheFolderToo) {
     const PaletteRoot files;
-    files.writeImage("../shared/a.png", 8, 2);
+    files.writeImage("../other/a.png", 8, 2);
     files.root.makeFolder("images");
-    files.writeLight(palette("<BITMAPS><i NAME='a' PATH='../shared/a.png'/></BITMAPS>"));
+    files.writeLight(palette("<BITMAPS><i NAME='a' PATH='../other/a.png'/></BITMAPS>"));
     EXPECT_TRUE(YGPaletteLoad::initWithPaletteStyle(0)->getCustomImage("a"));
 }
 

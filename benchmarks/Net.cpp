@@ -93,7 +93,7 @@ void registerNet() {
     std::atomic<int> ended = 0;
     std::atomic<int> whole = 0;
     net::HttpGetService service;
-    const auto complete = [&](const std::optional<std::string>& body) {
+    const auto complete = [&](const std::optional<std::string>& body, const auto&...) {
         whole += body && body->size() == bodySize ? 1 : 0;
         ++ended;
         ended.notify_one();

@@ -68,8 +68,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view rest = textOf(data, size);
     const std::string stored(takeUntil(rest, "=====\n"));
     const std::string download(rest);
-    setTransport(
-        [&](const std::string&, const net::GetCompletion& completion) { completion(download); });
+    setTransport([&](const std::string&, const net::GetCompletion& completion) {
+        completion(download, std::nullopt, std::nullopt);
+    });
 
     const auto run = [&](DiagnosticsSink* sink) {
         file.put(stored);

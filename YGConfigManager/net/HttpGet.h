@@ -9,12 +9,17 @@
 #include <optional>
 #include <string>
 
+#include "YGConfigManager/net/HttpResponse.h"
+
 namespace yg::net {
 
 /// Hears how a request ended. `body` is the decoded body of any whole HTTP answer, that of a 404
 /// too; an answer without one gives an empty text. Absent: there was no whole answer (no server, a
-/// bad address, 10 seconds of silence, too many redirects, a transfer cut short, more than 64 MiB).
-using GetCompletion = std::function<void(std::optional<std::string> body)>;
+/// bad address, 10 seconds of silence, too many redirects, a transfer cut short, more than 64 MiB),
+/// and `error` says why. `response` is there as soon as the headers of an answer have come.
+using GetCompletion =
+    std::function<void(std::optional<std::string> body, std::optional<HttpResponse> response,
+                       std::optional<std::string> error)>;
 
 /// Starts a GET of `url` (http or https) and returns at once, whatever the address is.
 /// `completion` may be null. It is called exactly once, on the background thread, never inside this

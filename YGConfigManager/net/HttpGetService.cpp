@@ -129,7 +129,8 @@ void HttpGetService::complete(Ended ended) const noexcept {
         return;
     }
     try {
-        ended.request.completion(std::move(ended.body));
+        ended.request.completion(std::move(ended.body), std::move(ended.response),
+                                 std::move(ended.error));
     } catch (const std::exception& error) {
         writeRuntimeLog("request completion fail:%@", error.what());
     } catch (...) {

@@ -39,10 +39,12 @@ struct Request {
     GetCompletion completion;
 };
 
-/// A request that is over, with the body of a whole answer.
+/// A request that is over, with what its completion hears.
 struct Ended {
     Request request;
     std::optional<std::string> body;
+    std::optional<HttpResponse> response;
+    std::optional<std::string> error;
 };
 
 class Transfers;

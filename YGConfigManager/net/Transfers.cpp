@@ -46,6 +46,8 @@ curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address) {
     return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 }
 
+constexpr const char* tooLarge = "the answer is too large";
+
 constexpr std::string_view encodingName = "content-encoding:";
 
 char lower(char character) {
@@ -86,16 +88,43 @@ public:
     CURL* handle() const { return handle_; }
     Clock::time_point idleEnd() const { return lastArrival_ + options_.idleTime; }
 
-    /// `isOver`: the connection has brought as much as it promised.
-    Ended end(bool isOver) && {
-        const bool isWhole = isOver && hasHeaders_ && (!unpacking_ || unpacking_->isWhole());
-        return {std::move(request_), isWhole ? std::optional(std::move(body_)) : std::nullopt};
+    /// `result`: with "ok" the connection has brought as much as it promised.
+    Ended end(CURLcode result) && {
+        std::optional<HttpResponse> response = responseSoFar();
+        if (result == CURLE_OK && hasHeaders_ && (!unpacking_ || unpacking_->isWhole())) {
+            return {std::move(request_), std::move(body_), std::move(response), std::nullopt};
+        }
+        std::string error = refusal_;
+        if (error.empty()) {
+            error = result == CURLE_OK ? "the answer is incomplete" : curl_easy_strerror(result);
+        }
+        return {std::move(request_), std::nullopt, std::move(response), std::move(error)};
+    }
+
+    /// Has it end because of its silence.
+    Ended giveUp() && {
+        refusal_ = "the request timed out";
+        return std::move(*this).end(CURLE_OPERATION_TIMEDOUT);
     }
 
 private:
     template <class Value>
     bool set(CURLoption option, Value value) {
         return curl_easy_setopt(handle_, option, value) == CURLE_OK;
+    }
+
+    std::optional<HttpResponse> responseSoFar() const {
+        if (!hasHeaders_) {
+            return std::nullopt;
+        }
+        long status = 0;
+        curl_easy_getinfo(handle_, CURLINFO_RESPONSE_CODE, &status);
+        const char* url = nullptr;
+        curl_easy_getinfo(handle_, CURLINFO_EFFECTIVE_URL, &url);
+        const char* type = nullptr;
+        curl_easy_getinfo(handle_, CURLINFO_CONTENT_TYPE, &type);
+        return HttpResponse{static_cast<std::int32_t>(status), url ? url : request_.url,
+                            type ? std::optional<std::string>(type) : std::nullopt};
     }
 
     // A proxy left to the environment would be a wrong answer without a word, so each option
@@ -146,6 +175,9 @@ private:
             transfer.lastArrival_ = Clock::now();
         }
         const bool isTooLarge = std::cmp_greater(arrived, transfer.options_.largestBody);
+        if (isTooLarge) {
+            transfer.refusal_ = tooLarge;
+        }
         return isTooLarge || transfer.isStopping_ ? 1 : 0;
     }
 
@@ -153,10 +185,11 @@ private:
         auto& transfer = *static_cast<Transfer*>(self);
         transfer.lastArrival_ = Clock::now();
         transfer.headerBytes_ += size;
-        return transfer.headerBytes_ <= transfer.options_.largestHeaders &&
-                       transfer.takeHeader({bytes, size})
-                   ? size
-                   : 0;
+        if (transfer.headerBytes_ > transfer.options_.largestHeaders) {
+            transfer.refusal_ = tooLarge;
+            return 0;
+        }
+        return transfer.takeHeader({bytes, size}) ? size : 0;
     }
 
     static std::size_t onBody(char* bytes, std::size_t, std::size_t size, void* self) {
@@ -193,6 +226,7 @@ private:
         if (unpacking_ ||
             !(equalsInAnyCase(encoding, "gzip") || equalsInAnyCase(encoding, "x-gzip") ||
               equalsInAnyCase(encoding, "deflate"))) {
+            refusal_ = "the answer is encoded in an unknown way";
             return false;
         }
         unpacking_.emplace();
@@ -201,9 +235,14 @@ private:
 
     bool takeBody(std::string_view piece) {
         if (unpacking_) {
-            return unpacking_->append(piece, options_.largestBody, body_);
+            const bool isGood = unpacking_->append(piece, options_.largestBody, body_);
+            if (!isGood) {
+                refusal_ = "the answer cannot be unpacked";
+            }
+            return isGood;
         }
         if (piece.size() > options_.largestBody - body_.size()) {
+            refusal_ = tooLarge;
             return false;
         }
         body_.append(piece);
@@ -221,6 +260,7 @@ private:
     bool hasHeaders_ = false;
     std::optional<Unpacking> unpacking_;
     std::string body_;
+    const char* refusal_ = "";  // why it was cut here
 };
 
 Transfers::Transfers(const HttpGetOptions& options, const std::atomic<bool>& isStopping)
@@ -282,7 +322,7 @@ void Transfers::add(Request request) {
         curl_multi_add_handle(multi_, transfer->handle()) == CURLM_OK) {
         running_.push_back(std::move(transfer));
     } else {
-        unstarted_.push_back(std::move(*transfer).end(false));
+        unstarted_.push_back(std::move(*transfer).end(CURLE_FAILED_INIT));
     }
 }
 
@@ -311,17 +351,17 @@ std::vector<Ended> Transfers::step() {
     while (const CURLMsg* message = curl_multi_info_read(multi_, &count)) {
         // The message goes with the handle.
         const CURL* const handle = message->easy_handle;
-        const bool isOver = message->data.result == CURLE_OK;
+        const CURLcode result = message->data.result;
         const auto found =
             std::find_if(running_.begin(), running_.end(),
                          [handle](const auto& one) { return one->handle() == handle; });
         const auto index = static_cast<std::size_t>(found - running_.begin());
-        ended.push_back(std::move(*remove(index)).end(isOver));
+        ended.push_back(std::move(*remove(index)).end(result));
     }
     const Clock::time_point now = Clock::now();
     for (std::size_t i = running_.size(); i-- > 0;) {
         if (running_[i]->idleEnd() <= now) {
-            ended.push_back(std::move(*remove(i)).end(false));
+            ended.push_back(std::move(*remove(i)).giveUp());
         }
     }
     return ended;

@@ -88,8 +88,8 @@ void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
         return;
     }
     requestUrl("http://" + server + std::string(listUrlPath),
-               [self = shared_from_this(),
-                ended = std::move(ended)](const std::optional<std::string>& body) {
+               [self = shared_from_this(), ended = std::move(ended)](
+                   const std::optional<std::string>& body, const auto&...) {
                    self->take(body);
                    if (ended)
                        ended();

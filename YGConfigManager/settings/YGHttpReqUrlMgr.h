@@ -16,6 +16,7 @@
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/net/HttpResponse.h"
 #include "YGConfigManager/settings/AtomicReference.h"
 #include "YGConfigManager/settings/YGHttpReqUrlModel.h"
 
@@ -28,8 +29,10 @@ class YG_EXPORT YGHttpReqUrlMgr : public std::enable_shared_from_this<YGHttpReqU
 
 public:
     /// Hears how a request ended: with the decoded body of any whole answer, whatever its status,
-    /// or with none.
-    using Finish = std::function<void(std::optional<std::string> body)>;
+    /// or with none and the error. The response is there as soon as its headers have come.
+    using Finish =
+        std::function<void(std::optional<std::string> body, std::optional<HttpResponse> response,
+                           std::optional<std::string> error)>;
 
     /// The one manager of the process, made by init() at the first call, also when several threads
     /// call at the same time.

@@ -59,14 +59,14 @@ struct Early {
     ~Early() {
         isOver = true;
         if (!url.empty()) {
-            yg::net::get(url, [](const Body&) { std::abort(); });
+            yg::net::get(url, [](const Body&, const auto&...) { std::abort(); });
             std::this_thread::sleep_for(50ms);
         }
     }
 };
 
 void request(const std::string& url, bool isRepeated) {
-    yg::net::get(url, [url, isRepeated](const Body&) {
+    yg::net::get(url, [url, isRepeated](const Body&, const auto&...) {
         if (isOver) {
             std::abort();
         }
@@ -79,7 +79,7 @@ void request(const std::string& url, bool isRepeated) {
 /// The body, or "none", or "late".
 std::string bodyOf(const std::string& url) {
     const auto promise = std::make_shared<std::promise<Body>>();
-    yg::net::get(url, [promise](const Body& body) { promise->set_value(body); });
+    yg::net::get(url, [promise](const Body& body, const auto&...) { promise->set_value(body); });
     auto future = promise->get_future();
     return future.wait_for(10s) == std::future_status::ready ? future.get().value_or("none")
                                                              : "late";
@@ -115,7 +115,7 @@ int main(int count, char** arguments) {
     const std::string url = count > 2 ? arguments[2] : "";
     static Early early;
     if (way == "completion") {
-        yg::net::get(url, [](const Body&) {
+        yg::net::get(url, [](const Body&, const auto&...) {
             printTime();
             std::exit(0);
         });

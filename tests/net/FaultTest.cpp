@@ -94,6 +94,46 @@ TEST(Fault, GivesTheBodyOfEveryWholeAnswer) {
     }
 }
 
+TEST(Fault, SaysWhatTheServerAnsweredAndWhyThereIsNoBody) {
+    FaultServer server([](Connection& client) {
+        if (client.path() == "/moved")
+            client.answer("302 Found\r\nLocation: /here", "");
+        else if (client.path() == "/here")
+            client.answer("404 Not Found\r\nContent-Type: application/json", "{}");
+        else if (client.path() == "/half")
+            client.send(std::string(headers) + "half");
+        else if (client.path() == "/large")
+            client.answer("200 OK", std::string(200, 'x'));
+        else if (client.path() == "/silent")
+            client.hang();
+    });
+    HttpGetOptions options;
+    options.idleTime = 300ms;
+    options.largestBody = 100;
+    net::HttpGetService service(options);
+
+    const Outcome moved = outcomeOf(service, server.url("/moved"));
+    EXPECT_EQ(moved.body, "{}");
+    EXPECT_EQ(moved.error, std::nullopt);
+    ASSERT_TRUE(moved.response);
+    EXPECT_EQ(moved.response->statusCode, 404);
+    EXPECT_EQ(moved.response->url, server.url("/here"));
+    EXPECT_EQ(moved.response->contentType, "application/json");
+
+    const Outcome half = outcomeOf(service, server.url("/half"));
+    EXPECT_EQ(half.body, std::nullopt);
+    ASSERT_TRUE(half.response);
+    EXPECT_EQ(half.response->statusCode, 200);
+    EXPECT_EQ(half.response->contentType, std::nullopt);
+    EXPECT_NE(half.error.value_or(""), "");
+
+    EXPECT_EQ(outcomeOf(service, server.url("/silent")).error, "the request timed out");
+    EXPECT_NE(outcomeOf(service, server.url("/large")).error.value_or(""), "");
+    const Outcome none = outcomeOf(service, "ftp://127.0.0.1/");
+    EXPECT_FALSE(none.response);
+    EXPECT_NE(none.error.value_or(""), "");
+}
+
 TEST(Fault, GivesNoBodyWithoutAWholeAnswer) {
     const std::string packed = gzip(std::string(5000, 'x') + "hello");
     std::string damaged = packed;

@@ -167,7 +167,7 @@ TEST(RealServer, ServesAThousandRequestsAtATime) {
     std::atomic<int> right = 0;
     net::HttpGetService service;
     for (int i = 0; i < 1000; ++i) {
-        service.get(nginx.url("/list"), [&](const Body& body) {
+        service.get(nginx.url("/list"), [&](const Body& body, const auto&...) {
             right += body == list ? 1 : 0;
             ++all;
         });

@@ -143,7 +143,7 @@ TEST(Service, CompletesEachOfAThousandRequestsOnceAndOnOneThread) {
         callers.emplace_back([&, caller] {
             for (int i = caller; i < requests; i += 4) {
                 const std::string path = "/" + std::to_string(i);
-                service.get(server.url(path), [&, i, path](const Body& body) {
+                service.get(server.url(path), [&, i, path](const Body& body, const auto&...) {
                     right += body == path ? 1 : 0;
                     ++calls[static_cast<std::size_t>(i)];
                     {
@@ -178,7 +178,7 @@ TEST(Service, CompletesBadAddressesOnTheThreadToo) {
         // A caller may hold a lock that its completion takes.
         const std::lock_guard lock(held);
         for (int i = 0; i < 200; ++i) {
-            service.get("no address", [&](const Body& body) {
+            service.get("no address", [&](const Body& body, const auto&...) {
                 const std::lock_guard inner(held);
                 EXPECT_EQ(body, std::nullopt);
                 ++all;
@@ -194,7 +194,7 @@ TEST(Service, LetsACompletionStartARequest) {
     FaultServer server(hello);
     HttpGetService service;
     std::atomic<int> all = 0;
-    std::function<void(const Body&)> next = [&](const Body& body) {
+    net::GetCompletion next = [&](const Body& body, const auto&...) {
         EXPECT_EQ(body, "hello");
         if (++all < 50) {
             service.get(server.url(), next);
@@ -220,8 +220,9 @@ TEST(Service, LogsWhatACompletionThrowsAndGoesOn) {
     FaultServer server(hello);
     ScopedHost host;
     HttpGetService service;
-    service.get(server.url(), [](const Body&) { throw std::runtime_error("no room"); });
-    service.get(server.url(), [](const Body&) { throw 7; });
+    service.get(server.url(),
+                [](const Body&, const auto&...) { throw std::runtime_error("no room"); });
+    service.get(server.url(), [](const Body&, const auto&...) { throw 7; });
     while (host->runtimeLog().size() < 2) {
         std::this_thread::sleep_for(1ms);
     }
@@ -238,7 +239,8 @@ TEST(Service, RunsNoMoreTransfersThanToldAndTheOthersAfterThem) {
     HttpGetService service({.idleTime = 1s, .mostTransfers = 2});
     // The last ones wait for longer than the idle time, which begins with their own transfers.
     for (int i = 0; i < 30; ++i) {
-        service.get(server.url(), [&](const Body& body) { all += body == "/" ? 1 : 0; });
+        service.get(server.url(),
+                    [&](const Body& body, const auto&...) { all += body == "/" ? 1 : 0; });
     }
     EXPECT_TRUE(reaches(all, 30));
     EXPECT_EQ(crowd.most(), 2);
@@ -250,7 +252,7 @@ TEST(Service, DropsWhatIsUnderWayWhenItStops) {
     std::atomic<int> calls = 0;
     HttpGetService service;
     for (int i = 0; i < 100; ++i) {
-        service.get(server.url(), [&, kept](const Body&) { ++calls; });
+        service.get(server.url(), [&, kept](const Body&, const auto&...) { ++calls; });
     }
     while (server.connections() < 64) {
         std::this_thread::sleep_for(1ms);
@@ -258,7 +260,7 @@ TEST(Service, DropsWhatIsUnderWayWhenItStops) {
     const auto begin = std::chrono::steady_clock::now();
     service.stop();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
-    service.get(server.url(), [&, kept](const Body&) { ++calls; });
+    service.get(server.url(), [&, kept](const Body&, const auto&...) { ++calls; });
     service.stop();
     EXPECT_EQ(calls, 0);
     EXPECT_EQ(kept.use_count(), 1);
@@ -267,7 +269,7 @@ TEST(Service, DropsWhatIsUnderWayWhenItStops) {
 TEST(Service, StopsWithoutARequest) {
     HttpGetService service;
     service.stop();
-    service.get("http://127.0.0.1/", [](const Body&) { ADD_FAILURE(); });
+    service.get("http://127.0.0.1/", [](const Body&, const auto&...) { ADD_FAILURE(); });
 }
 
 /// The state of a thread of this process as the system tells it, by the thread's name.
@@ -307,8 +309,9 @@ TEST(Service, StartsItsThreadWithTheFirstRequestAndWithSignalsBlocked) {
 TEST(Service, OfTheProcessAnswers) {
     FaultServer server(hello);
     std::atomic<int> all = 0;
-    net::get(server.url(), [&](const Body& body) { all += body == "hello" ? 1 : 0; });
-    net::get("", [&](const Body& body) { all += body ? 0 : 1; });
+    net::get(server.url(),
+             [&](const Body& body, const auto&...) { all += body == "hello" ? 1 : 0; });
+    net::get("", [&](const Body& body, const auto&...) { all += body ? 0 : 1; });
     net::get("", nullptr);
     EXPECT_TRUE(reaches(all, 2));
 }

@@ -87,7 +87,7 @@ public:
         }
         std::thread([&] {
             if (completion)
-                completion(std::move(body));
+                completion(std::move(body), std::nullopt, std::nullopt);
         }).join();
     }
 

@@ -101,8 +101,9 @@ TEST_F(SettingsThreads, LookUpWhileDownloadsReplaceTheList) {
     setTransport([&](const std::string&, const net::GetCompletion& completion) {
         const std::string number = std::to_string(++downloads);
         completion(R"({"md5Value":")" + number +
-                   R"(","urlConfigList":[{"urlKey":"k","urlValue":")" + number +
-                   R"("},{"urlKey":"l","urlValue":")" + number + R"("}]})");
+                       R"(","urlConfigList":[{"urlKey":"k","urlValue":")" + number +
+                       R"("},{"urlKey":"l","urlValue":")" + number + R"("}]})",
+                   std::nullopt, std::nullopt);
     });
     const auto manager = YGHttpReqUrlMgr::init();
     runTogether(50, [&](int thread, int) {

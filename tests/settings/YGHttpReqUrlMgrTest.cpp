@@ -47,7 +47,7 @@ protected:
     std::string path() const { return folder / name; }
 
     /// The first manager has the stored list; the answer changes nothing.
-    void expectUnchangedBy(const std::optional<std::string>& body) {
+    void expectUnchangedBy(const std::optional<std::string>& body, const auto&...) {
         const auto manager = open(stored);
         const auto model = manager->urlModel();
         host->clear();
@@ -284,7 +284,9 @@ TEST_F(RequestUrls, AHostThatThrowsHasNoServer) {
 TEST_F(RequestUrls, RequestsReachTheTransportUnchanged) {
     const auto manager = YGHttpReqUrlMgr::make();
     std::vector<std::optional<std::string>> bodies;
-    const auto keep = [&](const std::optional<std::string>& body) { bodies.push_back(body); };
+    const auto keep = [&](const std::optional<std::string>& body, const auto&...) {
+        bodies.push_back(body);
+    };
     manager->requestUrl("https://h/p?q=1", keep);
     transport.answer("body");
     manager->requestUrl("no url", keep);
@@ -299,8 +301,9 @@ TEST_F(RequestUrls, RequestsReachTheTransportUnchanged) {
 TEST_F(RequestUrls, ACompletionMayStartAnotherRequest) {
     const auto manager = YGHttpReqUrlMgr::make();
     int ended = 0;
-    manager->requestUrl("first", [&](const std::optional<std::string>&) {
-        manager->requestUrl("second", [&](const std::optional<std::string>&) { ++ended; });
+    manager->requestUrl("first", [&](const std::optional<std::string>&, const auto&...) {
+        manager->requestUrl("second",
+                            [&](const std::optional<std::string>&, const auto&...) { ++ended; });
     });
     transport.answer("");
     transport.answer("");

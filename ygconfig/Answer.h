@@ -19,7 +19,7 @@ struct Answer {
     /// For standard output, with its last line feed.
     std::string output;
     ExitCode exitCode = ExitCode::answer;
-    /// One line for standard error, without line feed; empty for none.
+    /// Lines for standard error, without the last line feed; empty for none.
     std::string complaint = {};
 };
 

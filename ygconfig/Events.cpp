@@ -19,9 +19,9 @@ void declareEventName(CLI::App& app, Arguments& arguments) {
     declareEvents(app, arguments);
 }
 
-std::shared_ptr<YGEventLoader> loadEvents(const Arguments& arguments) {
+std::shared_ptr<YGEventLoader> loadEvents(const Arguments& arguments, DiagnosticsSink* sink) {
     return YGEventLoader::initWithEventConfigPath(
-        arguments.events ? *arguments.events : arguments.inRoot("config/events.xml"));
+        arguments.events ? *arguments.events : arguments.inRoot("config/events.xml"), sink);
 }
 
 }  // namespace yg::tool

@@ -22,6 +22,7 @@ void declareEventName(CLI::App& app, Arguments& arguments);
 
 /// A loader that has read the file of the root folder, or that of the option; never null. The host
 /// of the root folder must be installed.
-std::shared_ptr<YGEventLoader> loadEvents(const Arguments& arguments);
+std::shared_ptr<YGEventLoader> loadEvents(const Arguments& arguments,
+                                          DiagnosticsSink* sink = nullptr);
 
 }  // namespace yg::tool

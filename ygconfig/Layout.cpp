@@ -18,11 +18,12 @@ void declareStyle(CLI::App& app, Arguments& arguments) {
     declareLayout(app, arguments);
 }
 
-std::unique_ptr<YGStyleConfigLoad> loadLayout(const Arguments& arguments) {
+std::unique_ptr<YGStyleConfigLoad> loadLayout(const Arguments& arguments, DiagnosticsSink* sink) {
     const auto path = [&](const std::optional<std::string>& given, std::string_view otherwise) {
         return given ? *given : arguments.inRoot(otherwise);
     };
     auto loader = std::make_unique<YGStyleConfigLoad>();
+    loader->setDiagnosticsSink(sink);
     loader->initWithStyleConfigPath(path(arguments.style, "config/custompage_template.xml"),
                                     path(arguments.tab, "config/tab_styles.xml"),
                                     path(arguments.magic, "config/magic_panels.xml"));

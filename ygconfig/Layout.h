@@ -19,6 +19,7 @@ void declareStyle(CLI::App& app, Arguments& arguments);
 
 /// A loader that has read the files of the root folder, or those of the options; never null. The
 /// host of the root folder must be installed.
-std::unique_ptr<YGStyleConfigLoad> loadLayout(const Arguments& arguments);
+std::unique_ptr<YGStyleConfigLoad> loadLayout(const Arguments& arguments,
+                                              DiagnosticsSink* sink = nullptr);
 
 }  // namespace yg::tool

@@ -13,8 +13,8 @@ void declareDelivery(CLI::App& app, Arguments& arguments) {
     declareServers(app, arguments);
 }
 
-std::shared_ptr<YGServerCfgLoader> loadServers(const Arguments& arguments) {
-    return YGServerCfgLoader::initWithIsGray(arguments.gray);
+std::shared_ptr<YGServerCfgLoader> loadServers(const Arguments& arguments, DiagnosticsSink* sink) {
+    return YGServerCfgLoader::initWithIsGray(arguments.gray, sink);
 }
 
 std::optional<std::string> withoutRoot(const Arguments& arguments,

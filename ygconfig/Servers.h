@@ -22,7 +22,8 @@ void declareDelivery(CLI::App& app, Arguments& arguments);
 
 /// A loader that has read the file for the user's right level; null when the host has no path for
 /// it. The host of the root folder must be installed.
-std::shared_ptr<YGServerCfgLoader> loadServers(const Arguments& arguments);
+std::shared_ptr<YGServerCfgLoader> loadServers(const Arguments& arguments,
+                                               DiagnosticsSink* sink = nullptr);
 
 /// A path as it is below the root folder; as it stands when it is elsewhere.
 std::optional<std::string> withoutRoot(const Arguments& arguments,

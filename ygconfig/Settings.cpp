@@ -90,9 +90,9 @@ void declareRefresh(CLI::App& app, Arguments& arguments) {
                 "download the list first, and keep it if its digest is another");
 }
 
-std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(const Arguments& arguments,
-                                                 std::string& complaint) {
-    auto manager = YGHttpReqUrlMgr::make();
+std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(const Arguments& arguments, std::string& complaint,
+                                                 DiagnosticsSink* sink) {
+    auto manager = YGHttpReqUrlMgr::make(sink);
     manager->readUrlModelFromFile();
     if (arguments.refresh) {
         if (const auto server = currentHost()->configServer())

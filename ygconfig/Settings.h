@@ -35,7 +35,7 @@ void declareRefresh(CLI::App& app, Arguments& arguments);
 /// A manager that has read the stored list. With --refresh it waits for a download to end, and says
 /// so on standard error when that takes longer than a second. `complaint` gets what speaks against
 /// a download. The host of the root folder must be installed.
-std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(const Arguments& arguments,
-                                                 std::string& complaint);
+std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(const Arguments& arguments, std::string& complaint,
+                                                 DiagnosticsSink* sink = nullptr);
 
 }  // namespace yg::tool

@@ -2,12 +2,14 @@
 #include "ygconfig/Commands.h"
 #include "ygconfig/Events.h"
 #include "ygconfig/EventsView.h"
+#include "ygconfig/UnreadableFiles.h"
 
 namespace yg::tool {
 
 Answer showEvents(const Session& session) {
-    const auto loader = loadEvents(session.arguments);
-    return {EventsView(*loader, session.colour).events()};
+    UnreadableFiles unreadable;
+    const auto loader = loadEvents(session.arguments, &unreadable);
+    return {EventsView(*loader, session.colour).events(), ExitCode::answer, unreadable.complaint()};
 }
 
 }  // namespace yg::tool

@@ -5,12 +5,16 @@
 #include "ygconfig/Servers.h"
 #include "ygconfig/Settings.h"
 #include "ygconfig/SettingsView.h"
+#include "ygconfig/UnreadableFiles.h"
 
 namespace yg::tool {
 
 Answer showRequestUrls(const Session& session) {
     std::string complaint;
-    const auto manager = loadRequestUrls(session.arguments, complaint);
+    UnreadableFiles unreadable;
+    const auto manager = loadRequestUrls(session.arguments, complaint, &unreadable);
+    if (complaint.empty())
+        complaint = unreadable.complaint();
     const auto path = withoutRoot(
         session.arguments,
         YGFrameComFun::getStorageFilePath(1, std::nullopt, "request_urls_json.txt", false));

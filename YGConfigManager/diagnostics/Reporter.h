@@ -43,6 +43,16 @@ public:
             sink_->usedAttribute(element, attribute);
     }
 
+    /// The attributes of an element whose reader knows no other than `known`, if any.
+    void attributesBut(const xml::Element& element, std::string_view known) const {
+        if (!sink_)
+            return;
+        for (const xml::Attribute attribute : element.attributes()) {
+            if (attribute.name != known)
+                report(rules::unknownAttribute, element, attribute.name, attribute.value);
+        }
+    }
+
     /// A node that is no element, where elements alone are read; comments and instructions are no
     /// content.
     void stray(const xml::Node& node) const {

@@ -3,7 +3,9 @@
 // What the event loader tells diagnostics of an entry's attributes and content. Internal.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <string_view>
 
 #include "YGConfigManager/diagnostics/Reporter.h"
@@ -18,11 +20,7 @@ inline constexpr std::string_view eventSectionNames[] = {"command_event", "event
                                                          "element_event"};
 
 inline bool isEventSectionName(std::string_view name) {
-    for (const std::string_view section : eventSectionNames) {
-        if (name == section)
-            return true;
-    }
-    return false;
+    return std::ranges::find(eventSectionNames, name) != std::end(eventSectionNames);
 }
 
 /// Reports an entry that has an effect: its attributes, which make a record by the table if
@@ -57,19 +55,6 @@ void reportEventEntry(const Reporter& reporter, const xml::Element& entry,
             reporter.used(entry, attribute.name);
     }
     reporter.unread(entry, rules::contentInEventEntry);
-}
-
-/// Reports the attributes of an element that reads `known` alone.
-inline void reportEventAttributesBut(const Reporter& reporter, const xml::Element& element,
-                                     std::string_view known) {
-    if (!reporter)
-        return;
-    for (const xml::Attribute attribute : element.attributes()) {
-        if (attribute.name == known)
-            reporter.used(element, attribute.name);
-        else
-            reporter.report(rules::unknownAttribute, element, attribute.name, attribute.value);
-    }
 }
 
 }  // namespace yg

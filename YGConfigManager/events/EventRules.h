@@ -60,7 +60,7 @@ inline constexpr Rule contentInEventEntry{"content-in-event-entry", Handling::dr
 // Attributes.
 inline constexpr Rule dispatchSpelling{
     "dispatch-spelling", Handling::dropped,
-    "The attribute is \"disptch\" in templates and \"dispatch\" in commands and groups."};
+    R"(The attribute is "disptch" in templates and "dispatch" in commands and groups.)"};
 inline constexpr Rule attributeWithoutEvent{
     "attribute-without-event", Handling::dropped,
     "This entry only includes a template; it defines no event that the attribute could belong "

@@ -96,14 +96,15 @@ void YGEventLoader::readTemplate(const xml::Element& section, const PendingTempl
         if (isEvent) {
             auto event = std::make_shared<YGEventData>();
             readAttributes(entry, templateEventAttributes, *event);
-            define(read, entry, std::move(event));
+            define(read, entry, event);
         }
         reportEventEntry(reporter, entry, templateEventAttributes, isEvent,
                          isInclude ? nullptr : &rules::emptySrc);
         if (isInclude)
             include(read, entry, *source.templateName, pending);
     }
-    reportEventAttributesBut(reporter, section, "name");
+    reporter.used(section, "name");
+    reporter.attributesBut(section, "name");
     if (read.events.empty()) {
         reporter.report(rules::templateWithoutEvents, section, {}, *name);
         return;
@@ -140,7 +141,7 @@ void YGEventLoader::loadSingleElementEvent(const xml::Element& section) {
                 reporter.report(rules::eventWithoutName, entry);
                 continue;
             }
-            define(read, entry, std::move(event));
+            define(read, entry, event);
             reportEventEntry(reporter, entry, elementEventAttributes, true, &rules::srcOnEvent);
             continue;
         }
@@ -154,14 +155,15 @@ void YGEventLoader::loadSingleElementEvent(const xml::Element& section) {
         include(read, entry, *source.templateName, {});
     }
     reporter.used(section);
-    reportEventAttributesBut(reporter, section, "name");
+    reporter.used(section, "name");
+    reporter.attributesBut(section, "name");
     if (elementEventDatas_.set(*name, std::move(read.events)))
         reporter.report(rules::duplicateEventGroup, section, "name", *name);
 }
 
 /// Stores an event under its name, which is there.
 void YGEventLoader::define(Section& section, const xml::Element& entry,
-                           std::shared_ptr<YGEventData> event) {
+                           const std::shared_ptr<YGEventData>& event) {
     const std::string& name = *event->eventName();
     const bool replaces = section.events.set(name, event);
     const Reporter reporter(sink_);

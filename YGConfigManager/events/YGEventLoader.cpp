@@ -52,7 +52,7 @@ void YGEventLoader::loadCommandEvent(const xml::Element& section) {
         return;
     }
     reporter.used(section);
-    reportEventAttributesBut(reporter, section, {});
+    reporter.attributesBut(section, {});
     for (const xml::Node& child : section.children()) {
         if (!child.isElement()) {
             reporter.stray(child);
@@ -104,7 +104,7 @@ void YGEventLoader::reportDocument(const xml::Element& root) const {
         return;
     }
     reporter.used(root);
-    reportEventAttributesBut(reporter, root, {});
+    reporter.attributesBut(root, {});
     for (const xml::Node& child : root.children()) {
         if (!child.isElement())
             reporter.stray(child);

@@ -98,7 +98,8 @@ private:
 
     std::optional<std::string_view> usableName(const xml::Element& section) const;
     void readTemplate(const xml::Element& section, const PendingTemplates& pending);
-    void define(Section& section, const xml::Element& entry, std::shared_ptr<YGEventData> event);
+    void define(Section& section, const xml::Element& entry,
+                const std::shared_ptr<YGEventData>& event);
     void include(Section& section, const xml::Element& entry, std::string_view templateName,
                  const PendingTemplates& pending);
     void reportDocument(const xml::Element& root) const;

@@ -48,11 +48,8 @@ xml::Element firstSection(const Reporter& reporter, const xml::Document& documen
 
 /// An element that is used and has no attributes to read.
 void reportBare(const Reporter& reporter, const xml::Element& element) {
-    if (!reporter)
-        return;
     reporter.used(element);
-    for (const xml::Attribute attribute : element.attributes())
-        reporter.report(rules::unknownAttribute, element, attribute.name, attribute.value);
+    reporter.attributesBut(element, {});
 }
 
 bool isSection(std::string_view name, bool isInMap) {

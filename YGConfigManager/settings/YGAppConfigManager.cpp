@@ -58,21 +58,13 @@ bool isElementName(std::string_view name) {
 
 /// What in a file has an effect, and what has none.
 void reportSettings(const xml::Element& root, const Reporter& reporter) {
-    const auto reportAttributes = [&](const xml::Element& element, std::string_view known) {
-        for (const xml::Attribute attribute : element.attributes()) {
-            if (attribute.name == known)
-                reporter.used(element, attribute.name);
-            else
-                reporter.report(rules::unknownAttribute, element, attribute.name, attribute.value);
-        }
-    };
     if (root.name() != rootName) {
         reporter.report(rules::settingsRootName, root, {}, root.name());
         return;
     }
     RecordMap<bool> seen;
     reporter.used(root);
-    reportAttributes(root, {});
+    reporter.attributesBut(root, {});
     for (const xml::Node& child : root.children()) {
         if (!child.isElement()) {
             reporter.stray(child);
@@ -80,7 +72,7 @@ void reportSettings(const xml::Element& root, const Reporter& reporter) {
         }
         const xml::Element section(child);
         reporter.used(section);
-        reportAttributes(section, {});
+        reporter.attributesBut(section, {});
         for (const xml::Node& grandchild : section.children()) {
             if (!grandchild.isElement()) {
                 reporter.stray(grandchild);
@@ -92,7 +84,9 @@ void reportSettings(const xml::Element& root, const Reporter& reporter) {
                 continue;
             }
             reporter.used(item);
-            reportAttributes(item, "description");
+            if (item.attribute("description"))
+                reporter.used(item, "description");
+            reporter.attributesBut(item, "description");
             for (const xml::Node& part : item.children()) {
                 if (part.isElement())
                     reporter.report(rules::elementInText, part, {}, part.name());

@@ -44,15 +44,9 @@ void reportTable(const xml::Element& root, const Reporter& reporter) {
         reporter.report(rules::webPageRootName, root, {}, root.name());
         return;
     }
-    const auto reportAttributesBut = [&](const xml::Element& element, std::string_view known) {
-        for (const xml::Attribute attribute : element.attributes()) {
-            if (attribute.name != known)
-                reporter.report(rules::unknownAttribute, element, attribute.name, attribute.value);
-        }
-    };
     RecordMap<bool> seen;
     reporter.used(root);
-    reportAttributesBut(root, {});
+    reporter.attributesBut(root, {});
     for (const xml::Node& child : root.children()) {
         if (!child.isElement()) {
             reporter.stray(child);
@@ -77,7 +71,7 @@ void reportTable(const xml::Element& root, const Reporter& reporter) {
             reporter.report(rules::keyWithApostrophe, entry, "key", *key);
         else
             reporter.used(entry, "key");
-        reportAttributesBut(entry, "key");
+        reporter.attributesBut(entry, "key");
         for (const xml::Node& part : entry.children()) {
             if (part.isElement())
                 reporter.report(rules::elementInText, part, {}, part.name());

@@ -10,23 +10,25 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 
 #include "Target.h"
 
 namespace yg::fuzz {
 
+/// A new folder, in memory where that is possible: each write is brought to the disk.
+inline std::string makeFolder() {
+    const bool hasMemory = ::access("/dev/shm", W_OK | X_OK) == 0;
+    std::string folder =
+        (hasMemory ? std::filesystem::path("/dev/shm") : std::filesystem::temp_directory_path()) /
+        "yg-fuzz-XXXXXX";
+    require(::mkdtemp(folder.data()) != nullptr, "there is a temporary folder");
+    return folder;
+}
+
 class StoredFile {
 public:
-    StoredFile() {
-        // In memory where that is possible: each write is brought to the disk.
-        std::error_code ignored;
-        const std::filesystem::path memory = "/dev/shm";
-        folder_ = (std::filesystem::is_directory(memory, ignored)
-                       ? memory
-                       : std::filesystem::temp_directory_path()) /
-                  "yg-fuzz-XXXXXX";
-        require(::mkdtemp(folder_.data()) != nullptr, "there is a temporary folder");
-    }
+    StoredFile() = default;
     StoredFile(const StoredFile&) = delete;
     StoredFile& operator=(const StoredFile&) = delete;
     ~StoredFile() {
@@ -43,7 +45,7 @@ public:
     }
 
 private:
-    std::string folder_;
+    const std::string folder_ = makeFolder();
 };
 
 }  // namespace yg::fuzz

@@ -19,6 +19,7 @@
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 
 #include "Loaders.h"
+#include "StoredFile.h"
 #include "Target.h"
 
 namespace {
@@ -34,15 +35,7 @@ using yg::fuzz::textOf;
 /// A folder that goes with the process, with the files of one input.
 class Folder {
 public:
-    Folder() {
-        std::error_code ignored;
-        const std::filesystem::path memory = "/dev/shm";
-        path_ = (std::filesystem::is_directory(memory, ignored)
-                     ? memory
-                     : std::filesystem::temp_directory_path()) /
-                "yg-fuzz-XXXXXX";
-        require(::mkdtemp(path_.data()) != nullptr, "there is a temporary folder");
-    }
+    Folder() = default;
     Folder(const Folder&) = delete;
     Folder& operator=(const Folder&) = delete;
     ~Folder() {
@@ -55,7 +48,7 @@ public:
     }
 
 private:
-    std::string path_;
+    const std::string path_ = yg::fuzz::makeFolder();
 };
 
 class PaletteHost final : public LoggingHost {

@@ -10,7 +10,6 @@
 #include <fstream>
 #include <memory>
 #include <optional>
-#include <stdlib.h>
 #include <string>
 #include <string_view>
 #include <system_error>

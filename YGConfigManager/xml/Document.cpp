@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "YGConfigManager/files/ReadFile.h"
+#include "YGConfigManager/text/Utf8.h"
 #include "YGConfigManager/xml/Decoding.h"
 #include "YGConfigManager/xml/Parser.h"
 #include "YGConfigManager/xml/Query.h"
@@ -14,50 +15,58 @@ namespace yg::xml {
 
 namespace {
 
-struct Reading {
-    std::shared_ptr<Tree> tree;
-    std::string error;
-};
+constexpr const char* outOfMemory = "out of memory";
 
-Reading read(Decoded decoded, std::string_view file, ParseOptions options) {
-    if (!decoded.error.empty())
-        return {nullptr, std::move(decoded.error)};
-    Parsed parsed =
-        parseUtf8(decoded.text, options.positions ? std::make_shared<std::string>(file) : nullptr);
-    return {std::move(parsed.tree), std::move(parsed.error)};
+/// Decodes and parses what `read` answers. `path` is kept as the file of positions.
+template <class Read>
+Parsed parsed(Read read, std::string_view path, ParseOptions options) {
+    try {
+        Decoded decoded = read();
+        if (!decoded.error.empty())
+            return {nullptr, std::move(decoded.error)};
+        return parseUtf8(decoded.text,
+                         options.positions ? std::make_shared<std::string>(path) : nullptr);
+    } catch (const std::exception&) {
+        return {nullptr, outOfMemory};
+    }
 }
 
 }  // namespace
 
-Document::Document() : tree_(std::make_shared<Tree>()) {}
+bool Document::canBeRead(const std::string& text) {
+    try {
+        return text.size() <= files::largestFileRead && text::isValidUtf8(text) && isReadable(text);
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+ParseResult Document::result(Parsed parsed) {
+    return {Document(std::move(parsed.tree)), std::move(parsed.error)};
+}
 
 ParseResult Document::parseFile(std::string_view path, ParseOptions options) {
-    const files::FileReading file = files::readWholeFile(path);
-    if (!file)
-        return {Document(), file.error};
-    Reading reading = read(decodeXml(file.bytes), path, options);
-    return {reading.tree ? Document(std::move(reading.tree)) : Document(),
-            std::move(reading.error)};
+    const auto read = [&]() -> Decoded {
+        files::FileReading file = files::readWholeFile(path);
+        return file ? decodeXml(file.bytes) : Decoded{{}, std::move(file.error)};
+    };
+    return result(parsed(read, path, options));
 }
 
 ParseResult Document::parseBytes(std::string_view bytes, ParseOptions options) {
-    Reading reading = read(decodeXml(bytes), {}, options);
-    return {reading.tree ? Document(std::move(reading.tree)) : Document(),
-            std::move(reading.error)};
+    return result(parsed([&] { return decodeXml(bytes); }, {}, options));
 }
 
 ParseResult Document::parseText(std::string_view text, ParseOptions options) {
-    Reading reading = read(decodeUtf8(text), {}, options);
-    return {reading.tree ? Document(std::move(reading.tree)) : Document(),
-            std::move(reading.error)};
+    return result(parsed([&] { return decodeUtf8(text); }, {}, options));
 }
 
 Element Document::root() const {
-    return Tree::element(tree_, tree_->root());
+    return tree_ ? Tree::element(tree_, tree_->root()) : Element();
 }
 
 std::vector<Node> Document::query(const Query& query) const {
-    return Tree::select(tree_, {}, query);
+    return tree_ ? Tree::select(tree_, {}, query) : std::vector<Node>();
 }
 
 std::vector<Node> Document::query(std::string_view query) const {
@@ -65,14 +74,15 @@ std::vector<Node> Document::query(std::string_view query) const {
 }
 
 Document Document::copy() const {
+    if (!tree_)
+        return {};
     auto copy = std::make_shared<Tree>();
     copy->standalone = tree_->standalone;
     copy->doctype = tree_->doctype;
     for (pugi::xml_node child : tree_->memory.children()) {
         if (child == tree_->keep)
             continue;
-        const pugi::xml_node copied = copy->memory.append_copy(child);
-        copy->copyPlaces(*tree_, child, copied);
+        const pugi::xml_node copied = copy->insertCopy(copy->memory, {}, *tree_, child);
         if (child == tree_->nodeAfterDoctype)
             copy->nodeAfterDoctype = copied;
     }
@@ -81,12 +91,13 @@ Document Document::copy() const {
 
 std::string Document::serialise(Form form) const {
     std::string out;
-    serialiseDocument(out, *tree_, form);
+    if (tree_)
+        serialiseDocument(out, *tree_, form);
     return out;
 }
 
 void Document::releaseRemoved() {
-    if (tree_.use_count() == 1)
+    if (tree_ && tree_.use_count() == 1)
         tree_->freeRemoved();
 }
 

@@ -16,6 +16,7 @@
 namespace yg::xml {
 
 struct ParseResult;
+struct Parsed;
 
 struct ParseOptions {
     /// Keep file, line and column of every element and attribute.
@@ -24,15 +25,19 @@ struct ParseOptions {
 
 class YG_EXPORT Document {
 public:
-    /// A document without a root element.
-    Document();
+    /// A document without a root element; one that was moved from is such a document, too.
+    Document() = default;
 
     /// Reads a file. Only well-formed XML 1.0 gives a document, in UTF-8, UTF-16 with a mark or a
-    /// declared encoding (the GBK family, Big5, Latin sets …). Nothing is fetched: external
-    /// entities do not exist. Elements nest 256 levels below the root at the most and have 256
-    /// attributes; a value or a text has 10 MB, and entities add 10 MB. On failure the result holds
-    /// a description: the file and the cause when it cannot be read, otherwise `Line N: message`
-    /// for each error, joined with "; ".
+    /// declared encoding (the GBK family, Big5, Latin sets …). Nothing is fetched, and the only
+    /// entities are the five of XML: a document type with an internal subset is an error. So is
+    /// what is beyond the limits: elements nest 256 levels below the root and have 256
+    /// attributes; a name has 50,000 bytes, a value 10,000,000 bytes, a text between two tags as
+    /// many as it is written; a document has 100,000 different names and, at any one place, 64
+    /// namespace declarations. On failure the result holds a description: the file and the cause
+    /// when it cannot be read, "out of memory", otherwise `Line N: message` for each error, joined
+    /// with
+    /// "; ". Nothing is thrown.
     static ParseResult parseFile(std::string_view path, ParseOptions options = {});
 
     /// The same for bytes in whatever encoding they declare.
@@ -56,14 +61,21 @@ public:
     /// feed; the plain form has neither. "" for a document without a root element.
     std::string serialise(Form form) const;
 
+    /// Whether a file of this UTF-8 text could be read, for what is saved must be readable at the
+    /// next start. Takes less than a parse. False also when memory does not suffice; nothing is
+    /// thrown.
+    static bool canBeRead(const std::string& text);
+
     /// Frees what was taken out of the document, when no element handle is left that could reach
     /// it; otherwise nothing happens. For documents that live long and change often.
     void releaseRemoved();
 
 private:
+    static ParseResult result(Parsed parsed);
+
     explicit Document(std::shared_ptr<Tree> tree) : tree_(std::move(tree)) {}
 
-    std::shared_ptr<Tree> tree_;
+    std::shared_ptr<Tree> tree_;  ///< null without a root element
 };
 
 /// What a parse answers: a document, or a description of why there is none.

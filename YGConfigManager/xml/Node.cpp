@@ -10,29 +10,22 @@ namespace yg::xml {
 
 namespace {
 
-bool isBlank(std::string_view text) {
-    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
-}
-
 bool isText(pugi::xml_node node) {
     return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
 }
 
-std::shared_ptr<Tree> treeWithCopyOf(const Tree& source, pugi::xml_node node) {
-    auto tree = std::make_shared<Tree>();
-    tree->copyPlaces(source, node, tree->memory.append_copy(node));
-    return tree;
+/// The white space alone that is an element's only content; empty when there is none. No handle can
+/// stand for it.
+pugi::xml_node blankContent(pugi::xml_node element) {
+    const pugi::xml_node first = element.first_child();
+    return !first.next_sibling() && isBlankText(first) ? first : pugi::xml_node();
 }
 
-/// White space that was an element's only content goes when the element gets children. No handle
-/// can stand for it.
-void dropBlankText(pugi::xml_node element) {
-    for (pugi::xml_node child = element.first_child(); child;) {
-        const pugi::xml_node next = child.next_sibling();
-        if (isBlankText(child))
-            element.remove_child(child);
-        child = next;
-    }
+/// Whether a node is `top` or below it.
+bool isInside(pugi::xml_node node, pugi::xml_node top) {
+    while (node && node != top)
+        node = node.parent();
+    return static_cast<bool>(node);
 }
 
 pugi::xml_attribute rawAttribute(RawAttribute* attribute) {
@@ -113,8 +106,8 @@ Node Node::nextSibling() const {
 Node Node::copy() const {
     if (!node_)
         return {};
-    auto tree = treeWithCopyOf(*tree_, Tree::raw(*this));
-    const pugi::xml_node top = tree->memory.first_child();
+    auto tree = std::make_shared<Tree>();
+    const pugi::xml_node top = tree->insertCopy(tree->memory, {}, *tree_, Tree::raw(*this));
     return Tree::node(std::move(tree), top);
 }
 
@@ -128,8 +121,10 @@ Node Node::replaceWith(const Node& replacement) {
         return {};
     pugi::xml_node here = Tree::raw(*this);
     const pugi::xml_node source = Tree::raw(replacement);
-    const pugi::xml_node copy = here.parent().insert_copy_before(source, here);
-    tree_->copyPlaces(*Tree::treeOf(replacement), source, copy);
+    if (Tree::treeOf(replacement) == tree_ && isInside(here, source))
+        return replaceWith(replacement.copy());
+    const pugi::xml_node copy =
+        tree_->insertCopy(here.parent(), here, *Tree::treeOf(replacement), source);
     tree_->takeOut(here);
     return Tree::node(tree_, copy);
 }
@@ -166,7 +161,8 @@ Element Element::create(std::string_view name) {
     if (!isXmlName(name))
         return {};
     auto tree = std::make_shared<Tree>();
-    const pugi::xml_node top = tree->memory.append_child(std::string(name).c_str());
+    const pugi::xml_node top = made(tree->memory.append_child(pugi::node_element));
+    setName(top, std::string(name).c_str());
     return Tree::element(std::move(tree), top);
 }
 
@@ -184,16 +180,26 @@ Attributes Element::attributes() const {
 bool Element::setAttribute(std::string_view name, std::string_view value) {
     if (!node_ || !isXmlName(name))
         return false;
-    pugi::xml_node element = Tree::raw(*this);
-    pugi::xml_attribute attribute = findAttribute(element, name);
-    if (!attribute)
-        attribute = element.append_attribute(std::string(name).c_str());
     const std::string stored = storableText(value);
-    return attribute.set_value(stored.data(), stored.size());
+    pugi::xml_node element = Tree::raw(*this);
+    if (const pugi::xml_attribute attribute = findAttribute(element, name)) {
+        setValue(attribute, stored);
+        return true;
+    }
+    pugi::xml_attribute added = made(element.append_attribute(""));
+    if (!added.set_name(std::string(name).c_str()) ||
+        !added.set_value(stored.data(), stored.size())) {
+        element.remove_attribute(added);
+        throw std::bad_alloc();
+    }
+    return true;
 }
 
 bool Element::rename(std::string_view name) {
-    return node_ && isXmlName(name) && Tree::raw(*this).set_name(std::string(name).c_str());
+    if (!node_ || !isXmlName(name))
+        return false;
+    setName(Tree::raw(*this), std::string(name).c_str());
+    return true;
 }
 
 bool Element::setContent(std::string_view text) {
@@ -201,18 +207,34 @@ bool Element::setContent(std::string_view text) {
         return false;
     pugi::xml_node element = Tree::raw(*this);
     const std::string stored = storableText(text);
-    dropBlankText(element);
 
     // One text for another is the common case, and needs no node to be taken out. Blank text is
     // hidden, so a handle must not come to stand on it.
-    pugi::xml_node only = element.first_child();
-    if (only.type() == pugi::node_pcdata && !only.next_sibling() && !isBlank(stored))
-        return only.set_value(stored.data(), stored.size());
+    const pugi::xml_node only = element.first_child();
+    if (only.type() == pugi::node_pcdata && !only.next_sibling() && !isBlank(stored)) {
+        setValue(only, stored);
+        return true;
+    }
 
-    while (const pugi::xml_node child = element.first_child())
-        tree_->takeOut(child);
-    return stored.empty() ||
-           element.append_child(pugi::node_pcdata).set_value(stored.data(), stored.size());
+    // What can fail comes first.
+    tree_->prepareTakingOut();
+    pugi::xml_node content;
+    if (!stored.empty()) {
+        content = made(element.append_child(pugi::node_pcdata));
+        if (!content.set_value(stored.data(), stored.size())) {
+            element.remove_child(content);
+            throw std::bad_alloc();
+        }
+    }
+    for (pugi::xml_node child = element.first_child(); child != content;) {
+        const pugi::xml_node next = child.next_sibling();
+        if (isBlankText(child))
+            element.remove_child(child);
+        else
+            tree_->takeOut(child);
+        child = next;
+    }
+    return true;
 }
 
 Children Element::children() const {
@@ -253,22 +275,26 @@ Node Element::childAt(std::size_t index) const {
 }
 
 Node Element::appendChild(const Node& child) {
-    return insertChild(child, static_cast<std::size_t>(-1));
+    return insertBefore({}, child);
 }
 
 Node Element::insertChild(const Node& child, std::size_t index) {
+    return insertBefore(childAt(index), child);
+}
+
+Node Element::insertBefore(const Node& next, const Node& child) {
     if (!node_ || !child)
         return {};
-    // Positions are copied side by side, which a copy inside its own source would confuse.
-    if (Tree::treeOf(child) == tree_ && !tree_->places.empty())
-        return insertChild(child.copy(), index);
     pugi::xml_node element = Tree::raw(*this);
-    dropBlankText(element);
     const pugi::xml_node source = Tree::raw(child);
-    const Node before = childAt(index);
-    const pugi::xml_node copy = before ? element.insert_copy_before(source, Tree::raw(before))
-                                       : element.append_copy(source);
-    tree_->copyPlaces(*Tree::treeOf(child), source, copy);
+    if (Tree::treeOf(child) == tree_ && isInside(element, source))
+        return insertBefore(next, child.copy());
+    const pugi::xml_node blank = blankContent(element);
+    const pugi::xml_node copy =
+        tree_->insertCopy(element, Tree::raw(next), *Tree::treeOf(child), source);
+    // White space is content only as long as there is nothing else.
+    if (blank)
+        element.remove_child(blank);
     return Tree::node(tree_, copy);
 }
 

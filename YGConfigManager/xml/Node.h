@@ -51,8 +51,20 @@ struct Attribute {
 
 class YG_EXPORT Node {
 public:
-    /// The empty handle.
+    /// The empty handle; one that was moved from is empty, too.
     Node() = default;
+    Node(const Node&) = default;
+    Node& operator=(const Node&) = default;
+    Node(Node&& other) noexcept
+        : tree_(std::move(other.tree_)), node_(std::exchange(other.node_, nullptr)) {}
+    Node& operator=(Node&& other) noexcept {
+        // In two steps, so that an assignment to itself changes nothing.
+        RawNode* const node = std::exchange(other.node_, nullptr);
+        tree_ = std::shared_ptr<Tree>(std::move(other.tree_));
+        node_ = node;
+        return *this;
+    }
+    ~Node() = default;
 
     /// True when there is a node.
     explicit operator bool() const { return node_ != nullptr; }
@@ -244,6 +256,10 @@ private:
     friend class Node;
     friend class Document;
     friend struct Tree;
+
+    /// Before `next`, or as the last child when that is empty.
+    Node insertBefore(const Node& next, const Node& child);
+
     Element(std::shared_ptr<Tree> tree, RawNode* node) : Node(std::move(tree), node) {}
 };
 

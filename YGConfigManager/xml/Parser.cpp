@@ -3,10 +3,9 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 #include <limits>
+#include <new>
 #include <optional>
-#include <set>
 #include <utility>
 
 #include <libxml/SAX2.h>
@@ -20,26 +19,22 @@ namespace yg::xml {
 
 namespace {
 
-/// What entities may add to a text. The guards of libxml2 alone let a text of 130 KB that refers
-/// to one long entity again and again grow to gigabytes.
-constexpr std::size_t entityLimit = 10'000'000;
-
-/// What a node or an attribute from an entity counts beside its text.
-constexpr std::size_t nodeCost = 64;
-
-/// References that a text may hold, those inside entities counted each time. The guards of libxml2
-/// do not see entities that add nothing and refer to each other.
-constexpr std::size_t generalReferenceLimit = 1'000'000;
-constexpr std::size_t parameterReferenceLimit = 1'000;
-
-/// A text between two tags; libxml2 has the same limit for what it reads in one piece.
+/// A text between two tags, as it is written; libxml2 has the same limit for what it reads in one
+/// piece.
 constexpr std::size_t textLimit = 10'000'000;
-
-/// Levels of elements; libxml2 has the same limit, but not for what entities put together.
-constexpr std::size_t depthLimit = 257;
 
 /// Attributes of one element. libxml2 compares each with all others.
 constexpr std::size_t attributeLimit = 256;
+
+/// Different names of elements, attributes and instructions. The dictionary of libxml2 stops
+/// growing, and each look-up then takes longer with every name.
+constexpr int nameLimit = 100'000;
+
+/// Namespace declarations that hold at one place. libxml2 goes through them for each prefix.
+constexpr int namespaceLimit = 64;
+
+/// Bytes of one name, its prefix included; libxml2 has the same limit for each of the two.
+constexpr std::size_t nameLengthLimit = 50'000;
 
 /// Further errors of one text say nothing new, and some texts would give one for each byte.
 constexpr std::size_t errorLimit = 8;
@@ -49,112 +44,104 @@ const char* chars(const xmlChar* text) {
     return reinterpret_cast<const char*>(text);
 }
 
-constexpr std::string_view blanks = " \t\r\n";
-
-bool isBlank(std::string_view text) {
-    return text.find_first_not_of(blanks) == std::string_view::npos;
-}
-
 int lineAt(std::string_view text, std::size_t at) {
     return static_cast<int>(
         1 + std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
 }
 
-/// Where the start tag at `at` ends, behind its ">", if it has that many attributes at the most.
-std::optional<std::size_t> endOfTag(std::string_view text, std::size_t at) {
+/// The length of the start tag that a piece begins with, up to its ">", if it has that many
+/// attributes at the most. The piece ends before the next "<", which no tag can hold.
+std::optional<std::size_t> lengthOfTag(std::string_view piece) {
     std::size_t attributes = 0;
-    while ((at = text.find_first_of("\"'>", at)) != std::string_view::npos) {
-        if (text[at] == '>')
+    std::size_t at = 0;
+    while ((at = piece.find_first_of("\"'>", at)) != std::string_view::npos) {
+        if (piece[at] == '>')
             return at + 1;
         if (++attributes > attributeLimit)
             return std::nullopt;
-        at = text.find(text[at], at + 1);
+        at = piece.find(piece[at], at + 1);
         if (at == std::string_view::npos)
             break;
         ++at;
     }
-    return text.size();
+    return piece.size();
 }
 
-/// Looks for what libxml2 would take too long or too much memory for, before it reads the text.
-/// Answers the place and the fault.
+/// Looks for what libxml2 would take too long for or read without a limit, before it reads the
+/// text. Each byte is looked at a fixed number of times. Answers the place and the fault.
 std::optional<std::pair<std::size_t, const char*>> excess(std::string_view text) {
     constexpr std::size_t shortest = 5;  // of an attribute, with the blank before it
-    const auto behind = [&](std::string_view end, std::size_t from) {
-        const std::size_t found = text.find(end, from);
-        return found == std::string_view::npos ? text.size() : found + end.size();
-    };
+    constexpr std::pair<std::string_view, std::string_view> constructs[] = {
+        {"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
     for (std::size_t at = text.find('<'); at < text.size();) {
-        std::size_t next = at + 1;
-        if (text.substr(at, 4) == "<!--")
-            next = behind("-->", at + 4);
-        else if (text.substr(at, 9) == "<![CDATA[")
-            next = behind("]]>", at + 9);
-        else if (text.substr(at, 2) == "<?")
-            next = behind("?>", at + 2);
-        next = std::min(text.find('<', next), text.size());
-        if (next - at > attributeLimit * shortest && text[at + 1] != '!' && text[at + 1] != '?') {
-            const std::optional<std::size_t> end = endOfTag(text, at);
-            if (!end)
-                return std::pair(at, "More than 256 attributes");
-            if (next > *end && next - *end > textLimit)
-                return std::pair(at, "Text is longer than 10 MB");
+        std::size_t end = at + 1;
+        bool isTag = true;
+        for (const auto& [opening, closing] : constructs) {
+            if (text.substr(at, opening.size()) != opening)
+                continue;
+            const std::size_t found = text.find(closing, at + opening.size());
+            end = found == std::string_view::npos ? text.size() : found + closing.size();
+            isTag = false;
         }
+        const std::size_t next = std::min(text.find('<', end), text.size());
+        if (isTag && next - at > attributeLimit * shortest) {
+            const auto length = lengthOfTag(text.substr(at, next - at));
+            if (!length)
+                return std::pair(at, "More than 256 attributes");
+            end = at + *length;
+        }
+        if (next > end && next - end > textLimit)
+            return std::pair(at, "Text is longer than 10 MB");
         at = next;
     }
     return std::nullopt;
 }
 
 struct ContextDeleter {
-    void operator()(xmlParserCtxt* context) const {
-        xmlFreeDoc(context->myDoc);
-        xmlFreeParserCtxt(context);
-    }
+    void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
 };
 
-/// A libxml2 context that reads a text. Stays where it is made: the parser points to it.
+/// A libxml2 context that reads a text.
 class Context {
 public:
-    Context() = default;
-    Context(const Context&) = delete;
-    Context& operator=(const Context&) = delete;
-
-    /// False for an empty text.
-    bool open(std::string_view text, const xmlSAXHandler& sax, void* user) {
+    /// `text` ends with a NUL character, and lives as long as this. Throws when memory does not
+    /// suffice.
+    Context(const std::string& text, const xmlSAXHandler& sax, void* reader) {
         static const bool initialised = (xmlInitParser(), true);
         static_cast<void>(initialised);
-        // libxml2 looks back over what it was given in one piece, up to a limit; beyond it takes
-        // pieces.
-        constexpr std::size_t inOnePiece = 9'000'000;
-        rest_ = text;
-        if (text.size() <= inOnePiece)
-            context_.reset(xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size())));
-        else
-            context_.reset(xmlCreateIOParserCtxt(nullptr, nullptr, readPiece, nullptr, this,
-                                                 XML_CHAR_ENCODING_NONE));
-        if (!context_)
-            return false;
+        context_.reset(xmlNewParserCtxt());
+        // An input without a buffer of its own is neither copied nor read in pieces, and what lies
+        // behind the parser in it has no limit.
+        xmlParserInput* const input =
+            context_ ? xmlNewStringInputStream(context_.get(),
+                                               reinterpret_cast<const xmlChar*>(text.c_str()))
+                     : nullptr;
+        if (!input)
+            throw std::bad_alloc();
+        if (inputPush(context_.get(), input) < 0) {
+            xmlFreeInputStream(input);
+            throw std::bad_alloc();
+        }
         *context_->sax = sax;
-        context_->userData = user;
+        // Some messages come with the context in place of its user data, so that is the context
+        // too, for all callbacks alike.
+        context_->userData = context_.get();
+        context_->_private = reader;
         xmlCtxtUseOptions(context_.get(), XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
-        return true;
+    }
+
+    /// What was given as `reader`.
+    template <class Reader>
+    static Reader& readerOf(void* context) {
+        return *static_cast<Reader*>(static_cast<xmlParserCtxt*>(context)->_private);
     }
 
     xmlParserCtxt* get() const { return context_.get(); }
     xmlParserCtxt* operator->() const { return context_.get(); }
-    explicit operator bool() const { return context_ != nullptr; }
+    const xmlParserCtxt& operator*() const { return *context_; }
 
 private:
-    static int readPiece(void* user, char* buffer, int length) {
-        Context& self = *static_cast<Context*>(user);
-        const std::string_view piece = self.rest_.substr(0, static_cast<std::size_t>(length));
-        std::memcpy(buffer, piece.data(), piece.size());
-        self.rest_.remove_prefix(piece.size());
-        return static_cast<int>(piece.size());
-    }
-
     std::unique_ptr<xmlParserCtxt, ContextDeleter> context_;
-    std::string_view rest_;
 };
 
 void noteStandalone(Tree& tree, const xmlParserCtxt& context) {
@@ -169,7 +156,8 @@ public:
         if (full())
             return;
         const std::size_t end = message.find_last_not_of(" \n");
-        std::string one(message.substr(0, end == std::string_view::npos ? 0 : end + 1));
+        std::string one =
+            storableText(message.substr(0, end == std::string_view::npos ? 0 : end + 1));
         if (one.size() > messageLimit) {
             // Some messages quote what they found, however long.
             one.resize(text::validUtf8Prefix(one.substr(0, messageLimit)));
@@ -177,12 +165,6 @@ public:
         }
         std::replace(one.begin(), one.end(), '\n', ' ');
         text_ += (count_++ == 0 ? "Line " : "; Line ") + std::to_string(line) + ": " + one;
-    }
-
-    /// What libxml2 reports. A prefix that is not declared is no error: names count as written.
-    void add(const xmlError& error) {
-        if (error.domain != XML_FROM_NAMESPACE && error.level >= XML_ERR_ERROR)
-            add(error.line, error.message ? error.message : "unknown error");
     }
 
     bool empty() const { return count_ == 0; }
@@ -194,55 +176,160 @@ private:
     std::size_t count_ = 0;
 };
 
-/// Lets libxml2 read a text without building anything.
-class Judge {
+/// What reads a text by libxml2's callbacks. No exception crosses libxml2.
+class Reader {
 public:
-    enum class Verdict { wellFormed, malformed, undecided };
+    Reader(const Reader&) = delete;
+    Reader& operator=(const Reader&) = delete;
 
-    /// Undecided, when the text has what only the builder knows how to read.
-    Verdict judge(std::string_view text);
-    std::string takeErrors() { return errors_.take(); }
-    const xmlParserCtxt& context() const { return *context_.get(); }
+protected:
+    Reader(const std::string& text, const xmlSAXHandler& callbacks)
+        : context_(text, callbacks, this) {}
+    ~Reader() = default;
 
-private:
-    static Judge& self(void* user) { return *static_cast<Judge*>(user); }
+    /// Parses; false when there were errors. Throws when memory does not suffice.
+    bool read() {
+        xmlParseDocument(context_.get());
+        if (isOutOfMemory_)
+            throw std::bad_alloc();
+        if (errors_.empty() && !context_->wellFormed)
+            errors_.add(1, "Input is not well-formed");
+        return errors_.empty();
+    }
+
+    /// The callbacks that do not depend on what is made of the text.
+    static xmlSAXHandler commonCallbacks() {
+        xmlSAXHandler sax;
+        std::memset(&sax, 0, sizeof sax);
+        sax.initialized = XML_SAX2_MAGIC;
+        sax.serror = [](void* user, xmlErrorPtr error) {
+            call<Reader>(user, [&](Reader& reader) { reader.note(*error); });
+        };
+        return sax;
+    }
+
+    /// Does the work of a callback.
+    template <class Kind, class Work>
+    static void call(void* user, Work work) {
+        Kind& reader = static_cast<Kind&>(Context::readerOf<Reader>(user));
+        if (reader.isOutOfMemory_)
+            return;
+        try {
+            work(reader);
+        } catch (const std::bad_alloc&) {
+            reader.runOutOfMemory();
+        }
+    }
+
+    /// An error of our own ends the parse: libxml2 would go on.
+    void fail(std::string_view message) {
+        errors_.add(xmlSAX2GetLineNumber(context_.get()), message);
+        xmlStopParser(context_.get());
+    }
 
     Context context_;
     Errors errors_;
-    bool hasDoctype_ = false;
-    bool hasInstruction_ = false;
+    bool hasOddNamespaces_ = false;
+
+private:
+    void runOutOfMemory() {
+        isOutOfMemory_ = true;
+        xmlStopParser(context_.get());
+    }
+
+    /// What libxml2 reports. A prefix that is not declared is no error: names count as written.
+    void note(const xmlError& error) {
+        if (error.code == XML_ERR_NO_MEMORY)
+            return runOutOfMemory();
+        if (error.domain == XML_FROM_NAMESPACE) {
+            hasOddNamespaces_ |= error.code != XML_NS_ERR_UNDEFINED_NAMESPACE;
+            return;
+        }
+        if (error.level < XML_ERR_ERROR)
+            return;
+        errors_.add(error.line, error.message ? error.message : "unknown error");
+        // The rest is read for further errors, and the limits are watched by callbacks, which
+        // libxml2 would no longer call.
+        context_->recovery = 1;
+        if (errors_.full())
+            xmlStopParser(context_.get());
+    }
+
+    bool isOutOfMemory_ = false;
 };
 
-Judge::Verdict Judge::judge(std::string_view text) {
-    xmlSAXHandler sax;
-    std::memset(&sax, 0, sizeof sax);
-    sax.initialized = XML_SAX2_MAGIC;
+/// Lets libxml2 read a text without building anything, and watches the limits.
+class Judge : public Reader {
+public:
+    explicit Judge(const std::string& text) : Reader(text, callbacks()) {}
+
+    bool accepts() { return read(); }
+    std::string takeErrors() { return errors_.take(); }
+    const xmlParserCtxt& context() const { return *context_; }
+
+    /// Whether the text has what the two builders may read in different ways. Then the callbacks
+    /// of the parser's first version decide.
+    bool isUnusual() const { return hasDoctype_ || hasOddNamespaces_ || hasLongName_; }
+    bool hasInstruction() const { return hasInstruction_; }
+
+private:
+    static xmlSAXHandler callbacks();
+    void watchNames();
+    void watchLength(const xmlChar* prefix, const xmlChar* name);
+
+    bool hasDoctype_ = false;
+    bool hasInstruction_ = false;
+    bool hasLongName_ = false;
+};
+
+void Judge::watchNames() {
+    if (xmlDictSize(context_->dict) > nameLimit)
+        fail("More than 100000 different names");
+}
+
+void Judge::watchLength(const xmlChar* prefix, const xmlChar* name) {
+    if (prefix && std::strlen(chars(prefix)) + std::strlen(chars(name)) >= nameLengthLimit)
+        hasLongName_ = true;
+}
+
+xmlSAXHandler Judge::callbacks() {
+    xmlSAXHandler sax = commonCallbacks();
     sax.internalSubset = [](void* user, const xmlChar*, const xmlChar*, const xmlChar*) {
-        self(user).hasDoctype_ = true;
-        xmlStopParser(self(user).context_.get());
+        call<Judge>(user, [](Judge& judge) {
+            judge.hasDoctype_ = true;
+            // Entities, attribute lists and notations are where the attacks on readers live, and no
+            // configuration needs them.
+            if (*judge.context_->input->cur == '[')
+                judge.fail("A document type with an internal subset is not allowed");
+        });
+    };
+    sax.startElementNs = [](void* user, const xmlChar* name, const xmlChar* prefix, const xmlChar*,
+                            int namespaceCount, const xmlChar** namespaces, int attributeCount, int,
+                            const xmlChar** attributes) {
+        call<Judge>(user, [&](Judge& judge) {
+            judge.watchNames();
+            judge.watchLength(prefix, name);
+            for (int i = 0; i < attributeCount; ++i)
+                judge.watchLength(attributes[5 * i + 1], attributes[5 * i]);
+            const auto* const declaration = reinterpret_cast<const xmlChar*>("xmlns");
+            for (int i = 0; i < namespaceCount; ++i) {
+                if (const xmlChar* declared = namespaces[2 * i])
+                    judge.watchLength(declaration, declared);
+            }
+            if (judge.context_->nsNr / 2 > namespaceLimit)
+                judge.fail("More than 64 namespace declarations in scope");
+        });
     };
     sax.processingInstruction = [](void* user, const xmlChar*, const xmlChar*) {
-        self(user).hasInstruction_ = true;
+        call<Judge>(user, [](Judge& judge) {
+            judge.hasInstruction_ = true;
+            judge.watchNames();
+        });
     };
     // The length of comments is checked only for those who listen.
     sax.comment = [](void*, const xmlChar*) {};
     sax.cdataBlock = [](void*, const xmlChar*, int) {};
-    sax.serror = [](void* user, xmlErrorPtr error) {
-        self(user).errors_.add(*error);
-        if (self(user).errors_.full())
-            xmlStopParser(self(user).context_.get());
-    };
-    if (context_.open(text, sax, this))
-        xmlParseDocument(context_.get());
-    if (!errors_.empty())
-        return Verdict::malformed;
-    // pugixml leaves the line ends of instructions as they are.
-    if (hasDoctype_ || (hasInstruction_ && text.find('\r') != std::string_view::npos))
-        return Verdict::undecided;
-    if (context_ && context_->wellFormed)
-        return Verdict::wellFormed;
-    errors_.add(1, text.empty() ? "Document is empty" : "Input is not well-formed");
-    return Verdict::malformed;
+    return sax;
 }
 
 /// Builds the tree of a text that libxml2 found well-formed, and that has neither a document type
@@ -253,9 +340,11 @@ std::shared_ptr<Tree> buildQuickly(std::string_view text) {
     constexpr unsigned int flags = pugi::parse_pi | pugi::parse_comments | pugi::parse_cdata |
                                    pugi::parse_escapes | pugi::parse_eol |
                                    pugi::parse_wconv_attribute | pugi::parse_ws_pcdata_single;
-    if (!tree->memory.load_buffer(text.data(), text.size(), flags, pugi::encoding_utf8))
-        return nullptr;
-    return tree;
+    const pugi::xml_parse_result result =
+        tree->memory.load_buffer(text.data(), text.size(), flags, pugi::encoding_utf8);
+    if (result.status == pugi::status_out_of_memory)
+        throw std::bad_alloc();
+    return result ? std::move(tree) : nullptr;
 }
 
 /// Follows the parser through a text and counts lines and columns as it goes.
@@ -266,15 +355,12 @@ public:
         tree.files.push_back(std::move(file));
     }
 
-    /// Called when the parser stands at the end of a start tag, or behind the reference to the
-    /// entity that holds the element: its attributes have no place of their own then.
-    void keep(pugi::xml_node element, std::size_t parserAt, bool inEntity) {
-        const std::size_t tag = text_.rfind(inEntity ? '&' : '<', parserAt - 1);
+    /// Called when the parser stands at the end of a start tag.
+    void keep(pugi::xml_node element, std::size_t parserAt) {
+        const std::size_t tag = text_.rfind('<', parserAt - 1);
         if (tag == std::string_view::npos || tag < offset_)
             return;
         place(element.internal_object(), tag);
-        if (inEntity)
-            return;
         std::size_t at = tag + 1 + std::strlen(element.name());
         for (pugi::xml_attribute attribute : element.attributes()) {
             at = text_.find_first_not_of(" \t\r\n", at);
@@ -311,354 +397,194 @@ private:
     std::size_t column_ = 1;
 };
 
-std::string qualified(const xmlChar* prefix, const xmlChar* name) {
-    return prefix ? std::string(chars(prefix)) + ':' + chars(name) : std::string(chars(name));
-}
-
-/// Builds the tree of any text from libxml2's callbacks.
-class Builder {
+/// Builds the tree of any text from the callbacks of the parser's first version, which take names
+/// as written and keep namespace declarations in their place among the attributes.
+class Builder : public Reader {
 public:
     Builder(const std::string& text, std::shared_ptr<const std::string> file)
-        : text_(text), tree_(std::make_shared<Tree>()), parent_(tree_->memory) {
+        : Reader(text, callbacks()),
+          text_(text),
+          tree_(std::make_shared<Tree>()),
+          parent_(tree_->memory) {
         if (file)
             positions_.emplace(*tree_, text_, std::move(file));
     }
 
-    Parsed run();
+    Parsed run() {
+        if (!read())
+            return {nullptr, errors_.take()};
+        return {std::move(tree_), {}};
+    }
 
 private:
-    static Builder& self(void* user) { return *static_cast<Builder*>(user); }
-
     static xmlSAXHandler callbacks();
-    void fail(std::string_view message);
-    void stopWhenFull() {
-        if (errors_.full())
-            xmlStopParser(context_.get());
+
+    /// Does the work of a callback that builds, as long as there is something to be built.
+    template <class Work>
+    static void build(void* user, Work work) {
+        call<Builder>(user, [&](Builder& builder) {
+            if (builder.errors_.empty())
+                work(builder);
+        });
     }
 
     /// How many bytes of the text the parser has behind it.
     std::size_t parserAt() const {
         const xmlParserInput& input = *context_->input;
-        return input.consumed + static_cast<std::size_t>(input.cur - input.base);
+        return static_cast<std::size_t>(input.cur - input.base);
     }
 
-    bool count(std::size_t nodes, std::size_t bytes);
-    bool mayRefer(std::size_t limit);
-    void declareEntity(const xmlChar* name, int type, const xmlChar* publicId,
-                       const xmlChar* systemId, xmlChar* content);
-    void startElement(const std::string& name);
-    void addAttribute(const std::string& name, std::string_view value);
-    void finishStart();
+    void startElement(const char* name, const xmlChar** attributes);
     void endElement();
-    void addText(std::string_view text);
     void addNode(pugi::xml_node_type type, const char* name, std::string_view value);
     pugi::xml_node append(pugi::xml_node_type type);
     void flushText(bool atEnd);
     void keepDoctype(const char* name);
 
-    /// True while the parser reads the document type: comments and instructions there are part of
-    /// its text.
-    bool ignores() const { return context_->inSubset != 0 || stopped_; }
-
     std::string_view text_;
     std::shared_ptr<Tree> tree_;
     std::optional<PositionKeeper> positions_;
-    Context context_;
     pugi::xml_node parent_;
-    std::size_t depth_ = 0;
     std::string pendingText_;
-    std::set<std::string, std::less<>> externalEntities_;
-    Errors errors_;
-    std::size_t references_ = 0;
-    std::size_t produced_ = 0;
-    std::size_t producedByEntities_ = 0;
-    bool stopped_ = false;
 };
 
-/// An error of our own ends the parse: libxml2 would go on.
-void Builder::fail(std::string_view message) {
-    if (stopped_)
-        return;
-    stopped_ = true;
-    errors_.add(xmlSAX2GetLineNumber(context_.get()), message);
-    xmlStopParser(context_.get());
-}
-
-bool Builder::count(std::size_t nodes, std::size_t bytes) {
-    produced_ += bytes;
-    if (context_->depth > 0)  // inside an entity
-        producedByEntities_ += bytes + nodes * nodeCost;
-    if (produced_ > text_.size() + entityLimit || producedByEntities_ > entityLimit)
-        fail("Entities add more than 10 MB");
-    return !stopped_;
-}
-
-bool Builder::mayRefer(std::size_t limit) {
-    if (++references_ > limit)
-        fail("Too many entity references");
-    return !stopped_;
-}
-
-void Builder::declareEntity(const xmlChar* name, int type, const xmlChar* publicId,
-                            const xmlChar* systemId, xmlChar* content) {
-    const bool isParameter =
-        type == XML_INTERNAL_PARAMETER_ENTITY || type == XML_EXTERNAL_PARAMETER_ENTITY;
-    std::string key(1, isParameter ? '%' : '&');
-    key += chars(name);
-    const bool isInternal =
-        type == XML_INTERNAL_GENERAL_ENTITY || type == XML_INTERNAL_PARAMETER_ENTITY;
-    // libxml2 knows these without a declaration, and prints when it meets one.
-    if (!isParameter && xmlGetPredefinedEntity(name))
-        return;
-    // An external entity is not declared, so that nothing can be read through it; the first
-    // declaration of a name is the one that binds.
-    if (!isInternal) {
-        if (!xmlGetDocEntity(context_->myDoc, name) || isParameter)
-            externalEntities_.insert(key);
-        return;
-    }
-    if (externalEntities_.contains(key))
-        return;
-    if (content && excess(chars(content)))
-        return fail("An entity holds more than 256 attributes in one element");
-    xmlSAX2EntityDecl(context_.get(), name, type, publicId, systemId, content);
-}
-
 pugi::xml_node Builder::append(pugi::xml_node_type type) {
-    pugi::xml_node node = parent_.append_child(type);
+    const pugi::xml_node node = made(parent_.append_child(type));
     if (parent_ == tree_->memory && !tree_->doctype.empty() && !tree_->nodeAfterDoctype)
         tree_->nodeAfterDoctype = node;
     return node;
 }
 
-void Builder::startElement(const std::string& name) {
+void Builder::startElement(const char* name, const xmlChar** attributes) {
     flushText(false);
-    if (++depth_ > depthLimit)
-        return fail("Excessive depth in document");
-    if (!count(1, name.size()))
-        return;
     parent_ = append(pugi::node_element);
-    parent_.set_name(name.c_str());
-}
-
-void Builder::addAttribute(const std::string& name, std::string_view value) {
-    if (count(1, value.size()))
-        parent_.append_attribute(name.c_str()).set_value(value.data(), value.size());
-}
-
-void Builder::finishStart() {
-    if (positions_ && !stopped_)
-        positions_->keep(parent_, parserAt(), context_->depth > 0);
+    setName(parent_, name);
+    for (; attributes && attributes[0]; attributes += 2) {
+        pugi::xml_attribute attribute = made(parent_.append_attribute(chars(attributes[0])));
+        setValue(attribute, attributes[1] ? chars(attributes[1]) : "");
+    }
+    if (positions_)
+        positions_->keep(parent_, parserAt());
 }
 
 void Builder::endElement() {
     flushText(true);
-    --depth_;
     parent_ = parent_.parent();
-}
-
-void Builder::addText(std::string_view text) {
-    if (!count(0, text.size()))
-        return;
-    pendingText_ += text;
-    if (pendingText_.size() > textLimit)
-        fail("Text is longer than 10 MB");
 }
 
 void Builder::addNode(pugi::xml_node_type type, const char* name, std::string_view value) {
     flushText(false);
-    if (!count(1, value.size()))
-        return;
     pugi::xml_node node = append(type);
     if (*name != '\0')
-        node.set_name(name);
-    node.set_value(value.data(), value.size());
+        setName(node, name);
+    setValue(node, value);
 }
 
 /// White space alone is kept only as the whole content of an element.
 void Builder::flushText(bool atEnd) {
     if (pendingText_.empty())
         return;
-    if (!isBlank(pendingText_) || (atEnd && !parent_.first_child()))
-        parent_.append_child(pugi::node_pcdata).set_value(pendingText_.data(), pendingText_.size());
+    if (!isBlank(pendingText_) || (atEnd && !parent_.first_child())) {
+        pugi::xml_node node = append(pugi::node_pcdata);
+        setValue(node, pendingText_);
+    }
     pendingText_.clear();
 }
 
-/// Keeps the document type as it is written, internal subset included.
+/// Keeps the document type, at whose end the parser stands, as it is written.
 void Builder::keepDoctype(const char* name) {
-    constexpr std::string_view opening = "<!DOCTYPE";
-    const std::size_t start = text_.rfind(opening, parserAt());
-    if (start == std::string_view::npos)
-        return;
-    std::size_t end = start + opening.size();
-    int brackets = 0;
-    for (; end < text_.size(); ++end) {
-        const char c = text_[end];
-        if (c == '"' || c == '\'') {
-            end = text_.find(c, end + 1);
-        } else if (text_.substr(end, 4) == "<!--") {
-            end = text_.find("-->", end + 4);
-        } else if (text_.substr(end, 2) == "<?") {
-            end = text_.find("?>", end + 2);
-        } else if (c == '[') {
-            ++brackets;
-        } else if (c == ']') {
-            --brackets;
-        } else if (c == '>' && brackets == 0) {
-            break;
-        }
-        if (end == std::string_view::npos)
-            return;
-    }
-    std::size_t from = text_.find(name, start + opening.size());
-    if (from >= end)
-        return;
-    tree_->doctype = text_.substr(from, end - from);
+    // Before it there are comments and instructions at the most.
+    std::size_t at = text_.find('<');
+    while (text_.substr(at, 2) == "<?" || text_.substr(at, 4) == "<!--")
+        at = text_.find('<', text_.find(text_[at + 1] == '?' ? "?>" : "-->", at));
+    const std::size_t from = text_.find(name, at + std::string_view("<!DOCTYPE").size());
+    tree_->doctype = withLineFeeds(text_.substr(from, parserAt() - from));
 }
 
 xmlSAXHandler Builder::callbacks() {
-    xmlSAXHandler sax;
-    std::memset(&sax, 0, sizeof sax);
-    sax.initialized = XML_SAX2_MAGIC;
-
-    // Entities live in the parser's own document, which stays otherwise empty.
+    xmlSAXHandler sax = commonCallbacks();
     sax.startDocument = [](void* user) {
-        Builder& builder = self(user);
-        xmlSAX2StartDocument(builder.context_.get());
-        noteStandalone(*builder.tree_, *builder.context_.get());
-        builder.context_->sax2 = 0;  // not before: the parser has just chosen the second version
+        build(user, [](Builder& builder) {
+            noteStandalone(*builder.tree_, *builder.context_);
+            builder.context_->sax2 =
+                0;  // not before: the parser has just chosen the second version
+        });
     };
-    sax.internalSubset = [](void* user, const xmlChar* name, const xmlChar* external,
-                            const xmlChar* system) {
-        xmlSAX2InternalSubset(self(user).context_.get(), name, external, system);
-        self(user).keepDoctype(chars(name));
+    sax.internalSubset = [](void* user, const xmlChar* name, const xmlChar*, const xmlChar*) {
+        build(user, [&](Builder& builder) { builder.keepDoctype(chars(name)); });
     };
-    sax.entityDecl = [](void* user, const xmlChar* name, int type, const xmlChar* publicId,
-                        const xmlChar* systemId, xmlChar* content) {
-        self(user).declareEntity(name, type, publicId, systemId, content);
-    };
-    sax.getEntity = [](void* user, const xmlChar* name) {
-        return self(user).mayRefer(generalReferenceLimit)
-                   ? xmlSAX2GetEntity(self(user).context_.get(), name)
-                   : nullptr;
-    };
-    sax.getParameterEntity = [](void* user, const xmlChar* name) {
-        const xmlEntityPtr entity = self(user).mayRefer(parameterReferenceLimit)
-                                        ? xmlSAX2GetParameterEntity(self(user).context_.get(), name)
-                                        : nullptr;
-        if (!entity)
-            self(user).fail(std::string("Entity '%") + chars(name) + "' not defined");
-        return entity;
-    };
-    sax.reference = [](void* user, const xmlChar* name) {
-        self(user).fail(std::string("Entity '") + chars(name) + "' not defined");
-    };
-
-    // The document itself is read with the callbacks of the parser's first version, which take
-    // names as written and keep namespace declarations in their place among the attributes.
     sax.startElement = [](void* user, const xmlChar* name, const xmlChar** attributes) {
-        Builder& builder = self(user);
-        if (builder.ignores())
-            return;
-        builder.startElement(chars(name));
-        for (; attributes && attributes[0]; attributes += 2)
-            builder.addAttribute(chars(attributes[0]), attributes[1] ? chars(attributes[1]) : "");
-        builder.finishStart();
+        build(user, [&](Builder& builder) { builder.startElement(chars(name), attributes); });
     };
     sax.endElement = [](void* user, const xmlChar*) {
-        if (!self(user).ignores())
-            self(user).endElement();
-    };
-    // Elements that stand in an entity come through those of the second version only.
-    sax.startElementNs = [](void* user, const xmlChar* name, const xmlChar* prefix, const xmlChar*,
-                            int namespaceCount, const xmlChar** namespaces, int attributeCount,
-                            int defaultedCount, const xmlChar** attributes) {
-        Builder& builder = self(user);
-        if (builder.ignores())
-            return;
-        builder.startElement(qualified(prefix, name));
-        for (int i = 0; i < namespaceCount; ++i, namespaces += 2)
-            builder.addAttribute(
-                namespaces[0] ? "xmlns:" + std::string(chars(namespaces[0])) : "xmlns",
-                namespaces[1] ? chars(namespaces[1]) : "");
-        // Attributes that only a DTD adds come last; a file holds what it says.
-        for (int i = 0; i < attributeCount - defaultedCount; ++i, attributes += 5)
-            builder.addAttribute(
-                qualified(attributes[1], attributes[0]),
-                {chars(attributes[3]), static_cast<std::size_t>(attributes[4] - attributes[3])});
-        builder.finishStart();
-    };
-    sax.endElementNs = [](void* user, const xmlChar*, const xmlChar*, const xmlChar*) {
-        if (!self(user).ignores())
-            self(user).endElement();
+        build(user, [](Builder& builder) { builder.endElement(); });
     };
     sax.characters = [](void* user, const xmlChar* text, int length) {
-        if (!self(user).ignores())
-            self(user).addText({chars(text), static_cast<std::size_t>(length)});
+        build(user, [&](Builder& builder) {
+            builder.pendingText_.append(chars(text), static_cast<std::size_t>(length));
+        });
     };
     sax.ignorableWhitespace = sax.characters;
     sax.cdataBlock = [](void* user, const xmlChar* text, int length) {
-        if (!self(user).ignores())
-            self(user).addNode(pugi::node_cdata, "",
-                               {chars(text), static_cast<std::size_t>(length)});
+        build(user, [&](Builder& builder) {
+            builder.addNode(pugi::node_cdata, "", {chars(text), static_cast<std::size_t>(length)});
+        });
     };
     sax.comment = [](void* user, const xmlChar* text) {
-        if (!self(user).ignores())
-            self(user).addNode(pugi::node_comment, "", chars(text));
+        build(user,
+              [&](Builder& builder) { builder.addNode(pugi::node_comment, "", chars(text)); });
     };
     sax.processingInstruction = [](void* user, const xmlChar* target, const xmlChar* data) {
-        if (!self(user).ignores())
-            self(user).addNode(pugi::node_pi, chars(target), data ? chars(data) : "");
-    };
-    sax.serror = [](void* user, xmlErrorPtr error) {
-        if (self(user).stopped_)
-            return;
-        self(user).errors_.add(*error);
-        self(user).stopWhenFull();
+        build(user, [&](Builder& builder) {
+            builder.addNode(pugi::node_pi, chars(target), data ? chars(data) : "");
+        });
     };
     return sax;
 }
 
-Parsed Builder::run() {
-    if (!context_.open(text_, callbacks(), this))
-        return {nullptr, "Line 1: Document is empty"};
-    xmlParseDocument(context_.get());
-    if (errors_.empty() && !context_->wellFormed)
-        errors_.add(1, "Input is not well-formed");
-    if (!errors_.empty())
-        return {nullptr, errors_.take()};
-    return {std::move(tree_), {}};
+/// Where and why libxml2 need not look at a text; nothing when it decides.
+std::optional<std::pair<std::size_t, const char*>> fault(const std::string& text) {
+    if (text.empty())
+        return std::pair(std::size_t{0}, "Document is empty");
+    if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+        return std::pair(std::size_t{0}, "Input is larger than 2 GiB");
+    // libxml2 would end the text at such a byte, or take it for another encoding.
+    if (const std::size_t at = text.find('\0'); at != std::string::npos)
+        return std::pair(at, "Input holds a NUL character");
+    if (text.compare(0, 3, "\xEF\xBB\xBF") == 0)
+        return std::pair(std::size_t{0}, "Start tag expected, '<' not found");
+    return excess(text);
 }
 
 }  // namespace
 
 Parsed parseUtf8(const std::string& text, std::shared_ptr<const std::string> file) {
-    const auto refuse = [&](std::size_t at, const char* fault) {
+    if (const auto found = fault(text)) {
         Errors errors;
-        errors.add(lineAt(text, at), fault);
-        return Parsed{nullptr, errors.take()};
-    };
-    if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
-        return refuse(0, "Input is larger than 2 GiB");
-    // libxml2 would end the text at such a byte, or take it for another encoding.
-    if (const std::size_t at = text.find('\0'); at != std::string::npos)
-        return refuse(at, "Input holds a NUL character");
-    if (text.compare(0, 3, "\xEF\xBB\xBF") == 0)
-        return refuse(0, "Start tag expected, '<' not found");
-    if (const auto found = excess(text))
-        return refuse(found->first, found->second);
-
-    Judge judge;
-    const Judge::Verdict verdict = judge.judge(text);
-    if (verdict == Judge::Verdict::malformed)
+        errors.add(lineAt(text, found->first), found->second);
+        return {nullptr, errors.take()};
+    }
+    Judge judge(text);
+    if (!judge.accepts())
         return {nullptr, judge.takeErrors()};
-    if (verdict == Judge::Verdict::wellFormed && !file && text.find("&#") == std::string::npos) {
+    // pugixml leaves character references to characters that it cannot hold, and the line ends of
+    // instructions, as they are.
+    const bool isPlain = !judge.isUnusual() && text.find("&#") == std::string::npos &&
+                         !(judge.hasInstruction() && text.find('\r') != std::string::npos);
+    if (isPlain && !file) {
         if (auto tree = buildQuickly(text)) {
             noteStandalone(*tree, judge.context());
             return {std::move(tree), {}};
         }
     }
     return Builder(text, std::move(file)).run();
+}
+
+bool isReadable(const std::string& text) {
+    if (fault(text))
+        return false;
+    Judge judge(text);
+    return judge.accepts() && (!judge.isUnusual() || Builder(text, nullptr).run().tree);
 }
 
 }  // namespace yg::xml

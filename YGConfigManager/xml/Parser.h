@@ -17,6 +17,10 @@ struct Parsed {
 };
 
 /// Parses UTF-8 text. With `file`, the positions of elements and attributes are kept under it.
+/// Throws std::bad_alloc when memory does not suffice.
 Parsed parseUtf8(const std::string& text, std::shared_ptr<const std::string> file);
+
+/// Whether parseUtf8 gives a tree of such a text.
+bool isReadable(const std::string& text);
 
 }  // namespace yg::xml

@@ -2,6 +2,7 @@
 #include "YGConfigManager/xml/Tree.h"
 
 #include <algorithm>
+#include <cstring>
 #include <exception>
 #include <utility>
 
@@ -10,10 +11,6 @@
 namespace yg::xml {
 
 namespace {
-
-bool isXmlSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
 
 /// One code point of valid UTF-8.
 struct CodePoint {
@@ -67,6 +64,30 @@ void forEachPair(pugi::xml_node left, pugi::xml_node right, Visit visit) {
     }
 }
 
+/// Whether memory sufficed for all of a copy.
+bool isWholeCopy(pugi::xml_node source, pugi::xml_node copy) {
+    bool isWhole = true;
+    const auto isSameText = [](const char* left, const char* right) {
+        return (*left == '\0') == (*right == '\0');
+    };
+    const pugi::xml_node sourceTop = source;
+    const pugi::xml_node copyTop = copy;
+    while (source && copy && isWhole) {
+        isWhole =
+            isSameText(source.name(), copy.name()) && isSameText(source.value(), copy.value());
+        pugi::xml_attribute left = source.first_attribute();
+        pugi::xml_attribute right = copy.first_attribute();
+        for (; isWhole && left && right;
+             left = left.next_attribute(), right = right.next_attribute())
+            isWhole =
+                isSameText(left.name(), right.name()) && isSameText(left.value(), right.value());
+        isWhole = isWhole && !left == !right;
+        source = nextInSubtree(source, sourceTop);
+        copy = nextInSubtree(copy, copyTop);
+    }
+    return isWhole && !source == !copy;
+}
+
 /// Whether an XPath result is something that a handle may stand for.
 bool isAnswerable(pugi::xml_node node) {
     return isChild(node);
@@ -82,7 +103,7 @@ std::vector<pugi::xml_node> evaluate(const pugi::xpath_query& query, pugi::xml_n
             if (!one.attribute() && isAnswerable(one.node()))
                 found.push_back(one.node());
         }
-    } catch (const std::exception&) {
+    } catch (const pugi::xpath_exception&) {
         found.clear();
     }
     return found;
@@ -90,14 +111,20 @@ std::vector<pugi::xml_node> evaluate(const pugi::xpath_query& query, pugi::xml_n
 
 }  // namespace
 
+void setName(pugi::xml_node node, const char* name) {
+    if (!node.set_name(name))
+        throw std::bad_alloc();
+}
+
+bool isBlank(std::string_view text) {
+    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
 bool isBlankText(pugi::xml_node node) {
     if (node.type() != pugi::node_pcdata)
         return false;
-    for (const char* c = node.value(); *c != '\0'; ++c) {
-        if (!isXmlSpace(*c))
-            return false;
-    }
-    return true;
+    const char* value = node.value();
+    return value[std::strspn(value, " \t\r\n")] == '\0';
 }
 
 bool isChild(pugi::xml_node node) {
@@ -160,6 +187,18 @@ std::string storableText(std::string_view text) {
     return kept;
 }
 
+std::string withLineFeeds(std::string_view text) {
+    std::string kept;
+    kept.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] != '\r')
+            kept += text[at];
+        else if (text.substr(at + 1, 1) != "\n")
+            kept += '\n';
+    }
+    return kept;
+}
+
 pugi::xml_node Tree::root() const {
     for (pugi::xml_node child : memory.children()) {
         if (child.type() == pugi::node_element && child != keep)
@@ -168,10 +207,29 @@ pugi::xml_node Tree::root() const {
     return {};
 }
 
-void Tree::takeOut(pugi::xml_node node) {
+void Tree::prepareTakingOut() {
     if (!keep)
-        keep = memory.append_child("keep");
-    keep.append_move(node);
+        keep = made(memory.append_child(pugi::node_element));
+}
+
+void Tree::takeOut(pugi::xml_node node) {
+    prepareTakingOut();
+    made(keep.append_move(node));
+}
+
+pugi::xml_node Tree::insertCopy(pugi::xml_node parent, pugi::xml_node before, const Tree& from,
+                                pugi::xml_node source) {
+    const pugi::xml_node copy =
+        made(before ? parent.insert_copy_before(source, before) : parent.append_copy(source));
+    try {
+        if (!isWholeCopy(source, copy))
+            throw std::bad_alloc();
+        copyPlaces(from, source, copy);
+    } catch (...) {
+        freeSubtree(copy);
+        throw;
+    }
+    return copy;
 }
 
 void Tree::copyPlaces(const Tree& from, pugi::xml_node source, pugi::xml_node copy) {
@@ -208,8 +266,14 @@ std::optional<Position> Tree::position(const void* of) const {
 }
 
 void Tree::freeRemoved() {
-    // From the leaves up: pugixml would go down a deep tree in a recursion.
-    for (pugi::xml_node node = keep.first_child(); node;) {
+    if (keep)
+        freeSubtree(keep);
+    keep = {};
+}
+
+/// From the leaves up: pugixml would go down a deep tree in a recursion.
+void Tree::freeSubtree(pugi::xml_node top) {
+    for (pugi::xml_node node = top; node;) {
         if (const pugi::xml_node child = node.first_child()) {
             node = child;
             continue;
@@ -219,10 +283,8 @@ void Tree::freeRemoved() {
             places.erase(attribute.internal_object());
         pugi::xml_node above = node.parent();
         above.remove_child(node);
-        node = above == keep ? keep.first_child() : above;
+        node = node == top ? pugi::xml_node() : above;
     }
-    memory.remove_child(keep);
-    keep = {};
 }
 
 std::vector<Node> Tree::select(const std::shared_ptr<Tree>& tree, pugi::xml_node context,

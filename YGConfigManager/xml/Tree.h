@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -65,11 +66,16 @@ struct Tree {
     /// The root element; not what was taken out.
     pugi::xml_node root() const;
 
+    /// Makes sure that nothing fails when nodes are taken out.
+    void prepareTakingOut();
+
     /// Moves a node that has an element above it out of its tree.
     void takeOut(pugi::xml_node node);
 
-    /// Lets the copy of a node stand where its source stands.
-    void copyPlaces(const Tree& from, pugi::xml_node source, pugi::xml_node copy);
+    /// Adds a deep copy of a node to `parent`, before its child `before`, at the end when that is
+    /// empty. The copy stands where its source stands. `parent` is not inside of `source`.
+    pugi::xml_node insertCopy(pugi::xml_node parent, pugi::xml_node before, const Tree& from,
+                              pugi::xml_node source);
 
     std::optional<Position> position(const void* of) const;
 
@@ -79,7 +85,28 @@ struct Tree {
     /// Evaluates a query with `context`, or with the document node when that is empty.
     static std::vector<Node> select(const std::shared_ptr<Tree>& tree, pugi::xml_node context,
                                     const Query& query);
+
+private:
+    void freeSubtree(pugi::xml_node top);
+    void copyPlaces(const Tree& from, pugi::xml_node source, pugi::xml_node copy);
 };
+
+/// pugixml answers nothing, or false, when memory does not suffice. These throw std::bad_alloc
+/// then.
+template <class Made>
+Made made(Made node) {
+    if (!node)
+        throw std::bad_alloc();
+    return node;
+}
+void setName(pugi::xml_node node, const char* name);
+template <class Holder>
+void setValue(Holder holder, std::string_view value) {
+    if (!holder.set_value(value.data(), value.size()))
+        throw std::bad_alloc();
+}
+
+bool isBlank(std::string_view text);
 
 /// A text node of white space alone. It is kept as the only content of an element, for its string
 /// value, but never counts as a child.
@@ -98,6 +125,9 @@ bool isXmlName(std::string_view name);
 
 /// The text without what XML cannot hold: control characters, U+FFFE, U+FFFF, invalid UTF-8.
 std::string storableText(std::string_view text);
+
+/// The text with each line break as one line feed.
+std::string withLineFeeds(std::string_view text);
 
 /// Appends a node with everything below it as XML text.
 void serialiseNode(std::string& out, pugi::xml_node node, Form form);

@@ -75,8 +75,8 @@ public:
             text += one(2) ? "<?xml version='1.0'?>" : "<?xml version=\"1.0\" standalone='yes' ?>";
         misc(text);
         if (one(6))
-            text +=
-                pick({"<!DOCTYPE a>", "<!DOCTYPE a [<!ENTITY e 'x'>]>", "<!DOCTYPE a SYSTEM 'b'>"});
+            text += pick({"<!DOCTYPE a>", "<!DOCTYPE a\r\nPUBLIC '-//c' \"b'\" >",
+                          "<!DOCTYPE a SYSTEM 'b'>"});
         misc(text);
         element(text, 0);
         misc(text);
@@ -120,7 +120,7 @@ private:
 
     void attributes(std::string& text) {
         for (const std::string_view attribute :
-             {"a", "中", "p:b", "xmlns", "xmlns:p", "xml:lang", "Z"}) {
+             {"a", "中", "p:b", "xmlns", "xmlns:p", "xml:lang", "xmlns:xml", "Z"}) {
             if (!one(4))
                 continue;
             text += blank();

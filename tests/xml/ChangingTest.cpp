@@ -346,6 +346,37 @@ TEST(Children, AnElementCanBeAddedToItself) {
     EXPECT_EQ(plain(inner), "<b><a><b>x</b><a><b>x</b></a></a>x</b>");
 }
 
+TEST(Children, AnElementAddedToItselfKeepsItsWhiteSpaceInTheCopy) {
+    Element element = rootOf("<e> </e>");
+    element.appendChild(element);
+    EXPECT_EQ(plain(element), "<e><e> </e></e>");
+    Element outer = rootOf("<a>\n<b>\t</b></a>");
+    outer.childAt(0).copy();
+    Element(outer.childAt(0)).appendChild(outer);
+    EXPECT_EQ(plain(outer), "<a><b><a><b>\t</b></a></b></a>");
+    Element inserted = rootOf("<e> </e>");
+    inserted.insertChild(inserted, 0);
+    EXPECT_EQ(plain(inserted), "<e><e> </e></e>");
+}
+
+TEST(Children, CopiesStandWhereTheirSourcesStandEvenInsideThem) {
+    const auto positions = [](const Document& document) {
+        std::string all;
+        for (const Node& node : document.query("//*")) {
+            const auto place = node.position();
+            all += joined(node.name(), std::to_string(place->line), " ");
+        }
+        return all;
+    };
+    const std::string_view text = "<a>\n<b>\n<c/>\n<d/></b>\n<e/></a>";
+    Document replaced = Document::parseText(text, withPositions).document;
+    elementAt(replaced, "//c").replaceWith(replaced.root());
+    EXPECT_EQ(positions(replaced), "a1 b2 a1 b2 c3 d4 e5 d4 e5 ");
+    Document appended = Document::parseText(text, withPositions).document;
+    elementAt(appended, "//c").appendChild(elementAt(appended, "//b"));
+    EXPECT_EQ(positions(appended), "a1 b2 c3 b2 c3 d4 d4 e5 ");
+}
+
 TEST(Replacing, PutsTheNewOneExactlyWhereTheOldOneStood) {
     for (std::size_t index = 0; index < 5; ++index) {
         Element root = rootOf("<a><!--0--> <b1/> x2 <?p3?><![CDATA[4]]></a>");

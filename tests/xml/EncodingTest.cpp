@@ -159,7 +159,7 @@ TEST(Encoding, BytesThatAreNotValidInTheEncodingAreErrors) {
              "<a><?b \xFF?></a>"sv,
              "<a><![CDATA[\xFF]]></a>"sv,
              "\xFF<a/>"sv,
-             "<!DOCTYPE a [<!--\xFF-->]><a/>"sv,
+             "<!DOCTYPE a SYSTEM '\xFF'><a/>"sv,
          }) {
         EXPECT_FALSE(parsedBytes(bytes)) << bytes;
         EXPECT_FALSE(parsedText(bytes)) << bytes;

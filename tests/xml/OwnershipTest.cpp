@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "YGConfigManager/xml/Document.h"
@@ -72,6 +73,73 @@ TEST(Ownership, ADocumentIsAValueThatSharesItsTree) {
     same.root().setAttribute("n", "1");
     EXPECT_EQ(document.root().attribute("n"), "1");
     EXPECT_EQ(document.root(), same.root());
+}
+
+/// Asks a handle everything that an empty one may be asked.
+void expectEmpty(Element element) {
+    EXPECT_FALSE(element);
+    EXPECT_TRUE(element == Node());
+    EXPECT_EQ(element.kind(), NodeKind::text);
+    EXPECT_FALSE(element.isElement());
+    EXPECT_EQ(element.name(), "");
+    EXPECT_EQ(element.stringValue(), "");
+    EXPECT_FALSE(element.parent());
+    EXPECT_EQ(element.index(), 0U);
+    EXPECT_FALSE(element.nextSibling());
+    EXPECT_FALSE(element.copy());
+    element.remove();
+    EXPECT_FALSE(element.replaceWith(Element::create("a")));
+    EXPECT_EQ(element.serialise(), "");
+    EXPECT_EQ(element.position(), std::nullopt);
+    EXPECT_EQ(element.attribute("a"), std::nullopt);
+    EXPECT_TRUE(element.attributes().begin() == element.attributes().end());
+    EXPECT_FALSE(element.setAttribute("a", "b"));
+    EXPECT_FALSE(element.rename("a"));
+    EXPECT_FALSE(element.setContent("a"));
+    EXPECT_TRUE(element.children().begin() == element.children().end());
+    EXPECT_FALSE(element.hasChildren());
+    EXPECT_EQ(element.childCount(), 0U);
+    EXPECT_FALSE(element.firstChild());
+    EXPECT_FALSE(element.firstElementChild());
+    EXPECT_FALSE(element.childAt(0));
+    EXPECT_FALSE(element.appendChild(Element::create("a")));
+    EXPECT_FALSE(element.insertChild(Element::create("a"), 0));
+    EXPECT_TRUE(element.query("//a").empty());
+    EXPECT_EQ(element.attributePosition("a"), std::nullopt);
+}
+
+TEST(Ownership, AHandleThatWasMovedFromIsEmpty) {
+    expectEmpty({});
+    Element element = rootOf("<a b='1'><c/></a>");
+    Element moved(std::move(element));
+    expectEmpty(element);
+    EXPECT_EQ(plain(moved), "<a b=\"1\"><c></c></a>");
+    element = std::move(moved);
+    expectEmpty(moved);
+    EXPECT_EQ(plain(element), "<a b=\"1\"><c></c></a>");
+    Node node = std::move(element);
+    expectEmpty(element);
+    Node& same = node;
+    node = std::move(same);
+    EXPECT_EQ(plain(node), "<a b=\"1\"><c></c></a>");
+}
+
+TEST(Ownership, ADocumentThatWasMovedFromHasNoRoot) {
+    Document document = documentOf("<a/>");
+    Document moved(std::move(document));
+    EXPECT_EQ(plain(moved.root()), "<a></a>");
+    for (Document* const empty : {&document, static_cast<Document*>(nullptr)}) {
+        Document other = empty ? *empty : Document();
+        EXPECT_FALSE(other.root());
+        EXPECT_TRUE(other.query("//a").empty());
+        EXPECT_FALSE(other.copy().root());
+        EXPECT_EQ(other.serialise(Form::pretty), "");
+        other.releaseRemoved();
+        other.root().appendChild(Element::create("a"));
+        EXPECT_FALSE(other.root());
+    }
+    document = std::move(moved);
+    EXPECT_EQ(plain(document.root()), "<a></a>");
 }
 
 TEST(Ownership, ACopyOfANodeStandsAtTheTopOfATreeOfItsOwn) {

@@ -67,7 +67,7 @@ TEST(Threads, ParseAtOnce) {
     onThreads([&] {
         for (int i = 0; i < 50; ++i) {
             wrong += !Document::parseText("<a b='1'/>");
-            wrong += !Document::parseText("<!DOCTYPE a [<!ENTITY e 'x'>]><a>&e;&#65;</a>");
+            wrong += !Document::parseText("<!DOCTYPE a SYSTEM 'x'><a>&#65;</a>");
             wrong += !Document::parseText("<a b='1'/>", withPositions);
             wrong += !Document::parseBytes("<?xml version='1.0' encoding='gbk'?><a>\xD6\xD0</a>");
             wrong += static_cast<bool>(Document::parseText("<a>&x;</b>"));

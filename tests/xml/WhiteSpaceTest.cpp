@@ -105,14 +105,6 @@ TEST(WhiteSpace, InAttributesBecomesSpacesAndReferencesStay) {
     EXPECT_EQ(root.attribute("e"), "  ");
 }
 
-TEST(WhiteSpace, OfAttributesIsKeptWhateverTheirTypeIs) {
-    for (const std::string_view more : {""sv, " xmlns:p='u'"sv})
-        EXPECT_EQ(rootOf("<!DOCTYPE a [<!ATTLIST a b ID #IMPLIED>]><a b='  x  y '" +
-                         std::string(more) + "/>")
-                      .attribute("b"),
-                  "  x  y ");
-}
-
 TEST(WhiteSpace, XmlSpaceChangesNothing) {
     EXPECT_EQ(rootOf("<a xml:space='preserve'> <b/> </a>").childCount(), 1U);
     EXPECT_EQ(rootOf("<a xml:space='default'> x </a>").stringValue(), " x ");

@@ -145,7 +145,7 @@ private:
         const char c = rest_.front();
         if (c == '"' || c == '\'') {
             const std::size_t end = rest_.find(c, 1);
-            if (end == rest_.npos)
+            if (end == std::string_view::npos)
                 take(Kind::wrong, rest_.size());
             else
                 take(Kind::literal, end + 1);
@@ -172,7 +172,7 @@ private:
                 return 2;
         }
         constexpr std::string_view single = "()[]@,/|+-=<>*.";
-        return single.find(rest_.front()) == single.npos ? 0 : 1;
+        return single.find(rest_.front()) == std::string_view::npos ? 0 : 1;
     }
 
     /// The end of what may be a name without a colon.
@@ -345,8 +345,8 @@ private:
             case Kind::number: {
                 advance();
                 constexpr std::size_t mostDigits = 15;
-                const bool isPlain =
-                    token.text.size() <= mostDigits && token.text.find('.') == token.text.npos;
+                const bool isPlain = token.text.size() <= mostDigits &&
+                                     token.text.find('.') == std::string_view::npos;
                 return isPlain ? Type::plainInteger : Type::number;
             }
             case Kind::name:

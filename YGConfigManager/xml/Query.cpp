@@ -23,8 +23,6 @@ enum class Type : std::uint8_t {
     /// A string literal of ASCII characters.
     asciiLiteral,
     number,
-    /// A number that is written with as many digits as XPath asks for: an integer of at most 15.
-    plainInteger,
 };
 
 /// What a function answers and what its arguments are turned into.
@@ -46,17 +44,17 @@ constexpr Function functions[] = {
     {"ceiling", Type::number},
     {"concat", Type::string, Function::strings},
     {"contains", Type::boolean, Function::strings},
-    {"count", Type::plainInteger},
+    {"count", Type::number},
     {"false", Type::boolean},
     {"floor", Type::number},
     {"id", Type::nodes},
-    {"last", Type::plainInteger},
+    {"last", Type::number},
     {"local-name", Type::string},
     {"name", Type::string},
     {"normalize-space", Type::string, Function::strings},
     {"not", Type::boolean},
     {"number", Type::number},
-    {"position", Type::plainInteger},
+    {"position", Type::number},
     {"starts-with", Type::boolean, Function::strings},
     {"string", Type::string, Function::strings},
     {"substring-after", Type::string, Function::strings},
@@ -254,8 +252,7 @@ private:
             return path();
         while (skip("-")) {
         }
-        const MaybeType type = expression(multiplicative);
-        return type && *type != Type::plainInteger ? MaybeType(Type::number) : type;
+        return expression(multiplicative) ? MaybeType(Type::number) : std::nullopt;
     }
 
     MaybeType path() {
@@ -342,13 +339,9 @@ private:
             case Kind::literal:
                 advance();
                 return isAscii(token.text) ? Type::asciiLiteral : Type::string;
-            case Kind::number: {
+            case Kind::number:
                 advance();
-                constexpr std::size_t mostDigits = 15;
-                const bool isPlain = token.text.size() <= mostDigits &&
-                                     token.text.find('.') == std::string_view::npos;
-                return isPlain ? Type::plainInteger : Type::number;
-            }
+                return Type::number;
             case Kind::name:
                 return beginsCall() ? call() : std::nullopt;
             default:
@@ -386,7 +379,8 @@ private:
         // pugixml replaces byte by byte, which is right where no byte is part of a character.
         if (function.arguments == Function::translation && argument > 0)
             return type == Type::asciiLiteral;
-        // pugixml writes 16 digits, XPath as many as tell the number from all others.
+        // pugixml writes 16 digits, XPath as many as tell the number from all others. In a locale
+        // with a decimal comma, pugixml ends the process.
         return type != Type::number;
     }
 

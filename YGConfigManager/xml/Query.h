@@ -11,8 +11,8 @@
 // - translate() unless its second and its third argument are literals of ASCII characters.
 // - "<", "<=", ">" and ">=" between a set of nodes and a boolean; boolean() makes two booleans of
 //   them.
-// - A number as a string, in string(), concat() and all other functions that read one: only
-//   count(), position(), last() and integers of at most 15 digits may stand there.
+// - A number where a string is read, as in string(), concat() and contains(). Comparing a number
+//   with a string is no such place.
 // - The axis namespace, variables, and text that is not UTF-8.
 // - More than 1023 steps, operators, predicates, arguments and brackets that follow or hold each
 //   other; some count twice. So the time to compile grows with the length alone.

@@ -267,13 +267,20 @@ TEST(Query, WhatWouldNotBeEvaluatedAsXPathHasItIsInvalid) {
              "*[.. >= contains(a, 'x')]"sv,
              "*[id('a') < true()]"sv,
              "*[@* < true()]"sv,
-             // 16 digits are written: 9.949999999999999, 0.3, 123456789012345700.
+             // 16 digits are written: 9.949999999999999, 0.3, 123456789012345700. In a locale with
+             // a
+             // decimal comma, the process ends.
              "*[string(9.95) = '9.95']"sv,
              "*[string(0.1 + 0.2) = '0.30000000000000004']"sv,
              "*[contains(123456789012345678, '678')]"sv,
              "*[concat('a', -1.5) = 'a-1.5']"sv,
              "*[starts-with(sum(a), '1')]"sv,
              "*[normalize-space(@n * 2) = '2']"sv,
+             "*[string(count(a)) = '2']"sv,
+             "*[concat('a', 5) = 'a5']"sv,
+             "*[contains(position(), last())]"sv,
+             "*[substring-after(-(1), '-') = '1']"sv,
+             "*[substring-before((1), '-') = '1']"sv,
              "*[translate(number(.), 'x', 'y') = '1']"sv,
              // 0.49999999999999994 and 4503599627370497 are rounded up.
              "*[round(@n) = 0]"sv,
@@ -375,11 +382,6 @@ constexpr Condition conditions[] = {
     {"-n[1] = -1", true},
     {"- - 5 = 5", true},
     {"sum(n) = 4.5", true},
-    // Numbers as text.
-    {"string(count(n)) = '2'", true},
-    {"concat(1, -2, 999999999999999) = '1-2999999999999999'", true},
-    {"string(-0) = '0'", true},
-    {"contains(position(), last())", true},
     // A step along a reverse axis counts backwards, a set in brackets forwards.
     {"name(n[2]/preceding-sibling::*[1]) = 'text'", true},
     {"name((n[2]/preceding-sibling::*)[1]) = '五'", true},

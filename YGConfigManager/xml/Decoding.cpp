@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <iconv.h>
 #include <optional>
+#include <utility>
 
 #include "YGConfigManager/text/Utf8.h"
 
@@ -33,11 +34,15 @@ bool isSpace(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
+std::string_view declarationOf(std::string_view text) {
+    return text.substr(0, text.find("?>"));
+}
+
 /// The encoding that an XML declaration in an ASCII-compatible text names.
 std::optional<std::string> declaredEncoding(std::string_view text) {
     if (text.substr(0, 5) != "<?xml" || text.size() < 6 || !isSpace(text[5]))
         return std::nullopt;
-    const std::string_view declaration = text.substr(0, text.find("?>"));
+    const std::string_view declaration = declarationOf(text);
     constexpr std::string_view label = "encoding";
     std::size_t at = declaration.find(label);
     if (at == std::string_view::npos)
@@ -70,36 +75,72 @@ bool isEncodingName(std::string_view name) {
            });
 }
 
-Decoded convert(std::string_view bytes, const std::string& encoding) {
-    const iconv_t converter = iconv_open("UTF-8", encoding.c_str());
-    if (converter == reinterpret_cast<iconv_t>(-1))
-        return {{}, "Line 1: Unsupported encoding " + encoding};
+Decoded notProper(std::string_view textBefore, const std::string& encoding) {
+    return {{}, "Line " + lineOf(textBefore) + ": Input is not proper " + encoding};
+}
 
-    Decoded decoded;
-    std::string& text = decoded.text;
-    text.resize(bytes.size() + bytes.size() / 2 + 16);
-    std::size_t written = 0;
-    char* in = const_cast<char*>(bytes.data());
-    std::size_t inLeft = bytes.size();
-    while (true) {
-        char* out = text.data() + written;
-        std::size_t outLeft = text.size() - written;
-        const std::size_t result = iconv(converter, &in, &inLeft, &out, &outLeft);
-        written = text.size() - outLeft;
-        if (result != static_cast<std::size_t>(-1))
-            break;
-        if (errno != E2BIG) {
-            text.resize(written);
-            decoded.error = "Line " + lineOf(text) + ": Input is not proper " + encoding;
-            text.clear();
-            break;
-        }
-        text.resize(text.size() * 2);
+/// An iconv converter to UTF-8; false where the encoding is not known.
+class Converter {
+public:
+    explicit Converter(const std::string& encoding)
+        : converter_(iconv_open("UTF-8", encoding.c_str())) {}
+    Converter(const Converter&) = delete;
+    Converter& operator=(const Converter&) = delete;
+    ~Converter() {
+        if (*this)
+            iconv_close(converter_);
     }
-    iconv_close(converter);
-    if (decoded.error.empty())
-        text.resize(written);
-    return decoded;
+
+    explicit operator bool() const { return converter_ != reinterpret_cast<iconv_t>(-1); }
+
+    /// Appends the bytes' text; false if they are wrong or end within a character.
+    bool convert(std::string_view bytes, std::string& text) {
+        // Room for whatever becomes of one piece, 12 bytes for each byte at most: when their output
+        // runs full, some of glibc's converters repeat a character without end or lose one.
+        constexpr std::size_t piece = 1024;
+        char out[16 * piece];
+        while (!bytes.empty()) {
+            char* in = const_cast<char*>(bytes.data());
+            const std::size_t size = std::min(piece, bytes.size());
+            std::size_t inLeft = size;
+            char* outEnd = out;
+            std::size_t outLeft = sizeof out;
+            const std::size_t result = iconv(converter_, &in, &inLeft, &outEnd, &outLeft);
+            const bool isWrong = result == static_cast<std::size_t>(-1) &&
+                                 (errno != EINVAL || size == bytes.size() || inLeft == size);
+            text.append(out, outEnd);
+            if (isWrong)
+                return false;
+            bytes.remove_prefix(size - inLeft);
+        }
+        return true;
+    }
+
+private:
+    iconv_t converter_;
+};
+
+/// `lineFeed` is how the encoding writes one; `beginning` is how the text must begin.
+Decoded convert(std::string_view bytes, const std::string& encoding, std::string_view lineFeed,
+                std::string_view beginning = {}) {
+    Converter converter(encoding);
+    if (!converter)
+        return {{}, "Line 1: Unsupported encoding " + encoding};
+    std::string text;
+    text.reserve(bytes.size() + bytes.size() / 2);
+    const bool isRight = converter.convert(bytes, text);
+    if (text.compare(0, beginning.size(), beginning) != 0)
+        return {{}, "Line 1: Input is labelled " + encoding + " but is not encoded so"};
+    // A converter may hold back a character for an accent that follows, and takes a text that stops
+    // within a shift sequence. A line feed brings out the one and is wrong in the other.
+    if (!isRight || !converter.convert(lineFeed, text) || !text.ends_with('\n'))
+        return notProper(text, encoding);
+    text.pop_back();
+    // Some converters answer more than Unicode has.
+    const std::size_t valid = text::validUtf8Prefix(text);
+    if (valid != text.size())
+        return notProper(std::string_view(text).substr(0, valid), encoding);
+    return {std::move(text), {}};
 }
 
 }  // namespace
@@ -109,7 +150,7 @@ Decoded decodeUtf8(std::string_view text) {
         text.remove_prefix(utf8Mark.size());
     const std::size_t valid = text::validUtf8Prefix(text);
     if (valid != text.size())
-        return {{}, "Line " + lineOf(text.substr(0, valid)) + ": Input is not proper UTF-8"};
+        return notProper(text.substr(0, valid), "UTF-8");
     return {std::string(text), {}};
 }
 
@@ -117,9 +158,9 @@ Decoded decodeXml(std::string_view bytes) {
     if (bytes.substr(0, utf8Mark.size()) == utf8Mark)
         return decodeUtf8(bytes);
     if (bytes.substr(0, 2) == "\xFF\xFE"sv)
-        return convert(bytes.substr(2), "UTF-16LE");
+        return convert(bytes.substr(2), "UTF-16LE", "\n\0"sv);
     if (bytes.substr(0, 2) == "\xFE\xFF"sv)
-        return convert(bytes.substr(2), "UTF-16BE");
+        return convert(bytes.substr(2), "UTF-16BE", "\0\n"sv);
 
     const std::optional<std::string> declared = declaredEncoding(bytes);
     if (!declared)
@@ -132,9 +173,9 @@ Decoded decodeXml(std::string_view bytes) {
     if (name.substr(0, 6) == "utf-16" || name.substr(0, 6) == "utf-32" ||
         name.substr(0, 3) == "ucs")
         return {{}, "Line 1: Input is labelled " + *declared + " but has no byte-order mark"};
-    if (name == "gb2312" || name == "gbk" || name == "gb18030")
-        return convert(bytes, "GB18030");
-    return convert(bytes, *declared);
+    const bool isGbk = name == "gb2312" || name == "gbk" || name == "gb18030";
+    // The declaration was read as ASCII, and must read the same in the encoding that it names.
+    return convert(bytes, isGbk ? "GB18030" : *declared, "\n", declarationOf(bytes));
 }
 
 }  // namespace yg::xml

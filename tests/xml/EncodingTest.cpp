@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "YGConfigManager/text/Utf8.h"
+#include "YGConfigManager/xml/Decoding.h"
 #include "YGConfigManager/xml/Document.h"
 
 #include "files/TemporaryFolder.h"
@@ -256,6 +260,182 @@ TEST(Encoding, WhateverTheSourceTheResultIsWrittenInUtf8WithoutMark) {
           "\xEF\xBB\xBF<a>中</a>"s, "\xFF\xFE<\0a\0>\0\x2D\x4E<\0/\0a\0>\0"s})
         EXPECT_EQ(parsedBytes(bytes).document.serialise(Form::pretty),
                   "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a>中</a>\n");
+}
+
+// Encodings in which ASCII is ASCII, one for each converter that keeps something between bytes, and
+// some that do not.
+constexpr std::string_view asciiCompatible[] = {
+    "ARMSCII-8",
+    "BIG5",
+    "BIG5-HKSCS",
+    "CP1252",
+    "CP1255",
+    "CP1258",
+    "CP932",
+    "CP949",
+    "EUC-CN",
+    "EUC-JISX0213",
+    "EUC-JP",
+    "EUC-JP-MS",
+    "EUC-KR",
+    "EUC-TW",
+    "GBK",
+    "GEORGIAN-PS",
+
+    "ISO-2022-CN",
+    "ISO-2022-CN-EXT",
+    "ISO-2022-JP",
+    "ISO-2022-JP-3",
+    "ISO-2022-KR",
+    "ISO-8859-1",
+    "ISO-8859-8",
+    "ISO_6937",
+    "ISO_6937-2",
+    "JOHAB",
+    "KOI8-R",
+    "MACINTOSH",
+    "MS-HEBR",
+    "SHIFT_JIS",
+    "SHIFT_JISX0213",
+    "T.61",
+    "TCVN",
+    "TCVN5712-1",
+    "TSCII",
+    "UHC",
+    "UTF-7",
+    "WINDOWS-1255",
+    "WINDOWS-1258",
+};
+
+TEST(Encoding, TextAfterTheRootIsAnErrorInEveryEncoding) {
+    for (const std::string_view name : asciiCompatible) {
+        const std::string document = declared(name, "<a>b</a>");
+        EXPECT_TRUE(parsedBytes(document)) << name;
+        EXPECT_TRUE(parsedBytes(document + "\n")) << name;
+        for (int byte = 0; byte < 256; ++byte) {
+            const std::string after = document + static_cast<char>(byte);
+            const bool isShift =
+                byte == 0x0F && (name == "ISO-2022-KR" || name.substr(0, 11) == "ISO-2022-CN");
+            const bool isNothing = isShift || " \t\r\n"sv.find(after.back()) < 4;
+            EXPECT_EQ(static_cast<bool>(Document::parseBytes(after)), isNothing) << name << byte;
+            // What is held back for a next character comes out without one, too.
+            const Decoded alone = decodeXml(after);
+            const Decoded followed = decodeXml(after + "\n");
+            if (alone.error.empty() && followed.error.empty()) {
+                EXPECT_EQ(alone.text + "\n", followed.text) << name << " " << byte;
+            }
+        }
+    }
+}
+
+TEST(Encoding, TheLastCharacterCountsThoughAnAccentCouldFollow) {
+    const struct {
+        std::string_view encoding, bytes, text;
+    } cases[] = {
+        {"CP1255", "\xE1", "\u05D1"}, {"CP1258", "a", "a"},
+        {"CP1258", "\xEA", "ê"},      {"TCVN", "A", "A"},
+        {"TSCII", "\xAB", "\u0B85"},  {"BIG5-HKSCS", "\x88\x62", "\u00CA\u0304"},
+    };
+    for (const auto& one : cases) {
+        const std::string declaration = declared(one.encoding, "");
+        EXPECT_EQ(decodeXml(declaration + std::string(one.bytes)).text,
+                  declaration + std::string(one.text))
+            << one.encoding;
+        EXPECT_EQ(parsedBytes(declared(one.encoding, joined("<a>", one.bytes, "</a>")))
+                      .document.root()
+                      .stringValue(),
+                  one.text);
+    }
+}
+
+TEST(Encoding, ATextThatEndsWithinAShiftSequenceIsAnError) {
+    for (const auto& [name, bytes] : {
+             std::pair("UTF-7"sv, "<a/>+AG"sv),
+             std::pair("UTF-7"sv, "<a/>+2ADc"sv),
+             std::pair("ISO-2022-KR"sv, "<a/>\x0E"sv),
+             std::pair("ISO-2022-CN"sv, "<a/>\x1B$)A\x0E"sv),
+             std::pair("ISO-2022-JP"sv, "<a/>\x1B$"sv),
+         }) {
+        const std::string error = parsedBytes(declared(name, bytes)).error;
+        EXPECT_EQ(error, joined("Line 1: Input is not proper ", name)) << bytes;
+    }
+    EXPECT_TRUE(parsedBytes(declared("UTF-7", "<a>+ThZlhw-</a>")));
+    EXPECT_TRUE(parsedBytes(declared("UTF-7", "<a/><!--+ThZlhw--->")));
+    EXPECT_TRUE(parsedBytes(declared("ISO-2022-JP", "<a>\x1B$BCf\x1B(B</a>")));
+}
+
+TEST(Encoding, ADeclarationThatReadsOtherwiseInItsOwnEncodingIsAnError) {
+    for (const std::string_view name :
+         {"EBCDIC-CP-US"sv, "IBM037"sv,        "IBM1047"sv,    "CP500"sv,  "IBM1388"sv,
+          "IBM930"sv,       "KOI-7"sv,         "GREEK7"sv,     "INIS"sv,   "UNICODE"sv,
+          "CSUNICODE"sv,    "UNICODELITTLE"sv, "UNICODEBIG"sv, "UTF16"sv,  "UTF16LE"sv,
+          "UTF32"sv,        "UTF32BE"sv,       "ISO-10646"sv,  "CSUCS4"sv, "WCHAR_T"sv,
+          "OSF00010101"sv,  "OSF00010104"sv}) {
+        // Of every length that a wider character divides or does not.
+        for (std::size_t blanks = 0; blanks < 4; ++blanks) {
+            const std::string error =
+                parsedBytes(declared(name, joined("<a/>", repeated(" ", blanks)))).error;
+            EXPECT_EQ(error, joined("Line 1: Input is labelled ", name, " but is not encoded so"));
+        }
+    }
+}
+
+TEST(Encoding, WhatIsDecodedIsUtf8WithoutNulOrAnError) {
+    // An alias of UTF-8 that the converter takes up to 0x7FFFFFFF, and bytes that mean NUL.
+    EXPECT_EQ(parsedBytes(declared("OSF05010001", "\n<a>\xF4\x90\x80\x80</a>")).error,
+              "Line 2: Input is not proper OSF05010001");
+    EXPECT_FALSE(parsedBytes(declared("OSF05010001", "<a>\xED\xA0\x80</a>")));
+    EXPECT_TRUE(parsedBytes(declared("OSF05010001", "<a>\xF4\x8F\xBF\xBF</a>")));
+    EXPECT_FALSE(parsedBytes(declared("UTF-7", "<a>+AAA-</a>")));
+    EXPECT_FALSE(parsedBytes(declared("UTF-7", "<a>+2AA-</a>")));
+    EXPECT_FALSE(parsedBytes(declared("ISIRI-3342", "<a>\x80</a>")));
+
+    // The same characters again and again, with every offset to whatever is read at once.
+    for (const std::string_view name : asciiCompatible) {
+        std::uint32_t random = 1;
+        for (std::size_t round = 0; round < 20; ++round) {
+            std::string bytes = declared(name, repeated(" ", round) + "<a>");
+            while (bytes.size() < 3000) {
+                random = random * 1664525 + 1013904223;
+                bytes += static_cast<char>(random >> 24);
+                bytes += static_cast<char>(random >> 16);
+            }
+            const Decoded decoded = decodeXml(bytes);
+            EXPECT_TRUE(text::isValidUtf8(decoded.text)) << name;
+            EXPECT_TRUE(text::isValidUtf8(decoded.error)) << name;
+            EXPECT_LT(decoded.error.size(), 100U);
+        }
+    }
+}
+
+// Two converters that go wrong when their output runs full: one repeats a character until memory
+// ends, the other answers one character where there are several.
+TEST(Encoding, CharactersThatMakeSeveralAreDecodedWhereverTheyStand) {
+    const struct {
+        std::string_view encoding, bytes, text;
+    } cases[] = {
+        {"SHIFT_JISX0213", "\x83\x9B\x83\xF6\x82\xF5", ""},
+        {"EUC-JISX0213", "\xA4\xF7\xA5\xF7", "\u304B\u309A\u30AB\u309A"},
+        {"TSCII", "\xAA\xAB", ""},
+        {"TSCII", "\x82\xA6\xAB", ""},
+        {"BIG5-HKSCS", "\x88\x62\x88\xA5", "\u00CA\u0304\u00EA\u030C"},
+    };
+    for (const auto& one : cases) {
+        const std::string once = decodeXml(declared(one.encoding, one.bytes)).text;
+        const std::size_t declaration = declared(one.encoding, "").size();
+        ASSERT_GT(once.size(), declaration) << one.encoding;
+        const std::string expected = once.substr(declaration);
+        if (!one.text.empty()) {
+            EXPECT_EQ(expected, one.text);
+        }
+        for (std::size_t blanks = 0; blanks < 8; ++blanks) {
+            const Decoded decoded = decodeXml(
+                declared(one.encoding, joined(repeated(" ", blanks), repeated(one.bytes, 2000))));
+            EXPECT_EQ(decoded.error, "") << one.encoding;
+            EXPECT_TRUE(decoded.text.substr(declaration + blanks) == repeated(expected, 2000))
+                << one.encoding << " after " << blanks;
+        }
+    }
 }
 
 TEST(Encoding, ALargeFileIsDecodedWhole) {

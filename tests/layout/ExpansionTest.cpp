@@ -18,6 +18,7 @@
 
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 
+#include "LargeInput.h"
 #include "layout/LayoutTest.h"
 #include "layout/RecordingSink.h"
 
@@ -30,6 +31,7 @@ using ::testing::SizeIs;
 using yg::PanelConfigInfo;
 using yg::PanelList;
 using yg::YGStyleConfigLoad;
+using yg::testing::isSanitized;
 using yg::testing::LayoutFile;
 using yg::testing::LayoutTest;
 using yg::testing::RecordingSink;
@@ -487,12 +489,15 @@ TEST_F(Expansion, OfFindingsOnReplacedGroupsLooksThemUpByName) {
 
 // ---- Depth --------------------------------------------------------------------------------------
 
+/// A sanitizer takes several times the stack.
+constexpr std::size_t smallStack = std::size_t{isSanitized ? 2048 : 512} * 1024;
+
 /// Runs on a thread whose stack is small, so that a recursion that goes too deep shows.
 template <class Work>
 void onSmallStack(Work work) {
     pthread_attr_t attributes;
     ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 512 * 1024), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, smallStack), 0);
     pthread_t thread;
     const auto start = [](void* argument) -> void* {
         (*static_cast<Work*>(argument))();

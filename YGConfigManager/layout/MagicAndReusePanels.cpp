@@ -119,7 +119,7 @@ xml::Element YGStyleConfigLoad::loadMagicPanelsConfigWithMagicPath(
     const Expansion expansion(Expansion::load);
     const xml::Element magicRoot = getRootElementForFile(magicPath);
     const xml::Element reuseRoot = getRootElementForFile(reusePath);
-    const xml::Element expanded(magicRoot.copy());
+    xml::Element expanded(magicRoot.copy());
 
     // The first definition of a name counts here, unlike in the records.
     RecordMap<xml::Element> definitions;

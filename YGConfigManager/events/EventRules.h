@@ -80,8 +80,9 @@ inline constexpr Rule laterEventTemplate{
     "A template reaches only templates that end before it begins."};
 inline constexpr Rule unknownEventTemplate{"unknown-event-template", Handling::unresolved,
                                            "No template of this name with an event is known."};
-inline constexpr Rule includeLimit{
-    "include-limit", Handling::unresolved,
-    "The templates included so far add up to more than a file may include."};
+inline constexpr Rule includeLimit{"include-limit", Handling::unresolved,
+                                   "Includes add at most 1,000,000 events and 64 MiB to a file; "
+                                   "with this one it would be more, so "
+                                   "it adds nothing."};
 
 }  // namespace yg::rules

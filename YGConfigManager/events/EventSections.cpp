@@ -6,21 +6,27 @@
 #include "YGConfigManager/events/EventAttributes.h"
 #include "YGConfigManager/events/EventReports.h"
 #include "YGConfigManager/events/YGEventLoader.h"
+#include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/xml/Query.h"
 
 namespace yg {
 
 namespace {
 
-/// A file of a few megabytes could otherwise include its templates into as many groups until the
-/// memory is gone.
-constexpr std::size_t mostIncludedBytes = std::size_t{256} * 1024 * 1024;
-
-/// About what an event costs in the map that includes it, beside its name.
-constexpr std::size_t bytesOfIncludedEvent = 64;
-
 bool isUsable(const std::optional<std::string_view>& name) {
     return name && !name->empty();
+}
+
+/// What an include of these events adds: the names under which they stand and all of their texts.
+std::size_t bytesOf(const EventMap& events) {
+    std::size_t bytes = 0;
+    for (const auto& [name, event] : events) {
+        bytes += name.size();
+        forEachField(*event, [&](std::string_view, const std::optional<std::string>& text) {
+            bytes += text ? text->size() : 0;
+        });
+    }
+    return bytes;
 }
 
 }  // namespace
@@ -110,6 +116,7 @@ void YGEventLoader::readTemplate(const xml::Element& section, const PendingTempl
         return;
     }
     reporter.used(section);
+    templateBytes_.set(*name, bytesOf(read.events));
     if (eventTemplateDatas_.set(*name, std::move(read.events)))
         reporter.report(rules::duplicateEventTemplate, section, "name", *name);
 }
@@ -192,14 +199,21 @@ void YGEventLoader::include(Section& section, const xml::Element& entry,
             "src", templateName);
         return;
     }
-    if (includedBytes_ >= mostIncludedBytes) {
+    const std::size_t bytes = *templateBytes_.find(templateName);
+    if (events->size() > mostIncludedEvents - includedEvents_ ||
+        bytes > mostIncludedBytes - includedBytes_) {
+        if (!std::exchange(isLimitLogged_, true))
+            writeRuntimeLog(
+                "load palette config fail:includes add more than %ld events or %ld bytes",
+                mostIncludedEvents, mostIncludedBytes);
         reporter.report(rules::includeLimit, entry, "src", templateName);
         return;
     }
+    includedEvents_ += events->size();
+    includedBytes_ += bytes;
     reporter.used(entry);
     reporter.used(entry, "src");
     for (const auto& [name, event] : *events) {
-        includedBytes_ += bytesOfIncludedEvent + name.size();
         if (reporter) {
             const auto* before = section.events.find(name);
             const bool* wasOwn = section.isOwn.find(name);

@@ -33,6 +33,12 @@ using EventGroupMap = RecordMap<EventMap>;
 
 class YG_EXPORT YGEventLoader {
 public:
+    /// What templates may bring into the templates and groups of one loader, counted in each that
+    /// includes them; bytes are those of the events' names and texts. An include that would go
+    /// beyond adds nothing; the first is logged as "load palette config fail:".
+    static constexpr std::size_t mostIncludedEvents = 1'000'000;
+    static constexpr std::size_t mostIncludedBytes = std::size_t{64} * 1024 * 1024;
+
     /// A loader of the file at `path`, fully loaded; never null. It is empty when the path is
     /// absent or empty, which is not logged, and when the file cannot be read, which is.
     /// With a sink, what the load passes over is reported to it; the sink is not used afterwards.
@@ -74,8 +80,7 @@ public:
     void loadElementEvent(const xml::Element& root);
 
     /// Reads one "element_event", likewise; it replaces an earlier one of its name even without an
-    /// event, but not without any content. What templates bring into one loader is limited to
-    /// 256 MiB; an include beyond that adds nothing.
+    /// event, but not without any content.
     void loadSingleElementEvent(const xml::Element& section);
 
     // What was loaded, for tools that show it whole. The references live as long as the loader.
@@ -108,7 +113,11 @@ private:
     CommandMap commandDatas_;
     EventGroupMap eventTemplateDatas_;
     EventGroupMap elementEventDatas_;
+    /// The bytes that an include of each template adds.
+    RecordMap<std::size_t> templateBytes_;
+    std::size_t includedEvents_ = 0;
     std::size_t includedBytes_ = 0;
+    bool isLimitLogged_ = false;
     DiagnosticsSink* sink_ = nullptr;
 };
 

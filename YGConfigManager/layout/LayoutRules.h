@@ -70,6 +70,10 @@ inline constexpr Rule misplacedReusePanel{
     "A reuse panel stands inside a panel; here it is dropped."};
 inline constexpr Rule unknownReusePanel{"unknown-reuse-panel", Handling::unresolved,
                                         "No reuse panel of this name is known here."};
+inline constexpr Rule expansionLimit{
+    "expansion-limit", Handling::unresolved,
+    "References, slots and names add at most 1,000,000 elements and 64 MiB to a load or a custom "
+    "page; this would be more. It is not added, and a page is not built."};
 
 // Custom pages.
 inline constexpr Rule unknownTemplate{"unknown-template", Handling::unresolved,

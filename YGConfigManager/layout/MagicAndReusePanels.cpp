@@ -4,6 +4,7 @@
 // the swap of the panel in a magic slot.
 #include <algorithm>
 
+#include "YGConfigManager/layout/Expansion.h"
 #include "YGConfigManager/layout/LayoutRules.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 
@@ -11,6 +12,7 @@ namespace yg {
 
 std::shared_ptr<PanelMap> YGStyleConfigLoad::loadReusePanel(
     std::optional<std::string_view> path) const {
+    const Expansion expansion(Expansion::load);
     const xml::Element root = getRootElementForFile(path);
     if (root)
         used(root);
@@ -39,6 +41,7 @@ std::shared_ptr<PanelMap> YGStyleConfigLoad::loadReusePanel(
 
 std::shared_ptr<MagicPanelMap> YGStyleConfigLoad::loadMagicPanel(
     std::optional<std::string_view> path) const {
+    const Expansion expansion(Expansion::load);
     const xml::Element root = getRootElementForFile(path);
     if (root)
         used(root);
@@ -113,9 +116,10 @@ void YGStyleConfigLoad::parseContent(const xml::Element& content,
 
 xml::Element YGStyleConfigLoad::loadMagicPanelsConfigWithMagicPath(
     std::optional<std::string_view> magicPath, std::optional<std::string_view> reusePath) const {
+    const Expansion expansion(Expansion::load);
     const xml::Element magicRoot = getRootElementForFile(magicPath);
     const xml::Element reuseRoot = getRootElementForFile(reusePath);
-    const xml::Element expanded(magicRoot.copy());
+    xml::Element expanded(magicRoot.copy());
 
     // The first definition of a name counts here, unlike in the records.
     RecordMap<xml::Element> definitions;
@@ -131,10 +135,15 @@ xml::Element YGStyleConfigLoad::loadMagicPanelsConfigWithMagicPath(
     // Collected before anything is replaced, so references inside an inserted definition stay.
     std::vector<xml::Element> references;
     recursiveSearchNodeWithNodeName("reuse_panel", expanded, references);
+    RecordMap<Extent> extents;
     for (xml::Element& reference : references) {
         const auto name = reference.attribute("name");
         const xml::Element* definition = name ? definitions.find(*name) : nullptr;
-        if (definition)
+        if (!definition)
+            continue;
+        if (!extents.contains(*name))
+            extents.set(*name, extentOf(*definition));
+        if (mayAdd(*extents.find(*name), reference, "name", *name))
             xml::Element(reference.replaceWith(*definition)).rename("panel");
     }
     return expanded;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The style loader's walk through the content of a style, a magic panel or a reuse panel.
+#include "YGConfigManager/layout/Expansion.h"
 #include "YGConfigManager/layout/LayoutAttributes.h"
 #include "YGConfigManager/layout/LayoutRules.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
@@ -92,11 +93,13 @@ std::shared_ptr<PanelConfigInfo> YGStyleConfigLoad::parsePaneInfo(
 
 std::shared_ptr<PanelConfigInfo> YGStyleConfigLoad::readPanel(
     const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
-    std::optional<std::string_view> superMagicPanelsName) {
+    std::optional<std::string_view> superMagicPanelsName) const {
     auto record = std::make_shared<PanelConfigInfo>();
     readAttributes(panel, panelAttributes, *record);
     if (record->isEditable() && superMagicPanelName && !superMagicPanelName->empty() &&
-        superMagicPanelsName && !superMagicPanelsName->empty())
+        superMagicPanelsName && !superMagicPanelsName->empty() &&
+        mayAdd({0, superMagicPanelsName->size() + superMagicPanelName->size() + 2}, panel, "name",
+               record->panelName().value_or("")))
         record->setPanelName(text::format("%@-%@-%@", *superMagicPanelsName, *superMagicPanelName,
                                           record->panelName()));
     return record;
@@ -158,6 +161,8 @@ void YGStyleConfigLoad::placeMagicPanel(const xml::Element& element,
     const std::string_view above = element.parent().name();
     const bool inStyle = parentStyleInfo && above == "style";
     const bool inPanel = parentPaneInfo && above == "panel";
+    if ((inStyle || inPanel) && !mayAddPanel(*panel, element, *groupName))
+        return;
     if (inStyle && parentStyleInfo->stylePanes())
         parentStyleInfo->stylePanes()->push_back(panel);
     if (inPanel && parentPaneInfo->panePanes())
@@ -174,6 +179,8 @@ void YGStyleConfigLoad::placeReusePanel(
     const auto name = element.attribute("name");
     const auto* panel = name && reusePanelInfos_ ? reusePanelInfos_->find(*name) : nullptr;
     if (panel && parentPaneInfo) {
+        if (!mayAddPanel(**panel, element, *name))
+            return;
         if (parentPaneInfo->panePanes())
             parentPaneInfo->panePanes()->push_back(*panel);
         reportReference(element);
@@ -185,6 +192,12 @@ void YGStyleConfigLoad::placeReusePanel(
         report(rules::misplacedReusePanel, element, "name", *name);
     else
         report(rules::unknownReusePanel, element, "name", *name);
+}
+
+/// Whether a panel may be placed once more.
+bool YGStyleConfigLoad::mayAddPanel(const PanelConfigInfo& panel, const xml::Element& reference,
+                                    std::string_view name) const {
+    return !panelExtents_ || mayAdd(panelExtents_->of(panel), reference, "name", name);
 }
 
 /// A reference that resolves says nothing but a name.

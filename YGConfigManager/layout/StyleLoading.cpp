@@ -6,6 +6,7 @@
 
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
+#include "YGConfigManager/layout/Expansion.h"
 #include "YGConfigManager/layout/LayoutAttributes.h"
 #include "YGConfigManager/layout/LayoutRules.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
@@ -20,6 +21,11 @@ namespace {
 std::string fileName(std::optional<std::string_view> path, std::string_view otherwise) {
     std::optional<std::string> last = text::lastPathComponent(path);
     return last && !last->empty() ? *std::move(last) : std::string(otherwise);
+}
+
+xml::Element definitionOf(std::string_view name, const RecordMap<xml::Element>& definitions) {
+    const xml::Element* found = definitions.find(name);
+    return found ? *found : xml::Element();
 }
 
 }  // namespace
@@ -39,6 +45,7 @@ const std::shared_ptr<YGStyleConfigLoad>& YGStyleConfigLoad::getShareInstance() 
 YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(
     std::optional<std::string_view> styleConfigPath, std::optional<std::string_view> tabStylePath,
     std::optional<std::string_view> magicPanelPath) {
+    const Expansion expansion(Expansion::load);
     files_ = std::make_unique<FilesOfOneLoad>();
     writeRuntimeLog("initWithStyleConfigPath");
 
@@ -50,34 +57,43 @@ YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(
 
     // Styles resolve their references while they are read, so the order decides what they find.
     // While the reuse file is read its panels are not known yet, and the soft-optimize styles know
-    // the first file's groups only.
+    // the first file's groups only. What an earlier load found counts for nothing.
+    panelExtents_ = std::make_unique<PanelExtents>();
+    reusePanelInfos_ = nullptr;
+    magicPanelInfos_ = nullptr;
     reusePanelInfos_ = loadReusePanel(reusePath);
+    measure(*reusePanelInfos_);
     magicPanelInfos_ = loadMagicPanel(magicPanelPath);
+    measure(*magicPanelInfos_);
     styleInfos_ = loadConfig(styleConfigPath, true);
     const std::shared_ptr<MagicPanelMap> softMagicPanels = loadMagicPanel(softMagicPath);
     const std::shared_ptr<StyleMap> softStyles = loadConfig(softStylePath, true);
+    measure(*softMagicPanels);
+    const auto softGroups = definitionsIn(softMagicPath);
     for (const auto& [groupName, members] : *softMagicPanels) {
         if (magicPanelInfos_->set(groupName, members))
-            report(rules::replacedGroup, definitionOf(groupName, softMagicPath), {}, groupName);
+            report(rules::replacedGroup, definitionOf(groupName, softGroups), {}, groupName);
     }
     if (softStyles) {
+        const auto definitions = definitionsIn(softStylePath);
         if (!styleInfos_)
             report(rules::softOptimizeDropped, {}, {}, softStylePath.value_or(""));
         else
             for (const auto& [name, style] : *softStyles) {
                 if (styleInfos_->set(name, style))
-                    report(rules::overriddenStyle, definitionOf(name, softStylePath), {}, name);
+                    report(rules::overriddenStyle, definitionOf(name, definitions), {}, name);
             }
     }
     tabStyleInfos_ = loadConfig(tabStylePath, false);
     keepTemplates(softStylePath, styleConfigPath);
-    magicXMLElement_ = loadMagicPanelsConfigWithMagicPath(magicPanelPath, reusePath);
+    keepMagicMembers(loadMagicPanelsConfigWithMagicPath(magicPanelPath, reusePath));
     files_.reset();
     return this;
 }
 
 std::shared_ptr<StyleMap> YGStyleConfigLoad::loadConfig(std::optional<std::string_view> path,
                                                         bool isMainStyleConfig) {
+    const Expansion expansion(Expansion::load);
     const xml::Element root = getRootElementForFile(path);
     if (const auto name = root.attribute("default_style")) {
         if (isMainStyleConfig) {
@@ -113,6 +129,7 @@ std::shared_ptr<StyleMap> YGStyleConfigLoad::loadConfig(std::optional<std::strin
 
 std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::parseStyleConfig(
     const xml::Element& style) const {
+    const Expansion expansion(Expansion::load);
     auto record = std::make_shared<StyleConfigInfo>();
     readAttributes(style, styleAttributes, *record);
     if (sink()) {
@@ -142,8 +159,11 @@ std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::loadStyleConfigInfoWithName(
 // Apart from the look-up, so that a page that is there pays for none of this.
 [[gnu::noinline]] std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::customPage(
     std::string_view name) const {
+    const Expansion expansion(Expansion::page);
     const xml::Element page = createXMLElementWithStyleName(name);
-    return page ? parseStyleConfig(page) : nullptr;
+    auto record = page ? parseStyleConfig(page) : nullptr;
+    // Slots that stayed may place more than a page may have.
+    return expansion.isRefused() ? nullptr : record;
 }
 
 xml::Element YGStyleConfigLoad::getRootElementForFile(std::optional<std::string_view> path) const {
@@ -228,18 +248,41 @@ void YGStyleConfigLoad::report(const Rule& rule, const xml::Node& node, std::str
         sink()->report({rule, node, std::string(attribute), std::string(value)});
 }
 
-/// The definition that counts of a name in a file of this load, for reports on it.
-xml::Element YGStyleConfigLoad::definitionOf(std::string_view name,
-                                             const std::optional<std::string>& path) const {
-    xml::Element last;
+/// The definitions that count in a file of this load, for reports on them.
+RecordMap<xml::Element> YGStyleConfigLoad::definitionsIn(
+    const std::optional<std::string>& path) const {
+    RecordMap<xml::Element> last;
     if (!sink() || !path)
         return last;
     for (const xml::Node& child : files_->parsed[*path].document.root().children()) {
         const xml::Element element(child);
-        if (element.attribute("name") == name)
-            last = element;
+        if (const auto name = element.attribute("name"))
+            last.set(*name, element);
     }
     return last;
+}
+
+void YGStyleConfigLoad::measure(const PanelMap& reusePanels) {
+    for (const auto& [name, panel] : reusePanels)
+        panelExtents_->add(*panel);
+}
+
+/// Of each group the panel that its slots show.
+void YGStyleConfigLoad::measure(const MagicPanelMap& groups) {
+    for (const auto& [name, members] : groups) {
+        if (!members->empty())
+            panelExtents_->add(*members->begin()->value);
+    }
+}
+
+/// Whether there is room for what is about to be added, which is then counted.
+bool YGStyleConfigLoad::mayAdd(const Extent& extent, const xml::Node& node,
+                               std::string_view attribute, std::string_view value) const {
+    Expansion* const expansion = Expansion::current();
+    if (!expansion || expansion->add(extent))
+        return true;
+    report(rules::expansionLimit, node, attribute, value);
+    return false;
 }
 
 /// Comments and instructions are no content; text and elements are.

@@ -8,6 +8,7 @@
 // cannot be read is logged as "load style config fail:" with the reason and contributes nothing.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -31,8 +32,22 @@ using StyleMap = RecordMap<std::shared_ptr<StyleConfigInfo>>;
 using PanelMap = RecordMap<std::shared_ptr<PanelConfigInfo>>;
 using MagicPanelMap = RecordMap<std::shared_ptr<PanelMap>>;
 
+struct Extent;
+class PanelExtents;
+
 class YG_EXPORT YGStyleConfigLoad {
 public:
+    /// What one load or one look-up may add to what its files hold by repeating it: panels in the
+    /// places that refer to them, definitions and members copied into references and slots,
+    /// arguments written into patterns, and the names of groups and members before those of
+    /// editable panels. An element is a panel, an element or a listed name of a record, and a node
+    /// or an attribute of XML; bytes are those of their names and texts. What goes beyond is not
+    /// added, is logged once as "load style config fail:", and the load goes on: a reference in
+    /// records places nothing, one in the expanded magic panels stays, a panel keeps its name. A
+    /// custom page that goes beyond is none.
+    static constexpr std::size_t mostAddedElements = 1'000'000;
+    static constexpr std::size_t mostAddedBytes = std::size_t{64} * 1024 * 1024;
+
     /// An empty loader: every field is absent until initWithStyleConfigPath has run.
     YGStyleConfigLoad();
     ~YGStyleConfigLoad();
@@ -54,8 +69,9 @@ public:
 
     /// The style of that name. One that was loaded is answered itself, not as a copy; any other
     /// name is taken as a custom page, template-argument-argument…, and gives a new record each
-    /// time. Null when it is neither. Look-ups take the name by reference: an optional text by
-    /// value is copied through memory, which costs as much as the look-up.
+    /// time. Null when it is neither, or a page beyond the limits above. Look-ups take the name by
+    /// reference: an optional text by value is copied through memory, which costs as much as the
+    /// look-up.
     std::shared_ptr<StyleConfigInfo> loadStyleConfigInfoWithName(
         const std::optional<std::string_view>& name) const;
 
@@ -129,6 +145,7 @@ public:
 
     /// A copy of the magic panel file's root in which each reference to a reuse panel is replaced
     /// by its definition, as an element "panel"; empty when the magic panel file cannot be read.
+    /// References beyond the limits above stay.
     xml::Element loadMagicPanelsConfigWithMagicPath(
         std::optional<std::string_view> magicPath, std::optional<std::string_view> reusePath) const;
 
@@ -142,7 +159,8 @@ public:
     /// The element of a custom page: a copy of the template style in which each slot for magic
     /// panels is replaced by the member that the argument names, or by a pattern member with the
     /// argument written into it; a slot that neither serves stays. Empty when there is no such
-    /// template or the number of arguments is not that of the slots.
+    /// template, the number of arguments is not that of the slots or the page is beyond the limits
+    /// above.
     xml::Element createXMLElementWithStyleName(std::optional<std::string_view> styleName) const;
 
     /// The key of the host's mapping "模版通配" whose list holds the value; absent when none does.
@@ -166,9 +184,17 @@ public:
 
 private:
     struct FilesOfOneLoad;
+    class WildcardKeys;
 
     void keepTemplates(std::optional<std::string_view> basePath,
                        std::optional<std::string_view> extPath);
+    void keepMagicMembers(const xml::Element& expanded);
+    void measure(const PanelMap& reusePanels);
+    void measure(const MagicPanelMap& groups);
+    bool mayAdd(const Extent& extent, const xml::Node& node, std::string_view attribute,
+                std::string_view value) const;
+    bool mayAddPanel(const PanelConfigInfo& panel, const xml::Element& reference,
+                     std::string_view name) const;
     xml::Element templateNamed(std::string_view name) const;
     std::shared_ptr<StyleConfigInfo> customPage(std::string_view name) const;
     void parsePanel(const xml::Element& element,
@@ -176,9 +202,9 @@ private:
                     const std::shared_ptr<PanelConfigInfo>& parentPaneInfo, bool* hasMagicPanels,
                     std::optional<std::string_view> superMagicPanelName,
                     std::optional<std::string_view> superMagicPanelsName) const;
-    static std::shared_ptr<PanelConfigInfo> readPanel(
+    std::shared_ptr<PanelConfigInfo> readPanel(
         const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
-        std::optional<std::string_view> superMagicPanelsName);
+        std::optional<std::string_view> superMagicPanelsName) const;
     void reportPanel(const xml::Element& panel) const;
     void placeMagicPanel(const xml::Element& element,
                          const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
@@ -191,7 +217,9 @@ private:
     void parseContent(const xml::Element& content, const std::shared_ptr<PanelConfigInfo>& panel,
                       std::optional<std::string_view> superMagicPanelName,
                       std::optional<std::string_view> superMagicPanelsName) const;
-    xml::Node memberForSlot(const xml::Element& slot, std::string_view argument) const;
+    template <class MayAdd>
+    std::optional<xml::Node> panelForSlot(const xml::Element& slot, const std::string& argument,
+                                          WildcardKeys& keys, const MayAdd& mayAddToPage) const;
 
     /// While one lives, its thread reports nothing: what is walked is dropped and reported already.
     struct QuietWalk {
@@ -205,7 +233,7 @@ private:
     DiagnosticsSink* sink() const;
     void report(const Rule& rule, const xml::Node& node, std::string_view attribute = {},
                 std::string_view value = {}) const;
-    xml::Element definitionOf(std::string_view name, const std::optional<std::string>& path) const;
+    RecordMap<xml::Element> definitionsIn(const std::optional<std::string>& path) const;
     void reportUnread(const xml::Node& node) const;
     void reportReference(const xml::Element& element) const;
     void reportNamed(const xml::Element& element, std::string_view properName) const;
@@ -219,7 +247,10 @@ private:
     std::shared_ptr<PanelMap> reusePanelInfos_;
     std::shared_ptr<PanelMap> scrollPanelDict_;
     std::vector<xml::Element> templateRoots_;
-    xml::Element magicXMLElement_;
+    /// The members of the expanded magic panels by group and name: the first child of each, the
+    /// first definition of a name.
+    RecordMap<RecordMap<xml::Node>> magicMembers_;
+    std::unique_ptr<PanelExtents> panelExtents_;
     std::optional<std::string> defaultStyleName_;
     DiagnosticsSink* sink_ = nullptr;
 

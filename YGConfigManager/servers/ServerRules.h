@@ -35,8 +35,10 @@ inline constexpr Rule serverEntryWithoutAddress{
 inline constexpr Rule serverWithoutName{
     "server-without-name", Handling::defaulted,
     "Between two \";\", or beside one at an end, stands an empty name, which makes a server."};
-inline constexpr Rule tooManyServers{"too-many-servers", Handling::dropped,
-                                     "A group holds at most 2,000,000 servers."};
+inline constexpr Rule tooManyServers{
+    "too-many-servers", Handling::dropped,
+    "Beside the first of each entry, the names of a group give at most 250,000 servers and 16 MiB "
+    "of names and hosts."};
 inline constexpr Rule contentInServerEntry{"content-in-server-entry", Handling::dropped,
                                            "What stands inside an entry is not read."};
 

@@ -5,8 +5,10 @@
 
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 #include "YGConfigManager/diagnostics/Reporter.h"
+#include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/servers/AddressChoice.h"
 #include "YGConfigManager/servers/ServerAttributes.h"
 #include "YGConfigManager/servers/ServerRules.h"
@@ -18,8 +20,30 @@ namespace yg {
 
 namespace {
 
-/// A file of a few megabytes could otherwise name servers until the memory is gone.
-constexpr std::size_t mostServers = 2'000'000;
+/// The servers of a group while it is read.
+struct Servers {
+    std::shared_ptr<ServerAddrList> list = std::make_shared<ServerAddrList>();
+    std::size_t further = 0;
+    std::size_t furtherBytes = 0;
+    bool isFull = false;
+
+    /// Whether there is room for a further server of an entry, which is then counted. Not asked
+    /// again once it is full.
+    bool mayAddFurther(std::string_view name, std::string_view host) {
+        const std::size_t bytes = name.size() + host.size();
+        isFull = further == YGServerAddrListTag::mostFurtherServers ||
+                 bytes > YGServerAddrListTag::mostFurtherBytes - furtherBytes;
+        if (isFull) {
+            writeRuntimeLog(
+                "load style config fail:names add more than %ld servers or %ld bytes to a group",
+                YGServerAddrListTag::mostFurtherServers, YGServerAddrListTag::mostFurtherBytes);
+            return false;
+        }
+        ++further;
+        furtherBytes += bytes;
+        return true;
+    }
+};
 
 void reportPort(const Reporter& reporter, const xml::Element& element, std::string_view item,
                 std::string_view port) {
@@ -83,7 +107,7 @@ std::string_view missingAttribute(const ServerEntry& entry) {
     return entry.addrs ? "" : "addrs";
 }
 
-void readEntry(const Reporter& reporter, const xml::Element& element, ServerAddrList& servers) {
+void readEntry(const Reporter& reporter, const xml::Element& element, Servers& servers) {
     ServerEntry entry;
     readAttributes(element, serverEntryAttributes, entry);
     if (const std::string_view missing = missingAttribute(entry); !missing.empty()) {
@@ -105,19 +129,25 @@ void readEntry(const Reporter& reporter, const xml::Element& element, ServerAddr
     }
 
     const std::int32_t key = text::leadingInt32(*entry.key);
-    bool isFull = false;
+    bool isFirst = true;
+    bool isCut = false;
     forEachItem(*entry.names, [&](std::string_view name) {
-        isFull = servers.size() >= mostServers;
-        if (isFull)
+        const bool isFurther = !std::exchange(isFirst, false);
+        isCut = isFurther && servers.isFull;
+        if (isCut)
             return;
         // Each name draws for itself.
         const Address& address = choice.draw();
+        isCut = isFurther && !servers.mayAddFurther(name, address.host);
+        if (isCut)
+            return;
         // Widened with its sign: a negative port is kept as its two's complement.
         const auto port =
             static_cast<std::uint64_t>(std::int64_t{text::leadingInt32(address.port)});
-        servers.push_back(YGServerAddrTag::initWithServerAddrInfo(name, address.host, port, key));
+        servers.list->push_back(
+            YGServerAddrTag::initWithServerAddrInfo(name, address.host, port, key));
     });
-    if (isFull)
+    if (isCut)
         reporter.report(rules::tooManyServers, element);
 }
 
@@ -148,15 +178,15 @@ void YGServerAddrListTag::loadServerGroupCfg(const xml::Element& rootElement,
         reportAttributes(group, serverAttributes, *sink);
     }
 
-    auto servers = std::make_shared<ServerAddrList>();
+    Servers servers;
     readAttributes(group, serverAttributes, *this);
     for (const xml::Node& child : group.children()) {
         if (child.isElement())
-            readEntry(reporter, xml::Element(child), *servers);
+            readEntry(reporter, xml::Element(child), servers);
         else
             reporter.stray(child);
     }
-    serverAddrList_ = std::move(servers);
+    serverAddrList_ = std::move(servers.list);
 }
 
 }  // namespace yg

@@ -5,6 +5,7 @@
 // changes must not be read by another; the two choices may be made on any thread.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -25,6 +26,12 @@ using ServerAddrList = std::vector<std::shared_ptr<YGServerAddrTag>>;
 
 class YG_EXPORT YGServerAddrListTag {
 public:
+    /// What the names of a group's entries may add beside the first of each entry; bytes are those
+    /// of names and hosts, of which each server has its own. Further names beyond that give no
+    /// servers, and the first is logged as "load style config fail:".
+    static constexpr std::size_t mostFurtherServers = 250'000;
+    static constexpr std::size_t mostFurtherBytes = std::size_t{16} * 1024 * 1024;
+
     /// A new group for a server type, filled by loadServerGroupCfg; never null. An empty element
     /// leaves all but the type unset.
     static std::shared_ptr<YGServerAddrListTag> initWithServerType(std::uint64_t serverType,
@@ -34,8 +41,8 @@ public:
     /// Fills description, domain and servers from the first "server" of this group's type in the
     /// document that holds the element given. Without one nothing is set. Each name of an entry
     /// gives a server with an address of its own, drawn from all of the entry's; an entry without
-    /// key, name, addrs or any usable address gives none. A group holds at most 2,000,000 servers.
-    /// What is passed over is reported to the sink, if there is one.
+    /// key, name, addrs or any usable address gives none. What is passed over is reported to the
+    /// sink, if there is one.
     void loadServerGroupCfg(const xml::Element& rootElement, DiagnosticsSink* sink = nullptr);
 
     /// One "host:port" of the items, each with the same chance. An item is host:port or

@@ -159,31 +159,78 @@ TEST(EventBadInput, TheFamilyOfChineseEncodingsIsRead) {
     EXPECT_NE(loader->commandByName("行情"), nullptr);
 }
 
-// Ten megabytes of events, included over and over, would take all memory.
-TEST(EventBadInput, IncludesEndAtTheirLimit) {
-    constexpr std::size_t events = 100;
-    constexpr std::size_t nameSize = 100'000;
-    constexpr std::size_t perInclude = events * (nameSize + 64);
-    constexpr std::size_t groups = 40;
-    std::string xml = "<event_list><event_template name='t'>";
-    for (std::size_t i = 0; i < events; ++i)
-        xml += "<e name='" + std::to_string(1000 + i) + std::string(nameSize - 4, 'n') + "'/>";
-    xml += "</event_template>";
-    // One group, so that the test itself takes little memory.
-    xml += "<element_event name='g'>";
-    for (std::size_t i = 1; i < groups; ++i)
-        xml += "<i src='t'/>";
-    xml += "</element_event>\n<element_event name='h'><i src='t'/></element_event></event_list>";
+// ---- What templates add
+// --------------------------------------------------------------------------
 
+constexpr std::size_t mostEvents = 1'000'000;
+constexpr std::size_t mostBytes = std::size_t{64} * 1024 * 1024;
+constexpr const char* limitLog =
+    "load palette config fail:includes add more than 1000000 events or 67108864 bytes";
+
+/// A template "t" and a number of groups, "0", "1" …, that include it.
+std::string includedByGroups(std::string_view events, std::size_t groups) {
+    std::string xml = "<event_list><event_template name='t'>";
+    xml.append(events).append("</event_template>\n");
+    for (std::size_t i = 0; i < groups; ++i)
+        xml += "<element_event name='" + std::to_string(i) + "'><i src='t'/></element_event>\n";
+    return xml + "</event_list>";
+}
+
+/// How many events the groups hold, and the bytes of their names and texts, in all places where
+/// they stand.
+std::size_t eventsOf(const YGEventLoader& loader) {
+    std::size_t count = 0;
+    for (const auto& [group, events] : loader.elementEventDatas())
+        count += events.size();
+    return count;
+}
+
+std::size_t bytesOf(const YGEventLoader& loader) {
+    std::size_t bytes = 0;
+    for (const auto& [group, events] : loader.elementEventDatas()) {
+        for (const auto& [name, event] : events)
+            bytes += 2 * name.size() + event->addtionData().value_or("").size();
+    }
+    return bytes;
+}
+
+TEST(EventBadInput, IncludesEndAtTheEventsThatAFileMayAdd) {
+    std::string events;
+    for (int i = 0; i < 1'000; ++i)
+        events += "<e name='" + std::to_string(i) + "'/>";
+    const ScopedHost<> host;
     RecordingSink sink;
-    const auto loader = loadEvents(xml, &sink);
-    EXPECT_EQ(loader->elementEventDatas().find("g")->size(), events);
-    EXPECT_TRUE(loader->elementEventDatas().find("h")->empty());
-    constexpr std::size_t included = (256 * 1024 * 1024 + perInclude - 1) / perInclude;
-    ASSERT_EQ(sink.entries.size(), groups - included);
-    EXPECT_EQ(sink.rules().front(), "include-limit");
-    EXPECT_EQ(sink.lines().back(), "2: include-limit src=t");
+    const auto loader = loadEvents(includedByGroups(events, 1'500), &sink);
+    EXPECT_EQ(eventsOf(*loader), mostEvents);
+    EXPECT_EQ(loader->elementEventDatas().size(), 1'500U);
+    ASSERT_EQ(sink.entries.size(), 500U);
+    EXPECT_EQ(sink.lines().front(), "1002: include-limit src=t");
     EXPECT_THAT(sink.unaccounted(), IsEmpty());
+    EXPECT_THAT(host->runtimeLog(), ElementsAre(limitLog));
+}
+
+// A group holds the template's own records, but whoever writes the groups writes them each time.
+TEST(EventBadInput, IncludesEndAtTheBytesThatAFileMayAdd) {
+    const std::string name(1'000, 'n');
+    const ScopedHost<> host;
+    const auto loader = loadEvents(includedByGroups(
+        "<e name='" + name + "' addtion_data='" + std::string(500'000, 'd') + "'/>", 1'000));
+    EXPECT_EQ(eventsOf(*loader), mostBytes / 502'000);
+    EXPECT_EQ(bytesOf(*loader), mostBytes / 502'000 * 502'000);
+    EXPECT_THAT(host->runtimeLog(), ElementsAre(limitLog));
+}
+
+TEST(EventBadInput, AnIncludeThatDoesNotFitIsNotBegunAndSmallerOnesStillCount) {
+    std::string xml = "<event_list><event_template name='large'>";
+    for (std::size_t i = 0; i < mostEvents * 3 / 5; ++i)
+        xml += "<e name='" + std::to_string(i) + "'/>";
+    const auto loader = loadEvents(
+        xml +
+        "</event_template><event_template name='small'><e name='s'/></event_template>"
+        "<element_event name='a'><i src='large'/></element_event>"
+        "<element_event name='b'><i src='large'/><i src='small'/></element_event></event_list>");
+    EXPECT_EQ(loader->elementEventDatas().find("a")->size(), mostEvents * 3 / 5);
+    EXPECT_EQ(loader->elementEventDatas().find("b")->size(), 1U);
 }
 
 }  // namespace

@@ -149,19 +149,51 @@ TEST_F(ServerBadInput, AnEntryOfManyNamesAndManyAddressesIsRead) {
     EXPECT_EQ(loader->appServerAddrListTag()->serverAddrList()->size(), 200'001u);
 }
 
+constexpr const char* groupLimitLog =
+    "load style config fail:names add more than 250000 servers or 16777216 bytes to a group";
+
 // Of one megabyte of separators each would otherwise become a record of some hundred bytes.
 TEST_F(ServerBadInput, AGroupEndsAtItsLimit) {
-    constexpr std::size_t most = 2'000'000;
+    constexpr std::size_t most = 250'000;
     const auto parsed = xml::Document::parseText(
-        "<application><server type='1'><e key='1' name='" + std::string(most - 3, ';') +
-        "' addrs='h:1'/><e key='2' name='a;b;c' addrs='h:1'/><e key='3' name='d' addrs='h:1'/>"
-        "</server></application>");
+        "<application><server type='1'><e key='1' name='" + std::string(most - 1, ';') +
+        "' addrs='h:1'/><e key='2' name='a;b;c' addrs='h:1'/><e key='3' name='d;e' addrs='h:1'/>"
+        "<e key='4' name='f' addrs='h:1'/></server></application>");
     RecordingSink sink;
     const auto group = YGServerAddrListTag::initWithServerType(1, parsed.document.root(), &sink);
     EXPECT_THAT(sink.rules(),
                 ElementsAre("server-without-name", "too-many-servers", "too-many-servers"));
-    ASSERT_EQ(group->serverAddrList()->size(), most);
-    EXPECT_EQ(yg::testing::textOf(*group->serverAddrList()->back()), "2 b h:1");
+    // What each entry names first is always there.
+    ASSERT_EQ(group->serverAddrList()->size(), most + 4);
+    const auto fromTheEnd = [&](std::size_t back) {
+        return yg::testing::textOf(*(*group->serverAddrList())[most + 4 - back]);
+    };
+    EXPECT_EQ(fromTheEnd(4), "2 a h:1");
+    EXPECT_EQ(fromTheEnd(3), "2 b h:1");
+    EXPECT_EQ(fromTheEnd(2), "3 d h:1");
+    EXPECT_EQ(fromTheEnd(1), "4 f h:1");
+    EXPECT_THAT(host->runtimeLog(), ElementsAre(groupLimitLog));
+}
+
+// Each server holds the text of its address, so that names and the length of addresses multiply.
+TEST_F(ServerBadInput, AGroupEndsAtTheBytesThatItMayHold) {
+    constexpr std::size_t size = 100'000;
+    constexpr std::size_t most = std::size_t{16} * 1024 * 1024;
+    const std::string server(size, 'h');
+    const auto parsed = xml::Document::parseText(
+        "<application><server type='1'><e key='1' name='" + std::string(2'000, ';') + "' addrs='" +
+        server +
+        ":1'/><e key='2' name='a' addrs='h:1'/></server><server type='2'><e key='3' "
+        "name='a' addrs='" +
+        server + ":1'/></server></application>");
+    RecordingSink sink;
+    const auto group = YGServerAddrListTag::initWithServerType(1, parsed.document.root(), &sink);
+    EXPECT_EQ(group->serverAddrList()->size(), 1 + most / size + 1);
+    EXPECT_THAT(sink.rules(), ElementsAre("server-without-name", "too-many-servers"));
+    EXPECT_THAT(host->runtimeLog(), ElementsAre(groupLimitLog));
+    // Each group counts for itself.
+    const auto other = YGServerAddrListTag::initWithServerType(2, parsed.document.root(), &sink);
+    EXPECT_EQ(other->serverAddrList()->size(), 1U);
 }
 
 // ---- Deliveries ------------------------------------------------------------------------------

@@ -137,11 +137,7 @@ std::optional<Image> Image::scaled(double pointWidth, double pointHeight) const 
     if (target == nullptr) {
         return std::nullopt;
     }
-    try {
-        scaleBilinear({row(0).data(), buffer_->rowBytes(), pixelWidth_, pixelHeight_}, *target);
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
+    scaleBilinear({row(0).data(), buffer_->rowBytes(), pixelWidth_, pixelHeight_}, *target);
     return Image(target, 0, 0, target->width(), target->height(), pointWidth, pointHeight);
 }
 

@@ -9,6 +9,7 @@
 
 #include <fontconfig/fontconfig.h>
 
+#include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/text/Utf8.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -163,8 +164,8 @@ FontServices& FontServices::shared() {
 
 FontServices::FontServices(_FcConfig* configuration) : configuration_(configuration) {}
 
-FontServices::FontServices(const std::vector<std::string>& fontFiles)
-    : configuration_(FcConfigCreate()) {
+FontServices::FontServices(const std::vector<std::string>& fontFiles, std::size_t mostBytes)
+    : configuration_(FcConfigCreate()), mostBytes_(mostBytes) {
     for (const std::string& file : fontFiles) {
         FcConfigAppFontAddFile(configuration_, bytesOf(file));
     }
@@ -319,11 +320,29 @@ std::shared_ptr<const FontFile> FontServices::openFile(const _FcPattern* pattern
     }
     int index = 0;
     FcPatternGetInteger(pattern, FC_INDEX, 0, &index);
-    auto [place, isNew] = files_.try_emplace({*path, index});
-    if (isNew) {
-        place->second = FontFile::open(*path, index);
+    const std::pair key(*path, index);
+    if (const auto known = faces_.find(key); known != faces_.end()) {
+        return known->second;
     }
-    return place->second;
+    return faces_.emplace(key, openFace(*path, index)).first->second;
+}
+
+std::shared_ptr<const FontFile> FontServices::openFace(const std::string& path, int index) {
+    if (const auto known = contents_.find(path); known != contents_.end()) {
+        return FontFile::open(known->second, index);
+    }
+    const std::size_t limit = std::min(files::largestFileRead, mostBytes_ - openBytes_);
+    files::FileReading file = files::readWholeFile(path, limit);
+    if (!file) {
+        return nullptr;
+    }
+    const auto content = std::make_shared<const std::string>(std::move(file.bytes));
+    auto face = FontFile::open(content, index);
+    if (face != nullptr) {
+        contents_.emplace(path, content);
+        openBytes_ += content->size();
+    }
+    return face;
 }
 
 }  // namespace yg

@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <cmath>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <optional>
 #include <string>
@@ -13,7 +17,10 @@
 #include "YGConfigManager/graphics/Font.h"
 #include "YGConfigManager/graphics/FontServices.h"
 
+#include "graphics/CountedMemory.h"
+#include "graphics/ImageFiles.h"
 #include "graphics/TestFonts.h"
+#include "host/TempRoot.h"
 
 namespace {
 
@@ -244,6 +251,87 @@ TEST_F(FontWidths, MeasuringFromSeveralThreadsGivesTheSameWidths) {
     for (std::thread& thread : threads) {
         thread.join();
     }
+}
+
+std::string contentOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Both fonts as faces of one file. Where a font's tables begin is counted from the file's start.
+std::string collectionOf(const std::vector<std::string>& fonts) {
+    const auto number = [](std::size_t value) {
+        return yg::testing::bigEndian(static_cast<std::uint32_t>(value));
+    };
+    std::string header = "ttcf" + number(0x10000) + number(fonts.size());
+    const std::size_t start = header.size() + 4 * fonts.size();
+    std::string content;
+    for (std::string font : fonts) {
+        const std::size_t place = start + content.size();
+        header += number(place);
+        for (std::size_t at = 12 + 8; at < 12 + 16 * static_cast<std::size_t>(font[5]); at += 16) {
+            std::size_t table = 0;
+            for (std::size_t i = 0; i < 4; ++i) {
+                table = table << 8 | static_cast<unsigned char>(font[at + i]);
+            }
+            font.replace(at, 4, number(table + place));
+        }
+        content += font;
+    }
+    return header + content;
+}
+
+TEST(FontFiles, AFileThatIsShortenedWhileItIsOpenChangesNothing) {
+    const yg::testing::TempRoot root;
+    root.write("font.ttf", contentOf(testFontPath("latin.ttf")));
+    FontServices fonts{{root.at("font.ttf")}};
+    const yg::Font font = fonts.named("YG Test Latin", 12).value();
+    EXPECT_EQ(font.widthOf("a"), 6);
+    std::filesystem::resize_file(root.at("font.ttf"), 0);
+    EXPECT_EQ(font.widthOf("another text"), 72);
+    EXPECT_EQ(fonts.named("YGTestLatin-Regular", 12)->widthOf("ab"), 12);
+}
+
+TEST(FontFiles, AFileThatIsShortenedBeforeItIsOpenedIsNoFont) {
+    const yg::testing::TempRoot root;
+    const std::string whole = contentOf(testFontPath("latin.ttf"));
+    for (const std::size_t size : {std::size_t{0}, std::size_t{11}, whole.size() / 2}) {
+        root.write("font.ttf", whole);
+        FontServices fonts{{root.at("font.ttf")}};
+        std::filesystem::resize_file(root.at("font.ttf"), size);
+        EXPECT_FALSE(fonts.named("YG Test Latin", 12)) << size;
+        EXPECT_EQ(fonts.system(12).faceName(), "sans-serif") << size;
+    }
+}
+
+#ifndef YG_NO_COUNTED_MEMORY
+TEST(FontFiles, AreInMemoryOnceForAllTheirFaces) {
+    const yg::testing::TempRoot root;
+    const std::string both =
+        collectionOf({contentOf(testFontPath("latin.ttf")), contentOf(testFontPath("light.ttf"))});
+    constexpr std::size_t size = 1 << 20;
+    root.write("both.ttc", both + std::string(size - both.size(), '\0'));
+    FontServices fonts{{root.at("both.ttc")}};
+    const std::size_t before = yg::testing::bytesTaken();
+    EXPECT_EQ(fonts.named("YG Test Latin", 12)->widthOf("a"), 6);
+    EXPECT_GT(yg::testing::bytesTaken() - before, size);
+    EXPECT_EQ(fonts.named("YG Test Weights", 12)->widthOf("a"), 3);
+    EXPECT_LT(yg::testing::bytesTaken() - before, size + size / 2);
+}
+#endif
+
+TEST(FontFiles, AreOpenedUpToALimitOfTheirBytesTogether) {
+    const std::string latin = testFontPath("latin.ttf");
+    const std::string square = testFontPath("square.ttf");
+    const std::size_t both = contentOf(latin).size() + contentOf(square).size();
+    FontServices enough{{latin, square}, both};
+    EXPECT_TRUE(enough.named("YG Test Latin", 12));
+    EXPECT_TRUE(enough.named("YG Test Square", 12));
+    FontServices few{{latin, square}, both - 1};
+    EXPECT_TRUE(few.named("YG Test Latin", 12));
+    EXPECT_FALSE(few.named("YG Test Square", 12));
+    // As wide as the face's box, for no other face can be opened.
+    EXPECT_EQ(few.named("YG Test Latin", 12)->widthOf("价"), 6);
 }
 
 // The machine's own fonts: those that the packages for the tests bring.

@@ -32,6 +32,8 @@ public:
 
     /// The image in the bytes of a PNG or JPEG file. None when they are of another format, cut
     /// short, damaged, or have more pixels than allowed: that is found out before memory is taken.
+    /// None as well for a progressive JPEG of more than 64 scans, or whose scans have more than
+    /// 1 Gi pixels together. What a PNG has packed behind its last row is not looked at.
     /// The size in points is pixels × 72 / the file's density, rounded to whole dots per inch; a
     /// file that states none has a point for each pixel.
     static std::optional<Image> fromBytes(std::string_view bytes);

@@ -80,6 +80,11 @@ public:
     std::optional<std::string> toPng() const;
 
 private:
+    friend class ImageFileReader;
+
+    /// As above; `pixels` tells how many were decoded, or begun and found damaged.
+    static std::optional<Image> fromBytes(std::string_view bytes, std::size_t& pixels);
+
     Image(std::shared_ptr<const PixelBuffer> buffer, std::size_t left, std::size_t top,
           std::size_t pixelWidth, std::size_t pixelHeight, double pointWidth, double pointHeight);
 

@@ -173,11 +173,13 @@ void convertInk(PixelBuffer& pixels, bool isInverted) {
 
 }  // namespace
 
-std::optional<DecodedImage> decodeJpeg(std::string_view bytes) {
+std::optional<DecodedImage> decodeJpeg(std::string_view bytes, std::size_t& pixelCount) {
+    pixelCount = 0;
     JpegReader reader(bytes);
     if (!reader.readHeader()) {
         return std::nullopt;
     }
+    pixelCount = reader.width * reader.height;
     const std::shared_ptr<PixelBuffer> pixels = PixelBuffer::make(reader.width, reader.height);
     if (pixels == nullptr || !reader.readRows(*pixels)) {
         return std::nullopt;

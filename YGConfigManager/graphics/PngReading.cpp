@@ -170,11 +170,13 @@ private:
 
 }  // namespace
 
-std::optional<DecodedImage> decodePng(std::string_view bytes) {
+std::optional<DecodedImage> decodePng(std::string_view bytes, std::size_t& pixelCount) {
+    pixelCount = 0;
     PngReader reader(bytes);
     if (!hasChunksInOrder(bytes) || !reader.readHeader()) {
         return std::nullopt;
     }
+    pixelCount = reader.width * reader.height;
     const std::shared_ptr<PixelBuffer> pixels = PixelBuffer::make(reader.width, reader.height);
     if (pixels == nullptr || !reader.readRows(*pixels)) {
         return std::nullopt;

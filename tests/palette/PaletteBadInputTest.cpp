@@ -2,6 +2,7 @@
 //
 // Palettes and images that are missing, cut short, or made to cost a lot.
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -94,6 +95,58 @@ TEST(PaletteBadInput, ImagesStopWhereTheirPixelsAreTooMany) {
     EXPECT_THAT(yg::testing::keysOf(loader->customImages()), ElementsAre("b"));
     EXPECT_THAT(sink.rules(), ElementsAre("too-many-image-pixels", "too-many-image-pixels",
                                           "duplicate-palette-name"));
+}
+
+TEST(PaletteBadInput, ADamagedImageCountsWithThePixelsThatItDeclares) {
+    const PaletteRoot files;
+    files.root.write("images/damaged.png",
+                     yg::testing::pngHeader(8192, 8192, yg::testing::PngColor::gray, 1) +
+                         yg::testing::pngChunk("IDAT", std::string(9000, 'x')) +
+                         yg::testing::pngChunk("IEND", ""));
+    files.writeImage("small.png", 4, 2);
+    files.writeLight(palette(R"(<BITMAPS><i NAME="a" PATH="small.png"/>
+        <i NAME="b" PATH="damaged.png"/><i NAME="c" PATH="damaged.png"/>
+        <i NAME="d" PATH="small.png"/></BITMAPS>)"));
+    RecordingSink sink;
+    const auto loader = YGPaletteLoad::initWithPaletteStyle(0, &sink);
+    EXPECT_THAT(yg::testing::keysOf(loader->customImages()), ElementsAre("a"));
+    EXPECT_THAT(sink.rules(),
+                ElementsAre("unreadable-image", "too-many-image-pixels", "too-many-image-pixels"));
+}
+
+TEST(PaletteBadInput, ImagesStopWhereTheirFilesAreTooLarge) {
+    const PaletteRoot files;
+    std::string entries;
+    for (const char* name : {"a", "b", "c", "d"}) {
+        files.root.write(std::string("images/") + name, "no image");
+        std::filesystem::resize_file(files.root.at(std::string("images/") + name), 64 << 20);
+        entries += std::string("<i NAME='") + name + "' PATH='" + name + "'/>";
+    }
+    files.writeImage("small.png", 4, 2);
+    files.writeLight(palette("<BITMAPS><i NAME='first' PATH='small.png'/>" + entries +
+                             "<i NAME='last' PATH='small.png'/></BITMAPS>"));
+    RecordingSink sink;
+    const auto loader = YGPaletteLoad::initWithPaletteStyle(0, &sink);
+    EXPECT_THAT(yg::testing::keysOf(loader->customImages()), ElementsAre("first"));
+    EXPECT_THAT(sink.rules(),
+                ElementsAre("unreadable-image", "unreadable-image", "unreadable-image",
+                            "unreadable-image", "too-many-image-bytes"));
+}
+
+TEST(PaletteBadInput, NamesOfOneFileShareItsPixels) {
+    const PaletteRoot files;
+    files.writeImage("a.png", 4, 2);
+    files.root.makeFolder("images/b");
+    std::filesystem::create_symlink("a.png", files.root.at("images/link.png"));
+    std::filesystem::create_hard_link(files.root.at("images/a.png"),
+                                      files.root.at("images/other.png"));
+    files.writeLight(palette(R"(<BITMAPS><i NAME="a" PATH="a.png"/><i NAME="b" PATH="b/../a.png"/>
+        <i NAME="c" PATH="./a.png"/><i NAME="d" PATH="link.png"/><i NAME="e" PATH="other.png"/>
+        </BITMAPS>)"));
+    const auto loader = YGPaletteLoad::initWithPaletteStyle(0);
+    ASSERT_THAT(loader->customImages(), ::testing::SizeIs(5));
+    for (const auto& [name, image] : loader->customImages())
+        EXPECT_EQ(image.row(0).data(), loader->getCustomImage("a")->row(0).data()) << name;
 }
 
 }  // namespace

@@ -2,8 +2,10 @@
 #include "YGConfigManager/graphics/FontServices.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdlib>
 #include <span>
 #include <tuple>
 
@@ -65,20 +67,24 @@ double distanceFromRegular(const FcPattern* pattern) {
            std::abs(numberAt(pattern, FC_WIDTH, FC_WIDTH_NORMAL) - FC_WIDTH_NORMAL);
 }
 
-std::string withoutBlanks(std::string text) {
+/// A name as fontconfig compares it: letter case and blanks do not count.
+std::string folded(const std::string& name) {
+    const std::unique_ptr<FcChar8, decltype(&std::free)> lower(FcStrDowncase(bytesOf(name)),
+                                                               std::free);
+    std::string text = lower == nullptr ? name : reinterpret_cast<const char*>(lower.get());
     std::erase(text, ' ');
     return text;
 }
 
-/// The face's own spelling of the name by which fontconfig found it.
+/// The face's own spelling of the name by which it was found.
 std::string spellingOf(const FcPattern* pattern, const char* property, const std::string& name) {
-    const std::string wanted = withoutBlanks(name);
+    const std::string wanted = folded(name);
     for (int i = 0;; ++i) {
         std::optional<std::string> spelling = textAt(pattern, property, i);
         if (!spelling) {
             return name;
         }
-        if (FcStrCmpIgnoreCase(bytesOf(withoutBlanks(*spelling)), bytesOf(wanted)) == 0) {
+        if (folded(*spelling) == wanted) {
             return *std::move(spelling);
         }
     }
@@ -123,7 +129,76 @@ double sizeOrDefault(double size) {
 /// So many spellings of names are remembered.
 constexpr std::size_t mostNames = 1024;
 
+/// A longer name is no face's. Blanks do not count, so any length could name one.
+constexpr std::size_t longestName = 1024;
+
 }  // namespace
+
+/// The faces that can be measured, by their names. Fontconfig goes through all fonts for each list
+/// that it makes; here that is done once.
+class FontNames {
+public:
+    explicit FontNames(FcConfig* configuration) {
+        // Listing answers only what is there, where matching always answers something.
+        const Owned<FcPattern> wanted(FcPatternCreate());
+        FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
+        FcPatternAddBool(wanted.get(), FC_VARIABLE, FcFalse);
+        const Owned<FcObjectSet> asked(FcObjectSetBuild(FC_FILE, FC_INDEX, FC_FAMILY, FC_FULLNAME,
+                                                        FC_POSTSCRIPT_NAME, FC_WEIGHT, FC_SLANT,
+                                                        FC_WIDTH, FC_FONTFORMAT, nullptr));
+        set_.reset(FcFontList(configuration, wanted.get(), asked.get()));
+        if (set_ == nullptr) {
+            return;
+        }
+        // Listing has no order of its own; equally near faces come by their files.
+        std::vector<std::tuple<double, std::optional<std::string>, int, FcPattern*>> sorted;
+        for (FcPattern* const face :
+             std::span(set_->fonts, static_cast<std::size_t>(set_->nfont))) {
+            if (isOpenType(face)) {
+                int index = 0;
+                FcPatternGetInteger(face, FC_INDEX, 0, &index);
+                sorted.emplace_back(distanceFromRegular(face), textAt(face, FC_FILE), index, face);
+            }
+        }
+        std::sort(sorted.begin(), sorted.end());
+        for (const auto& [distance, file, index, face] : sorted) {
+            for (const char* property : properties) {
+                add(property, face);
+            }
+        }
+    }
+
+    /// The kinds of names, in the order in which they are looked at.
+    static constexpr std::array<const char*, 3> properties = {FC_POSTSCRIPT_NAME, FC_FULLNAME,
+                                                              FC_FAMILY};
+
+    /// The faces that have this name, the nearest to regular upright first.
+    std::span<FcPattern* const> faces(const char* property, const std::string& name) const {
+        const auto found = faces_.find(keyOf(property, name));
+        return found == faces_.end() ? std::span<FcPattern* const>() : found->second;
+    }
+
+private:
+    static std::string keyOf(const char* property, const std::string& name) {
+        return std::string(property) + '=' + folded(name);
+    }
+
+    void add(const char* property, FcPattern* face) {
+        for (int i = 0;; ++i) {
+            const std::optional<std::string> name = textAt(face, property, i);
+            if (!name) {
+                return;
+            }
+            std::vector<FcPattern*>& faces = faces_[keyOf(property, *name)];
+            if (faces.empty() || faces.back() != face) {
+                faces.push_back(face);
+            }
+        }
+    }
+
+    Owned<FcFontSet> set_;
+    std::unordered_map<std::string, std::vector<FcPattern*>> faces_;
+};
 
 /// Sorting takes longer than all else here, and most faces never need to be stood in for.
 class FontFallbacks {
@@ -174,13 +249,15 @@ FontServices::FontServices(const std::vector<std::string>& fontFiles, std::size_
 FontServices::~FontServices() {
     facesByName_.clear();
     systemFace_.reset();
+    names_.reset();
     if (configuration_ != nullptr) {
         FcConfigDestroy(configuration_);
     }
 }
 
 std::optional<Font> FontServices::named(std::string_view face, double size) {
-    if (face.empty() || face.find('\0') != std::string_view::npos || !text::isValidUtf8(face)) {
+    if (face.empty() || face.size() > longestName || face.find('\0') != std::string_view::npos ||
+        !text::isValidUtf8(face)) {
         return std::nullopt;
     }
     const std::lock_guard lock(mutex_);
@@ -234,7 +311,10 @@ std::shared_ptr<const FontFace> FontServices::findFace(const std::string& name) 
         return nullptr;
     }
     std::shared_ptr<const FontFace> found;
-    for (const char* property : {FC_POSTSCRIPT_NAME, FC_FULLNAME, FC_FAMILY}) {
+    if (names_ == nullptr) {
+        names_ = std::make_unique<const FontNames>(configuration_);
+    }
+    for (const char* property : FontNames::properties) {
         std::shared_ptr<const FontFace> face = findFaceBy(property, name);
         // A name that is spelled just so goes before one that differs in case or blanks.
         if (face != nullptr && face->name() == name) {
@@ -249,30 +329,7 @@ std::shared_ptr<const FontFace> FontServices::findFace(const std::string& name) 
 
 std::shared_ptr<const FontFace> FontServices::findFaceBy(const char* property,
                                                          const std::string& name) {
-    // Listing answers only what is there, where matching always answers something.
-    const Owned<FcPattern> wanted(FcPatternCreate());
-    FcPatternAddString(wanted.get(), property, bytesOf(name));
-    FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
-    FcPatternAddBool(wanted.get(), FC_VARIABLE, FcFalse);
-    const Owned<FcObjectSet> asked(FcObjectSetBuild(FC_FILE, FC_INDEX, FC_FAMILY, FC_FULLNAME,
-                                                    FC_POSTSCRIPT_NAME, FC_WEIGHT, FC_SLANT,
-                                                    FC_WIDTH, FC_FONTFORMAT, nullptr));
-    const Owned<FcFontSet> found(FcFontList(configuration_, wanted.get(), asked.get()));
-    if (found == nullptr) {
-        return nullptr;
-    }
-    std::vector<FcPattern*> faces(found->fonts, found->fonts + found->nfont);
-    std::erase_if(faces, [](const FcPattern* face) { return !isOpenType(face); });
-    // Listing has no order of its own; equally near faces come by their files.
-    std::sort(faces.begin(), faces.end(), [](const FcPattern* left, const FcPattern* right) {
-        const auto key = [](const FcPattern* face) {
-            int index = 0;
-            FcPatternGetInteger(face, FC_INDEX, 0, &index);
-            return std::tuple(distanceFromRegular(face), textAt(face, FC_FILE), index);
-        };
-        return key(left) < key(right);
-    });
-    for (const FcPattern* face : faces) {
+    for (const FcPattern* face : names_->faces(property, name)) {
         if (auto file = openFile(face)) {
             FaceLike like{{textAt(face, FC_FAMILY).value_or(name)}};
             FcPatternGetInteger(face, FC_SLANT, 0, &like.slant);

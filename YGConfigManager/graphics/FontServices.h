@@ -24,6 +24,9 @@ struct _FcPattern;
 
 namespace yg {
 
+/// The names of all faces; made by FontServices.
+class FontNames;
+
 class FontServices {
 public:
     /// The services on what the machine has installed, made at the first call: that reads
@@ -64,6 +67,7 @@ private:
 
     // One lock for fontconfig and for what was found; measuring goes without it.
     std::mutex mutex_;
+    std::unique_ptr<const FontNames> names_;
     std::unordered_map<std::string, std::shared_ptr<const FontFace>> facesByName_;
     std::map<std::pair<std::string, int>, std::shared_ptr<const FontFile>> faces_;
     std::map<std::string, std::shared_ptr<const std::string>> contents_;

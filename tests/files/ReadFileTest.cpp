@@ -227,7 +227,6 @@ TEST(FileExists, NotIfNothingIsThere) {
     EXPECT_FALSE(fileExists(folder / std::string("file\0", 5)));
 }
 
-}  // namespace
 TEST(ReadFile, SaysHowMuchWasReadAlsoOfAFileThatTurnsOutTooLarge) {
     // Its size is 0 as long as it is not read.
     const FileReading tooLarge = readWholeFile("/proc/self/status", 10);
@@ -247,4 +246,5 @@ TEST(FileIdentity, IsThatOfTheFileWhateverPathLeadsToIt) {
     }
 }
 
+}  // namespace
 }  // namespace yg::files

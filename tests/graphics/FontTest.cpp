@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <cmath>
 #include <cstdint>
+#include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -11,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include <fontconfig/fontconfig.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -21,6 +23,22 @@
 #include "graphics/ImageFiles.h"
 #include "graphics/TestFonts.h"
 #include "host/TempRoot.h"
+
+namespace {
+
+/// How often fontconfig has gone through all fonts.
+int listings = 0;
+
+}  // namespace
+
+// Takes the place of fontconfig's own, for the whole program.
+extern "C" FcFontSet* FcFontList(FcConfig* configuration, FcPattern* pattern,
+                                 FcObjectSet* objects) {
+    ++listings;
+    static auto* const list =
+        reinterpret_cast<decltype(&FcFontList)>(::dlsym(RTLD_NEXT, "FcFontList"));
+    return list(configuration, pattern, objects);
+}
 
 namespace {
 
@@ -120,6 +138,22 @@ TEST_F(FontNames, MoreSpellingsThanAreRememberedAreStillFound) {
         }
         ASSERT_TRUE(fonts.named(name, 12)) << name;
     }
+}
+
+TEST_F(FontNames, OfMoreThanAThousandBytesAreUnknown) {
+    const std::string name = "YG Test Square";
+    EXPECT_TRUE(fonts.named(name + std::string(1024 - name.size(), ' '), 12));
+    EXPECT_FALSE(fonts.named(name + std::string(1025 - name.size(), ' '), 12));
+}
+
+TEST_F(FontNames, AreListedOnceForAllThatAreAsked) {
+    const int before = listings;
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_FALSE(fonts.named("No Such Face " + std::to_string(i), 12));
+        EXPECT_TRUE(
+            fonts.named("YG Test" + std::string(static_cast<std::size_t>(i), ' ') + "Latin", 12));
+    }
+    EXPECT_EQ(listings - before, 1);
 }
 
 TEST_F(FontWidths, FiveCharactersAtTwelveAreExactlySixtyPointsWide) {

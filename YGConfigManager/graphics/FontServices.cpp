@@ -129,6 +129,9 @@ double sizeOrDefault(double size) {
 /// So many spellings of names are remembered.
 constexpr std::size_t mostNames = 1024;
 
+/// For so many characters a face remembers what stands in for it.
+constexpr std::size_t mostCharacters = 8192;
+
 /// A longer name is no face's. Blanks do not count, so any length could name one.
 constexpr std::size_t longestName = 1024;
 
@@ -219,6 +222,9 @@ public:
         return {set_->fonts, static_cast<std::size_t>(set_->nfont)};
     }
 
+    /// What stands in for a character, null for those that no face has. Only under the lock, too.
+    std::unordered_map<char32_t, std::shared_ptr<const FontFile>> files;
+
 private:
     const FaceLike like_;
     bool isSorted_ = false;
@@ -279,17 +285,24 @@ Font FontServices::system(double size) {
 std::shared_ptr<const FontFile> FontServices::fallback(FontFallbacks& fallbacks,
                                                        char32_t character) {
     const std::lock_guard lock(mutex_);
+    const auto known = fallbacks.files.find(character);
+    if (known != fallbacks.files.end()) {
+        return known->second;
+    }
+    std::shared_ptr<const FontFile> file;
     for (const FcPattern* face : fallbacks.faces(configuration_)) {
         FcCharSet* characters = nullptr;
-        if (FcPatternGetCharSet(face, FC_CHARSET, 0, &characters) != FcResultMatch ||
-            FcCharSetHasChar(characters, character) == FcFalse) {
-            continue;
-        }
-        if (auto file = openFile(face)) {
-            return file;
+        if (FcPatternGetCharSet(face, FC_CHARSET, 0, &characters) == FcResultMatch &&
+            FcCharSetHasChar(characters, character) != FcFalse &&
+            (file = openFile(face)) != nullptr) {
+            break;
         }
     }
-    return nullptr;
+    if (fallbacks.files.size() >= mostCharacters) {
+        fallbacks.files.clear();
+    }
+    fallbacks.files.emplace(character, file);
+    return file;
 }
 
 std::shared_ptr<const FontFace> FontServices::faceNamed(const std::string& name) {

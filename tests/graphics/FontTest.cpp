@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <atomic>
 #include <cmath>
 #include <cstdint>
 #include <dlfcn.h>
@@ -27,16 +28,30 @@
 namespace {
 
 /// How often fontconfig has gone through all fonts.
-int listings = 0;
+std::atomic<int> listings = 0;
+
+/// How often it has looked for a character in a face.
+std::atomic<int> lookups = 0;
+
+template <class Function>
+Function* fontconfigs(const char* name) {
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
 
 }  // namespace
 
-// Takes the place of fontconfig's own, for the whole program.
+// These take the place of fontconfig's own, for the whole program.
+
+extern "C" FcBool FcCharSetHasChar(const FcCharSet* characters, FcChar32 character) {
+    ++lookups;
+    static auto* const has = fontconfigs<decltype(FcCharSetHasChar)>("FcCharSetHasChar");
+    return has(characters, character);
+}
+
 extern "C" FcFontSet* FcFontList(FcConfig* configuration, FcPattern* pattern,
                                  FcObjectSet* objects) {
     ++listings;
-    static auto* const list =
-        reinterpret_cast<decltype(&FcFontList)>(::dlsym(RTLD_NEXT, "FcFontList"));
+    static auto* const list = fontconfigs<decltype(FcFontList)>("FcFontList");
     return list(configuration, pattern, objects);
 }
 
@@ -197,6 +212,29 @@ TEST_F(FontWidths, CharactersThatTheFaceLacksComeFromAnother) {
     EXPECT_EQ(width("YG Test Latin", 12, "ab价格"), 12 + 24);
     EXPECT_EQ(width("YG Test Latin", 12, "价a格"), 24 + 6);
     EXPECT_EQ(width("YG Test Latin", 12, "价 格"), 24 + 6);
+}
+
+TEST_F(FontWidths, WhatStandsInForACharacterIsLookedUpOnce) {
+    FontServices latin{{testFontPath("latin.ttf"), testFontPath("square.ttf")}};
+    const yg::Font font = latin.named("YG Test Latin", 12).value();
+    const int before = lookups;
+    for (int i = 1; i <= 100; ++i) {
+        // The one is in the other face, the other in none.
+        std::string text(static_cast<std::size_t>(i), 'a');
+        text += "价\xF3\xB0\x80\x80";
+        EXPECT_EQ(font.widthOf(text), i * 6 + 12 + 6);
+    }
+    EXPECT_GT(lookups - before, 0);
+    EXPECT_LE(lookups - before, 2 * 2);
+}
+
+TEST_F(FontWidths, MoreMissingCharactersThanAreRememberedAreStillMeasured) {
+    for (unsigned character = 0x4E00; character < 0x4E00 + 9000; ++character) {
+        const std::string text{static_cast<char>(0xE0 | character >> 12),
+                               static_cast<char>(0x80 | (character >> 6 & 0x3F)),
+                               static_cast<char>(0x80 | (character & 0x3F))};
+        ASSERT_EQ(width("YG Test Latin", 12, text + "a"), 18) << character;
+    }
 }
 
 TEST_F(FontWidths, ACharacterOfNoFaceIsAsWideAsTheFacesBox) {

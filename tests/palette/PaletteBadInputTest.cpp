@@ -12,6 +12,7 @@
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 
 #include "diagnostics/RecordingSink.h"
+#include "graphics/CountedMemory.h"
 #include "graphics/ImageFiles.h"
 #include "palette/PaletteRoot.h"
 
@@ -148,6 +149,34 @@ TEST(PaletteBadInput, NamesOfOneFileShareItsPixels) {
     for (const auto& [name, image] : loader->customImages())
         EXPECT_EQ(image.row(0).data(), loader->getCustomImage("a")->row(0).data()) << name;
 }
+
+#ifndef YG_NO_COUNTED_MEMORY
+TEST(PaletteBadInput, MemoryGrowsAsTheNumberOfEntries) {
+    const PaletteRoot files;
+    const auto takenFor = [&](int count) {
+        std::string sections[5];
+        for (int i = 0; i < count; ++i) {
+            const std::string number = std::to_string(100'000 + i);
+            sections[0] += "<c NAME='n" + number + "' R='1' G='2' B='3'/>";
+            sections[1] += "<f NAME='n" + number + "' HEIGHT='12' FACE='f" + number + "'/>";
+            sections[2] += "<i NAME='n" + number + "' PATH='p" + number + "'/>";
+            sections[3] += "<k KEY='k" + number + "' VALUE='n" + number + "'/>";
+            sections[4] += "<k KEY='k" + number + "' VALUE='n" + number + "'/>";
+        }
+        files.writeLight(palette("<COLORES>" + sections[0] + "</COLORES><FONTS>" + sections[1] +
+                                 "</FONTS><BITMAPS>" + sections[2] +
+                                 "</BITMAPS><APP_MAP><COLORES>" + sections[3] +
+                                 "</COLORES><FONTS>" + sections[4] + "</FONTS></APP_MAP>"));
+        const std::size_t before = yg::testing::bytesTaken();
+        EXPECT_THAT(YGPaletteLoad::initWithPaletteStyle(0)->keyFontNames(),
+                    ::testing::SizeIs(count));
+        return yg::testing::bytesTaken() - before;
+    };
+    takenFor(1);
+    const std::size_t some = takenFor(1024);
+    EXPECT_LT(takenFor(8 * 1024), 9 * some);
+}
+#endif
 
 }  // namespace
 }  // namespace yg

@@ -5,12 +5,12 @@
 // call.
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
+#include <utility>
 
 namespace yg::files {
 
@@ -37,13 +37,9 @@ struct FileReading {
 /// byte, is an error.
 FileReading readWholeFile(std::string_view path, std::size_t limit = largestFileRead);
 
-/// What two paths to the same file have in common, be it spelled differently, linked or renamed.
-struct FileIdentity {
-    dev_t device;
-    ino_t number;
-
-    friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
-};
+/// What all paths to the same file have in common, however spelled or linked: its device and its
+/// number.
+using FileIdentity = std::pair<dev_t, ino_t>;
 
 /// Which file is at the path, a symbolic link counting as what it names; none if nothing is there.
 std::optional<FileIdentity> identityOf(std::string_view path);

@@ -141,7 +141,11 @@ constexpr std::size_t longestName = 1024;
 /// that it makes; here that is done once.
 class FontNames {
 public:
+    /// Without a configuration there are none.
     explicit FontNames(FcConfig* configuration) {
+        if (configuration == nullptr) {
+            return;
+        }
         // Listing answers only what is there, where matching always answers something.
         const Owned<FcPattern> wanted(FcPatternCreate());
         FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
@@ -243,13 +247,15 @@ FontServices& FontServices::shared() {
     return shared;
 }
 
-FontServices::FontServices(_FcConfig* configuration) : configuration_(configuration) {}
+FontServices::FontServices(_FcConfig* configuration)
+    : configuration_(configuration), names_(std::make_unique<const FontNames>(configuration)) {}
 
 FontServices::FontServices(const std::vector<std::string>& fontFiles, std::size_t mostBytes)
     : configuration_(FcConfigCreate()), mostBytes_(mostBytes) {
     for (const std::string& file : fontFiles) {
         FcConfigAppFontAddFile(configuration_, bytesOf(file));
     }
+    names_ = std::make_unique<const FontNames>(configuration_);
 }
 
 FontServices::~FontServices() {
@@ -320,13 +326,7 @@ std::shared_ptr<const FontFace> FontServices::faceNamed(const std::string& name)
 }
 
 std::shared_ptr<const FontFace> FontServices::findFace(const std::string& name) {
-    if (configuration_ == nullptr) {
-        return nullptr;
-    }
     std::shared_ptr<const FontFace> found;
-    if (names_ == nullptr) {
-        names_ = std::make_unique<const FontNames>(configuration_);
-    }
     for (const char* property : FontNames::properties) {
         std::shared_ptr<const FontFace> face = findFaceBy(property, name);
         // A name that is spelled just so goes before one that differs in case or blanks.

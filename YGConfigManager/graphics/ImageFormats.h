@@ -32,8 +32,8 @@ struct ImageFormat {
 /// Another format is another row.
 std::span<const ImageFormat> imageFormats();
 
-std::optional<DecodedImage> decodePng(std::string_view bytes, std::size_t& pixels);
-std::optional<DecodedImage> decodeJpeg(std::string_view bytes, std::size_t& pixels);
+std::optional<DecodedImage> decodePng(std::string_view bytes, std::size_t& pixelCount);
+std::optional<DecodedImage> decodeJpeg(std::string_view bytes, std::size_t& pixelCount);
 
 /// A rectangle of pixels somewhere in a buffer.
 struct PixelView {

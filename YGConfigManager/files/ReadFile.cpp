@@ -30,8 +30,9 @@ private:
     int number_;
 };
 
-FileReading failure(std::string_view path, std::string_view cause) {
+FileReading failure(std::string_view path, std::string_view cause, std::size_t bytesRead = 0) {
     FileReading reading;
+    reading.bytesRead = bytesRead;
     reading.error = path;
     // A name may hold line breaks, but the description is one line.
     std::replace_if(
@@ -45,8 +46,8 @@ FileReading failure(std::string_view path, std::string_view cause) {
     return reading;
 }
 
-FileReading failure(std::string_view path, int cause) {
-    return failure(path, std::generic_category().message(cause));
+FileReading failure(std::string_view path, int cause, std::size_t bytesRead = 0) {
+    return failure(path, std::generic_category().message(cause), bytesRead);
 }
 
 std::string tooLarge(std::size_t limit) {
@@ -74,14 +75,14 @@ FileReading readFrom(int file, std::size_t sizeSeen, std::string_view path, std:
             continue;
         }
         if (count < 0) {
-            return failure(path, errno);
+            return failure(path, errno, used);
         }
         if (count == 0) {
             break;
         }
         used += static_cast<std::size_t>(count);
         if (used > limit) {
-            return failure(path, tooLarge(limit));
+            return failure(path, tooLarge(limit), used);
         }
         if (used == bytes.size()) {
             constexpr std::size_t smallestStep = 4096;
@@ -89,6 +90,7 @@ FileReading readFrom(int file, std::size_t sizeSeen, std::string_view path, std:
         }
     }
     bytes.resize(used);
+    reading.bytesRead = used;
     reading.ok = true;
     return reading;
 }
@@ -124,10 +126,17 @@ FileReading readWholeFile(std::string_view path, std::size_t limit) {
     }
 }
 
-bool fileExists(std::string_view path) {
+std::optional<FileIdentity> identityOf(std::string_view path) {
     struct stat state;
-    return !path.empty() && path.find('\0') == std::string_view::npos &&
-           ::stat(std::string(path).c_str(), &state) == 0;
+    if (path.empty() || path.find('\0') != std::string_view::npos ||
+        ::stat(std::string(path).c_str(), &state) != 0) {
+        return std::nullopt;
+    }
+    return FileIdentity{state.st_dev, state.st_ino};
+}
+
+bool fileExists(std::string_view path) {
+    return identityOf(path).has_value();
 }
 
 }  // namespace yg::files

@@ -6,8 +6,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
+#include <utility>
 
 namespace yg::files {
 
@@ -19,6 +22,8 @@ struct FileReading {
     bool ok = false;
     /// The content. An empty file is read, as no bytes; empty as well if the file was not read.
     std::string bytes;
+    /// The bytes that were read from the file, also if it then turned out not to be readable.
+    std::size_t bytesRead = 0;
     /// Why the file was not read, in one line that names it: "config/a.xml: No such file or
     /// directory". Empty if it was read.
     std::string error;
@@ -31,6 +36,13 @@ struct FileReading {
 /// taken as it stands, a relative one from the current folder; an empty one, or one with a NUL
 /// byte, is an error.
 FileReading readWholeFile(std::string_view path, std::size_t limit = largestFileRead);
+
+/// What all paths to the same file have in common, however spelled or linked: its device and its
+/// number.
+using FileIdentity = std::pair<dev_t, ino_t>;
+
+/// Which file is at the path, a symbolic link counting as what it names; none if nothing is there.
+std::optional<FileIdentity> identityOf(std::string_view path);
 
 /// Whether something of any kind is at the path. A symbolic link counts as what it names, so a
 /// dangling one is nothing; so is what cannot be reached.

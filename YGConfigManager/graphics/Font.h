@@ -26,8 +26,10 @@ public:
     /// The font of the installed face `face` at `size` points; none when there is no such face. The
     /// name is that face's PostScript name, full name or family name, in any language that the face
     /// is named in; letter case and blanks do not count. Of a family the face nearest to regular
-    /// upright is taken. There is no substitute: a name that the machine only has a replacement for
-    /// is unknown. A size of 0 or less, or that is no number, is the default size.
+    /// upright is taken. A name of more than 1,024 bytes is unknown. There is no substitute: a name
+    /// that the machine only has a replacement for is unknown. A size of 0 or less, or that is no
+    /// number, is the default size. A font file is read into memory once; one of more than 256 MiB,
+    /// or with which all that are open would have more than 512 MiB, counts as not installed.
     static std::optional<Font> named(std::string_view face, double size);
 
     /// The machine's font for user interfaces at `size` points, sizes as in named(). Never fails:

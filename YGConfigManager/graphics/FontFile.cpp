@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/graphics/FontFile.h"
 
+#include <utility>
+
 #include <hb-ot.h>
 #include <hb.h>
 
@@ -14,15 +16,18 @@ struct BufferDeleter {
 
 }  // namespace
 
-std::shared_ptr<const FontFile> FontFile::open(const std::string& path, int index) {
+std::shared_ptr<const FontFile> FontFile::open(std::shared_ptr<const std::string> content,
+                                               int index) {
     // The lower half counts faces, the upper one the instances of a variable face from 1.
     constexpr unsigned half = 16;
     constexpr unsigned lower = 0xFFFF;
     const auto number = static_cast<unsigned>(index);
-    hb_blob_t* const blob = hb_blob_create_from_file_or_fail(path.c_str());
-    if (blob == nullptr) {
-        return nullptr;
-    }
+    const auto size = static_cast<unsigned>(content->size());
+    const char* const bytes = content->data();
+    using Content = std::shared_ptr<const std::string>;
+    hb_blob_t* const blob =
+        hb_blob_create(bytes, size, HB_MEMORY_MODE_READONLY, new Content(std::move(content)),
+                       [](void* shared) { delete static_cast<Content*>(shared); });
     hb_face_t* const face = hb_face_create(blob, number & lower);
     hb_blob_destroy(blob);
     if (hb_face_get_glyph_count(face) == 0) {

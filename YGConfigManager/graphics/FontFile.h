@@ -15,8 +15,11 @@ namespace yg {
 
 class FontFile {
 public:
-    /// The face at an index as fontconfig counts them. Null when there is nothing to measure with.
-    static std::shared_ptr<const FontFile> open(const std::string& path, int index);
+    /// The face in the content of a file, by its index as fontconfig counts them. Null when there
+    /// is nothing to measure with. Faces of one file share its content. It is a copy, because a
+    /// file that is mapped into memory ends the process when somebody shortens it.
+    static std::shared_ptr<const FontFile> open(std::shared_ptr<const std::string> content,
+                                                int index);
 
     FontFile(const FontFile&) = delete;
     FontFile& operator=(const FontFile&) = delete;

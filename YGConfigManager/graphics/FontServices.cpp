@@ -2,13 +2,16 @@
 #include "YGConfigManager/graphics/FontServices.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdlib>
 #include <span>
 #include <tuple>
 
 #include <fontconfig/fontconfig.h>
 
+#include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/text/Utf8.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -64,20 +67,24 @@ double distanceFromRegular(const FcPattern* pattern) {
            std::abs(numberAt(pattern, FC_WIDTH, FC_WIDTH_NORMAL) - FC_WIDTH_NORMAL);
 }
 
-std::string withoutBlanks(std::string text) {
+/// A name as fontconfig compares it: letter case and blanks do not count.
+std::string folded(const std::string& name) {
+    const std::unique_ptr<FcChar8, decltype(&std::free)> lower(FcStrDowncase(bytesOf(name)),
+                                                               std::free);
+    std::string text = lower == nullptr ? name : reinterpret_cast<const char*>(lower.get());
     std::erase(text, ' ');
     return text;
 }
 
-/// The face's own spelling of the name by which fontconfig found it.
+/// The face's own spelling of the name by which it was found.
 std::string spellingOf(const FcPattern* pattern, const char* property, const std::string& name) {
-    const std::string wanted = withoutBlanks(name);
+    const std::string wanted = folded(name);
     for (int i = 0;; ++i) {
         std::optional<std::string> spelling = textAt(pattern, property, i);
         if (!spelling) {
             return name;
         }
-        if (FcStrCmpIgnoreCase(bytesOf(withoutBlanks(*spelling)), bytesOf(wanted)) == 0) {
+        if (folded(*spelling) == wanted) {
             return *std::move(spelling);
         }
     }
@@ -122,7 +129,83 @@ double sizeOrDefault(double size) {
 /// So many spellings of names are remembered.
 constexpr std::size_t mostNames = 1024;
 
+/// For so many characters a face remembers what stands in for it.
+constexpr std::size_t mostCharacters = 8192;
+
+/// A longer name is no face's. Blanks do not count, so any length could name one.
+constexpr std::size_t longestName = 1024;
+
 }  // namespace
+
+/// The faces that can be measured, by their names. Fontconfig goes through all fonts for each list
+/// that it makes; here that is done once.
+class FontNames {
+public:
+    /// Without a configuration there are none.
+    explicit FontNames(FcConfig* configuration) {
+        if (configuration == nullptr) {
+            return;
+        }
+        // Listing answers only what is there, where matching always answers something.
+        const Owned<FcPattern> wanted(FcPatternCreate());
+        FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
+        FcPatternAddBool(wanted.get(), FC_VARIABLE, FcFalse);
+        const Owned<FcObjectSet> asked(FcObjectSetBuild(FC_FILE, FC_INDEX, FC_FAMILY, FC_FULLNAME,
+                                                        FC_POSTSCRIPT_NAME, FC_WEIGHT, FC_SLANT,
+                                                        FC_WIDTH, FC_FONTFORMAT, nullptr));
+        set_.reset(FcFontList(configuration, wanted.get(), asked.get()));
+        if (set_ == nullptr) {
+            return;
+        }
+        // Listing has no order of its own; equally near faces come by their files.
+        std::vector<std::tuple<double, std::optional<std::string>, int, FcPattern*>> sorted;
+        for (FcPattern* const face :
+             std::span(set_->fonts, static_cast<std::size_t>(set_->nfont))) {
+            if (isOpenType(face)) {
+                int index = 0;
+                FcPatternGetInteger(face, FC_INDEX, 0, &index);
+                sorted.emplace_back(distanceFromRegular(face), textAt(face, FC_FILE), index, face);
+            }
+        }
+        std::sort(sorted.begin(), sorted.end());
+        for (const auto& [distance, file, index, face] : sorted) {
+            for (const char* property : properties) {
+                add(property, face);
+            }
+        }
+    }
+
+    /// The kinds of names, in the order in which they are looked at.
+    static constexpr std::array<const char*, 3> properties = {FC_POSTSCRIPT_NAME, FC_FULLNAME,
+                                                              FC_FAMILY};
+
+    /// The faces that have this name, the nearest to regular upright first.
+    std::span<FcPattern* const> faces(const char* property, const std::string& name) const {
+        const auto found = faces_.find(keyOf(property, name));
+        return found == faces_.end() ? std::span<FcPattern* const>() : found->second;
+    }
+
+private:
+    static std::string keyOf(const char* property, const std::string& name) {
+        return std::string(property) + '=' + folded(name);
+    }
+
+    void add(const char* property, FcPattern* face) {
+        for (int i = 0;; ++i) {
+            const std::optional<std::string> name = textAt(face, property, i);
+            if (!name) {
+                return;
+            }
+            std::vector<FcPattern*>& faces = faces_[keyOf(property, *name)];
+            if (faces.empty() || faces.back() != face) {
+                faces.push_back(face);
+            }
+        }
+    }
+
+    Owned<FcFontSet> set_;
+    std::unordered_map<std::string, std::vector<FcPattern*>> faces_;
+};
 
 /// Sorting takes longer than all else here, and most faces never need to be stood in for.
 class FontFallbacks {
@@ -143,6 +226,9 @@ public:
         return {set_->fonts, static_cast<std::size_t>(set_->nfont)};
     }
 
+    /// What stands in for a character, null for those that no face has. Only under the lock, too.
+    std::unordered_map<char32_t, std::shared_ptr<const FontFile>> files;
+
 private:
     const FaceLike like_;
     bool isSorted_ = false;
@@ -161,25 +247,29 @@ FontServices& FontServices::shared() {
     return shared;
 }
 
-FontServices::FontServices(_FcConfig* configuration) : configuration_(configuration) {}
+FontServices::FontServices(_FcConfig* configuration)
+    : configuration_(configuration), names_(std::make_unique<const FontNames>(configuration)) {}
 
-FontServices::FontServices(const std::vector<std::string>& fontFiles)
-    : configuration_(FcConfigCreate()) {
+FontServices::FontServices(const std::vector<std::string>& fontFiles, std::size_t mostBytes)
+    : configuration_(FcConfigCreate()), mostBytes_(mostBytes) {
     for (const std::string& file : fontFiles) {
         FcConfigAppFontAddFile(configuration_, bytesOf(file));
     }
+    names_ = std::make_unique<const FontNames>(configuration_);
 }
 
 FontServices::~FontServices() {
     facesByName_.clear();
     systemFace_.reset();
+    names_.reset();
     if (configuration_ != nullptr) {
         FcConfigDestroy(configuration_);
     }
 }
 
 std::optional<Font> FontServices::named(std::string_view face, double size) {
-    if (face.empty() || face.find('\0') != std::string_view::npos || !text::isValidUtf8(face)) {
+    if (face.empty() || face.size() > longestName || face.find('\0') != std::string_view::npos ||
+        !text::isValidUtf8(face)) {
         return std::nullopt;
     }
     const std::lock_guard lock(mutex_);
@@ -201,17 +291,24 @@ Font FontServices::system(double size) {
 std::shared_ptr<const FontFile> FontServices::fallback(FontFallbacks& fallbacks,
                                                        char32_t character) {
     const std::lock_guard lock(mutex_);
+    const auto known = fallbacks.files.find(character);
+    if (known != fallbacks.files.end()) {
+        return known->second;
+    }
+    std::shared_ptr<const FontFile> file;
     for (const FcPattern* face : fallbacks.faces(configuration_)) {
         FcCharSet* characters = nullptr;
-        if (FcPatternGetCharSet(face, FC_CHARSET, 0, &characters) != FcResultMatch ||
-            FcCharSetHasChar(characters, character) == FcFalse) {
-            continue;
-        }
-        if (auto file = openFile(face)) {
-            return file;
+        if (FcPatternGetCharSet(face, FC_CHARSET, 0, &characters) == FcResultMatch &&
+            FcCharSetHasChar(characters, character) != FcFalse &&
+            (file = openFile(face)) != nullptr) {
+            break;
         }
     }
-    return nullptr;
+    if (fallbacks.files.size() >= mostCharacters) {
+        fallbacks.files.clear();
+    }
+    fallbacks.files.emplace(character, file);
+    return file;
 }
 
 std::shared_ptr<const FontFace> FontServices::faceNamed(const std::string& name) {
@@ -229,11 +326,8 @@ std::shared_ptr<const FontFace> FontServices::faceNamed(const std::string& name)
 }
 
 std::shared_ptr<const FontFace> FontServices::findFace(const std::string& name) {
-    if (configuration_ == nullptr) {
-        return nullptr;
-    }
     std::shared_ptr<const FontFace> found;
-    for (const char* property : {FC_POSTSCRIPT_NAME, FC_FULLNAME, FC_FAMILY}) {
+    for (const char* property : FontNames::properties) {
         std::shared_ptr<const FontFace> face = findFaceBy(property, name);
         // A name that is spelled just so goes before one that differs in case or blanks.
         if (face != nullptr && face->name() == name) {
@@ -248,30 +342,7 @@ std::shared_ptr<const FontFace> FontServices::findFace(const std::string& name) 
 
 std::shared_ptr<const FontFace> FontServices::findFaceBy(const char* property,
                                                          const std::string& name) {
-    // Listing answers only what is there, where matching always answers something.
-    const Owned<FcPattern> wanted(FcPatternCreate());
-    FcPatternAddString(wanted.get(), property, bytesOf(name));
-    FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
-    FcPatternAddBool(wanted.get(), FC_VARIABLE, FcFalse);
-    const Owned<FcObjectSet> asked(FcObjectSetBuild(FC_FILE, FC_INDEX, FC_FAMILY, FC_FULLNAME,
-                                                    FC_POSTSCRIPT_NAME, FC_WEIGHT, FC_SLANT,
-                                                    FC_WIDTH, FC_FONTFORMAT, nullptr));
-    const Owned<FcFontSet> found(FcFontList(configuration_, wanted.get(), asked.get()));
-    if (found == nullptr) {
-        return nullptr;
-    }
-    std::vector<FcPattern*> faces(found->fonts, found->fonts + found->nfont);
-    std::erase_if(faces, [](const FcPattern* face) { return !isOpenType(face); });
-    // Listing has no order of its own; equally near faces come by their files.
-    std::sort(faces.begin(), faces.end(), [](const FcPattern* left, const FcPattern* right) {
-        const auto key = [](const FcPattern* face) {
-            int index = 0;
-            FcPatternGetInteger(face, FC_INDEX, 0, &index);
-            return std::tuple(distanceFromRegular(face), textAt(face, FC_FILE), index);
-        };
-        return key(left) < key(right);
-    });
-    for (const FcPattern* face : faces) {
+    for (const FcPattern* face : names_->faces(property, name)) {
         if (auto file = openFile(face)) {
             FaceLike like{{textAt(face, FC_FAMILY).value_or(name)}};
             FcPatternGetInteger(face, FC_SLANT, 0, &like.slant);
@@ -319,11 +390,29 @@ std::shared_ptr<const FontFile> FontServices::openFile(const _FcPattern* pattern
     }
     int index = 0;
     FcPatternGetInteger(pattern, FC_INDEX, 0, &index);
-    auto [place, isNew] = files_.try_emplace({*path, index});
-    if (isNew) {
-        place->second = FontFile::open(*path, index);
+    const std::pair key(*path, index);
+    if (const auto known = faces_.find(key); known != faces_.end()) {
+        return known->second;
     }
-    return place->second;
+    return faces_.emplace(key, openFace(*path, index)).first->second;
+}
+
+std::shared_ptr<const FontFile> FontServices::openFace(const std::string& path, int index) {
+    if (const auto known = contents_.find(path); known != contents_.end()) {
+        return FontFile::open(known->second, index);
+    }
+    const std::size_t limit = std::min(files::largestFileRead, mostBytes_ - openBytes_);
+    files::FileReading file = files::readWholeFile(path, limit);
+    if (!file) {
+        return nullptr;
+    }
+    const auto content = std::make_shared<const std::string>(std::move(file.bytes));
+    auto face = FontFile::open(content, index);
+    if (face != nullptr) {
+        contents_.emplace(path, content);
+        openBytes_ += content->size();
+    }
+    return face;
 }
 
 }  // namespace yg

@@ -5,6 +5,7 @@
 // services that made them; shared() is never destroyed.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -23,6 +24,9 @@ struct _FcPattern;
 
 namespace yg {
 
+/// The names of all faces; made by FontServices.
+class FontNames;
+
 class FontServices {
 public:
     /// The services on what the machine has installed, made at the first call: that reads
@@ -30,8 +34,13 @@ public:
     /// second without.
     static FontServices& shared();
 
+    /// The files that are open have at most so many bytes together; each is in memory once. A face
+    /// whose file would exceed that counts as not installed.
+    static constexpr std::size_t mostOpenBytes = std::size_t{512} << 20;
+
     /// Services that know the fonts in these files and no others.
-    explicit FontServices(const std::vector<std::string>& fontFiles);
+    explicit FontServices(const std::vector<std::string>& fontFiles,
+                          std::size_t mostBytes = mostOpenBytes);
 
     FontServices(const FontServices&) = delete;
     FontServices& operator=(const FontServices&) = delete;
@@ -51,13 +60,18 @@ private:
     std::shared_ptr<const FontFace> findFaceBy(const char* property, const std::string& name);
     std::shared_ptr<const FontFace> findSystemFace();
     std::shared_ptr<const FontFile> openFile(const _FcPattern* pattern);
+    std::shared_ptr<const FontFile> openFace(const std::string& path, int index);
 
     _FcConfig* const configuration_;
+    const std::size_t mostBytes_ = mostOpenBytes;
 
     // One lock for fontconfig and for what was found; measuring goes without it.
     std::mutex mutex_;
+    std::unique_ptr<const FontNames> names_;
     std::unordered_map<std::string, std::shared_ptr<const FontFace>> facesByName_;
-    std::map<std::pair<std::string, int>, std::shared_ptr<const FontFile>> files_;
+    std::map<std::pair<std::string, int>, std::shared_ptr<const FontFile>> faces_;
+    std::map<std::string, std::shared_ptr<const std::string>> contents_;
+    std::size_t openBytes_ = 0;
     std::shared_ptr<const FontFace> systemFace_;
 };
 

@@ -7,7 +7,7 @@
 #include <exception>
 #include <utility>
 
-#include "YGConfigManager/files/ReadFile.h"
+#include "YGConfigManager/graphics/ImageFileReader.h"
 #include "YGConfigManager/graphics/ImageFormats.h"
 #include "YGConfigManager/graphics/PixelBuffer.h"
 #include "YGConfigManager/graphics/Scaling.h"
@@ -15,8 +15,6 @@
 namespace yg {
 
 namespace {
-
-constexpr std::size_t largestFile = std::size_t{64} << 20;
 
 constexpr double pointsPerInch = 72;
 
@@ -49,17 +47,22 @@ Image::Image(std::shared_ptr<const PixelBuffer> buffer, std::size_t left, std::s
       pointHeight_(pointHeight) {}
 
 std::optional<Image> Image::fromFile(std::string_view path) {
-    const files::FileReading file = files::readWholeFile(path, largestFile);
-    return file ? fromBytes(file.bytes) : std::nullopt;
+    return ImageFileReader().read(path).image;
 }
 
 std::optional<Image> Image::fromBytes(std::string_view bytes) {
+    std::size_t pixels = 0;
+    return fromBytes(bytes, pixels);
+}
+
+std::optional<Image> Image::fromBytes(std::string_view bytes, std::size_t& pixels) {
+    pixels = 0;
     for (const ImageFormat& format : imageFormats()) {
         if (!bytes.starts_with(format.signature)) {
             continue;
         }
         try {
-            const std::optional<DecodedImage> decoded = format.decode(bytes);
+            const std::optional<DecodedImage> decoded = format.decode(bytes, pixels);
             if (!decoded) {
                 return std::nullopt;
             }
@@ -137,11 +140,7 @@ std::optional<Image> Image::scaled(double pointWidth, double pointHeight) const 
     if (target == nullptr) {
         return std::nullopt;
     }
-    try {
-        scaleBilinear({row(0).data(), buffer_->rowBytes(), pixelWidth_, pixelHeight_}, *target);
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
+    scaleBilinear({row(0).data(), buffer_->rowBytes(), pixelWidth_, pixelHeight_}, *target);
     return Image(target, 0, 0, target->width(), target->height(), pointWidth, pointHeight);
 }
 

@@ -32,6 +32,8 @@ public:
 
     /// The image in the bytes of a PNG or JPEG file. None when they are of another format, cut
     /// short, damaged, or have more pixels than allowed: that is found out before memory is taken.
+    /// None as well for a progressive JPEG of more than 64 scans, or whose scans have more than
+    /// 1 Gi pixels together. What a PNG has packed behind its last row is not looked at.
     /// The size in points is pixels × 72 / the file's density, rounded to whole dots per inch; a
     /// file that states none has a point for each pixel.
     static std::optional<Image> fromBytes(std::string_view bytes);
@@ -78,6 +80,11 @@ public:
     std::optional<std::string> toPng() const;
 
 private:
+    friend class ImageFileReader;
+
+    /// As above; `pixels` tells how many were decoded, or begun and found damaged.
+    static std::optional<Image> fromBytes(std::string_view bytes, std::size_t& pixels);
+
     Image(std::shared_ptr<const PixelBuffer> buffer, std::size_t left, std::size_t top,
           std::size_t pixelWidth, std::size_t pixelHeight, double pointWidth, double pointHeight);
 

@@ -22,17 +22,18 @@ struct DecodedImage {
 };
 
 /// A format: how its files begin, and what makes pixels of one; none for a file that is damaged,
-/// cut short or over the limits.
+/// cut short or over the limits. `pixels` tells how many it began to make, 0 when it was refused
+/// for what its header says.
 struct ImageFormat {
     std::string_view signature;
-    std::optional<DecodedImage> (*decode)(std::string_view bytes);
+    std::optional<DecodedImage> (*decode)(std::string_view bytes, std::size_t& pixels);
 };
 
 /// Another format is another row.
 std::span<const ImageFormat> imageFormats();
 
-std::optional<DecodedImage> decodePng(std::string_view bytes);
-std::optional<DecodedImage> decodeJpeg(std::string_view bytes);
+std::optional<DecodedImage> decodePng(std::string_view bytes, std::size_t& pixelCount);
+std::optional<DecodedImage> decodeJpeg(std::string_view bytes, std::size_t& pixelCount);
 
 /// A rectangle of pixels somewhere in a buffer.
 struct PixelView {

@@ -17,8 +17,10 @@ namespace yg {
 
 namespace {
 
-/// Each scan of a progressive file goes over the whole picture, however few bytes it has.
-constexpr int mostScans = 64;
+/// Each scan of a progressive file goes over the whole picture, however few bytes it has. A picture
+/// of the most pixels may have 16.
+constexpr std::size_t mostScans = 64;
+constexpr std::size_t mostScannedPixels = std::size_t{1} << 30;
 
 /// What libjpeg may take for a progressive file's coefficients.
 constexpr long mostMemory = 512L << 20;
@@ -54,7 +56,10 @@ void onMessage(j_common_ptr jpeg, int level) {
 void printNothing(j_common_ptr) {}
 
 void onProgress(j_common_ptr jpeg) {
-    if (reinterpret_cast<j_decompress_ptr>(jpeg)->input_scan_number > mostScans) {
+    const auto* const reader = reinterpret_cast<j_decompress_ptr>(jpeg);
+    const auto scans = static_cast<std::size_t>(reader->input_scan_number);
+    const std::size_t pixels = std::size_t{reader->image_width} * reader->image_height;
+    if (scans > mostScans || scans * pixels > mostScannedPixels) {
         fail(jpeg);
     }
 }
@@ -168,11 +173,13 @@ void convertInk(PixelBuffer& pixels, bool isInverted) {
 
 }  // namespace
 
-std::optional<DecodedImage> decodeJpeg(std::string_view bytes) {
+std::optional<DecodedImage> decodeJpeg(std::string_view bytes, std::size_t& pixelCount) {
+    pixelCount = 0;
     JpegReader reader(bytes);
     if (!reader.readHeader()) {
         return std::nullopt;
     }
+    pixelCount = reader.width * reader.height;
     const std::shared_ptr<PixelBuffer> pixels = PixelBuffer::make(reader.width, reader.height);
     if (pixels == nullptr || !reader.readRows(*pixels)) {
         return std::nullopt;

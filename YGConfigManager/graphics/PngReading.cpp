@@ -2,9 +2,10 @@
 //
 // libpng leaves its functions by longjmp. The functions that call it therefore hold nothing with a
 // destructor; that is all in their callers.
+#include <algorithm>
 #include <csetjmp>
-#include <cstring>
-#include <vector>
+#include <cstddef>
+#include <cstdint>
 
 #include <png.h>
 
@@ -23,31 +24,44 @@ constexpr std::size_t mostInflation = 1032;
 
 constexpr double metresPerInch = 0.0254;
 
-struct Source {
-    const char* bytes;
-    std::size_t size;
-};
-
-void readFromSource(png_structp png, png_bytep target, std::size_t count) {
-    auto* const source = static_cast<Source*>(png_get_io_ptr(png));
-    if (count > source->size) {
-        png_error(png, "cut short");
-    }
-    std::memcpy(target, source->bytes, count);
-    source->bytes += count;
-    source->size -= count;
-}
-
 [[noreturn]] void fail(png_structp png, png_const_charp) {
     png_longjmp(png, 1);
 }
 
 void ignoreWarning(png_structp, png_const_charp) {}
 
+/// Whether the names of all chunks are letters, and those with pixels follow each other: the two
+/// things that libpng does not look at when it is given a file piece by piece.
+bool hasChunksInOrder(std::string_view bytes) {
+    constexpr std::size_t beforeData = 8;
+    constexpr std::size_t sum = 4;
+    bool isBeforePixels = true;
+    std::string_view last;
+    for (std::string_view rest = bytes.substr(beforeData); rest.size() >= beforeData;) {
+        const auto* const length = reinterpret_cast<png_const_bytep>(rest.data());
+        const std::size_t size = beforeData + png_get_uint_32(length) + sum;
+        const std::string_view name = rest.substr(beforeData / 2, beforeData / 2);
+        const bool isNamed = std::all_of(name.begin(), name.end(), [](char character) {
+            return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
+        });
+        if (!isNamed || (name == "IDAT" && !isBeforePixels && last != name)) {
+            return false;
+        }
+        if (name == "IEND") {
+            break;
+        }
+        isBeforePixels = isBeforePixels && name != "IDAT";
+        last = name;
+        rest.remove_prefix(std::min(size, rest.size()));
+    }
+    return true;
+}
+
+/// Takes the file from memory as it would come from a network: so libpng stops inflating behind the
+/// last row, where its other way of reading unpacks all that follows.
 class PngReader {
 public:
-    explicit PngReader(std::string_view bytes)
-        : source_{bytes.data(), bytes.size()}, fileSize_(bytes.size()) {
+    explicit PngReader(std::string_view bytes) : bytes_(bytes) {
         png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignoreWarning);
         if (png_ != nullptr) {
             info_ = png_create_info_struct(png_);
@@ -62,19 +76,61 @@ public:
         if (info_ == nullptr || setjmp(png_jmpbuf(png_)) != 0) {
             return false;
         }
-        png_set_read_fn(png_, &source_, readFromSource);
+        png_set_progressive_read_fn(
+            png_, this, [](png_structp png, png_infop) { readerOf(png).startPixels(); },
+            [](png_structp png, png_bytep pixels, png_uint_32 row, int) {
+                readerOf(png).addToRow(row, pixels);
+            },
+            [](png_structp png, png_infop) { readerOf(png).isEnded_ = true; });
         png_set_user_limits(png_, longestSide, longestSide);
         png_set_chunk_malloc_max(png_, largestChunk);
         // Texts and profiles are no part of the picture and may be inflated to any size.
         static const png_byte skipped[] = "zTXt\0iTXt\0tEXt\0iCCP\0eXIf\0sPLT";
         png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, skipped, sizeof skipped / 5);
-        png_read_info(png_, info_);
+        process();
+        return pixelsLeft_ > 0;
+    }
 
+    /// Reads the pixels and the file to its end; false when something is damaged or missing.
+    bool readRows(PixelBuffer& pixels) {
+        if (setjmp(png_jmpbuf(png_)) != 0) {
+            return false;
+        }
+        pixels_ = &pixels;
+        bytes_.remove_prefix(bytes_.size() - pixelsLeft_);
+        process();
+        const bool isInterlaced = png_get_interlace_type(png_, info_) != PNG_INTERLACE_NONE;
+        const bool hasAllRows = isInterlaced ? png_get_current_pass_number(png_) == interlacePasses
+                                             : png_get_current_row_number(png_) == height;
+        return hasAllRows && isEnded_;
+    }
+
+    std::size_t width = 0;
+    std::size_t height = 0;
+    double horizontalDensity = 0;
+    double verticalDensity = 0;
+
+private:
+    static constexpr int interlacePasses = 7;
+
+    static PngReader& readerOf(png_structp png) {
+        return *static_cast<PngReader*>(png_get_progressive_ptr(png));
+    }
+
+    void process() {
+        // libpng does not write to what it reads.
+        auto* const bytes = reinterpret_cast<png_bytep>(const_cast<char*>(bytes_.data()));
+        png_process_data(png_, info_, bytes, bytes_.size());
+    }
+
+    /// At the first pixels: checks their number, asks for the pixels as they are wanted and stops
+    /// reading.
+    void startPixels() {
         width = png_get_image_width(png_, info_);
         height = png_get_image_height(png_, info_);
         if (!PixelBuffer::isAllowed(width, height) ||
-            png_get_rowbytes(png_, info_) > fileSize_ * mostInflation / height) {
-            return false;
+            png_get_rowbytes(png_, info_) > bytes_.size() * mostInflation / height) {
+            png_error(png_, "too large");
         }
         png_uint_32 horizontal = 0;
         png_uint_32 vertical = 0;
@@ -91,47 +147,38 @@ public:
         png_set_add_alpha(png_, 0xFF, PNG_FILLER_AFTER);
         png_set_interlace_handling(png_);
         png_read_update_info(png_, info_);
-        return png_get_rowbytes(png_, info_) == PixelBuffer::bytesPerPixel * width;
-    }
-
-    /// Reads the pixels and the file to its end; false when something is damaged or missing.
-    bool readRows(png_bytepp rows) {
-        if (setjmp(png_jmpbuf(png_)) != 0) {
-            return false;
+        if (png_get_rowbytes(png_, info_) != PixelBuffer::bytesPerPixel * width) {
+            png_error(png_, "unexpected pixels");
         }
-        png_read_image(png_, rows);
-        png_read_end(png_, nullptr);
-        return true;
+        pixelsLeft_ = png_process_data_pause(png_, 0);
     }
 
-    std::size_t width = 0;
-    std::size_t height = 0;
-    double horizontalDensity = 0;
-    double verticalDensity = 0;
+    void addToRow(png_uint_32 row, png_bytep pixels) {
+        // A pass of an interlaced file has nothing for some rows.
+        if (pixels != nullptr) {
+            png_progressive_combine_row(png_, pixels_->row(row), pixels);
+        }
+    }
 
-private:
-    Source source_;
-    std::size_t fileSize_;
+    std::string_view bytes_;
+    std::size_t pixelsLeft_ = 0;  ///< bytes from the first pixels to the file's end
+    PixelBuffer* pixels_ = nullptr;
+    bool isEnded_ = false;
     png_structp png_ = nullptr;
     png_infop info_ = nullptr;
 };
 
 }  // namespace
 
-std::optional<DecodedImage> decodePng(std::string_view bytes) {
+std::optional<DecodedImage> decodePng(std::string_view bytes, std::size_t& pixelCount) {
+    pixelCount = 0;
     PngReader reader(bytes);
-    if (!reader.readHeader()) {
+    if (!hasChunksInOrder(bytes) || !reader.readHeader()) {
         return std::nullopt;
     }
+    pixelCount = reader.width * reader.height;
     const std::shared_ptr<PixelBuffer> pixels = PixelBuffer::make(reader.width, reader.height);
-    if (pixels == nullptr) {
-        return std::nullopt;
-    }
-    std::vector<png_bytep> rows(reader.height);
-    for (std::size_t y = 0; y < rows.size(); ++y) {
-        rows[y] = pixels->row(y);
-    }
-    if (!reader.readRows(rows.data())) {
+    if (pixels == nullptr || !reader.readRows(*pixels)) {
         return std::nullopt;
     }
     return DecodedImage{pixels, reader.horizontalDensity, reader.verticalDensity};

@@ -2,9 +2,10 @@
 #include "YGConfigManager/graphics/Scaling.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
-#include <vector>
+#include <span>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -25,22 +26,31 @@ struct Tap {
     std::uint32_t farWeight;
 };
 
-/// `stride` is what lies between one neighbour and the next.
-std::vector<Tap> taps(std::size_t sourceSize, std::size_t targetSize, std::size_t stride) {
-    std::vector<Tap> all(targetSize);
-    const double step = static_cast<double>(sourceSize) / static_cast<double>(targetSize);
-    const std::size_t last = sourceSize - 1;
-    for (std::size_t i = 0; i < targetSize; ++i) {
-        const double position =
-            std::clamp((static_cast<double>(i) + 0.5) * step - 0.5, 0.0, static_cast<double>(last));
+/// The taps of one direction, computed where they are needed: a table of them all would take three
+/// times the memory of a row.
+class Taps {
+public:
+    /// `stride` is what lies between one neighbour and the next.
+    Taps(std::size_t sourceSize, std::size_t targetSize, std::size_t stride)
+        : step_(static_cast<double>(sourceSize) / static_cast<double>(targetSize)),
+          last_(sourceSize - 1),
+          stride_(stride) {}
+
+    Tap at(std::size_t i) const {
+        const double position = std::clamp((static_cast<double>(i) + 0.5) * step_ - 0.5, 0.0,
+                                           static_cast<double>(last_));
         const auto near = static_cast<std::size_t>(position);
-        all[i] = {static_cast<std::uint32_t>(near * stride),
-                  static_cast<std::uint32_t>(std::min(near + 1, last) * stride),
-                  static_cast<std::uint32_t>(
-                      std::lround((position - static_cast<double>(near)) * whole))};
+        return {static_cast<std::uint32_t>(near * stride_),
+                static_cast<std::uint32_t>(std::min(near + 1, last_) * stride_),
+                static_cast<std::uint32_t>(
+                    std::lround((position - static_cast<double>(near)) * whole))};
     }
-    return all;
-}
+
+private:
+    double step_;
+    std::size_t last_;
+    std::size_t stride_;
+};
 
 /// The two rows that a row of the target comes from.
 struct Rows {
@@ -87,7 +97,7 @@ __m128 blendDown(__m128i pairs, __m128i weights) {
     return _mm_cvtepi32_ps(_mm_madd_epi16(values, _mm_mullo_epi16(alphas, weights)));
 }
 
-void blendRow(const Rows& rows, const std::vector<Tap>& columns, std::uint8_t* target) {
+void blendRow(const Rows& rows, std::span<const Tap> columns, std::uint8_t* target) {
     const __m128i down = _mm_set1_epi32(static_cast<int>(rows.low << 16 | (whole - rows.low)));
     const __m128i colours = _mm_set_epi32(0, -1, -1, -1);
     const __m128 alphaDivisor = _mm_set_ps(wholeOfBoth, 0, 0, 0);
@@ -118,7 +128,7 @@ void blendRow(const Rows& rows, const std::vector<Tap>& columns, std::uint8_t* t
 
 #else
 
-void blendRow(const Rows& rows, const std::vector<Tap>& columns, std::uint8_t* target) {
+void blendRow(const Rows& rows, std::span<const Tap> columns, std::uint8_t* target) {
     const std::uint32_t high = whole - rows.low;
     for (const Tap& tap : columns) {
         const auto down = [&](std::uint32_t at, std::uint32_t channel) {
@@ -151,11 +161,20 @@ void blendRow(const Rows& rows, const std::vector<Tap>& columns, std::uint8_t* t
 }  // namespace
 
 void scaleBilinear(const PixelView& source, PixelBuffer& target) {
-    const std::vector<Tap> columns = taps(source.width, target.width(), PixelBuffer::bytesPerPixel);
-    const std::vector<Tap> rows = taps(source.height, target.height(), 1);
-    for (std::size_t y = 0; y < rows.size(); ++y) {
-        blendRow({source.row(rows[y].near), source.row(rows[y].far), rows[y].farWeight}, columns,
-                 target.row(y));
+    const Taps columns(source.width, target.width(), PixelBuffer::bytesPerPixel);
+    const Taps rows(source.height, target.height(), 1);
+    std::array<Tap, 2048> block;
+    for (std::size_t left = 0; left < target.width(); left += block.size()) {
+        const std::size_t count = std::min(block.size(), target.width() - left);
+        for (std::size_t i = 0; i < count; ++i) {
+            block[i] = columns.at(left + i);
+        }
+        for (std::size_t y = 0; y < target.height(); ++y) {
+            const Tap row = rows.at(y);
+            blendRow({source.row(row.near), source.row(row.far), row.farWeight},
+                     std::span(block).first(count),
+                     target.row(y) + left * PixelBuffer::bytesPerPixel);
+        }
     }
 }
 

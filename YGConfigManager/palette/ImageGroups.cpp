@@ -91,9 +91,17 @@ std::shared_ptr<ImageList> YGPaletteLoad::getImagesInGroupByScale(const std::opt
     if (!image || groupCount == 0 || !(scaleValue > 0))
         return nullptr;
     auto pieces = listFor(*image, groupCount);
+    // A narrow strip would otherwise give each of its columns as many pixels as an image may have.
+    std::size_t pixels = 0;
+    std::size_t pixelsOfOne = 0;
     forEachPiece(*image, groupCount, [&](const Image& piece) {
-        if (auto scaled = getImageFromOriImageByScale(piece, scaleType, scaleValue))
+        if (pixels + pixelsOfOne > Image::maximumPixels)
+            return;
+        if (auto scaled = getImageFromOriImageByScale(piece, scaleType, scaleValue)) {
+            pixelsOfOne = scaled->pixelWidth() * scaled->pixelHeight();
+            pixels += pixelsOfOne;
             pieces->push_back(*std::move(scaled));
+        }
     });
     return pieces;
 }

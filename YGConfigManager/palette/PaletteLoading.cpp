@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "YGConfigManager/diagnostics/Reporter.h"
+#include "YGConfigManager/graphics/ImageFileReader.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 #include "YGConfigManager/palette/ColorOrSubstitute.h"
@@ -19,9 +20,6 @@
 namespace yg {
 
 namespace {
-
-/// A small file could otherwise name large images until the memory is gone.
-constexpr std::size_t mostImagePixels = std::size_t{64} << 20;
 
 constexpr std::int64_t storageArea = 1;
 constexpr std::int64_t imageFolderKind = 4;
@@ -181,6 +179,20 @@ bool leavesFolder(std::string_view path) {
     return false;
 }
 
+/// Why an image has not been loaded; null when it has.
+const Rule* failureOf(ImageFileReader::Outcome outcome) {
+    switch (outcome) {
+        case ImageFileReader::Outcome::read:
+            return nullptr;
+        case ImageFileReader::Outcome::tooManyPixels:
+            return &rules::tooManyImagePixels;
+        case ImageFileReader::Outcome::tooManyBytes:
+            return &rules::tooManyImageBytes;
+        default:
+            return &rules::unreadableImage;
+    }
+}
+
 /// Reports an image whose entry has a path. `failure` says why it has not been loaded; null when
 /// it has.
 void reportImage(const Reporter& reporter, const xml::Element& element, std::string_view path,
@@ -330,7 +342,7 @@ void YGPaletteLoad::loadImage(const xml::Element& section) {
     RecordMap<std::optional<Image>> images;
     for (const auto& [name, image] : customImages_)
         images.set(name, image);
-    std::size_t pixels = 0;
+    ImageFileReader reader;
     for (const xml::Element& element : entriesOf(reporter, section)) {
         const ImageEntry entry = read(element, imageAttributes);
         if (!entry.name) {
@@ -340,14 +352,9 @@ void YGPaletteLoad::loadImage(const xml::Element& section) {
         std::optional<Image> image;
         if (entry.path) {
             const std::string path = text::joinPath(*folder, *entry.path);
-            const Rule* failure = &rules::tooManyImagePixels;
-            if (pixels < mostImagePixels) {
-                image = Image::fromFile(path);
-                failure = image ? nullptr : &rules::unreadableImage;
-            }
-            if (image)
-                pixels += image->pixelWidth() * image->pixelHeight();
-            reportImage(reporter, element, *entry.path, path, failure);
+            ImageFileReader::Reading reading = reader.read(path);
+            image = std::move(reading.image);
+            reportImage(reporter, element, *entry.path, path, failureOf(reading.outcome));
         } else {
             reporter.report(rules::imageWithoutPath, element);
         }

@@ -77,6 +77,10 @@ inline constexpr Rule unreadableImage{
     "The file is missing, damaged, too large, or neither PNG nor JPEG, so its name has no image."};
 inline constexpr Rule tooManyImagePixels{
     "too-many-image-pixels", Handling::dropped,
-    "The images before this one have 64 Mi pixels together or more, so it is not loaded."};
+    "The images before this one have 64 Mi pixels together or more, damaged ones too, so it is not "
+    "loaded."};
+inline constexpr Rule tooManyImageBytes{
+    "too-many-image-bytes", Handling::dropped,
+    "The image files before this one have 256 MiB together or more, so it is not loaded."};
 
 }  // namespace yg::rules

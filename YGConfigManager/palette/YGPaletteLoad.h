@@ -108,8 +108,9 @@ public:
                                                        std::uint64_t indexInGroup,
                                                        std::uint32_t scaleType, double scaleValue);
 
-    /// All pieces of a strip, each of them scaled; a piece without a scaling is left out. Null for
-    /// an absent image, a count of 0 and a value that is not above 0.
+    /// All pieces of a strip, each of them scaled; a piece without a scaling is left out, and so is
+    /// one with which they would have more than 64 Mi pixels together. Null for an absent image, a
+    /// count of 0 and a value that is not above 0.
     static std::shared_ptr<ImageList> getImagesInGroupByScale(const std::optional<Image>& image,
                                                               std::uint64_t groupCount,
                                                               std::uint32_t scaleType,
@@ -148,8 +149,10 @@ public:
     void loadKeyFontName(const xml::Element& section);
 
     /// Adds the images of a "BITMAPS" section, loaded from the host's image folder; an image that
-    /// cannot be loaded takes an earlier one of its name away. Once the images of a section have
-    /// 64 Mi pixels together, no further one is loaded.
+    /// cannot be loaded takes an earlier one of its name away. A file is read and decoded once, and
+    /// its names share the pixels. Once the files of a section have 64 Mi pixels together, as their
+    /// headers declare them and damaged ones too, or 256 MiB, whatever they hold, no further entry
+    /// gets an image.
     void loadImage(const xml::Element& section);
 
     // ---- What was loaded. The references live as long as the loader; a load refills the maps.

@@ -227,5 +227,24 @@ TEST(FileExists, NotIfNothingIsThere) {
     EXPECT_FALSE(fileExists(folder / std::string("file\0", 5)));
 }
 
+TEST(ReadFile, SaysHowMuchWasReadAlsoOfAFileThatTurnsOutTooLarge) {
+    // Its size is 0 as long as it is not read.
+    const FileReading tooLarge = readWholeFile("/proc/self/status", 10);
+    EXPECT_FALSE(tooLarge);
+    EXPECT_GT(tooLarge.bytesRead, 10U);
+    EXPECT_EQ(readWholeFile("/proc/self/none").bytesRead, 0U);
+    const FileReading whole = readWholeFile("/proc/self/status");
+    EXPECT_EQ(whole.bytesRead, whole.bytes.size());
+}
+
+TEST(FileIdentity, IsThatOfTheFileWhateverPathLeadsToIt) {
+    EXPECT_TRUE(identityOf("/proc/self/status"));
+    EXPECT_EQ(identityOf("/dev/null"), identityOf("/dev/../dev//null"));
+    EXPECT_NE(identityOf("/dev/null"), identityOf("/dev/zero"));
+    for (const std::string_view path : {"", "/proc/self/none", "/dev/null/none"}) {
+        EXPECT_FALSE(identityOf(path)) << path;
+    }
+}
+
 }  // namespace
 }  // namespace yg::files

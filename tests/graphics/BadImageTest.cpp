@@ -47,7 +47,7 @@ std::optional<Image> readCheaply(const std::string& bytes) {
 }
 
 /// `count` zero bytes, deflated piece by piece.
-std::string deflatedZeros(std::size_t count) {
+std::string deflatedZeros(std::size_t count, int ending = Z_FINISH) {
     z_stream stream = {};
     deflateInit(&stream, 1);
     std::string zeros(1 << 20, '\0');
@@ -58,7 +58,7 @@ std::string deflatedZeros(std::size_t count) {
         stream.next_in = reinterpret_cast<Bytef*>(zeros.data());
         stream.avail_in = static_cast<uInt>(std::min(count, zeros.size()));
         count -= stream.avail_in;
-        deflate(&stream, count == 0 ? Z_FINISH : Z_NO_FLUSH);
+        deflate(&stream, count == 0 ? ending : Z_NO_FLUSH);
     }
     result.resize(stream.total_out);
     deflateEnd(&stream);
@@ -110,6 +110,18 @@ TEST(BadImage, MissingOrRepeatedPartsAreNone) {
     EXPECT_FALSE(Image::fromBytes(smallPng(pngHeader(2, 1, PngColor::gray, 8).substr(8))));
 }
 
+TEST(BadImage, ChunksOfNoNameOrOutOfOrderAreNone) {
+    const std::string header = pngHeader(2, 1, PngColor::gray, 8);
+    const std::string pixels = deflated("\0\x11\x22"s);
+    const std::string half = pngChunk("IDAT", pixels.substr(0, 4));
+    const std::string rest = pngChunk("IDAT", pixels.substr(4));
+    const std::string end = pngChunk("IEND", "");
+    EXPECT_TRUE(Image::fromBytes(header + half + rest + pngChunk("abCd", "") + end));
+    EXPECT_FALSE(Image::fromBytes(header + half + pngChunk("abCd", "") + rest + end));
+    EXPECT_FALSE(Image::fromBytes(header + half + rest + pngChunk("ab.d", "") + end));
+    EXPECT_FALSE(Image::fromBytes(header + half + rest + pngChunk("ABCD", "") + end));
+}
+
 TEST(BadImage, APngThatClaimsMoreThanItHoldsCostsNothing) {
     for (const auto& [width, height] :
          std::vector<std::pair<std::uint32_t, std::uint32_t>>{{65000, 65000},
@@ -152,6 +164,23 @@ TEST(BadImage, TextsThatUnpackToAGigabyteArePassedOver) {
     const std::optional<Image> image = readCheaply(smallPng(chunks));
     ASSERT_TRUE(image);
     EXPECT_THAT(pixelsOf(*image), testing::ElementsAre(0x111111FF, 0x222222FF));
+}
+
+TEST(BadImage, WhatFollowsTheLastRowIsNotUnpacked) {
+    // Two gigabytes behind a single pixel. An end that is not marked lets the blocks be repeated.
+    std::string block = deflatedZeros(16'000'000, Z_FULL_FLUSH);
+    std::string packed = block;
+    block.erase(0, 2);
+    for (int i = 0; i < 128; ++i) {
+        packed += block;
+    }
+    for (const bool isInterlaced : {false, true}) {
+        const std::optional<Image> image =
+            readCheaply(pngHeader(1, 1, PngColor::gray, 8, isInterlaced) +
+                        pngChunk("IDAT", packed) + pngChunk("IEND", ""));
+        ASSERT_TRUE(image);
+        EXPECT_THAT(pixelsOf(*image), testing::ElementsAre(0x000000FF));
+    }
 }
 
 /// The file with another size in its header.
@@ -204,6 +233,19 @@ TEST(BadImage, AJpegOfEndlessScansIsNone) {
     EXPECT_TRUE(Image::fromBytes(withScans(10)));
     EXPECT_FALSE(Image::fromBytes(withScans(100)));
     EXPECT_FALSE(readCheaply(withScans(100'000)));
+}
+
+TEST(BadImage, AJpegOfManyPixelsMayHaveFewerScans) {
+    // Six scans, and 60 are allowed for so many pixels.
+    std::string file = flatJpeg(4352, 4096, JCS_GRAYSCALE, {1},
+                                [](jpeg_compress_struct& jpeg) { jpeg_simple_progression(&jpeg); });
+    EXPECT_TRUE(Image::fromBytes(file));
+    file.resize(file.size() - 2);
+    const std::string scan = file.substr(file.rfind("\xFF\xDA"));
+    for (int i = 0; i < 55; ++i) {
+        file += scan;
+    }
+    EXPECT_FALSE(Image::fromBytes(file + "\xFF\xD9"));
 }
 
 TEST(BadImage, AJpegOfArithmeticCodesIsNone) {

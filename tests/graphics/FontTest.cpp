@@ -1,5 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include <atomic>
 #include <cmath>
+#include <cstdint>
+#include <dlfcn.h>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <optional>
 #include <string>
@@ -7,13 +13,47 @@
 #include <thread>
 #include <vector>
 
+#include <fontconfig/fontconfig.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "YGConfigManager/graphics/Font.h"
 #include "YGConfigManager/graphics/FontServices.h"
 
+#include "graphics/CountedMemory.h"
+#include "graphics/ImageFiles.h"
 #include "graphics/TestFonts.h"
+#include "host/TempRoot.h"
+
+namespace {
+
+/// How often fontconfig has gone through all fonts.
+std::atomic<int> listings = 0;
+
+/// How often it has looked for a character in a face.
+std::atomic<int> lookups = 0;
+
+template <class Function>
+Function* fontconfigs(const char* name) {
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
+}  // namespace
+
+// These take the place of fontconfig's own, for the whole program.
+
+extern "C" FcBool FcCharSetHasChar(const FcCharSet* characters, FcChar32 character) {
+    ++lookups;
+    static auto* const has = fontconfigs<decltype(FcCharSetHasChar)>("FcCharSetHasChar");
+    return has(characters, character);
+}
+
+extern "C" FcFontSet* FcFontList(FcConfig* configuration, FcPattern* pattern,
+                                 FcObjectSet* objects) {
+    ++listings;
+    static auto* const list = fontconfigs<decltype(FcFontList)>("FcFontList");
+    return list(configuration, pattern, objects);
+}
 
 namespace {
 
@@ -115,6 +155,23 @@ TEST_F(FontNames, MoreSpellingsThanAreRememberedAreStillFound) {
     }
 }
 
+TEST_F(FontNames, OfMoreThanAThousandBytesAreUnknown) {
+    const std::string name = "YG Test Square";
+    EXPECT_TRUE(fonts.named(name + std::string(1024 - name.size(), ' '), 12));
+    EXPECT_FALSE(fonts.named(name + std::string(1025 - name.size(), ' '), 12));
+}
+
+TEST_F(FontNames, AreListedOnceForAllThatAreAsked) {
+    const int before = listings;
+    FontServices other{{testFontPath("latin.ttf")}};
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_FALSE(other.named("No Such Face " + std::to_string(i), 12));
+        EXPECT_TRUE(
+            other.named("YG Test" + std::string(static_cast<std::size_t>(i), ' ') + "Latin", 12));
+    }
+    EXPECT_EQ(listings - before, 1);
+}
+
 TEST_F(FontWidths, FiveCharactersAtTwelveAreExactlySixtyPointsWide) {
     EXPECT_EQ(width("YG Test Square", 12, "price"), 60);
     EXPECT_EQ(width("YG Test Square", 12, "涨跌幅限制"), 60);
@@ -156,6 +213,29 @@ TEST_F(FontWidths, CharactersThatTheFaceLacksComeFromAnother) {
     EXPECT_EQ(width("YG Test Latin", 12, "ab价格"), 12 + 24);
     EXPECT_EQ(width("YG Test Latin", 12, "价a格"), 24 + 6);
     EXPECT_EQ(width("YG Test Latin", 12, "价 格"), 24 + 6);
+}
+
+TEST_F(FontWidths, WhatStandsInForACharacterIsLookedUpOnce) {
+    FontServices latin{{testFontPath("latin.ttf"), testFontPath("square.ttf")}};
+    const yg::Font font = latin.named("YG Test Latin", 12).value();
+    const int before = lookups;
+    for (int i = 1; i <= 100; ++i) {
+        // The one is in the other face, the other in none.
+        std::string text(static_cast<std::size_t>(i), 'a');
+        text += "价\xF3\xB0\x80\x80";
+        EXPECT_EQ(font.widthOf(text), i * 6 + 12 + 6);
+    }
+    EXPECT_GT(lookups - before, 0);
+    EXPECT_LE(lookups - before, 2 * 2);
+}
+
+TEST_F(FontWidths, MoreMissingCharactersThanAreRememberedAreStillMeasured) {
+    for (unsigned character = 0x4E00; character < 0x4E00 + 9000; ++character) {
+        const std::string text{static_cast<char>(0xE0 | character >> 12),
+                               static_cast<char>(0x80 | (character >> 6 & 0x3F)),
+                               static_cast<char>(0x80 | (character & 0x3F))};
+        ASSERT_EQ(width("YG Test Latin", 12, text + "a"), 18) << character;
+    }
 }
 
 TEST_F(FontWidths, ACharacterOfNoFaceIsAsWideAsTheFacesBox) {
@@ -244,6 +324,87 @@ TEST_F(FontWidths, MeasuringFromSeveralThreadsGivesTheSameWidths) {
     for (std::thread& thread : threads) {
         thread.join();
     }
+}
+
+std::string contentOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Both fonts as faces of one file. Where a font's tables begin is counted from the file's start.
+std::string collectionOf(const std::vector<std::string>& fonts) {
+    const auto number = [](std::size_t value) {
+        return yg::testing::bigEndian(static_cast<std::uint32_t>(value));
+    };
+    std::string header = "ttcf" + number(0x10000) + number(fonts.size());
+    const std::size_t start = header.size() + 4 * fonts.size();
+    std::string content;
+    for (std::string font : fonts) {
+        const std::size_t place = start + content.size();
+        header += number(place);
+        for (std::size_t at = 12 + 8; at < 12 + 16 * static_cast<std::size_t>(font[5]); at += 16) {
+            std::size_t table = 0;
+            for (std::size_t i = 0; i < 4; ++i) {
+                table = table << 8 | static_cast<unsigned char>(font[at + i]);
+            }
+            font.replace(at, 4, number(table + place));
+        }
+        content += font;
+    }
+    return header + content;
+}
+
+TEST(FontFiles, AFileThatIsShortenedWhileItIsOpenChangesNothing) {
+    const yg::testing::TempRoot root;
+    root.write("font.ttf", contentOf(testFontPath("latin.ttf")));
+    FontServices fonts{{root.at("font.ttf")}};
+    const yg::Font font = fonts.named("YG Test Latin", 12).value();
+    EXPECT_EQ(font.widthOf("a"), 6);
+    std::filesystem::resize_file(root.at("font.ttf"), 0);
+    EXPECT_EQ(font.widthOf("another text"), 72);
+    EXPECT_EQ(fonts.named("YGTestLatin-Regular", 12)->widthOf("ab"), 12);
+}
+
+TEST(FontFiles, AFileThatIsShortenedBeforeItIsOpenedIsNoFont) {
+    const yg::testing::TempRoot root;
+    const std::string whole = contentOf(testFontPath("latin.ttf"));
+    for (const std::size_t size : {std::size_t{0}, std::size_t{11}, whole.size() / 2}) {
+        root.write("font.ttf", whole);
+        FontServices fonts{{root.at("font.ttf")}};
+        std::filesystem::resize_file(root.at("font.ttf"), size);
+        EXPECT_FALSE(fonts.named("YG Test Latin", 12)) << size;
+        EXPECT_EQ(fonts.system(12).faceName(), "sans-serif") << size;
+    }
+}
+
+#ifndef YG_NO_COUNTED_MEMORY
+TEST(FontFiles, AreInMemoryOnceForAllTheirFaces) {
+    const yg::testing::TempRoot root;
+    const std::string both =
+        collectionOf({contentOf(testFontPath("latin.ttf")), contentOf(testFontPath("light.ttf"))});
+    constexpr std::size_t size = 1 << 20;
+    root.write("both.ttc", both + std::string(size - both.size(), '\0'));
+    FontServices fonts{{root.at("both.ttc")}};
+    const std::size_t before = yg::testing::bytesTaken();
+    EXPECT_EQ(fonts.named("YG Test Latin", 12)->widthOf("a"), 6);
+    EXPECT_GT(yg::testing::bytesTaken() - before, size);
+    EXPECT_EQ(fonts.named("YG Test Weights", 12)->widthOf("a"), 3);
+    EXPECT_LT(yg::testing::bytesTaken() - before, size + size / 2);
+}
+#endif
+
+TEST(FontFiles, AreOpenedUpToALimitOfTheirBytesTogether) {
+    const std::string latin = testFontPath("latin.ttf");
+    const std::string square = testFontPath("square.ttf");
+    const std::size_t both = contentOf(latin).size() + contentOf(square).size();
+    FontServices enough{{latin, square}, both};
+    EXPECT_TRUE(enough.named("YG Test Latin", 12));
+    EXPECT_TRUE(enough.named("YG Test Square", 12));
+    FontServices few{{latin, square}, both - 1};
+    EXPECT_TRUE(few.named("YG Test Latin", 12));
+    EXPECT_FALSE(few.named("YG Test Square", 12));
+    // As wide as the face's box, for no other face can be opened.
+    EXPECT_EQ(few.named("YG Test Latin", 12)->widthOf("价"), 6);
 }
 
 // The machine's own fonts: those that the packages for the tests bring.

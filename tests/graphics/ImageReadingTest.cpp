@@ -63,6 +63,44 @@ TEST(PngReading, InterlacedRowsAreSorted) {
                 ElementsAre(0x010101FF, 0x020202FF, 0x030303FF, 0x040404FF));
 }
 
+TEST(PngReading, InterlacedFilesOfAnySizeAreReadAsOthers) {
+    struct Pass {
+        unsigned left, top, across, down;
+    };
+    constexpr Pass passes[] = {{0, 0, 8, 8}, {4, 0, 8, 8}, {0, 4, 4, 8}, {2, 0, 4, 4},
+                               {0, 2, 2, 4}, {1, 0, 2, 2}, {0, 1, 1, 2}};
+    for (unsigned width = 1; width <= 10; ++width) {
+        for (unsigned height = 1; height <= 10; ++height) {
+            const auto pixel = [&](unsigned x, unsigned y) {
+                return static_cast<char>(y * width + x + 1);
+            };
+            std::string rows;
+            for (unsigned y = 0; y < height; ++y) {
+                rows += '\0';
+                for (unsigned x = 0; x < width; ++x) {
+                    rows += pixel(x, y);
+                }
+            }
+            std::string sorted;
+            for (const Pass& pass : passes) {
+                for (unsigned y = pass.top; y < height && pass.left < width; y += pass.down) {
+                    sorted += '\0';
+                    for (unsigned x = pass.left; x < width; x += pass.across) {
+                        sorted += pixel(x, y);
+                    }
+                }
+            }
+            EXPECT_EQ(read(pngHeader(width, height, PngColor::gray, 8, true) + pngEnd(sorted)),
+                      read(pngHeader(width, height, PngColor::gray, 8) + pngEnd(rows)))
+                << width << "x" << height;
+            sorted.pop_back();
+            EXPECT_FALSE(yg::Image::fromBytes(pngHeader(width, height, PngColor::gray, 8, true) +
+                                              pngEnd(sorted)))
+                << width << "x" << height;
+        }
+    }
+}
+
 TEST(JpegReading, GrayAndColourAreRead) {
     EXPECT_THAT(read(flatJpeg(3, 2, JCS_GRAYSCALE, {0x80})), Each(0x808080FF));
     EXPECT_THAT(read(flatJpeg(16, 8, JCS_RGB, {0xFF, 0xFF, 0xFF})), Each(0xFFFFFFFF));

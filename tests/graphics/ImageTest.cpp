@@ -12,6 +12,7 @@
 
 #include "YGConfigManager/graphics/Image.h"
 
+#include "graphics/CountedMemory.h"
 #include "graphics/ImageFiles.h"
 
 namespace {
@@ -279,6 +280,33 @@ TEST(ImageScaling, OverTheLimitOrToNothingIsNone) {
     }
     EXPECT_FALSE(image.scaled(8192, 8192.5));
 }
+
+TEST(ImageScaling, KeepsEachOfManyColumnsAndRows) {
+    const Image row = countingImage(5000, 1);
+    const Image rows = *row.scaled(5000, 2);
+    std::vector<Pixel> twice = pixelsOf(row);
+    twice.insert(twice.end(), twice.begin(), twice.begin() + 5000);
+    EXPECT_EQ(pixelsOf(rows), twice);
+    const Image column = countingImage(1, 5000);
+    EXPECT_EQ(pixelsOf(*column.scaled(1, 5000)), pixelsOf(column));
+}
+
+#ifndef YG_NO_COUNTED_MEMORY
+TEST(ImageScaling, TakesTheMemoryOfTheResultAndNoMore) {
+    constexpr double many = 1 << 22;
+    constexpr std::size_t little = 1 << 16;
+    const Image small = countingImage(3, 3);
+    const auto taken = [](const Image& image, double width, double height) {
+        const std::size_t before = bytesTaken();
+        EXPECT_TRUE(image.scaled(width, height));
+        return bytesTaken() - before;
+    };
+    EXPECT_LT(taken(small, many, 1), 4 * std::size_t{1 << 22} + little);
+    EXPECT_LT(taken(small, 1, many), 4 * std::size_t{1 << 22} + little);
+    EXPECT_LT(taken(*small.scaled(many, 1), 1, 1), little);
+    EXPECT_LT(taken(*small.scaled(1, many), 1, 1), little);
+}
+#endif
 
 TEST(ImageWriting, GivesAPngThatReadsBackTheSame) {
     const Image image = imageOf(3, {0x01020304, 0xFF000000, 0xFFFFFFFF,  //

@@ -148,6 +148,13 @@ TEST(AllPiecesScaled, LeaveOutWhatHasNoScaling) {
     EXPECT_THAT(*allPiecesScaled(columns(100, 20), mostPieces, 0, 40), SizeIs(0));
 }
 
+TEST(AllPiecesScaled, HaveNoMorePixelsTogetherThanAnImage) {
+    // 128 times 65,536 pixels each: 8 Mi.
+    const Image strip = columns(16, 512);
+    EXPECT_THAT(*allPiecesScaled(strip, 16, 0, 128), SizeIs(8));
+    EXPECT_THAT(*allPiecesScaled(strip, 8, 0, 128), SizeIs(8));
+}
+
 TEST(AllPiecesScaled, AreNullWithoutAnImagePiecesOrSize) {
     EXPECT_EQ(allPiecesScaled(std::nullopt, 4, 0, 40), nullptr);
     EXPECT_EQ(allPiecesScaled(columns(100, 20), 0, 0, 40), nullptr);

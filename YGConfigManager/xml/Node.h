@@ -245,7 +245,9 @@ public:
     /// The nodes that an XPath 1.0 query selects with this element as its context, in document
     /// order. An absolute query starts at the top of the tree that holds the element: its document,
     /// or the top of a copy or of a part that was taken out. A query that is invalid or whose value
-    /// is no node set selects nothing. Attributes are not answered: select their elements.
+    /// is no node set selects nothing. Attributes are not answered: select their elements. Once
+    /// something was taken out of the tree, a query that goes up, sideways, or down from whatever
+    /// child of the top is asked of a copy of the tree, each time; others are not.
     std::vector<Node> query(const Query& query) const;
     std::vector<Node> query(std::string_view query) const;
 

@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <exception>
+#include <locale.h>
 #include <optional>
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 #include "YGConfigManager/text/Utf8.h"
 #include "YGConfigManager/xml/Tree.h"
@@ -113,6 +115,9 @@ public:
     explicit Reader(std::string_view expression) : rest_(expression) { advance(); }
 
     bool accepts() { return expression(0).has_value() && token_.kind == Kind::end; }
+
+    /// What the expression may reach; of use once it is accepted.
+    QueryReach reach() const { return reach_; }
 
 private:
     enum class Kind : std::uint8_t { end, wrong, name, literal, number, symbol };
@@ -259,10 +264,14 @@ private:
         if (is("/") || is("//")) {
             const bool needsStep = is("//");
             advance();
+            reach_.isAbsolute = true;
+            reach_.leavesSubtree |= needsStep || !beginsWithName();
             return needsStep || beginsStep() ? steps() : Type::nodes;
         }
-        if (beginsStep() && !beginsCall())
+        if (beginsStep() && !beginsCall()) {
+            reach_.beginsWithAnyChild |= predicateDepth_ == 0 && !beginsWithName();
             return steps();
+        }
 
         MaybeType type = primary();
         if (is("[") && (type != Type::nodes || !predicates()))
@@ -275,6 +284,9 @@ private:
     bool beginsStep() const {
         return token_.kind == Kind::name || is(".") || is("..") || is("@") || is("*");
     }
+
+    /// Whether the next step goes to the children of one name.
+    bool beginsWithName() { return token_.kind == Kind::name && !isBefore("::") && !isBefore("("); }
 
     bool isNodeType() const {
         return std::find(std::begin(nodeTypes), std::end(nodeTypes), token_.text) !=
@@ -292,12 +304,20 @@ private:
     }
 
     bool step() {
-        if (skip(".") || skip(".."))
+        if (skip("."))
             return true;
+        if (skip("..")) {
+            reach_.leavesSubtree = true;
+            return true;
+        }
         if (token_.kind == Kind::name && isBefore("::")) {
             // pugixml knows no namespace nodes and finds none.
             if (token_.text == "namespace")
                 return false;
+            constexpr std::string_view downwards[] = {"attribute", "child", "descendant",
+                                                      "descendant-or-self", "self"};
+            reach_.leavesSubtree |= std::find(std::begin(downwards), std::end(downwards),
+                                              token_.text) == std::end(downwards);
             advance();
             advance();
         } else {
@@ -326,11 +346,12 @@ private:
     }
 
     bool predicates() {
-        while (skip("[")) {
-            if (!expression(0) || !skip("]"))
-                return false;
-        }
-        return true;
+        ++predicateDepth_;
+        bool right = true;
+        while (right && skip("["))
+            right = expression(0) && skip("]");
+        --predicateDepth_;
+        return right;
     }
 
     MaybeType primary() {
@@ -387,19 +408,77 @@ private:
     std::string_view rest_;
     Token token_;
     std::size_t depth_ = 0;
+    std::size_t predicateDepth_ = 0;
+    QueryReach reach_;
 };
+
+/// While one lives, numbers in queries are read and written with a decimal point on this thread:
+/// pugixml asks the locale.
+class PointForDecimals {
+public:
+    PointForDecimals() : before_(uselocale(plain())) {}
+    ~PointForDecimals() { uselocale(before_); }
+    PointForDecimals(const PointForDecimals&) = delete;
+    PointForDecimals& operator=(const PointForDecimals&) = delete;
+
+private:
+    /// 0, which changes nothing, when memory does not suffice.
+    static locale_t plain() {
+        static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+        return locale;
+    }
+
+    locale_t before_;
+};
+
+/// pugixml would compare places of nodes by walking between them, which takes the square of the
+/// number of siblings. One walk through the tree finds them in order.
+std::vector<pugi::xml_node> inDocumentOrder(const std::vector<pugi::xml_node>& found) {
+    std::unordered_set<const void*> wanted;
+    for (const pugi::xml_node node : found)
+        wanted.insert(node.internal_object());
+    std::vector<pugi::xml_node> sorted;
+    const pugi::xml_node top = found.front().root();
+    for (pugi::xml_node node = top; node && sorted.size() < wanted.size();
+         node = nextInSubtree(node, top)) {
+        if (wanted.contains(node.internal_object()))
+            sorted.push_back(node);
+    }
+    return sorted;
+}
 
 }  // namespace
 
+std::vector<pugi::xml_node> Query::Compiled::select(pugi::xml_node context) const {
+    std::vector<pugi::xml_node> nodes;
+    try {
+        const PointForDecimals point;
+        const pugi::xpath_node_set found = query.evaluate_node_set(context);
+        for (const pugi::xpath_node& one : found) {
+            // Attributes and hidden white space are nothing that a handle may stand for.
+            if (!one.attribute() && isChild(one.node()))
+                nodes.push_back(one.node());
+        }
+        if (!nodes.empty() && found.type() != pugi::xpath_node_set::type_sorted)
+            nodes = inDocumentOrder(nodes);
+    } catch (const pugi::xpath_exception&) {
+        nodes.clear();
+    }
+    return nodes;
+}
+
 Query::Query(std::string_view expression) {
-    if (expression.find('\0') != std::string_view::npos || !text::isValidUtf8(expression) ||
-        !Reader(expression).accepts())
+    if (expression.find('\0') != std::string_view::npos || !text::isValidUtf8(expression))
+        return;
+    Reader reader(expression);
+    if (!reader.accepts())
         return;
     try {
-        auto compiled = std::make_shared<Compiled>(std::string(expression).c_str());
+        const PointForDecimals point;
+        auto compiled = std::make_shared<Compiled>(std::string(expression).c_str(), reader.reach());
         if (compiled->query.return_type() == pugi::xpath_type_node_set)
             compiled_ = std::move(compiled);
-    } catch (const std::exception&) {
+    } catch (const pugi::xpath_exception&) {
         // An expression that does not compile selects nothing.
     }
 }

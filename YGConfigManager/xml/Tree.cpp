@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <exception>
 #include <utility>
 
 #include "YGConfigManager/text/Utf8.h"
@@ -86,27 +85,6 @@ bool isWholeCopy(pugi::xml_node source, pugi::xml_node copy) {
         copy = nextInSubtree(copy, copyTop);
     }
     return isWhole && !source == !copy;
-}
-
-/// Whether an XPath result is something that a handle may stand for.
-bool isAnswerable(pugi::xml_node node) {
-    return isChild(node);
-}
-
-std::vector<pugi::xml_node> evaluate(const pugi::xpath_query& query, pugi::xml_node context) {
-    std::vector<pugi::xml_node> found;
-    try {
-        pugi::xpath_node_set selected = query.evaluate_node_set(context);
-        selected.sort();
-        found.reserve(selected.size());
-        for (const pugi::xpath_node& one : selected) {
-            if (!one.attribute() && isAnswerable(one.node()))
-                found.push_back(one.node());
-        }
-    } catch (const pugi::xpath_exception&) {
-        found.clear();
-    }
-    return found;
 }
 
 }  // namespace
@@ -292,30 +270,39 @@ std::vector<Node> Tree::select(const std::shared_ptr<Tree>& tree, pugi::xml_node
     std::vector<Node> answer;
     if (!query)
         return answer;
-    const pugi::xpath_query& compiled = query.compiled_->query;
-    if (!tree->keep.first_child()) {
-        for (pugi::xml_node found : evaluate(compiled, context ? context : tree->memory))
+    const Query::Compiled& compiled = *query.compiled_;
+    const auto selectHere = [&] {
+        for (pugi::xml_node found : compiled.select(context ? context : tree->memory))
             answer.push_back(node(tree, found));
         return answer;
-    }
+    };
+    if (!tree->keep.first_child())
+        return selectHere();
 
-    // Something was taken out, and an absolute path would see both sides: ask a copy of the one
-    // side that the context belongs to.
+    // Something was taken out, which stands beside the document now, without a name. A query that
+    // does not come near it needs no more.
     pugi::xml_node top = context;
     while (top && top.parent() && top.parent() != tree->keep && top.parent() != tree->memory)
         top = top.parent();
     const bool inDocument = !top || top.parent() == tree->memory;
+    const QueryReach reach = compiled.reach;
+    if (!reach.leavesSubtree && (!reach.isAbsolute || inDocument) &&
+        (context || !reach.beginsWithAnyChild))
+        return selectHere();
 
+    // Any other is asked of a copy of the one side that the context belongs to.
     pugi::xml_document side;
     std::unordered_map<const void*, pugi::xml_node> original;
     pugi::xml_node sideContext = side;
     const auto copySide = [&](pugi::xml_node source) {
-        forEachPair(source, side.append_copy(source),
-                    [&](pugi::xml_node left, pugi::xml_node right) {
-                        original.emplace(right.internal_object(), left);
-                        if (left == context)
-                            sideContext = right;
-                    });
+        const pugi::xml_node copy = made(side.append_copy(source));
+        if (!isWholeCopy(source, copy))
+            throw std::bad_alloc();
+        forEachPair(source, copy, [&](pugi::xml_node left, pugi::xml_node right) {
+            original.emplace(right.internal_object(), left);
+            if (left == context)
+                sideContext = right;
+        });
     };
     if (inDocument) {
         for (pugi::xml_node child : tree->memory.children()) {
@@ -325,7 +312,7 @@ std::vector<Node> Tree::select(const std::shared_ptr<Tree>& tree, pugi::xml_node
     } else {
         copySide(top);
     }
-    for (pugi::xml_node found : evaluate(compiled, sideContext)) {
+    for (pugi::xml_node found : compiled.select(sideContext)) {
         const auto source = original.find(found.internal_object());
         if (source != original.end())
             answer.push_back(node(tree, source->second));

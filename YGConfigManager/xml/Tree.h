@@ -24,9 +24,24 @@
 
 namespace yg::xml {
 
+/// Which nodes the evaluation of a query looks at.
+struct QueryReach {
+    bool isAbsolute = false;
+    /// It looks at nodes above or beside its context, or at other children of the top than those of
+    /// a name.
+    bool leavesSubtree = false;
+    /// A step from the context itself takes children whatever their name.
+    bool beginsWithAnyChild = false;
+};
+
 struct Query::Compiled {
-    explicit Compiled(const char* expression) : query(expression) {}
+    Compiled(const char* expression, QueryReach itsReach) : query(expression), reach(itsReach) {}
+
+    /// The nodes selected in document order, but for attributes and hidden white space.
+    std::vector<pugi::xml_node> select(pugi::xml_node context) const;
+
     pugi::xpath_query query;
+    QueryReach reach;
 };
 
 struct Tree {

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -603,6 +606,63 @@ TEST(Query, ARemovedPartAnswersAsItsCopy) {
                           placesOf(Element(copies[i]).query(query)))
                     << query << " on " << plain(copies[i]);
         }
+    }
+}
+
+/// Counts the bytes that trees take while one lives. Other tests of this program wait for their
+/// turn, so the counts are of this test.
+class TreeBytes {
+public:
+    TreeBytes()
+        : allocate_(pugi::get_memory_allocation_function()),
+          release_(pugi::get_memory_deallocation_function()) {
+        taken_ = 0;
+        pugi::set_memory_management_functions(
+            [](std::size_t size) {
+                taken_ += size;
+                return std::malloc(size);
+            },
+            [](void* memory) { std::free(memory); });
+    }
+    TreeBytes(const TreeBytes&) = delete;
+    TreeBytes& operator=(const TreeBytes&) = delete;
+    ~TreeBytes() { pugi::set_memory_management_functions(allocate_, release_); }
+
+    static std::size_t taken() { return taken_; }
+
+private:
+    static inline std::atomic<std::size_t> taken_ = 0;
+    pugi::allocation_function allocate_;
+    pugi::deallocation_function release_;
+};
+
+TEST(Query, ThatGoesDownFromNamesNeedsNoCopyOfATreeFromWhichSomethingWasTakenOut) {
+    const Document document = documentOf(
+        joined("<a><b><c/></b>", repeated("<d n='1'><e/></d>", 50'000), "<f n='2'/></a>"));
+    Element removed = elementAt(document, "a/b");
+    removed.remove();
+    const TreeBytes bytes;
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(document.query("a/f[@n='2' and not(b) and count(.//e) = 0]").size(), 1U);
+        EXPECT_EQ(document.query("/a/f").size(), 1U);
+        EXPECT_EQ(document.root().query("f | b | self::a/f").size(), 1U);
+        EXPECT_EQ(removed.query("c | f").size(), 1U);
+        EXPECT_EQ(removed.query("//c").size(), 1U);  // the part that was taken out is small
+    }
+    EXPECT_LT(bytes.taken(), 1'000'000U);
+    EXPECT_EQ(document.query("//c").size(), 0U);
+    EXPECT_EQ(document.query("*/f").size(), 1U);
+    EXPECT_GT(bytes.taken(), 5'000'000U);
+}
+
+TEST(Query, AUnionOfManySiblingsIsInDocumentOrder) {
+    const std::string text = joined("<a>", repeated("<b/><c/>", 40'000), "</a>");
+    for (const ParseOptions options : {ParseOptions{}, withPositions}) {
+        const Document document = Document::parseText(text, options).document;
+        const std::vector<Node> nodes = document.query("a/c | a/b");
+        ASSERT_EQ(nodes.size(), 80'000U);
+        for (std::size_t i = 0; i < nodes.size(); ++i)
+            ASSERT_EQ(nodes[i].name(), i % 2 == 0 ? "b" : "c");
     }
 }
 

@@ -32,7 +32,7 @@ struct YGEventLoader::Section {
     RecordMap<bool> isOwn;
 };
 
-void YGEventLoader::loadEventTemplate(const xml::Element& root) {
+void YGEventLoader::readTemplates(const xml::Element& root) {
     static const xml::Query templates("/event_list/event_template");
     if (!root.hasChildren())
         return;
@@ -67,10 +67,6 @@ std::optional<std::string_view> YGEventLoader::usableName(const xml::Element& se
         return name;
     reporter.report(rules::eventSectionWithoutName, section);
     return std::nullopt;
-}
-
-void YGEventLoader::loadSingleEventTemplate(const xml::Element& section) {
-    readTemplate(section, {});
 }
 
 void YGEventLoader::readTemplate(const xml::Element& section, const PendingTemplates& pending) {
@@ -110,19 +106,19 @@ void YGEventLoader::readTemplate(const xml::Element& section, const PendingTempl
         return;
     }
     reporter.used(section);
-    if (eventTemplateDatas_.set(*name, std::move(read.events)))
+    if (tables_.eventTemplateDatas.set(*name, std::move(read.events)))
         reporter.report(rules::duplicateEventTemplate, section, "name", *name);
 }
 
-void YGEventLoader::loadElementEvent(const xml::Element& root) {
+void YGEventLoader::readGroups(const xml::Element& root) {
     static const xml::Query groups("/event_list/element_event");
     if (!root.hasChildren())
         return;
     for (const xml::Node& section : root.query(groups))
-        loadSingleElementEvent(xml::Element(section));
+        readGroup(xml::Element(section));
 }
 
-void YGEventLoader::loadSingleElementEvent(const xml::Element& section) {
+void YGEventLoader::readGroup(const xml::Element& section) {
     const Reporter reporter(sink_);
     const auto name = usableName(section);
     if (!name)
@@ -157,7 +153,7 @@ void YGEventLoader::loadSingleElementEvent(const xml::Element& section) {
     reporter.used(section);
     reporter.used(section, "name");
     reporter.attributesBut(section, "name");
-    if (elementEventDatas_.set(*name, std::move(read.events)))
+    if (tables_.elementEventDatas.set(*name, std::move(read.events)))
         reporter.report(rules::duplicateEventGroup, section, "name", *name);
 }
 
@@ -184,7 +180,7 @@ void YGEventLoader::define(Section& section, const xml::Element& entry,
 void YGEventLoader::include(Section& section, const xml::Element& entry,
                             std::string_view templateName, const PendingTemplates& pending) {
     const Reporter reporter(sink_);
-    const EventMap* events = eventTemplateDatas_.find(templateName);
+    const EventMap* events = tables_.eventTemplateDatas.find(templateName);
     if (!events) {
         const std::size_t* later = pending.find(templateName);
         reporter.report(
@@ -192,14 +188,14 @@ void YGEventLoader::include(Section& section, const xml::Element& entry,
             "src", templateName);
         return;
     }
-    if (includedBytes_ >= mostIncludedBytes) {
+    if (tables_.includedBytes >= mostIncludedBytes) {
         reporter.report(rules::includeLimit, entry, "src", templateName);
         return;
     }
     reporter.used(entry);
     reporter.used(entry, "src");
     for (const auto& [name, event] : *events) {
-        includedBytes_ += bytesOfIncludedEvent + name.size();
+        tables_.includedBytes += bytesOfIncludedEvent + name.size();
         if (reporter) {
             const auto* before = section.events.find(name);
             const bool* wasOwn = section.isOwn.find(name);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <new>
 #include <span>
 #include <tuple>
 
@@ -33,6 +34,17 @@ struct FontconfigDeleter {
 };
 template <class T>
 using Owned = std::unique_ptr<T, FontconfigDeleter>;
+
+/// Fontconfig answers null or false when memory does not suffice, and would go on with less than
+/// was asked.
+template <class T>
+T* made(T* object) {
+    return object != nullptr ? object : throw std::bad_alloc();
+}
+
+void require(FcBool isDone) {
+    made(isDone == FcTrue ? &isDone : nullptr);
+}
 
 const FcChar8* bytesOf(const std::string& text) {
     return reinterpret_cast<const FcChar8*>(text.c_str());
@@ -90,7 +102,7 @@ std::string fullNameOf(const FcPattern* pattern) {
             return *std::move(name);
         }
     }
-    return "sans-serif";
+    return FontServices::nameOfNoFace;
 }
 
 /// What is asked of fontconfig: families, the first one preferred, and a style.
@@ -101,23 +113,19 @@ struct FaceLike {
     double width = FC_WIDTH_NORMAL;
 
     Owned<FcPattern> pattern(FcConfig* configuration) const {
-        Owned<FcPattern> pattern(FcPatternCreate());
+        Owned<FcPattern> pattern(made(FcPatternCreate()));
         for (const std::string& family : families) {
-            FcPatternAddString(pattern.get(), FC_FAMILY, bytesOf(family));
+            require(FcPatternAddString(pattern.get(), FC_FAMILY, bytesOf(family)));
         }
-        FcPatternAddInteger(pattern.get(), FC_SLANT, slant);
-        FcPatternAddDouble(pattern.get(), FC_WEIGHT, weight);
-        FcPatternAddDouble(pattern.get(), FC_WIDTH, width);
-        FcPatternAddBool(pattern.get(), FC_SCALABLE, FcTrue);
-        FcConfigSubstitute(configuration, pattern.get(), FcMatchPattern);
+        require(FcPatternAddInteger(pattern.get(), FC_SLANT, slant));
+        require(FcPatternAddDouble(pattern.get(), FC_WEIGHT, weight));
+        require(FcPatternAddDouble(pattern.get(), FC_WIDTH, width));
+        require(FcPatternAddBool(pattern.get(), FC_SCALABLE, FcTrue));
+        require(FcConfigSubstitute(configuration, pattern.get(), FcMatchPattern));
         FcDefaultSubstitute(pattern.get());
         return pattern;
     }
 };
-
-double sizeOrDefault(double size) {
-    return size > 0 ? size : Font::defaultSize;
-}
 
 /// So many spellings of names are remembered.
 constexpr std::size_t mostNames = 1024;
@@ -133,8 +141,8 @@ public:
     std::span<FcPattern* const> faces(FcConfig* configuration) {
         if (!isSorted_ && configuration != nullptr) {
             FcResult result;
-            set_.reset(FcFontSort(configuration, like_.pattern(configuration).get(), FcTrue,
-                                  nullptr, &result));
+            set_.reset(made(FcFontSort(configuration, like_.pattern(configuration).get(), FcTrue,
+                                       nullptr, &result)));
         }
         isSorted_ = true;
         if (set_ == nullptr) {
@@ -198,6 +206,14 @@ Font FontServices::system(double size) {
     return Font(systemFace_, sizeOrDefault(size));
 }
 
+double FontServices::widthOf(const Font& font, const std::optional<std::string_view>& text) {
+    if (!text) {
+        return 0;
+    }
+    return font.face_ ? font.face_->widthOf(*text, font.pointSize_)
+                      : FontFace::widthByRule(*text, font.pointSize_);
+}
+
 std::shared_ptr<const FontFile> FontServices::fallback(FontFallbacks& fallbacks,
                                                        char32_t character) {
     const std::lock_guard lock(mutex_);
@@ -249,17 +265,14 @@ std::shared_ptr<const FontFace> FontServices::findFace(const std::string& name) 
 std::shared_ptr<const FontFace> FontServices::findFaceBy(const char* property,
                                                          const std::string& name) {
     // Listing answers only what is there, where matching always answers something.
-    const Owned<FcPattern> wanted(FcPatternCreate());
-    FcPatternAddString(wanted.get(), property, bytesOf(name));
-    FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
-    FcPatternAddBool(wanted.get(), FC_VARIABLE, FcFalse);
-    const Owned<FcObjectSet> asked(FcObjectSetBuild(FC_FILE, FC_INDEX, FC_FAMILY, FC_FULLNAME,
-                                                    FC_POSTSCRIPT_NAME, FC_WEIGHT, FC_SLANT,
-                                                    FC_WIDTH, FC_FONTFORMAT, nullptr));
-    const Owned<FcFontSet> found(FcFontList(configuration_, wanted.get(), asked.get()));
-    if (found == nullptr) {
-        return nullptr;
-    }
+    const Owned<FcPattern> wanted(made(FcPatternCreate()));
+    require(FcPatternAddString(wanted.get(), property, bytesOf(name)));
+    require(FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue));
+    require(FcPatternAddBool(wanted.get(), FC_VARIABLE, FcFalse));
+    const Owned<FcObjectSet> asked(
+        made(FcObjectSetBuild(FC_FILE, FC_INDEX, FC_FAMILY, FC_FULLNAME, FC_POSTSCRIPT_NAME,
+                              FC_WEIGHT, FC_SLANT, FC_WIDTH, FC_FONTFORMAT, nullptr)));
+    const Owned<FcFontSet> found(made(FcFontList(configuration_, wanted.get(), asked.get())));
     std::vector<FcPattern*> faces(found->fonts, found->fonts + found->nfont);
     std::erase_if(faces, [](const FcPattern* face) { return !isOpenType(face); });
     // Listing has no order of its own; equally near faces come by their files.
@@ -289,8 +302,9 @@ std::shared_ptr<const FontFace> FontServices::findSystemFace() {
     FaceLike like{{"system-ui", "sans-serif"}};
     Owned<FcPattern> best;
     if (configuration_ != nullptr) {
-        FcResult result;
+        FcResult result = FcResultMatch;
         best.reset(FcFontMatch(configuration_, like.pattern(configuration_).get(), &result));
+        require(best != nullptr || result != FcResultOutOfMemory ? FcTrue : FcFalse);
     }
     const auto fallbacks = std::make_shared<FontFallbacks>(std::move(like));
     const auto faceOf = [&](const FcPattern* face) -> std::shared_ptr<const FontFace> {
@@ -309,7 +323,7 @@ std::shared_ptr<const FontFace> FontServices::findSystemFace() {
             }
         }
     }
-    return std::make_shared<FontFace>("sans-serif", nullptr, fallbacks, *this);
+    return std::make_shared<FontFace>(nameOfNoFace, nullptr, fallbacks, *this);
 }
 
 std::shared_ptr<const FontFile> FontServices::openFile(const _FcPattern* pattern) {
@@ -319,11 +333,11 @@ std::shared_ptr<const FontFile> FontServices::openFile(const _FcPattern* pattern
     }
     int index = 0;
     FcPatternGetInteger(pattern, FC_INDEX, 0, &index);
-    auto [place, isNew] = files_.try_emplace({*path, index});
-    if (isNew) {
-        place->second = FontFile::open(*path, index);
+    const std::pair key{*path, index};
+    if (const auto known = files_.find(key); known != files_.end()) {
+        return known->second;
     }
-    return place->second;
+    return files_.emplace(key, FontFile::open(*path, index)).first->second;
 }
 
 }  // namespace yg

@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <exception>
 #include <utility>
 
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/graphics/ImageFormats.h"
 #include "YGConfigManager/graphics/PixelBuffer.h"
 #include "YGConfigManager/graphics/Scaling.h"
+#include "YGConfigManager/host/Guarded.h"
 
 namespace yg {
 
@@ -49,8 +49,10 @@ Image::Image(std::shared_ptr<const PixelBuffer> buffer, std::size_t left, std::s
       pointHeight_(pointHeight) {}
 
 std::optional<Image> Image::fromFile(std::string_view path) {
-    const files::FileReading file = files::readWholeFile(path, largestFile);
-    return file ? fromBytes(file.bytes) : std::nullopt;
+    return guarded("load image", [path]() -> std::optional<Image> {
+        const files::FileReading file = files::readWholeFile(path, largestFile);
+        return file ? fromBytes(file.bytes) : std::nullopt;
+    });
 }
 
 std::optional<Image> Image::fromBytes(std::string_view bytes) {
@@ -68,7 +70,8 @@ std::optional<Image> Image::fromBytes(std::string_view bytes) {
             return Image(decoded->pixels, 0, 0, width, height,
                          pointsOf(width, decoded->horizontalDensity),
                          pointsOf(height, decoded->verticalDensity));
-        } catch (const std::exception&) {
+        } catch (...) {
+            logException("load image");
             return std::nullopt;
         }
     }
@@ -139,7 +142,8 @@ std::optional<Image> Image::scaled(double pointWidth, double pointHeight) const 
     }
     try {
         scaleBilinear({row(0).data(), buffer_->rowBytes(), pixelWidth_, pixelHeight_}, *target);
-    } catch (const std::exception&) {
+    } catch (...) {
+        logException("scale image");
         return std::nullopt;
     }
     return Image(target, 0, 0, target->width(), target->height(), pointWidth, pointHeight);

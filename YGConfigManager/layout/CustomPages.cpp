@@ -3,6 +3,7 @@
 // The style loader's custom pages: a template style with a chosen panel in each magic slot.
 #include <algorithm>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 #include "YGConfigManager/layout/LayoutRules.h"
@@ -13,8 +14,7 @@
 
 namespace yg {
 
-xml::Element YGStyleConfigLoad::createXMLElementWithStyleName(
-    std::optional<std::string_view> styleName) const {
+xml::Element YGStyleConfigLoad::buildPage(std::optional<std::string_view> styleName) const {
     if (!styleName)
         return {};
     const std::vector<std::string> parts = text::split(*styleName, '-');
@@ -30,7 +30,7 @@ xml::Element YGStyleConfigLoad::createXMLElementWithStyleName(
         return page;
 
     std::vector<xml::Element> slots;
-    recursiveSearchNodeWithNodeName("magic_panels", page, slots);
+    collect("magic_panels", page, slots);
     if (slots.size() != argumentCount) {
         report(rules::argumentCount, source, {}, *styleName);
         return {};
@@ -64,14 +64,14 @@ xml::Node YGStyleConfigLoad::memberForSlot(const xml::Element& slot,
     if (const xml::Node panel = searchNodeWithNodeName("magic_panel", argument, group).firstChild())
         return panel;
 
-    const std::optional<std::string> key = getWildCardKeyWithValue(argument);
+    const std::optional<std::string> key = wildCardKey(argument);
     if (!key)
         return {};
     const xml::Node pattern = searchNodeWithNodeName("magic_panel", *key, group).firstChild();
     if (!pattern)
         return {};
-    const xml::ParseResult written = xml::Document::parseText(
-        text::replaceAll(pattern.serialise(xml::Form::plain), *key, argument));
+    const xml::ParseResult written = orOutOfMemory(xml::Document::parseText(
+        text::replaceAll(pattern.serialise(xml::Form::plain), *key, argument)));
     if (!written) {
         writeSystemConsole("%@", written.error);
         report(rules::brokenPattern, pattern, {}, argument);
@@ -80,7 +80,7 @@ xml::Node YGStyleConfigLoad::memberForSlot(const xml::Element& slot,
     return written.document.root();
 }
 
-std::optional<std::string> YGStyleConfigLoad::getWildCardKeyWithValue(std::string_view value) {
+std::optional<std::string> YGStyleConfigLoad::wildCardKey(std::string_view value) {
     const auto mapping = YGFrameComFun::getMappingDicForKey("模版通配");
     if (!mapping)
         return std::nullopt;
@@ -106,16 +106,15 @@ xml::Element YGStyleConfigLoad::searchNodeWithNodeName(
     return {};
 }
 
-void YGStyleConfigLoad::recursiveSearchNodeWithNodeName(std::string_view nodeName,
-                                                        const xml::Element& rootElement,
-                                                        std::vector<xml::Element>& resultList) {
+void YGStyleConfigLoad::collect(std::string_view nodeName, const xml::Element& rootElement,
+                                std::vector<xml::Element>& resultList) {
     for (const xml::Node& child : rootElement.children()) {
         const xml::Element element(child);
         if (!element)
             continue;
         if (element.name() == nodeName)
             resultList.push_back(element);
-        recursiveSearchNodeWithNodeName(nodeName, element, resultList);
+        collect(nodeName, element, resultList);
     }
 }
 

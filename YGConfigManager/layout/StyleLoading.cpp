@@ -4,6 +4,7 @@
 #include <map>
 #include <utility>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 #include "YGConfigManager/layout/LayoutAttributes.h"
@@ -31,14 +32,9 @@ struct YGStyleConfigLoad::FilesOfOneLoad {
 YGStyleConfigLoad::YGStyleConfigLoad() = default;
 YGStyleConfigLoad::~YGStyleConfigLoad() = default;
 
-const std::shared_ptr<YGStyleConfigLoad>& YGStyleConfigLoad::getShareInstance() {
-    static const auto instance = std::make_shared<YGStyleConfigLoad>();
-    return instance;
-}
-
-YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(
-    std::optional<std::string_view> styleConfigPath, std::optional<std::string_view> tabStylePath,
-    std::optional<std::string_view> magicPanelPath) {
+void YGStyleConfigLoad::loadAll(std::optional<std::string_view> styleConfigPath,
+                                std::optional<std::string_view> tabStylePath,
+                                std::optional<std::string_view> magicPanelPath) {
     files_ = std::make_unique<FilesOfOneLoad>();
     writeRuntimeLog("initWithStyleConfigPath");
 
@@ -51,11 +47,11 @@ YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(
     // Styles resolve their references while they are read, so the order decides what they find.
     // While the reuse file is read its panels are not known yet, and the soft-optimize styles know
     // the first file's groups only.
-    reusePanelInfos_ = loadReusePanel(reusePath);
-    magicPanelInfos_ = loadMagicPanel(magicPanelPath);
-    styleInfos_ = loadConfig(styleConfigPath, true);
-    const std::shared_ptr<MagicPanelMap> softMagicPanels = loadMagicPanel(softMagicPath);
-    const std::shared_ptr<StyleMap> softStyles = loadConfig(softStylePath, true);
+    reusePanelInfos_ = readReusePanels(reusePath);
+    magicPanelInfos_ = readMagicPanels(magicPanelPath);
+    styleInfos_ = readStyles(styleConfigPath, true);
+    const std::shared_ptr<MagicPanelMap> softMagicPanels = readMagicPanels(softMagicPath);
+    const std::shared_ptr<StyleMap> softStyles = readStyles(softStylePath, true);
     for (const auto& [groupName, members] : *softMagicPanels) {
         if (magicPanelInfos_->set(groupName, members))
             report(rules::replacedGroup, definitionOf(groupName, softMagicPath), {}, groupName);
@@ -69,16 +65,15 @@ YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(
                     report(rules::overriddenStyle, definitionOf(name, softStylePath), {}, name);
             }
     }
-    tabStyleInfos_ = loadConfig(tabStylePath, false);
+    tabStyleInfos_ = readStyles(tabStylePath, false);
     keepTemplates(softStylePath, styleConfigPath);
-    magicXMLElement_ = loadMagicPanelsConfigWithMagicPath(magicPanelPath, reusePath);
+    magicXMLElement_ = expandMagicPanels(magicPanelPath, reusePath);
     files_.reset();
-    return this;
 }
 
-std::shared_ptr<StyleMap> YGStyleConfigLoad::loadConfig(std::optional<std::string_view> path,
+std::shared_ptr<StyleMap> YGStyleConfigLoad::readStyles(std::optional<std::string_view> path,
                                                         bool isMainStyleConfig) {
-    const xml::Element root = getRootElementForFile(path);
+    const xml::Element root = rootOf(path);
     if (const auto name = root.attribute("default_style")) {
         if (isMainStyleConfig) {
             defaultStyleName_ = std::string(*name);
@@ -105,14 +100,13 @@ std::shared_ptr<StyleMap> YGStyleConfigLoad::loadConfig(std::optional<std::strin
             report(rules::styleWithoutName, element);
             continue;
         }
-        if (styles->set(*name, parseStyleConfig(element)))
+        if (styles->set(*name, readStyle(element)))
             report(rules::duplicateStyle, element, "name", *name);
     }
     return styles;
 }
 
-std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::parseStyleConfig(
-    const xml::Element& style) const {
+std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::readStyle(const xml::Element& style) const {
     auto record = std::make_shared<StyleConfigInfo>();
     readAttributes(style, styleAttributes, *record);
     if (sink()) {
@@ -124,29 +118,11 @@ std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::parseStyleConfig(
 
     bool hasMagicPanels = false;
     for (const xml::Node& child : style.children())
-        parsePaneOrElement(child, record, nullptr, &hasMagicPanels, std::nullopt, std::nullopt);
+        place(child, record, nullptr, &hasMagicPanels, std::nullopt, std::nullopt);
     return record;
 }
 
-std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::loadStyleConfigInfoWithName(
-    const std::optional<std::string_view>& name) const {
-    if (!name)
-        return nullptr;
-    if (styleInfos_) {
-        if (const auto* style = styleInfos_->find(*name))
-            return *style;
-    }
-    return customPage(*name);
-}
-
-// Apart from the look-up, so that a page that is there pays for none of this.
-[[gnu::noinline]] std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::customPage(
-    std::string_view name) const {
-    const xml::Element page = createXMLElementWithStyleName(name);
-    return page ? parseStyleConfig(page) : nullptr;
-}
-
-xml::Element YGStyleConfigLoad::getRootElementForFile(std::optional<std::string_view> path) const {
+xml::Element YGStyleConfigLoad::rootOf(std::optional<std::string_view> path) const {
     if (!path || path->empty())
         return {};
     const xml::ParseOptions options{.positions = sink_ != nullptr};
@@ -158,7 +134,7 @@ xml::Element YGStyleConfigLoad::getRootElementForFile(std::optional<std::string_
     } else {
         if (sink())
             sink()->readingFile(*path);
-        once = xml::Document::parseFile(*path, options);
+        once = orOutOfMemory(xml::Document::parseFile(*path, options));
         if (files_)
             result = &files_->parsed.emplace(std::string(*path), std::move(once)).first->second;
     }
@@ -172,10 +148,10 @@ xml::Element YGStyleConfigLoad::getRootElementForFile(std::optional<std::string_
     return result->document.root();
 }
 
-xml::Element YGStyleConfigLoad::loadStyleConfigWithBasePath(
-    std::optional<std::string_view> basePath, std::optional<std::string_view> extPath) const {
-    const xml::Element base = getRootElementForFile(basePath);
-    const xml::Element extension = getRootElementForFile(extPath);
+xml::Element YGStyleConfigLoad::mergeTemplates(std::optional<std::string_view> basePath,
+                                               std::optional<std::string_view> extPath) const {
+    const xml::Element base = rootOf(basePath);
+    const xml::Element extension = rootOf(extPath);
     xml::Element merged(base.copy());
     if (!merged)
         return {};
@@ -190,8 +166,8 @@ xml::Element YGStyleConfigLoad::loadStyleConfigWithBasePath(
 /// so the two roots themselves serve, one after the other, without a copy of either.
 void YGStyleConfigLoad::keepTemplates(std::optional<std::string_view> basePath,
                                       std::optional<std::string_view> extPath) {
-    const xml::Element base = getRootElementForFile(basePath);
-    const xml::Element extension = getRootElementForFile(extPath);
+    const xml::Element base = rootOf(basePath);
+    const xml::Element extension = rootOf(extPath);
     templateRoots_.clear();
     if (base)
         templateRoots_ = {base, extension};

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 
 namespace yg {
@@ -52,9 +53,11 @@ std::shared_ptr<ImageList> YGPaletteLoad::getImagesByImageAndGroupCount(
     const std::optional<Image>& image, std::uint64_t groupCount) {
     if (!image || groupCount == 0)
         return nullptr;
-    auto pieces = listFor(*image, groupCount);
-    forEachPiece(*image, groupCount, [&](const Image& piece) { pieces->push_back(piece); });
-    return pieces;
+    return guarded("cut image", [&] {
+        auto pieces = listFor(*image, groupCount);
+        forEachPiece(*image, groupCount, [&](const Image& piece) { pieces->push_back(piece); });
+        return pieces;
+    });
 }
 
 std::optional<Image> YGPaletteLoad::getImageFromOriImageByScale(const std::optional<Image>& image,
@@ -90,12 +93,14 @@ std::shared_ptr<ImageList> YGPaletteLoad::getImagesInGroupByScale(const std::opt
                                                                   double scaleValue) {
     if (!image || groupCount == 0 || !(scaleValue > 0))
         return nullptr;
-    auto pieces = listFor(*image, groupCount);
-    forEachPiece(*image, groupCount, [&](const Image& piece) {
-        if (auto scaled = getImageFromOriImageByScale(piece, scaleType, scaleValue))
-            pieces->push_back(*std::move(scaled));
+    return guarded("cut image", [&] {
+        auto pieces = listFor(*image, groupCount);
+        forEachPiece(*image, groupCount, [&](const Image& piece) {
+            if (auto scaled = getImageFromOriImageByScale(piece, scaleType, scaleValue))
+                pieces->push_back(*std::move(scaled));
+        });
+        return pieces;
     });
-    return pieces;
 }
 
 }  // namespace yg

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/Events.h"
 
+#include <new>
+
 namespace yg::tool {
 
 void declareEvents(CLI::App& app, Arguments& arguments) {
@@ -20,8 +22,9 @@ void declareEventName(CLI::App& app, Arguments& arguments) {
 }
 
 std::shared_ptr<YGEventLoader> loadEvents(const Arguments& arguments, DiagnosticsSink* sink) {
-    return YGEventLoader::initWithEventConfigPath(
+    auto loader = YGEventLoader::initWithEventConfigPath(
         arguments.events ? *arguments.events : arguments.inRoot("config/events.xml"), sink);
+    return loader ? loader : throw std::bad_alloc();
 }
 
 }  // namespace yg::tool

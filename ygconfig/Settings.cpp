@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <cstdio>
 #include <mutex>
+#include <new>
 #include <string_view>
 
 #include "YGConfigManager/host/Host.h"
@@ -93,6 +94,8 @@ void declareRefresh(CLI::App& app, Arguments& arguments) {
 std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(const Arguments& arguments, std::string& complaint,
                                                  DiagnosticsSink* sink) {
     auto manager = YGHttpReqUrlMgr::make(sink);
+    if (!manager)
+        throw std::bad_alloc();
     manager->readUrlModelFromFile();
     if (arguments.refresh) {
         if (const auto server = currentHost()->configServer())

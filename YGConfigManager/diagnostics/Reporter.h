@@ -8,6 +8,7 @@
 
 #include "YGConfigManager/diagnostics/CommonRules.h"
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/xml/Document.h"
 
 namespace yg {
@@ -25,6 +26,12 @@ public:
     void reading(std::string_view path) const {
         if (sink_)
             sink_->readingFile(path);
+    }
+
+    /// Reads a file that the findings are about. Throws std::bad_alloc.
+    xml::ParseResult parseFile(std::string_view path) const {
+        reading(path);
+        return orOutOfMemory(xml::Document::parseFile(path, parseOptions()));
     }
 
     void report(const Rule& rule, const xml::Node& node, std::string_view attribute = {},

@@ -38,7 +38,7 @@ struct YGEventLoader::Section {
     RecordMap<bool> isOwn;
 };
 
-void YGEventLoader::loadEventTemplate(const xml::Element& root) {
+void YGEventLoader::readTemplates(const xml::Element& root) {
     static const xml::Query templates("/event_list/event_template");
     if (!root.hasChildren())
         return;
@@ -73,10 +73,6 @@ std::optional<std::string_view> YGEventLoader::usableName(const xml::Element& se
         return name;
     reporter.report(rules::eventSectionWithoutName, section);
     return std::nullopt;
-}
-
-void YGEventLoader::loadSingleEventTemplate(const xml::Element& section) {
-    readTemplate(section, {});
 }
 
 void YGEventLoader::readTemplate(const xml::Element& section, const PendingTemplates& pending) {
@@ -116,20 +112,20 @@ void YGEventLoader::readTemplate(const xml::Element& section, const PendingTempl
         return;
     }
     reporter.used(section);
-    templateBytes_.set(*name, bytesOf(read.events));
-    if (eventTemplateDatas_.set(*name, std::move(read.events)))
+    tables_.templateBytes.set(*name, bytesOf(read.events));
+    if (tables_.eventTemplateDatas.set(*name, std::move(read.events)))
         reporter.report(rules::duplicateEventTemplate, section, "name", *name);
 }
 
-void YGEventLoader::loadElementEvent(const xml::Element& root) {
+void YGEventLoader::readGroups(const xml::Element& root) {
     static const xml::Query groups("/event_list/element_event");
     if (!root.hasChildren())
         return;
     for (const xml::Node& section : root.query(groups))
-        loadSingleElementEvent(xml::Element(section));
+        readGroup(xml::Element(section));
 }
 
-void YGEventLoader::loadSingleElementEvent(const xml::Element& section) {
+void YGEventLoader::readGroup(const xml::Element& section) {
     const Reporter reporter(sink_);
     const auto name = usableName(section);
     if (!name)
@@ -164,7 +160,7 @@ void YGEventLoader::loadSingleElementEvent(const xml::Element& section) {
     reporter.used(section);
     reporter.used(section, "name");
     reporter.attributesBut(section, "name");
-    if (elementEventDatas_.set(*name, std::move(read.events)))
+    if (tables_.elementEventDatas.set(*name, std::move(read.events)))
         reporter.report(rules::duplicateEventGroup, section, "name", *name);
 }
 
@@ -191,7 +187,7 @@ void YGEventLoader::define(Section& section, const xml::Element& entry,
 void YGEventLoader::include(Section& section, const xml::Element& entry,
                             std::string_view templateName, const PendingTemplates& pending) {
     const Reporter reporter(sink_);
-    const EventMap* events = eventTemplateDatas_.find(templateName);
+    const EventMap* events = tables_.eventTemplateDatas.find(templateName);
     if (!events) {
         const std::size_t* later = pending.find(templateName);
         reporter.report(
@@ -199,18 +195,18 @@ void YGEventLoader::include(Section& section, const xml::Element& entry,
             "src", templateName);
         return;
     }
-    const std::size_t bytes = *templateBytes_.find(templateName);
-    if (events->size() > mostIncludedEvents - includedEvents_ ||
-        bytes > mostIncludedBytes - includedBytes_) {
-        if (!std::exchange(isLimitLogged_, true))
+    const std::size_t bytes = *tables_.templateBytes.find(templateName);
+    if (events->size() > mostIncludedEvents - tables_.includedEvents ||
+        bytes > mostIncludedBytes - tables_.includedBytes) {
+        if (!std::exchange(tables_.isLimitLogged, true))
             writeRuntimeLog(
                 "load palette config fail:includes add more than %ld events or %ld bytes",
                 mostIncludedEvents, mostIncludedBytes);
         reporter.report(rules::includeLimit, entry, "src", templateName);
         return;
     }
-    includedEvents_ += events->size();
-    includedBytes_ += bytes;
+    tables_.includedEvents += events->size();
+    tables_.includedBytes += bytes;
     reporter.used(entry);
     reporter.used(entry, "src");
     for (const auto& [name, event] : *events) {

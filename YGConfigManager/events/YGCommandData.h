@@ -19,7 +19,8 @@ namespace yg {
 
 class YG_EXPORT YGCommandData {
 public:
-    /// A new record with these four texts, each of which may be absent.
+    /// A new record with these four texts, each of which may be absent; null when memory does not
+    /// suffice.
     static std::shared_ptr<YGCommandData> initWithCommandInfo(
         std::optional<std::string_view> commandName,
         std::optional<std::string_view> changeStyleName,

@@ -19,7 +19,8 @@ namespace yg {
 
 class YG_EXPORT YGEventData {
 public:
-    /// A new record with these five texts, each of which may be absent.
+    /// A new record with these five texts, each of which may be absent; null when memory does not
+    /// suffice.
     static std::shared_ptr<YGEventData> initWithEventInfo(
         std::optional<std::string_view> eventName, std::optional<std::string_view> command,
         std::optional<std::string_view> changeStyleName,

@@ -5,7 +5,7 @@
 //
 // Made with one call on one thread; afterwards nothing changes, and lookups may run on any thread.
 // Nothing is thrown: a file that cannot be read is logged as "load palette config fail:" with the
-// reason, and the loader stays empty.
+// reason, and the loader stays empty; so it is when memory does not suffice.
 #pragma once
 
 #include <cstddef>
@@ -39,9 +39,10 @@ public:
     static constexpr std::size_t mostIncludedEvents = 1'000'000;
     static constexpr std::size_t mostIncludedBytes = std::size_t{64} * 1024 * 1024;
 
-    /// A loader of the file at `path`, fully loaded; never null. It is empty when the path is
-    /// absent or empty, which is not logged, and when the file cannot be read, which is.
-    /// With a sink, what the load passes over is reported to it; the sink is not used afterwards.
+    /// A loader of the file at `path`, fully loaded; null only without memory for it. It is empty
+    /// when the path is absent or empty, which is not logged, and when the file cannot be read,
+    /// which is. With a sink, what the load passes over is reported to it; the sink is not used
+    /// afterwards.
     static std::shared_ptr<YGEventLoader> initWithEventConfigPath(
         std::optional<std::string_view> path, DiagnosticsSink* sink = nullptr);
 
@@ -59,7 +60,8 @@ public:
         const std::optional<std::string_view>& eventName) const;
 
     // The steps of a load, in the order in which initWithEventConfigPath takes them. Each adds to
-    // the tables, so only call them yourself while no other thread looks anything up.
+    // the tables, so only call them yourself while no other thread looks anything up. A step for
+    // which memory does not suffice adds nothing.
 
     /// Reads the file: all commands, then all templates, then all groups, whatever their order in
     /// it.
@@ -86,20 +88,42 @@ public:
     // What was loaded, for tools that show it whole. The references live as long as the loader.
 
     /// All commands by name.
-    const CommandMap& commandDatas() const { return commandDatas_; }
+    const CommandMap& commandDatas() const { return tables_.commandDatas; }
 
     /// The events of all templates by template name; a template has at least one.
-    const EventGroupMap& eventTemplateDatas() const { return eventTemplateDatas_; }
+    const EventGroupMap& eventTemplateDatas() const { return tables_.eventTemplateDatas; }
 
     /// The events of all groups by group name; a group may have none. An event that a template
     /// brought is the template's own record.
-    const EventGroupMap& elementEventDatas() const { return elementEventDatas_; }
+    const EventGroupMap& elementEventDatas() const { return tables_.elementEventDatas; }
 
 private:
     struct Section;
     using PendingTemplates = RecordMap<std::size_t>;
+    struct Tables {
+        CommandMap commandDatas;
+        EventGroupMap eventTemplateDatas;
+        EventGroupMap elementEventDatas;
+        /// The bytes that an include of each template adds.
+        RecordMap<std::size_t> templateBytes;
+        std::size_t includedEvents = 0;
+        std::size_t includedBytes = 0;
+        bool isLimitLogged = false;
+    };
 
     YGEventLoader(std::optional<std::string_view> path, DiagnosticsSink* sink);
+
+    template <class Step>
+    void change(Step step);
+    template <class Read>
+    void addOne(Read read);
+
+    // The steps, which throw std::bad_alloc.
+    void readFile();
+    void readCommands(const xml::Element& section);
+    void readTemplates(const xml::Element& root);
+    void readGroups(const xml::Element& root);
+    void readGroup(const xml::Element& section);
 
     std::optional<std::string_view> usableName(const xml::Element& section) const;
     void readTemplate(const xml::Element& section, const PendingTemplates& pending);
@@ -110,14 +134,7 @@ private:
     void reportDocument(const xml::Element& root) const;
 
     std::optional<std::string> configPath_;
-    CommandMap commandDatas_;
-    EventGroupMap eventTemplateDatas_;
-    EventGroupMap elementEventDatas_;
-    /// The bytes that an include of each template adds.
-    RecordMap<std::size_t> templateBytes_;
-    std::size_t includedEvents_ = 0;
-    std::size_t includedBytes_ = 0;
-    bool isLimitLogged_ = false;
+    Tables tables_;
     DiagnosticsSink* sink_ = nullptr;
 };
 

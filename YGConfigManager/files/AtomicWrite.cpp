@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <chrono>
 #include <climits>
+#include <new>
 #include <optional>
 #include <string>
 #include <unistd.h>
@@ -185,13 +186,7 @@ bool lookAtTarget(int folder, const std::string& name, FileLayer& layer,
     return S_ISREG(state.st_mode);
 }
 
-}  // namespace
-
-bool writeFileAtomically(std::string_view path, std::string_view bytes) {
-    return writeFileAtomically(path, bytes, systemFileLayer());
-}
-
-bool writeFileAtomically(std::string_view path, std::string_view bytes, FileLayer& layer) {
+bool write(std::string_view path, std::string_view bytes, FileLayer& layer) {
     if (path.find('\0') != std::string_view::npos) {
         return false;
     }
@@ -212,6 +207,21 @@ bool writeFileAtomically(std::string_view path, std::string_view bytes, FileLaye
     return neighbour.create(mode ? *mode & ownerReadWrite : everyoneReadWrite) &&
            neighbour.write(bytes) && (!mode || neighbour.changeMode(*mode)) && neighbour.sync() &&
            neighbour.close() && neighbour.takePlaceOf(place->name) && folder.sync();
+}
+
+}  // namespace
+
+bool writeFileAtomically(std::string_view path, std::string_view bytes) {
+    return writeFileAtomically(path, bytes, systemFileLayer());
+}
+
+bool writeFileAtomically(std::string_view path, std::string_view bytes, FileLayer& layer) {
+    try {
+        return write(path, bytes, layer);
+    } catch (const std::bad_alloc&) {
+        // Memory is only taken before the new file takes the target's place.
+        return false;
+    }
 }
 
 }  // namespace yg::files

@@ -19,11 +19,11 @@ class FileLayer;
 /// and never wider while it is being written. A read-only target is replaced. A symbolic link
 /// stays: the file that it names in the end is replaced or created.
 ///
-/// False if anything failed; the hidden file is gone then and the target as it was. It is also
-/// false, with the new content already in place, if only the very last step failed, bringing the
-/// folder to the disk: the write may not outlive a power failure. Writes that fail: an empty path
-/// or one with a NUL byte, a missing folder, links in a circle, and a target that is not a regular
-/// file (a folder, a device, a pipe), which is never replaced.
+/// False if anything failed, want of memory too; the hidden file is gone then and the target as it
+/// was. It is also false, with the new content already in place, if only the very last step failed,
+/// bringing the folder to the disk: the write may not outlive a power failure. Writes that fail: an
+/// empty path or one with a NUL byte, a missing folder, links in a circle, and a target that is not
+/// a regular file (a folder, a device, a pipe), which is never replaced.
 bool writeFileAtomically(std::string_view path, std::string_view bytes);
 
 /// The same through the given system calls.

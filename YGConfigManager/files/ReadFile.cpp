@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <new>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -119,11 +118,7 @@ FileReading readWholeFile(std::string_view path, std::size_t limit) {
     if (size > limit) {
         return failure(path, tooLarge(limit));
     }
-    try {
-        return readFrom(file.number(), size, path, limit);
-    } catch (const std::bad_alloc&) {
-        return failure(path, ENOMEM);
-    }
+    return readFrom(file.number(), size, path, limit);
 }
 
 std::optional<FileIdentity> identityOf(std::string_view path) {

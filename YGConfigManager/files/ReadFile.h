@@ -34,7 +34,7 @@ struct FileReading {
 /// Reads the file, which may not have more bytes than the limit. The size is looked at before
 /// memory is taken, and a file that grows while it is read stays within the limit too. The path is
 /// taken as it stands, a relative one from the current folder; an empty one, or one with a NUL
-/// byte, is an error.
+/// byte, is an error. Throws std::bad_alloc.
 FileReading readWholeFile(std::string_view path, std::size_t limit = largestFileRead);
 
 /// What all paths to the same file have in common, however spelled or linked: its device and its
@@ -45,7 +45,7 @@ using FileIdentity = std::pair<dev_t, ino_t>;
 std::optional<FileIdentity> identityOf(std::string_view path);
 
 /// Whether something of any kind is at the path. A symbolic link counts as what it names, so a
-/// dangling one is nothing; so is what cannot be reached.
+/// dangling one is nothing; so is what cannot be reached. Throws std::bad_alloc.
 bool fileExists(std::string_view path);
 
 }  // namespace yg::files

@@ -5,6 +5,7 @@
 
 #include "YGConfigManager/graphics/FontFace.h"
 #include "YGConfigManager/graphics/FontServices.h"
+#include "YGConfigManager/host/Guarded.h"
 
 namespace yg {
 
@@ -12,19 +13,22 @@ Font::Font(std::shared_ptr<const FontFace> face, double size)
     : face_(std::move(face)), pointSize_(size) {}
 
 std::optional<Font> Font::named(std::string_view face, double size) {
-    return FontServices::shared().named(face, size);
+    return guarded("find font", [=] { return FontServices::shared().named(face, size); });
 }
 
 Font Font::system(double size) {
-    return FontServices::shared().system(size);
+    return guarded(
+        "find font", [=] { return FontServices::shared().system(size); },
+        Font(nullptr, FontServices::sizeOrDefault(size)));
 }
 
 const std::string& Font::faceName() const {
-    return face_->name();
+    static const std::string none = FontServices::nameOfNoFace;
+    return face_ ? face_->name() : none;
 }
 
 double Font::widthOf(const std::optional<std::string_view>& text) const {
-    return text ? face_->widthOf(*text, pointSize_) : 0;
+    return guarded("measure text", [&] { return FontServices::widthOf(*this, text); });
 }
 
 bool operator==(const Font& left, const Font& right) {

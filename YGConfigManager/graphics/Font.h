@@ -2,7 +2,7 @@
 //
 // Fonts: whether a face is installed, and how wide a text is in it. A font is a small value that
 // any thread may make, copy and measure with. What the machine has installed is looked up at the
-// first use of any font and not again.
+// first use of any font and not again. Nothing is thrown; that memory does not suffice is logged.
 #pragma once
 
 #include <memory>
@@ -27,14 +27,16 @@ public:
     /// name is that face's PostScript name, full name or family name, in any language that the face
     /// is named in; letter case and blanks do not count. Of a family the face nearest to regular
     /// upright is taken. A name of more than 1,024 bytes is unknown. There is no substitute: a name
-    /// that the machine only has a replacement for is unknown. A size of 0 or less, or that is no
-    /// number, is the default size. A font file is read into memory once; one of more than 256 MiB,
-    /// or with which all that are open would have more than 512 MiB, counts as not installed.
+    /// that the machine only has a replacement for is unknown, and so is every name when memory
+    /// does not suffice. A size of 0 or less, or that is no number, is the default size. A font
+    /// file is read into memory once; one of more than 256 MiB, or with which all that are open
+    /// would have more than 512 MiB, counts as not installed.
     static std::optional<Font> named(std::string_view face, double size);
 
     /// The machine's font for user interfaces at `size` points, sizes as in named(). Never fails:
-    /// with no font installed at all the face is called "sans-serif", and its characters are half
-    /// as wide as the font is high, East Asian wide ones as wide as it is high.
+    /// with no font installed at all, or no memory to find one, the face is called "sans-serif",
+    /// and its characters are half as wide as the font is high, East Asian wide ones as wide as it
+    /// is high.
     static Font system(double size);
 
     /// The face's name in the spelling of the name by which it was found; of the system font the
@@ -47,7 +49,8 @@ public:
     /// The width of `text` in points, with kerning, at no particular resolution: not rounded, not
     /// hinted, and twice as much at twice the size. Of several lines the widest counts. Characters
     /// that the face lacks are measured in the face that stands in for it; a tab counts as a blank,
-    /// other control characters as nothing, broken UTF-8 as replacement characters. Absent: 0.
+    /// other control characters as nothing, broken UTF-8 as replacement characters. Absent: 0; so
+    /// it is when memory does not suffice.
     double widthOf(const std::optional<std::string_view>& text) const;
 
     /// Fonts are equal when their face names and sizes are.

@@ -125,7 +125,27 @@ FontFace::FontFace(std::string name, std::shared_ptr<const FontFile> file,
       fallbacks_(std::move(fallbacks)),
       services_(services) {}
 
+double FontFace::widthByRule(std::string_view text, double size) {
+    constexpr unsigned halvesPerEm = 2;
+    std::int64_t widest = 0;
+    std::int64_t halves = 0;
+    while (!text.empty()) {
+        const char32_t character = takeCharacter(text);
+        if (endsLine(character)) {
+            halves = 0;
+        } else if (character == '\t' || (!isControl(character) && !isMark(character))) {
+            halves += isWide(character) ? 2 : 1;
+            widest = std::max(widest, halves);
+        }
+    }
+    // Nothing stays nothing, at an infinite size too.
+    return widest == 0 ? 0 : static_cast<double>(widest) * size / halvesPerEm;
+}
+
 double FontFace::widthOf(std::string_view text, double size) const {
+    if (file_ == nullptr) {
+        return widthByRule(text, size);
+    }
     if (text.size() > longestRemembered) {
         return extentOf(text).at(size);
     }
@@ -149,7 +169,7 @@ TextExtent FontFace::extentOf(std::string_view text) const {
     while (true) {
         const char32_t character = text.empty() ? U'\n' : takeCharacter(text);
         if (endsLine(character)) {
-            TextExtent extent = file_ == nullptr ? extentByRule(line) : extentOfLine(line);
+            TextExtent extent = extentOfLine(line);
             if (extent.at(1) > widest.at(1)) {
                 widest = std::move(extent);
             }
@@ -191,16 +211,6 @@ TextExtent FontFace::extentOfLine(const std::vector<char32_t>& line) const {
         }
     }
     finish(line.size());
-    return extent;
-}
-
-TextExtent FontFace::extentByRule(const std::vector<char32_t>& line) const {
-    TextExtent extent;
-    for (const char32_t character : line) {
-        if (!isMark(character)) {
-            extent.add(isWide(character) ? 2 : 1, 2);
-        }
-    }
     return extent;
 }
 

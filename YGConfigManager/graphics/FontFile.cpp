@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/graphics/FontFile.h"
 
+#include <new>
 #include <utility>
 
 #include <hb-ot.h>
@@ -75,7 +76,10 @@ std::int64_t FontFile::widthOf(std::span<const char32_t> line, std::size_t first
                              reinterpret_cast<const hb_codepoint_t*>(line.data() + first - before),
                              static_cast<int>(before + count + after),
                              static_cast<unsigned>(before), static_cast<int>(count));
-    hb_shape(font_, buffer.get(), nullptr, 0);
+    const hb_bool_t isShaped = hb_shape_full(font_, buffer.get(), nullptr, 0, nullptr);
+    if (isShaped == 0 || hb_buffer_allocation_successful(buffer.get()) == 0) {
+        throw std::bad_alloc();
+    }
 
     unsigned glyphs = 0;
     const hb_glyph_position_t* const positions =

@@ -32,6 +32,7 @@ public:
 
     /// The width in the face's units of `count` characters from `first` on in a line of text, all
     /// of one script, a four-letter code. What stands beside them in the line shapes them too.
+    /// Throws std::bad_alloc.
     std::int64_t widthOf(std::span<const char32_t> line, std::size_t first, std::size_t count,
                          std::uint32_t script) const;
 

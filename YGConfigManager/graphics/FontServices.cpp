@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
+#include <new>
 #include <span>
 #include <tuple>
 
@@ -36,6 +37,17 @@ struct FontconfigDeleter {
 };
 template <class T>
 using Owned = std::unique_ptr<T, FontconfigDeleter>;
+
+/// Fontconfig answers null or false when memory does not suffice, and would go on with less than
+/// was asked.
+template <class T>
+T* made(T* object) {
+    return object != nullptr ? object : throw std::bad_alloc();
+}
+
+void require(FcBool isDone) {
+    made(isDone == FcTrue ? &isDone : nullptr);
+}
 
 const FcChar8* bytesOf(const std::string& text) {
     return reinterpret_cast<const FcChar8*>(text.c_str());
@@ -97,7 +109,7 @@ std::string fullNameOf(const FcPattern* pattern) {
             return *std::move(name);
         }
     }
-    return "sans-serif";
+    return FontServices::nameOfNoFace;
 }
 
 /// What is asked of fontconfig: families, the first one preferred, and a style.
@@ -108,23 +120,19 @@ struct FaceLike {
     double width = FC_WIDTH_NORMAL;
 
     Owned<FcPattern> pattern(FcConfig* configuration) const {
-        Owned<FcPattern> pattern(FcPatternCreate());
+        Owned<FcPattern> pattern(made(FcPatternCreate()));
         for (const std::string& family : families) {
-            FcPatternAddString(pattern.get(), FC_FAMILY, bytesOf(family));
+            require(FcPatternAddString(pattern.get(), FC_FAMILY, bytesOf(family)));
         }
-        FcPatternAddInteger(pattern.get(), FC_SLANT, slant);
-        FcPatternAddDouble(pattern.get(), FC_WEIGHT, weight);
-        FcPatternAddDouble(pattern.get(), FC_WIDTH, width);
-        FcPatternAddBool(pattern.get(), FC_SCALABLE, FcTrue);
-        FcConfigSubstitute(configuration, pattern.get(), FcMatchPattern);
+        require(FcPatternAddInteger(pattern.get(), FC_SLANT, slant));
+        require(FcPatternAddDouble(pattern.get(), FC_WEIGHT, weight));
+        require(FcPatternAddDouble(pattern.get(), FC_WIDTH, width));
+        require(FcPatternAddBool(pattern.get(), FC_SCALABLE, FcTrue));
+        require(FcConfigSubstitute(configuration, pattern.get(), FcMatchPattern));
         FcDefaultSubstitute(pattern.get());
         return pattern;
     }
 };
-
-double sizeOrDefault(double size) {
-    return size > 0 ? size : Font::defaultSize;
-}
 
 /// So many spellings of names are remembered.
 constexpr std::size_t mostNames = 1024;
@@ -216,8 +224,8 @@ public:
     std::span<FcPattern* const> faces(FcConfig* configuration) {
         if (!isSorted_ && configuration != nullptr) {
             FcResult result;
-            set_.reset(FcFontSort(configuration, like_.pattern(configuration).get(), FcTrue,
-                                  nullptr, &result));
+            set_.reset(made(FcFontSort(configuration, like_.pattern(configuration).get(), FcTrue,
+                                       nullptr, &result)));
         }
         isSorted_ = true;
         if (set_ == nullptr) {
@@ -286,6 +294,14 @@ Font FontServices::system(double size) {
         systemFace_ = findSystemFace();
     }
     return Font(systemFace_, sizeOrDefault(size));
+}
+
+double FontServices::widthOf(const Font& font, const std::optional<std::string_view>& text) {
+    if (!text) {
+        return 0;
+    }
+    return font.face_ ? font.face_->widthOf(*text, font.pointSize_)
+                      : FontFace::widthByRule(*text, font.pointSize_);
 }
 
 std::shared_ptr<const FontFile> FontServices::fallback(FontFallbacks& fallbacks,
@@ -360,8 +376,9 @@ std::shared_ptr<const FontFace> FontServices::findSystemFace() {
     FaceLike like{{"system-ui", "sans-serif"}};
     Owned<FcPattern> best;
     if (configuration_ != nullptr) {
-        FcResult result;
+        FcResult result = FcResultMatch;
         best.reset(FcFontMatch(configuration_, like.pattern(configuration_).get(), &result));
+        require(best != nullptr || result != FcResultOutOfMemory ? FcTrue : FcFalse);
     }
     const auto fallbacks = std::make_shared<FontFallbacks>(std::move(like));
     const auto faceOf = [&](const FcPattern* face) -> std::shared_ptr<const FontFace> {
@@ -380,7 +397,7 @@ std::shared_ptr<const FontFace> FontServices::findSystemFace() {
             }
         }
     }
-    return std::make_shared<FontFace>("sans-serif", nullptr, fallbacks, *this);
+    return std::make_shared<FontFace>(nameOfNoFace, nullptr, fallbacks, *this);
 }
 
 std::shared_ptr<const FontFile> FontServices::openFile(const _FcPattern* pattern) {

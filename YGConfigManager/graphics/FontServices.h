@@ -46,8 +46,15 @@ public:
     FontServices& operator=(const FontServices&) = delete;
     ~FontServices();
 
+    /// The name of the face that there is when there is none.
+    static constexpr const char* nameOfNoFace = "sans-serif";
+
+    static double sizeOrDefault(double size) { return size > 0 ? size : Font::defaultSize; }
+
+    // As the operations of Font, but they throw std::bad_alloc.
     std::optional<Font> named(std::string_view face, double size);
     Font system(double size);
+    static double widthOf(const Font& font, const std::optional<std::string_view>& text);
 
     /// The first of the faces that has the character; null when none has.
     std::shared_ptr<const FontFile> fallback(FontFallbacks& fallbacks, char32_t character);

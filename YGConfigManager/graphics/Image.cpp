@@ -4,13 +4,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <exception>
 #include <utility>
 
 #include "YGConfigManager/graphics/ImageFileReader.h"
 #include "YGConfigManager/graphics/ImageFormats.h"
 #include "YGConfigManager/graphics/PixelBuffer.h"
 #include "YGConfigManager/graphics/Scaling.h"
+#include "YGConfigManager/host/Guarded.h"
 
 namespace yg {
 
@@ -47,7 +47,7 @@ Image::Image(std::shared_ptr<const PixelBuffer> buffer, std::size_t left, std::s
       pointHeight_(pointHeight) {}
 
 std::optional<Image> Image::fromFile(std::string_view path) {
-    return ImageFileReader().read(path).image;
+    return guarded("load image", [path] { return ImageFileReader().read(path).image; });
 }
 
 std::optional<Image> Image::fromBytes(std::string_view bytes) {
@@ -71,7 +71,8 @@ std::optional<Image> Image::fromBytes(std::string_view bytes, std::size_t& pixel
             return Image(decoded->pixels, 0, 0, width, height,
                          pointsOf(width, decoded->horizontalDensity),
                          pointsOf(height, decoded->verticalDensity));
-        } catch (const std::exception&) {
+        } catch (...) {
+            logException("load image");
             return std::nullopt;
         }
     }

@@ -2,7 +2,8 @@
 //
 // Images: read from PNG and JPEG, cut, scaled, written as PNG. An image is a small value that
 // shares its pixels, which never change: copying and cutting are cheap, and any thread may use
-// copies of the same image.
+// copies of the same image. There is no image when memory does not suffice for it; nothing is
+// thrown.
 #pragma once
 
 #include <cstddef>

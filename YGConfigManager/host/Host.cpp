@@ -2,8 +2,10 @@
 #include "YGConfigManager/host/Host.h"
 
 #include <mutex>
+#include <new>
 #include <utility>
 
+#include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/StandAloneHost.h"
 
 namespace yg {
@@ -15,15 +17,23 @@ struct InstalledHost {
     std::shared_ptr<Host> host;
 };
 
-// Never destroyed: threads that end after main() may still log.
 InstalledHost& installedHost() {
-    static InstalledHost& installed = *new InstalledHost;
-    return installed;
+    static Immortal<InstalledHost> installed;
+    return *installed;
 }
 
-const std::shared_ptr<Host>& defaultHost() {
-    static const auto& host = *new std::shared_ptr<Host>(StandAloneHost::openOrDefaults("."));
-    return host;
+/// Without memory for it one without settings, which takes none; the next call tries again.
+std::shared_ptr<Host> defaultHost() noexcept {
+    static Immortal<StandAloneHost> withoutSettings(".");
+    try {
+        static Immortal<std::shared_ptr<Host>> host([] {
+            auto made = StandAloneHost::openOrDefaults(".");
+            return made ? made : throw std::bad_alloc();
+        }());
+        return *host;
+    } catch (...) {
+        return {std::shared_ptr<void>(), &*withoutSettings};
+    }
 }
 
 }  // namespace
@@ -38,13 +48,13 @@ std::shared_ptr<MainQueue> Host::mainQueue() {
     return currentMainQueue();
 }
 
-std::shared_ptr<Host> setHost(std::shared_ptr<Host> host) {
+std::shared_ptr<Host> setHost(std::shared_ptr<Host> host) noexcept {
     InstalledHost& installed = installedHost();
     const std::lock_guard lock(installed.mutex);
     return std::exchange(installed.host, std::move(host));
 }
 
-std::shared_ptr<Host> currentHost() {
+std::shared_ptr<Host> currentHost() noexcept {
     {
         InstalledHost& installed = installedHost();
         const std::lock_guard lock(installed.mutex);

@@ -86,10 +86,10 @@ public:
 /// current folder. Answers the host that it replaces, null for the default. Safe from any thread;
 /// calls under way end on the host with which they began. The host is held until it is replaced, so
 /// an application whose host has work to do at its end installs null before it exits.
-YG_EXPORT std::shared_ptr<Host> setHost(std::shared_ptr<Host> host);
+YG_EXPORT std::shared_ptr<Host> setHost(std::shared_ptr<Host> host) noexcept;
 
-/// The host installed, or the default one, which is made at the first such call; never null. Safe
-/// from any thread.
-YG_EXPORT std::shared_ptr<Host> currentHost();
+/// The host installed, or the default one, which is made at the first such call; never null. While
+/// memory does not suffice for the default one, one without settings. Safe from any thread.
+YG_EXPORT std::shared_ptr<Host> currentHost() noexcept;
 
 }  // namespace yg

@@ -14,7 +14,7 @@ void readModelField(const JsonValue& value, std::optional<std::string>& field) {
 
 bool appendModelField(std::string& out, const std::optional<std::string>& field) {
     if (field) {
-        appendJsonText(out, *field);
+        require(appendJsonText(out, *field));
     }
     return field.has_value();
 }

@@ -27,11 +27,13 @@
 //   book->setEntries(modelArrayWithClass<Entry>(book->entries().json()));  // now of Entry objects
 //   modelToJSONString(*book);                         // {"title":"…","entries":[{"key":"…"},…]}
 //
-// Any thread may call, on models that no other thread changes meanwhile.
+// Any thread may call, on models that no other thread changes meanwhile. Nothing is thrown, unless
+// by a model's own constructor: what memory does not suffice for is null or, as text, empty.
 #pragma once
 
 #include <cstddef>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,6 +58,25 @@ ModelField(std::string_view, Value Model::*) -> ModelField<Model, Value>;
 
 namespace detail {
 
+/// Does `work`, whose answer is empty when memory does not suffice.
+template <class Work>
+auto orNothing(Work work) -> decltype(work()) {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
+
+/// Throws std::bad_alloc where a step of some work was left out for want of memory.
+inline void require(bool isDone) {
+    if (!isDone) {
+        throw std::bad_alloc();
+    }
+}
+
+// What follows throws std::bad_alloc, so that nothing is left out of a whole.
+
 /// Text field: a text as it stands, a number in decimal, anything else leaves it absent.
 YG_EXPORT void readModelField(const JsonValue& value, std::optional<std::string>& field);
 
@@ -78,6 +99,17 @@ std::shared_ptr<Model> modelWithObject(const JsonValue::Object& object) {
 }
 
 template <class Model>
+std::shared_ptr<const std::vector<std::shared_ptr<Model>>> modelsOf(const JsonValue::List& list) {
+    auto models = std::make_shared<std::vector<std::shared_ptr<Model>>>();
+    for (const JsonValue& value : list) {
+        if (const auto object = value.object()) {
+            models->push_back(modelWithObject<Model>(*object));
+        }
+    }
+    return models;
+}
+
+template <class Model>
 void appendModel(std::string& out, const Model& model);
 
 /// Appends the field's value, and answers false without a change when the field is absent.
@@ -93,7 +125,7 @@ bool appendModelField(std::string& out, const ModelList<Item>& field) {
     if (const JsonList json = field.json()) {
         for (const JsonValue& value : *json) {
             out += separator;
-            value.appendTo(out);
+            require(value.appendTo(out));
             separator = ",";
         }
     } else {
@@ -115,7 +147,7 @@ void appendModel(std::string& out, const Model& model) {
     const auto append = [&](const auto& row) {
         const std::size_t start = out.size();
         out += separator;
-        appendJsonText(out, row.name);
+        require(appendJsonText(out, row.name));
         out += ':';
         if (appendModelField(out, model.*row.field)) {
             separator = ",";
@@ -137,7 +169,8 @@ template <class Model>
 std::shared_ptr<Model> modelWithJSON(std::string_view bytes) {
     const JsonValue::Parsed parsed = JsonValue::parse(bytes);
     const auto object = parsed ? parsed.value->object() : nullptr;
-    return object == nullptr ? nullptr : detail::modelWithObject<Model>(*object);
+    return detail::orNothing(
+        [&] { return object == nullptr ? nullptr : detail::modelWithObject<Model>(*object); });
 }
 
 /// A list of new models, one for each object in `list`, in its order; items that are no objects are
@@ -145,25 +178,19 @@ std::shared_ptr<Model> modelWithJSON(std::string_view bytes) {
 template <class Model>
 std::shared_ptr<const std::vector<std::shared_ptr<Model>>> modelArrayWithClass(
     const JsonList& list) {
-    if (list == nullptr) {
-        return nullptr;
-    }
-    auto models = std::make_shared<std::vector<std::shared_ptr<Model>>>();
-    for (const JsonValue& value : *list) {
-        if (const auto object = value.object()) {
-            models->push_back(detail::modelWithObject<Model>(*object));
-        }
-    }
-    return models;
+    return detail::orNothing(
+        [&] { return list == nullptr ? nullptr : detail::modelsOf<Model>(*list); });
 }
 
 /// The model as JSON object text: its fields in the order of its table, absent ones left out,
 /// models in lists as objects, UTF-8 as it stands, no added white space.
 template <class Model>
 std::string modelToJSONString(const Model& model) {
-    std::string out;
-    detail::appendModel(out, model);
-    return out;
+    return detail::orNothing([&] {
+        std::string out;
+        detail::appendModel(out, model);
+        return out;
+    });
 }
 
 }  // namespace yg

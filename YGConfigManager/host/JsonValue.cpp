@@ -10,6 +10,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/text/Format.h"
 #include "YGConfigManager/text/Utf8.h"
 
@@ -28,6 +29,25 @@ std::string located(std::string_view bytes, std::size_t offset, std::string_view
     const auto line = 1 + std::count(before.begin(), before.end(), '\n');
     before.remove_prefix(before.rfind('\n') + 1);  // npos + 1 is 0
     return text::format("line %d, column %d: %@", line, 1 + text::countCodePoints(before), what);
+}
+
+void appendText(std::string& out, std::string_view text) {
+    out += nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+/// Does an operation that appends; false, and nothing is appended, when it throws.
+template <class Append>
+bool appendWhole(std::string& out, Append append) noexcept {
+    const std::size_t size = out.size();
+    return guarded("write JSON", [&] {
+        try {
+            append();
+        } catch (...) {
+            out.resize(size);
+            throw;
+        }
+        return true;
+    });
 }
 
 std::string decimalOf(double number) {
@@ -161,7 +181,7 @@ JsonValue::Parsed JsonValue::parse(std::string_view bytes) noexcept {
         }
         return parsed;
     } catch (...) {
-        return {std::nullopt, "out of memory"};
+        return {std::nullopt, std::string(outOfMemory)};
     }
 }
 
@@ -185,7 +205,11 @@ std::shared_ptr<const JsonValue::Object> JsonValue::object() const {
     return value == nullptr ? nullptr : *value;
 }
 
-void JsonValue::appendTo(std::string& out) const {
+bool JsonValue::appendTo(std::string& out) const noexcept {
+    return appendWhole(out, [&] { append(out); });
+}
+
+void JsonValue::append(std::string& out) const {
     const char* separator = "";
     if (isNull()) {
         out += "null";
@@ -194,28 +218,28 @@ void JsonValue::appendTo(std::string& out) const {
     } else if (const std::string* decimal = number()) {
         out += *decimal;
     } else if (const std::string* content = text()) {
-        appendJsonText(out, *content);
+        appendText(out, *content);
     } else if (const auto items = list()) {
         out += '[';
         for (const JsonValue& item : *items) {
             out += std::exchange(separator, ",");
-            item.appendTo(out);
+            item.append(out);
         }
         out += ']';
     } else if (const auto members = object()) {
         out += '{';
         for (const auto& [name, value] : *members) {
             out += std::exchange(separator, ",");
-            appendJsonText(out, name);
+            appendText(out, name);
             out += ':';
-            value.appendTo(out);
+            value.append(out);
         }
         out += '}';
     }
 }
 
-void appendJsonText(std::string& out, std::string_view text) {
-    out += nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+bool appendJsonText(std::string& out, std::string_view text) noexcept {
+    return appendWhole(out, [&] { appendText(out, text); });
 }
 
 }  // namespace yg

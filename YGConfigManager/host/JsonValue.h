@@ -35,7 +35,8 @@ public:
 
     /// Reads one JSON value with nothing but white space around it, strictly: no comments, no
     /// trailing commas, no NaN, no number beyond a double, valid UTF-8 only. A UTF-8 byte-order
-    /// mark is skipped. Of members with the same name the last one counts. Never throws.
+    /// mark is skipped. Of members with the same name the last one counts. Never throws; the error
+    /// is "out of memory" when that does not suffice.
     static Parsed parse(std::string_view bytes) noexcept;
 
     /// Null.
@@ -62,11 +63,13 @@ public:
     std::shared_ptr<const Object> object() const;
 
     /// Appends the value as JSON text without added white space; the members of an object come
-    /// sorted by name, text is not escaped to ASCII.
-    void appendTo(std::string& out) const;
+    /// sorted by name, text is not escaped to ASCII. False, and nothing appended, when memory does
+    /// not suffice.
+    bool appendTo(std::string& out) const noexcept;
 
 private:
     friend class JsonBuilder;
+    void append(std::string& out) const;
 
     struct Number {
         std::string decimal;
@@ -88,7 +91,7 @@ struct JsonValue::Parsed {
 using JsonList = std::shared_ptr<const JsonValue::List>;
 
 /// Appends `text` as a JSON text in quotes: UTF-8 as it stands, each byte sequence that is no UTF-8
-/// replaced by U+FFFD.
-YG_EXPORT void appendJsonText(std::string& out, std::string_view text);
+/// replaced by U+FFFD. False, and nothing appended, when memory does not suffice.
+YG_EXPORT bool appendJsonText(std::string& out, std::string_view text) noexcept;
 
 }  // namespace yg

@@ -2,8 +2,10 @@
 #include "YGConfigManager/host/Log.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <mutex>
+#include <span>
 #include <string>
 #include <unistd.h>
 
@@ -44,14 +46,24 @@ void writeLogMessage(LogChannel channel, std::string_view message) noexcept {
 
 void writeConsoleLine(std::string_view message) noexcept {
     const int savedErrno = errno;
-    try {
-        std::string line(message);
-        std::replace_if(line.begin(), line.end(), breaksLine, ' ');
-        line += '\n';
+    // Ordinary lines take no memory, so that the log can say that there is none.
+    std::array<char, 1000> few;
+    std::string many;
+    std::span<char> line(few);
+    if (message.size() >= few.size()) {
+        try {
+            many.resize(message.size() + 1);
+            line = many;
+        } catch (...) {
+            message = message.substr(0, few.size() - 1);
+        }
+    }
+    line = line.first(message.size() + 1);
+    std::replace_copy_if(message.begin(), message.end(), line.begin(), breaksLine, ' ');
+    line.back() = '\n';
+    {
         const std::lock_guard lock(consoleMutex);
-        writeAll(line);
-    } catch (...) {
-        // Out of memory: the line is lost.
+        writeAll({line.data(), line.size()});
     }
     errno = savedErrno;
 }

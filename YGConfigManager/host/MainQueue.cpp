@@ -2,12 +2,14 @@
 #include "YGConfigManager/host/MainQueue.h"
 
 #include <cstdint>
-#include <deque>
 #include <exception>
+#include <list>
 #include <mutex>
 #include <utility>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Host.h"
+#include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/Log.h"
 
 namespace yg {
@@ -87,7 +89,7 @@ private:
     }
 
     std::mutex mutex_;
-    std::deque<std::function<void()>> tasks_;
+    std::list<std::function<void()>> tasks_;  // without tasks it takes no memory
     std::uint64_t posted_ = 0;
     std::uint64_t taken_ = 0;
     bool isAnnounced_ = false;
@@ -95,15 +97,14 @@ private:
 };
 
 struct Queues {
-    const std::shared_ptr<DefaultMainQueue> standard = std::make_shared<DefaultMainQueue>();
+    DefaultMainQueue standard;
     std::mutex mutex;
     std::shared_ptr<MainQueue> installed;
 };
 
-// Never destroyed: threads that end after main() may still post.
 Queues& queues() {
-    static Queues& all = *new Queues;
-    return all;
+    static Immortal<Queues> all;
+    return *all;
 }
 
 /// The queue that the current host names, or the process's one.
@@ -122,32 +123,35 @@ std::shared_ptr<MainQueue> queueOfHost() {
 
 MainQueue::~MainQueue() = default;
 
-void setMainQueue(std::shared_ptr<MainQueue> queue) {
+void setMainQueue(std::shared_ptr<MainQueue> queue) noexcept {
     Queues& all = queues();
     // The old queue goes after the lock: its destructor is the application's.
     const std::lock_guard lock(all.mutex);
     all.installed.swap(queue);
 }
 
-std::shared_ptr<MainQueue> currentMainQueue() {
+std::shared_ptr<MainQueue> currentMainQueue() noexcept {
     Queues& all = queues();
     const std::lock_guard lock(all.mutex);
-    return all.installed != nullptr ? all.installed : all.standard;
+    // Nobody owns the default queue, for it never goes.
+    return all.installed != nullptr
+               ? all.installed
+               : std::shared_ptr<MainQueue>(std::shared_ptr<void>(), &all.standard);
 }
 
-std::size_t runPendingMainTasks() {
-    return queues().standard->runPending();
+std::size_t runPendingMainTasks() noexcept {
+    return queues().standard.runPending();
 }
 
-void setMainQueueWakeUp(std::function<void()> wakeUp) {
-    queues().standard->setWakeUp(std::move(wakeUp));
+void setMainQueueWakeUp(std::function<void()> wakeUp) noexcept {
+    guarded("main queue wake-up", [&] { queues().standard.setWakeUp(std::move(wakeUp)); });
 }
 
-void postToMainQueue(std::function<void()> task) noexcept {
-    if (!task) {
-        return;
-    }
-    runAndLog([&task] { queueOfHost()->post(std::move(task)); }, "main queue post");
+bool postToMainQueue(std::function<void()> task) noexcept {
+    return task && guarded("main queue post", [&task] {
+               queueOfHost()->post(std::move(task));
+               return true;
+           });
 }
 
 }  // namespace yg

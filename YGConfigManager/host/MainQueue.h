@@ -56,26 +56,28 @@ public:
 
 /// Makes `queue` the process's queue; null brings the default one back. Tasks that wait in the
 /// queue replaced stay there. The queue is held until it is replaced, not until the process ends.
-YG_EXPORT void setMainQueue(std::shared_ptr<MainQueue> queue);
+YG_EXPORT void setMainQueue(std::shared_ptr<MainQueue> queue) noexcept;
 
 /// The queue set last, or the default one; never null.
-YG_EXPORT std::shared_ptr<MainQueue> currentMainQueue();
+YG_EXPORT std::shared_ptr<MainQueue> currentMainQueue() noexcept;
 
 /// Runs the tasks that wait in the default queue, oldest first, and answers how many this call ran.
 /// The application calls it on its main thread. Tasks posted meanwhile, by the tasks themselves
 /// too, wait for the next call, so that the call always ends. A task that throws is logged and the
 /// others still run; each task is destroyed before the next one runs. A task may call this again (a
 /// nested loop does): the inner call goes on where the outer one stands.
-YG_EXPORT std::size_t runPendingMainTasks();
+YG_EXPORT std::size_t runPendingMainTasks() noexcept;
 
 /// Has `wakeUp` called whenever the default queue needs draining: for the first task that is posted
 /// after a drain has begun, on the posting thread, and at once when tasks wait already. It should
 /// only nudge the loop (write to a pipe, post an event) and must not drain by itself. Empty: nobody
-/// is woken any more; a call that another thread has begun may still be under way then.
-YG_EXPORT void setMainQueueWakeUp(std::function<void()> wakeUp);
+/// is woken any more; a call that another thread has begun may still be under way then. Without
+/// memory for it the one before stays, which is logged.
+YG_EXPORT void setMainQueueWakeUp(std::function<void()> wakeUp) noexcept;
 
 /// Posts `task` to the queue of the current host (Host::mainQueue), as the library does. An empty
-/// task is ignored. A queue that throws costs the task, which is logged; nothing is thrown.
-YG_EXPORT void postToMainQueue(std::function<void()> task) noexcept;
+/// task is ignored. A queue that throws, as the default one does when memory does not suffice,
+/// costs the task, which is logged; nothing is thrown. True when the queue has taken the task.
+YG_EXPORT bool postToMainQueue(std::function<void()> task) noexcept;
 
 }  // namespace yg

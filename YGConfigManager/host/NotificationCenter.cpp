@@ -8,9 +8,18 @@
 #include <utility>
 #include <vector>
 
+#include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/Log.h"
 
 namespace yg {
+
+namespace {
+
+/// Guards every centre's `state_`, which is made for its first observer.
+std::mutex firstObserver;
+
+}  // namespace
 
 class NotificationCenter::State {
 public:
@@ -102,32 +111,43 @@ void NotificationCenter::Token::remove() noexcept {
     }
 }
 
-NotificationCenter::NotificationCenter() : state_(std::make_shared<State>()) {}
+NotificationCenter::NotificationCenter() noexcept = default;
 
 NotificationCenter::~NotificationCenter() = default;
 
-NotificationCenter& NotificationCenter::standard() {
-    // Never destroyed: threads that end after main() may still post.
-    static NotificationCenter& standard = *new NotificationCenter;
-    return standard;
+NotificationCenter& NotificationCenter::standard() noexcept {
+    static Immortal<NotificationCenter> standard;
+    return *standard;
 }
 
 NotificationCenter::Token NotificationCenter::addObserver(std::string name, const void* sender,
-                                                          Observer observer) {
-    Token token;
-    token.id_ = state_->add(std::move(name), sender, std::move(observer));
-    token.state_ = state_;
-    return token;
+                                                          Observer observer) noexcept {
+    return guarded("notification observer", [&] {
+        std::shared_ptr<State> state;
+        {
+            const std::lock_guard lock(firstObserver);
+            if (state_ == nullptr) {
+                state_ = std::make_shared<State>();
+            }
+            state = state_;
+        }
+        Token token;
+        token.id_ = state->add(std::move(name), sender, std::move(observer));
+        token.state_ = state;
+        return token;
+    });
 }
 
 void NotificationCenter::post(const std::string& name,
                               const std::shared_ptr<void>& sender) noexcept {
-    try {
-        // An observer may let the centre go.
-        const std::shared_ptr<State> state = state_;
-        state->notify({name, sender});
-    } catch (const std::exception& error) {
-        writeRuntimeLog("notification fail:%@", error.what());
+    // A share of its own: an observer may let the centre go.
+    std::shared_ptr<State> state;
+    {
+        const std::lock_guard lock(firstObserver);
+        state = state_;
+    }
+    if (state != nullptr) {
+        guarded("notification", [&] { state->notify({name, sender}); });
     }
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "YGConfigManager/files/ReadFile.h"
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/JsonValue.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/text/Format.h"
@@ -50,6 +51,12 @@ std::optional<std::string> pathInFolder(const std::string& root, std::string_vie
         return std::nullopt;
     }
     return text::joinPath(text::joinPath(root, folder), fileName);
+}
+
+/// The host's answer to a question; absent when memory does not suffice.
+template <class Find>
+std::optional<std::string> answer(Find find) noexcept {
+    return guarded("host answer", find);
 }
 
 /// A member of host.json; null when it is missing or null.
@@ -117,7 +124,7 @@ std::optional<StandAloneHost::Settings> StandAloneHost::readSettings(const std::
         error = text::format("%@: %@", path, what);
         return std::nullopt;
     };
-    const JsonValue::Parsed parsed = JsonValue::parse(file.bytes);
+    const JsonValue::Parsed parsed = orOutOfMemory(JsonValue::parse(file.bytes));
     if (!parsed) {
         return failed(parsed.error);
     }
@@ -150,7 +157,16 @@ std::optional<StandAloneHost::Settings> StandAloneHost::readSettings(const std::
     return settings;
 }
 
+// Neither of these two logs what is thrown: the log's own host is made here.
 StandAloneHost::Opened StandAloneHost::open(std::string_view root) {
+    try {
+        return tryToOpen(root);
+    } catch (const std::bad_alloc&) {
+        return {nullptr, std::string(outOfMemory)};
+    }
+}
+
+StandAloneHost::Opened StandAloneHost::tryToOpen(std::string_view root) {
     const std::string folder(root);
     struct stat state {};
     // A NUL byte would cut the path short, and another folder be meant.
@@ -174,11 +190,15 @@ StandAloneHost::Opened StandAloneHost::open(std::string_view root) {
 
 std::shared_ptr<StandAloneHost> StandAloneHost::openOrDefaults(std::string_view root) {
     Opened opened = open(root);
-    if (!opened) {
-        writeSystemConsole("%@", opened.error);
-        return std::make_shared<StandAloneHost>(root);
+    if (opened) {
+        return opened.host;
     }
-    return opened.host;
+    writeSystemConsole("%@", opened.error);
+    try {
+        return opened.error == outOfMemory ? nullptr : std::make_shared<StandAloneHost>(root);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 StandAloneHost::StandAloneHost(std::string_view root) : root_(root) {}
@@ -196,34 +216,42 @@ std::optional<std::string> StandAloneHost::getStorageFilePath(
     if (area != storageArea || !subFolderPath.value_or("").empty()) {
         return std::nullopt;
     }
-    std::optional<std::string> userCopy = pathInFolder(root_, "user", fileName.value_or(""));
-    if (!userCopy) {
-        return std::nullopt;
-    }
-    if (isNeedWrite) {
-        const std::string folder = text::joinPath(root_, "user");
-        return ::mkdir(folder.c_str(), 0777) == 0 || isFolder(folder) ? userCopy : std::nullopt;
-    }
-    if (isFile(*userCopy)) {
-        return userCopy;
-    }
-    std::optional<std::string> shipped = pathInFolder(root_, "storage", *fileName);
-    return isFile(*shipped) ? shipped : userCopy;
+    return answer([&]() -> std::optional<std::string> {
+        std::optional<std::string> userCopy = pathInFolder(root_, "user", fileName.value_or(""));
+        if (!userCopy) {
+            return std::nullopt;
+        }
+        if (isNeedWrite) {
+            const std::string folder = text::joinPath(root_, "user");
+            return ::mkdir(folder.c_str(), 0777) == 0 || isFolder(folder) ? userCopy : std::nullopt;
+        }
+        if (isFile(*userCopy)) {
+            return userCopy;
+        }
+        std::optional<std::string> shipped = pathInFolder(root_, "storage", *fileName);
+        return isFile(*shipped) ? shipped : userCopy;
+    });
 }
 
 std::optional<std::string> StandAloneHost::getUserRightDescription() {
-    const std::lock_guard lock(mutex_);
-    return userRightOverride_ ? userRightOverride_ : settings_.rightLevel;
+    return answer([&] {
+        const std::lock_guard lock(mutex_);
+        return userRightOverride_ ? userRightOverride_ : settings_.rightLevel;
+    });
 }
 
 std::optional<std::string> StandAloneHost::getSoftOptimizeConfigFilePath(
     std::int64_t kind, std::string_view fileName) {
-    return kind == configKind ? pathInFolder(root_, "soft_optimize", fileName) : std::nullopt;
+    return answer([&] {
+        return kind == configKind ? pathInFolder(root_, "soft_optimize", fileName) : std::nullopt;
+    });
 }
 
 std::optional<std::string> StandAloneHost::getBaseOptimizeConfigFilePath(
     std::int64_t kind, std::string_view fileName) {
-    return kind == configKind ? pathInFolder(root_, "base_optimize", fileName) : std::nullopt;
+    return answer([&] {
+        return kind == configKind ? pathInFolder(root_, "base_optimize", fileName) : std::nullopt;
+    });
 }
 
 std::shared_ptr<const MappingDic> StandAloneHost::getMappingDicForKey(std::string_view key) {
@@ -232,11 +260,13 @@ std::shared_ptr<const MappingDic> StandAloneHost::getMappingDicForKey(std::strin
 }
 
 std::optional<std::string> StandAloneHost::getDefualtFolderPath(std::int64_t kind) {
-    return kind == imagesKind ? std::optional(text::joinPath(root_, "images")) : std::nullopt;
+    return answer([&] {
+        return kind == imagesKind ? std::optional(text::joinPath(root_, "images")) : std::nullopt;
+    });
 }
 
 std::optional<std::string> StandAloneHost::configServer() {
-    return settings_.configServer;
+    return answer([&] { return settings_.configServer; });
 }
 
 void StandAloneHost::writeLog(LogChannel /*channel*/, std::string_view message) {

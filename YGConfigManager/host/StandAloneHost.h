@@ -19,7 +19,7 @@
 //     "mappings": { "KEY": { "NAME": ["TEXT", "TEXT"] } }
 //   }
 //
-// Safe from any thread.
+// Safe from any thread. Without memory for an answer there is none, which is logged.
 #pragma once
 
 #include <cstdint>
@@ -48,11 +48,13 @@ public:
     /// A host on folder `root` with the settings of its host.json, which is read once, here. No
     /// host when the root is missing or no folder, or when host.json cannot be read, is not one
     /// JSON object or has a member of the wrong type; the error line then names the file, and the
-    /// line and column or the member. A missing host.json is no error.
+    /// line and column or the member. A missing host.json is no error. Without memory the error is
+    /// "out of memory".
     static Opened open(std::string_view root);
 
     /// The same, but there is always a host: what open() finds wrong is written to standard error,
-    /// once, and no setting is set. The process's default host is made so.
+    /// once, and no setting is set. The process's default host is made so. Null only when memory
+    /// does not suffice.
     static std::shared_ptr<StandAloneHost> openOrDefaults(std::string_view root);
 
     /// A host on folder `root`, no setting set. Neither the folder nor host.json is looked at. An
@@ -105,6 +107,8 @@ private:
         std::optional<std::string> configServer;
         std::map<std::string, std::shared_ptr<const MappingDic>, std::less<>> mappings;
     };
+
+    static Opened tryToOpen(std::string_view root);
 
     /// The settings in file `path`, or none and `error` set.
     static std::optional<Settings> readSettings(const std::string& path, std::string& error);

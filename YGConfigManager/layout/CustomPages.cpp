@@ -5,6 +5,7 @@
 #include <span>
 #include <utility>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 #include "YGConfigManager/layout/Expansion.h"
@@ -60,8 +61,7 @@ private:
     RecordMap<const std::string*> keys_;
 };
 
-xml::Element YGStyleConfigLoad::createXMLElementWithStyleName(
-    std::optional<std::string_view> styleName) const {
+xml::Element YGStyleConfigLoad::buildPage(std::optional<std::string_view> styleName) const {
     if (!styleName)
         return {};
     const Expansion expansion(Expansion::page);
@@ -78,7 +78,7 @@ xml::Element YGStyleConfigLoad::createXMLElementWithStyleName(
         return page;
 
     std::vector<xml::Element> slots;
-    recursiveSearchNodeWithNodeName("magic_panels", page, slots);
+    collect("magic_panels", page, slots);
     if (slots.size() != argumentCount) {
         report(rules::argumentCount, source, {}, *styleName);
         return {};
@@ -153,7 +153,7 @@ std::optional<xml::Node> YGStyleConfigLoad::panelForSlot(const xml::Element& slo
             {std::max(before.elements, after.elements), std::max(before.bytes, after.bytes)}))
         return std::nullopt;
     const xml::ParseResult written =
-        xml::Document::parseText(text::replaceAll(text, *key, argument));
+        orOutOfMemory(xml::Document::parseText(text::replaceAll(text, *key, argument)));
     if (!written) {
         writeSystemConsole("%@", written.error);
         report(rules::brokenPattern, *pattern, {}, argument);
@@ -162,7 +162,7 @@ std::optional<xml::Node> YGStyleConfigLoad::panelForSlot(const xml::Element& slo
     return written.document.root();
 }
 
-std::optional<std::string> YGStyleConfigLoad::getWildCardKeyWithValue(std::string_view value) {
+std::optional<std::string> YGStyleConfigLoad::wildCardKey(std::string_view value) {
     const auto mapping = YGFrameComFun::getMappingDicForKey(wildcardMapping);
     if (!mapping)
         return std::nullopt;
@@ -188,9 +188,8 @@ xml::Element YGStyleConfigLoad::searchNodeWithNodeName(
     return {};
 }
 
-void YGStyleConfigLoad::recursiveSearchNodeWithNodeName(std::string_view nodeName,
-                                                        const xml::Element& rootElement,
-                                                        std::vector<xml::Element>& resultList) {
+void YGStyleConfigLoad::collect(std::string_view nodeName, const xml::Element& rootElement,
+                                std::vector<xml::Element>& resultList) {
     forEachNodeBelow(rootElement, [&](const xml::Node& node) {
         if (node.name() == nodeName && node.isElement())
             resultList.emplace_back(node);

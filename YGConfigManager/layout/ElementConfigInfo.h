@@ -67,7 +67,7 @@ public:
     void setEventNotChangeStyle(bool isNot) { eventNotChangeStyle_ = isNot; }
 
     /// One line for debugging: class and address, name, parameter and identifier; an absent text
-    /// prints as "(null)".
+    /// prints as "(null)". "" when memory does not suffice.
     std::string description() const;
 
 private:

@@ -10,10 +10,10 @@
 
 namespace yg {
 
-std::shared_ptr<PanelMap> YGStyleConfigLoad::loadReusePanel(
+std::shared_ptr<PanelMap> YGStyleConfigLoad::readReusePanels(
     std::optional<std::string_view> path) const {
     const Expansion expansion(Expansion::load);
-    const xml::Element root = getRootElementForFile(path);
+    const xml::Element root = rootOf(path);
     if (root)
         used(root);
     reportAttributesBut(root, {});
@@ -31,7 +31,7 @@ std::shared_ptr<PanelMap> YGStyleConfigLoad::loadReusePanel(
         }
         if (sink() && element.name() != "reuse_panel")
             report(rules::unexpectedName, element, {}, element.name());
-        const auto panel = parsePaneInfo(element, std::nullopt, std::nullopt);
+        const auto panel = takePanel(element, std::nullopt, std::nullopt);
         parseContent(element, panel, std::nullopt, std::nullopt);
         if (panels->set(*name, panel))
             report(rules::duplicateName, element, "name", *name);
@@ -39,10 +39,10 @@ std::shared_ptr<PanelMap> YGStyleConfigLoad::loadReusePanel(
     return panels;
 }
 
-std::shared_ptr<MagicPanelMap> YGStyleConfigLoad::loadMagicPanel(
+std::shared_ptr<MagicPanelMap> YGStyleConfigLoad::readMagicPanels(
     std::optional<std::string_view> path) const {
     const Expansion expansion(Expansion::load);
-    const xml::Element root = getRootElementForFile(path);
+    const xml::Element root = rootOf(path);
     if (root)
         used(root);
     reportAttributesBut(root, {});
@@ -96,7 +96,7 @@ std::shared_ptr<PanelMap> YGStyleConfigLoad::loadMagicGroup(const xml::Element& 
 
         // The member's own panel keeps its name; editable panels inside it get the group's and the
         // member's name before their own.
-        const auto panel = parsePaneInfo(content, std::nullopt, std::nullopt);
+        const auto panel = takePanel(content, std::nullopt, std::nullopt);
         panel->setIsMagicPanels(true);
         parseContent(content, panel, *name, groupName);
         if (members->set(*name, panel))
@@ -110,15 +110,14 @@ void YGStyleConfigLoad::parseContent(const xml::Element& content,
                                      std::optional<std::string_view> superMagicPanelName,
                                      std::optional<std::string_view> superMagicPanelsName) const {
     for (const xml::Node& child : content.children())
-        parsePaneOrElement(child, nullptr, panel, nullptr, superMagicPanelName,
-                           superMagicPanelsName);
+        place(child, nullptr, panel, nullptr, superMagicPanelName, superMagicPanelsName);
 }
 
-xml::Element YGStyleConfigLoad::loadMagicPanelsConfigWithMagicPath(
-    std::optional<std::string_view> magicPath, std::optional<std::string_view> reusePath) const {
+xml::Element YGStyleConfigLoad::expandMagicPanels(std::optional<std::string_view> magicPath,
+                                                  std::optional<std::string_view> reusePath) const {
     const Expansion expansion(Expansion::load);
-    const xml::Element magicRoot = getRootElementForFile(magicPath);
-    const xml::Element reuseRoot = getRootElementForFile(reusePath);
+    const xml::Element magicRoot = rootOf(magicPath);
+    const xml::Element reuseRoot = rootOf(reusePath);
     xml::Element expanded(magicRoot.copy());
 
     // The first definition of a name counts here, unlike in the records.
@@ -134,7 +133,7 @@ xml::Element YGStyleConfigLoad::loadMagicPanelsConfigWithMagicPath(
 
     // Collected before anything is replaced, so references inside an inserted definition stay.
     std::vector<xml::Element> references;
-    recursiveSearchNodeWithNodeName("reuse_panel", expanded, references);
+    collect("reuse_panel", expanded, references);
     RecordMap<Extent> extents;
     for (xml::Element& reference : references) {
         const auto name = reference.attribute("name");
@@ -149,9 +148,9 @@ xml::Element YGStyleConfigLoad::loadMagicPanelsConfigWithMagicPath(
     return expanded;
 }
 
-void YGStyleConfigLoad::replaceMagicPanel(const std::shared_ptr<PanelList>& panels,
-                                          const std::shared_ptr<PanelConfigInfo>& panelConfigInfo,
-                                          bool& isFind) {
+void YGStyleConfigLoad::putMagicPanel(const std::shared_ptr<PanelList>& panels,
+                                      const std::shared_ptr<PanelConfigInfo>& panelConfigInfo,
+                                      bool& isFind) {
     if (!panels || !panelConfigInfo)
         return;
 
@@ -169,21 +168,34 @@ void YGStyleConfigLoad::replaceMagicPanel(const std::shared_ptr<PanelList>& pane
         return std::any_of(path.begin(), path.end(),
                            [&](const Step& step) { return step.list == list; });
     };
-    while (!path.empty()) {
-        Step& step = path.back();
-        if (step.next >= step.list->size()) {
-            path.pop_back();
-            continue;
+    // What stood in the slots, to be put back when memory does not suffice to reach all of them.
+    std::vector<std::pair<Step, std::shared_ptr<PanelConfigInfo>>> replaced;
+    const bool wasFound = isFind;
+    try {
+        while (!path.empty()) {
+            Step& step = path.back();
+            if (step.next >= step.list->size()) {
+                path.pop_back();
+                continue;
+            }
+            std::shared_ptr<PanelConfigInfo>& panel = (*step.list)[step.next++];
+            if (!panel)
+                continue;
+            if (panel->isMagicPanels()) {
+                replaced.push_back({{step.list, step.next - 1}, panel});
+                panel = replacement;
+                isFind = true;
+            } else if (panel->panePanes() && !isOnPath(panel->panePanes())) {
+                path.push_back({panel->panePanes()});
+            }
         }
-        std::shared_ptr<PanelConfigInfo>& panel = (*step.list)[step.next++];
-        if (!panel)
-            continue;
-        if (panel->isMagicPanels()) {
-            panel = replacement;
-            isFind = true;
-        } else if (panel->panePanes() && !isOnPath(panel->panePanes())) {
-            path.push_back({panel->panePanes()});
+    } catch (...) {
+        for (; !replaced.empty(); replaced.pop_back()) {
+            auto& [step, panel] = replaced.back();
+            (*step.list)[step.next] = panel;
         }
+        isFind = wasFound;
+        throw;
     }
 }
 

@@ -20,11 +20,12 @@ bool leavesOut(const StyleConfigInfo* style, const PanelConfigInfo& panel) {
 
 }  // namespace
 
-void YGStyleConfigLoad::parsePaneOrElement(
-    const xml::Node& node, const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
-    const std::shared_ptr<PanelConfigInfo>& parentPaneInfo, bool* hasMagicPanels,
-    std::optional<std::string_view> superMagicPanelName,
-    std::optional<std::string_view> superMagicPanelsName) const {
+void YGStyleConfigLoad::place(const xml::Node& node,
+                              const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
+                              const std::shared_ptr<PanelConfigInfo>& parentPaneInfo,
+                              bool* hasMagicPanels,
+                              std::optional<std::string_view> superMagicPanelName,
+                              std::optional<std::string_view> superMagicPanelsName) const {
     if (!node.isElement()) {
         reportUnread(node);
         return;
@@ -37,7 +38,7 @@ void YGStyleConfigLoad::parsePaneOrElement(
     } else if (name == "element") {
         if (!parentPaneInfo) {
             report(rules::misplacedElement, element);
-        } else if (auto record = parseElementInfo(element)) {
+        } else if (auto record = readElement(element)) {
             if (parentPaneInfo->paneElements())
                 parentPaneInfo->paneElements()->push_back(std::move(record));
         }
@@ -80,11 +81,11 @@ void YGStyleConfigLoad::parsePanel(const xml::Element& element,
         siblings->push_back(panel);
 
     for (const xml::Node& child : element.children())
-        parsePaneOrElement(child, parentStyleInfo, panel, hasMagicPanels, superMagicPanelName,
-                           superMagicPanelsName);
+        place(child, parentStyleInfo, panel, hasMagicPanels, superMagicPanelName,
+              superMagicPanelsName);
 }
 
-std::shared_ptr<PanelConfigInfo> YGStyleConfigLoad::parsePaneInfo(
+std::shared_ptr<PanelConfigInfo> YGStyleConfigLoad::takePanel(
     const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
     std::optional<std::string_view> superMagicPanelsName) const {
     reportPanel(panel);
@@ -112,7 +113,7 @@ void YGStyleConfigLoad::reportPanel(const xml::Element& panel) const {
     reportAttributes(panel, panelAttributes, *sink());
 }
 
-std::shared_ptr<ElementConfigInfo> YGStyleConfigLoad::parseElementInfo(
+std::shared_ptr<ElementConfigInfo> YGStyleConfigLoad::readElement(
     const xml::Element& element) const {
     auto record = std::make_shared<ElementConfigInfo>();
     readAttributes(element, elementAttributes, *record);
@@ -153,10 +154,11 @@ void YGStyleConfigLoad::placeMagicPanel(const xml::Element& element,
     const std::shared_ptr<PanelConfigInfo>& panel = (*group)->begin()->value;
     {
         const std::lock_guard lock(markLock_);
+        if (panel->magicPanelsName() != *groupName &&
+            !panel->setMagicPanelsName(std::string(*groupName)))
+            throw std::bad_alloc();
         if (!panel->isMagicPanels())
             panel->setIsMagicPanels(true);
-        if (panel->magicPanelsName() != *groupName)
-            panel->setMagicPanelsName(std::string(*groupName));
     }
     const std::string_view above = element.parent().name();
     const bool inStyle = parentStyleInfo && above == "style";

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/layout/PanelConfigInfo.h"
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/text/Format.h"
 
 namespace yg {
 
 std::shared_ptr<PanelConfigInfo> PanelConfigInfo::copyWithZone() const {
+    return guarded("copy record", [this] { return copied(); });
+}
+
+std::shared_ptr<PanelConfigInfo> PanelConfigInfo::copied() const {
     auto copy = std::make_shared<PanelConfigInfo>();
     copy->panelName_ = panelName_;
     copy->paneVertical_ = paneVertical_;
@@ -18,14 +23,15 @@ std::shared_ptr<PanelConfigInfo> PanelConfigInfo::copyWithZone() const {
     copy->isDisSplitSpace_ = isDisSplitSpace_;
     copy->isDispWideBound_ = isDispWideBound_;
     copy->isBorderRaduis_ = isBorderRaduis_;
-    copy->setSwitchExpandPanelName(switchExpandPanelName());
-    copy->setMagicPanelsName(magicPanelsName());
     copy->isEditable_ = isEditable_;
-    copy->setExcuteCommandInfo(excuteCommandInfo());
+    if (!copy->setSwitchExpandPanelName(switchExpandPanelName()) ||
+        !copy->setMagicPanelsName(magicPanelsName()) ||
+        !copy->setExcuteCommandInfo(excuteCommandInfo()))
+        throw std::bad_alloc();
     if (panePanes_) {
         copy->panePanes_->reserve(panePanes_->size());
         for (const std::shared_ptr<PanelConfigInfo>& pane : *panePanes_)
-            copy->panePanes_->push_back(pane ? pane->copyWithZone() : nullptr);
+            copy->panePanes_->push_back(pane ? pane->copied() : nullptr);
     }
     copy->paneElements_ = paneElements_;
     copy->isMagicPanels_ = isMagicPanels_;
@@ -34,12 +40,14 @@ std::shared_ptr<PanelConfigInfo> PanelConfigInfo::copyWithZone() const {
 
 std::string PanelConfigInfo::description() const {
     const auto negation = [](bool flag) { return flag ? "" : "不"; };
-    return text::format(
-        "[%@] %@ %p\n%@显示分割条, %@显示宽边界, %@是圆角边界,%@是直角边界, "
-        "\n折叠名字[%@],折叠位置[%@]",
-        panelName_, paneVertical_ ? "V" : "H", this, negation(isDisSplitSpace_),
-        negation(isDispWideBound_), negation(isBorderRaduis_), negation(isBorderRightAngle_),
-        switchExpandPanelName(), foldPosition());
+    return guarded("describe record", [&] {
+        return text::format(
+            "[%@] %@ %p\n%@显示分割条, %@显示宽边界, %@是圆角边界,%@是直角边界, "
+            "\n折叠名字[%@],折叠位置[%@]",
+            panelName_, paneVertical_ ? "V" : "H", this, negation(isDisSplitSpace_),
+            negation(isDispWideBound_), negation(isBorderRaduis_), negation(isBorderRightAngle_),
+            switchExpandPanelName(), foldPosition());
+    });
 }
 
 }  // namespace yg

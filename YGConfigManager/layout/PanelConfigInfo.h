@@ -3,11 +3,13 @@
 // One panel of a page, also called a pane: it holds child panels and elements. A plain record, held
 // by shared pointers: a reuse panel or a magic panel stands as one and the same record in every
 // page that names it, so copy a record before changing it for one page. Not synchronised: a record
-// that one thread changes must not be read by another.
+// that one thread changes must not be read by another. Setters that need memory of their own answer
+// false, and change nothing, when that does not suffice.
 #pragma once
 
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -81,26 +83,26 @@ public:
     const std::optional<std::string>& switchExpandPanelName() const {
         return rare().switchExpandPanelName;
     }
-    void setSwitchExpandPanelName(std::optional<std::string> name) {
-        setRare(&RareTexts::switchExpandPanelName, std::move(name));
+    bool setSwitchExpandPanelName(std::optional<std::string> name) noexcept {
+        return setRare(&RareTexts::switchExpandPanelName, std::move(name));
     }
 
     /// Where the panel folds ("foldPosition").
     const std::optional<std::string>& foldPosition() const { return rare().foldPosition; }
-    void setFoldPosition(std::optional<std::string> position) {
-        setRare(&RareTexts::foldPosition, std::move(position));
+    bool setFoldPosition(std::optional<std::string> position) noexcept {
+        return setRare(&RareTexts::foldPosition, std::move(position));
     }
 
     /// The magic panel group that the panel came from, once a page's slot has shown it.
     const std::optional<std::string>& magicPanelsName() const { return rare().magicPanelsName; }
-    void setMagicPanelsName(std::optional<std::string> name) {
-        setRare(&RareTexts::magicPanelsName, std::move(name));
+    bool setMagicPanelsName(std::optional<std::string> name) noexcept {
+        return setRare(&RareTexts::magicPanelsName, std::move(name));
     }
 
     /// Which borders are drawn, as written in the file ("display_border").
     const std::optional<std::string>& displayBorders() const { return rare().displayBorders; }
-    void setDisplayBorders(std::optional<std::string> borders) {
-        setRare(&RareTexts::displayBorders, std::move(borders));
+    bool setDisplayBorders(std::optional<std::string> borders) noexcept {
+        return setRare(&RareTexts::displayBorders, std::move(borders));
     }
 
     /// The user may edit the panel ("is_editable").
@@ -109,8 +111,8 @@ public:
 
     /// Command information ("excute_command_info"). Spelt so in the interface and in the file.
     const std::optional<std::string>& excuteCommandInfo() const { return rare().excuteCommandInfo; }
-    void setExcuteCommandInfo(std::optional<std::string> info) {
-        setRare(&RareTexts::excuteCommandInfo, std::move(info));
+    bool setExcuteCommandInfo(std::optional<std::string> info) noexcept {
+        return setRare(&RareTexts::excuteCommandInfo, std::move(info));
     }
 
     /// Share of the parent's space ("split_scale"): 1 when the attribute is missing, 0 when it is
@@ -132,11 +134,11 @@ public:
 
     /// A copy with copies of all child panels. It shares this panel's list of elements, so that an
     /// element appended to either shows in both. The right-angle flag, the fold position and the
-    /// displayed borders are not copied.
+    /// displayed borders are not copied. Null when memory does not suffice.
     std::shared_ptr<PanelConfigInfo> copyWithZone() const;
 
     /// Two lines for debugging, in Chinese: name, "V" or "H", address, the four border flags, fold
-    /// name and fold position; an absent text prints as "(null)".
+    /// name and fold position; an absent text prints as "(null)". "" when memory does not suffice.
     std::string description() const;
 
 private:
@@ -153,12 +155,17 @@ private:
         static const RareTexts none;
         return rare_ ? *rare_ : none;
     }
-    void setRare(std::optional<std::string> RareTexts::*text, std::optional<std::string> value) {
+    bool setRare(std::optional<std::string> RareTexts::*text,
+                 std::optional<std::string> value) noexcept {
         if (!rare_ && value)
-            rare_ = std::make_unique<RareTexts>();
+            rare_.reset(new (std::nothrow) RareTexts);
         if (rare_)
             (*rare_).*text = std::move(value);
+        return rare_ || !value;
     }
+
+    friend class StyleConfigInfo;
+    std::shared_ptr<PanelConfigInfo> copied() const;
 
     std::optional<std::string> panelName_;
     std::unique_ptr<RareTexts> rare_;

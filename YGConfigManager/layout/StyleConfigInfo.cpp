@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/layout/StyleConfigInfo.h"
 
+#include "YGConfigManager/host/Guarded.h"
+
 namespace yg {
 
 std::shared_ptr<StyleConfigInfo> StyleConfigInfo::copyWithZone() const {
+    return guarded("copy record", [this] { return copied(); });
+}
+
+std::shared_ptr<StyleConfigInfo> StyleConfigInfo::copied() const {
     auto copy = std::make_shared<StyleConfigInfo>();
     copy->styleName_ = styleName_;
     copy->styleFucus_ = styleFucus_;
@@ -11,7 +17,7 @@ std::shared_ptr<StyleConfigInfo> StyleConfigInfo::copyWithZone() const {
     if (stylePanes_) {
         copy->stylePanes_->reserve(stylePanes_->size());
         for (const std::shared_ptr<PanelConfigInfo>& pane : *stylePanes_)
-            copy->stylePanes_->push_back(pane ? pane->copyWithZone() : nullptr);
+            copy->stylePanes_->push_back(pane ? pane->copied() : nullptr);
     }
     return copy;
 }

@@ -44,10 +44,12 @@ public:
     void setStylePanes(std::shared_ptr<PanelList> panes) { stylePanes_ = std::move(panes); }
 
     /// A copy with copies of all panels (PanelConfigInfo::copyWithZone). The host's slot for magic
-    /// panel groups is not copied.
+    /// panel groups is not copied. Null when memory does not suffice.
     std::shared_ptr<StyleConfigInfo> copyWithZone() const;
 
 private:
+    std::shared_ptr<StyleConfigInfo> copied() const;
+
     std::optional<std::string> styleName_;
     std::optional<std::string> styleFucus_;
     Names magicPanelsNameArray_;

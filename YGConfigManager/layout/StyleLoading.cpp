@@ -4,6 +4,7 @@
 #include <map>
 #include <utility>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 #include "YGConfigManager/layout/Expansion.h"
@@ -37,14 +38,9 @@ struct YGStyleConfigLoad::FilesOfOneLoad {
 YGStyleConfigLoad::YGStyleConfigLoad() = default;
 YGStyleConfigLoad::~YGStyleConfigLoad() = default;
 
-const std::shared_ptr<YGStyleConfigLoad>& YGStyleConfigLoad::getShareInstance() {
-    static const auto instance = std::make_shared<YGStyleConfigLoad>();
-    return instance;
-}
-
-YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(
-    std::optional<std::string_view> styleConfigPath, std::optional<std::string_view> tabStylePath,
-    std::optional<std::string_view> magicPanelPath) {
+void YGStyleConfigLoad::loadAll(std::optional<std::string_view> styleConfigPath,
+                                std::optional<std::string_view> tabStylePath,
+                                std::optional<std::string_view> magicPanelPath) {
     const Expansion expansion(Expansion::load);
     files_ = std::make_unique<FilesOfOneLoad>();
     writeRuntimeLog("initWithStyleConfigPath");
@@ -57,18 +53,18 @@ YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(
 
     // Styles resolve their references while they are read, so the order decides what they find.
     // While the reuse file is read its panels are not known yet, and the soft-optimize styles know
-    // the first file's groups only. What an earlier load found counts for nothing.
+    // the first file's groups only. An earlier load's panels are still known meanwhile.
     panelExtents_ = std::make_unique<PanelExtents>();
-    reusePanelInfos_ = nullptr;
-    magicPanelInfos_ = nullptr;
-    reusePanelInfos_ = loadReusePanel(reusePath);
-    measure(*reusePanelInfos_);
-    magicPanelInfos_ = loadMagicPanel(magicPanelPath);
-    measure(*magicPanelInfos_);
-    styleInfos_ = loadConfig(styleConfigPath, true);
-    const std::shared_ptr<MagicPanelMap> softMagicPanels = loadMagicPanel(softMagicPath);
-    const std::shared_ptr<StyleMap> softStyles = loadConfig(softStylePath, true);
-    measure(*softMagicPanels);
+    measure(reusePanelInfos_);
+    measure(magicPanelInfos_);
+    reusePanelInfos_ = readReusePanels(reusePath);
+    measure(reusePanelInfos_);
+    magicPanelInfos_ = readMagicPanels(magicPanelPath);
+    measure(magicPanelInfos_);
+    styleInfos_ = readStyles(styleConfigPath, true);
+    const std::shared_ptr<MagicPanelMap> softMagicPanels = readMagicPanels(softMagicPath);
+    const std::shared_ptr<StyleMap> softStyles = readStyles(softStylePath, true);
+    measure(softMagicPanels);
     const auto softGroups = definitionsIn(softMagicPath);
     for (const auto& [groupName, members] : *softMagicPanels) {
         if (magicPanelInfos_->set(groupName, members))
@@ -84,17 +80,16 @@ YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(
                     report(rules::overriddenStyle, definitionOf(name, definitions), {}, name);
             }
     }
-    tabStyleInfos_ = loadConfig(tabStylePath, false);
+    tabStyleInfos_ = readStyles(tabStylePath, false);
     keepTemplates(softStylePath, styleConfigPath);
-    keepMagicMembers(loadMagicPanelsConfigWithMagicPath(magicPanelPath, reusePath));
+    keepMagicMembers(expandMagicPanels(magicPanelPath, reusePath));
     files_.reset();
-    return this;
 }
 
-std::shared_ptr<StyleMap> YGStyleConfigLoad::loadConfig(std::optional<std::string_view> path,
+std::shared_ptr<StyleMap> YGStyleConfigLoad::readStyles(std::optional<std::string_view> path,
                                                         bool isMainStyleConfig) {
     const Expansion expansion(Expansion::load);
-    const xml::Element root = getRootElementForFile(path);
+    const xml::Element root = rootOf(path);
     if (const auto name = root.attribute("default_style")) {
         if (isMainStyleConfig) {
             defaultStyleName_ = std::string(*name);
@@ -121,14 +116,13 @@ std::shared_ptr<StyleMap> YGStyleConfigLoad::loadConfig(std::optional<std::strin
             report(rules::styleWithoutName, element);
             continue;
         }
-        if (styles->set(*name, parseStyleConfig(element)))
+        if (styles->set(*name, readStyle(element)))
             report(rules::duplicateStyle, element, "name", *name);
     }
     return styles;
 }
 
-std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::parseStyleConfig(
-    const xml::Element& style) const {
+std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::readStyle(const xml::Element& style) const {
     const Expansion expansion(Expansion::load);
     auto record = std::make_shared<StyleConfigInfo>();
     readAttributes(style, styleAttributes, *record);
@@ -141,32 +135,11 @@ std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::parseStyleConfig(
 
     bool hasMagicPanels = false;
     for (const xml::Node& child : style.children())
-        parsePaneOrElement(child, record, nullptr, &hasMagicPanels, std::nullopt, std::nullopt);
+        place(child, record, nullptr, &hasMagicPanels, std::nullopt, std::nullopt);
     return record;
 }
 
-std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::loadStyleConfigInfoWithName(
-    const std::optional<std::string_view>& name) const {
-    if (!name)
-        return nullptr;
-    if (styleInfos_) {
-        if (const auto* style = styleInfos_->find(*name))
-            return *style;
-    }
-    return customPage(*name);
-}
-
-// Apart from the look-up, so that a page that is there pays for none of this.
-[[gnu::noinline]] std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::customPage(
-    std::string_view name) const {
-    const Expansion expansion(Expansion::page);
-    const xml::Element page = createXMLElementWithStyleName(name);
-    auto record = page ? parseStyleConfig(page) : nullptr;
-    // Slots that stayed may place more than a page may have.
-    return expansion.isRefused() ? nullptr : record;
-}
-
-xml::Element YGStyleConfigLoad::getRootElementForFile(std::optional<std::string_view> path) const {
+xml::Element YGStyleConfigLoad::rootOf(std::optional<std::string_view> path) const {
     if (!path || path->empty())
         return {};
     const xml::ParseOptions options{.positions = sink_ != nullptr};
@@ -178,7 +151,7 @@ xml::Element YGStyleConfigLoad::getRootElementForFile(std::optional<std::string_
     } else {
         if (sink())
             sink()->readingFile(*path);
-        once = xml::Document::parseFile(*path, options);
+        once = orOutOfMemory(xml::Document::parseFile(*path, options));
         if (files_)
             result = &files_->parsed.emplace(std::string(*path), std::move(once)).first->second;
     }
@@ -192,10 +165,10 @@ xml::Element YGStyleConfigLoad::getRootElementForFile(std::optional<std::string_
     return result->document.root();
 }
 
-xml::Element YGStyleConfigLoad::loadStyleConfigWithBasePath(
-    std::optional<std::string_view> basePath, std::optional<std::string_view> extPath) const {
-    const xml::Element base = getRootElementForFile(basePath);
-    const xml::Element extension = getRootElementForFile(extPath);
+xml::Element YGStyleConfigLoad::mergeTemplates(std::optional<std::string_view> basePath,
+                                               std::optional<std::string_view> extPath) const {
+    const xml::Element base = rootOf(basePath);
+    const xml::Element extension = rootOf(extPath);
     xml::Element merged(base.copy());
     if (!merged)
         return {};
@@ -210,8 +183,8 @@ xml::Element YGStyleConfigLoad::loadStyleConfigWithBasePath(
 /// so the two roots themselves serve, one after the other, without a copy of either.
 void YGStyleConfigLoad::keepTemplates(std::optional<std::string_view> basePath,
                                       std::optional<std::string_view> extPath) {
-    const xml::Element base = getRootElementForFile(basePath);
-    const xml::Element extension = getRootElementForFile(extPath);
+    const xml::Element base = rootOf(basePath);
+    const xml::Element extension = rootOf(extPath);
     templateRoots_.clear();
     if (base)
         templateRoots_ = {base, extension};
@@ -262,14 +235,18 @@ RecordMap<xml::Element> YGStyleConfigLoad::definitionsIn(
     return last;
 }
 
-void YGStyleConfigLoad::measure(const PanelMap& reusePanels) {
-    for (const auto& [name, panel] : reusePanels)
+void YGStyleConfigLoad::measure(const std::shared_ptr<PanelMap>& reusePanels) {
+    if (!reusePanels)
+        return;
+    for (const auto& [name, panel] : *reusePanels)
         panelExtents_->add(*panel);
 }
 
 /// Of each group the panel that its slots show.
-void YGStyleConfigLoad::measure(const MagicPanelMap& groups) {
-    for (const auto& [name, members] : groups) {
+void YGStyleConfigLoad::measure(const std::shared_ptr<MagicPanelMap>& groups) {
+    if (!groups)
+        return;
+    for (const auto& [name, members] : *groups) {
         if (!members->empty())
             panelExtents_->add(*members->begin()->value);
     }

@@ -6,6 +6,8 @@
 // Load once, from one thread; afterwards lookups may run on any thread, apart from
 // setDefaultStyleName and replaceMagicPanel, which change things. Nothing is thrown: a file that
 // cannot be read is logged as "load style config fail:" with the reason and contributes nothing.
+// When memory does not suffice, that is logged, the answer is null or empty and everything stays as
+// it was.
 #pragma once
 
 #include <cstddef>
@@ -55,7 +57,7 @@ public:
     YGStyleConfigLoad& operator=(const YGStyleConfigLoad&) = delete;
 
     /// The one shared loader of the application, made empty on the first call. Any thread; it lives
-    /// as long as the process.
+    /// as long as the process. Null while memory does not suffice for it.
     static const std::shared_ptr<YGStyleConfigLoad>& getShareInstance();
 
     /// Loads everything and answers this loader. Beside the three full paths given, files of the
@@ -101,7 +103,8 @@ public:
     std::shared_ptr<StyleMap> loadConfig(std::optional<std::string_view> path,
                                          bool isMainStyleConfig);
 
-    /// Builds a style from its element, also from one without a name; never null.
+    /// Builds a style from its element, also from one without a name. Never null here and below,
+    /// unless memory does not suffice.
     std::shared_ptr<StyleConfigInfo> parseStyleConfig(const xml::Element& style) const;
 
     /// Decides what a node of a style is and attaches it to the style or the panel given; what it
@@ -186,11 +189,42 @@ private:
     struct FilesOfOneLoad;
     class WildcardKeys;
 
+    // What the operations above of like names do, but they throw std::bad_alloc, and what they were
+    // given to change may be half changed then.
+    void loadAll(std::optional<std::string_view> styleConfigPath,
+                 std::optional<std::string_view> tabStylePath,
+                 std::optional<std::string_view> magicPanelPath);
+    std::shared_ptr<StyleMap> readStyles(std::optional<std::string_view> path,
+                                         bool isMainStyleConfig);
+    std::shared_ptr<StyleConfigInfo> readStyle(const xml::Element& style) const;
+    void place(const xml::Node& node, const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
+               const std::shared_ptr<PanelConfigInfo>& parentPaneInfo, bool* hasMagicPanels,
+               std::optional<std::string_view> superMagicPanelName,
+               std::optional<std::string_view> superMagicPanelsName) const;
+    std::shared_ptr<PanelConfigInfo> takePanel(
+        const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
+        std::optional<std::string_view> superMagicPanelsName) const;
+    std::shared_ptr<ElementConfigInfo> readElement(const xml::Element& element) const;
+    xml::Element rootOf(std::optional<std::string_view> path) const;
+    xml::Element mergeTemplates(std::optional<std::string_view> basePath,
+                                std::optional<std::string_view> extPath) const;
+    std::shared_ptr<PanelMap> readReusePanels(std::optional<std::string_view> path) const;
+    std::shared_ptr<MagicPanelMap> readMagicPanels(std::optional<std::string_view> path) const;
+    xml::Element expandMagicPanels(std::optional<std::string_view> magicPath,
+                                   std::optional<std::string_view> reusePath) const;
+    static void putMagicPanel(const std::shared_ptr<PanelList>& panels,
+                              const std::shared_ptr<PanelConfigInfo>& panelConfigInfo,
+                              bool& isFind);
+    xml::Element buildPage(std::optional<std::string_view> styleName) const;
+    static std::optional<std::string> wildCardKey(std::string_view value);
+    static void collect(std::string_view nodeName, const xml::Element& rootElement,
+                        std::vector<xml::Element>& resultList);
+
     void keepTemplates(std::optional<std::string_view> basePath,
                        std::optional<std::string_view> extPath);
     void keepMagicMembers(const xml::Element& expanded);
-    void measure(const PanelMap& reusePanels);
-    void measure(const MagicPanelMap& groups);
+    void measure(const std::shared_ptr<PanelMap>& reusePanels);
+    void measure(const std::shared_ptr<MagicPanelMap>& groups);
     bool mayAdd(const Extent& extent, const xml::Node& node, std::string_view attribute,
                 std::string_view value) const;
     bool mayAddPanel(const PanelConfigInfo& panel, const xml::Element& reference,
@@ -244,6 +278,8 @@ private:
     std::shared_ptr<StyleMap> styleInfos_;
     std::shared_ptr<StyleMap> tabStyleInfos_;
     std::shared_ptr<MagicPanelMap> magicPanelInfos_;
+    /// What stands in for the magic panels when memory does not suffice to load any.
+    std::shared_ptr<MagicPanelMap> noMagicPanels_ = std::make_shared<MagicPanelMap>();
     std::shared_ptr<PanelMap> reusePanelInfos_;
     std::shared_ptr<PanelMap> scrollPanelDict_;
     std::vector<xml::Element> templateRoots_;

@@ -2,13 +2,12 @@
 #include "YGConfigManager/net/HttpGet.h"
 
 #include <atomic>
-#include <exception>
 #include <memory>
 #include <sys/types.h>
 #include <unistd.h>
 #include <utility>
 
-#include "YGConfigManager/host/Log.h"
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/net/HttpGetService.h"
 
 namespace yg::net {
@@ -71,8 +70,9 @@ void get(std::string url, GetCompletion completion) noexcept {
         if (!hasEnded) {
             serviceOfProcess().get(std::move(url), std::move(completion));
         }
-    } catch (const std::exception& error) {
-        writeRuntimeLog("network request fail:%@", error.what());
+    } catch (...) {
+        // Nothing was given away yet.
+        refuse(completion);
     }
 }
 

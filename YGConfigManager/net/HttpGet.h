@@ -23,9 +23,9 @@ using GetCompletion =
 
 /// Starts a GET of `url` (http or https) and returns at once, whatever the address is.
 /// `completion` may be null. It is called exactly once, on the background thread, never inside this
-/// call; it is dropped uncalled when the process ends first. All completions run one after the
-/// other: one must not block, nor wait for another request; it may start one. What it throws is
-/// logged.
+/// call unless memory does not suffice to begin; it is dropped uncalled when the process ends
+/// first. All completions run one after the other: one must not block, nor wait for another
+/// request; it may start one. What it throws is logged.
 ///
 /// 64 requests run at a time, the others wait for their turn. In the child of a fork, a request
 /// runs on a thread of the child's own.

@@ -3,13 +3,12 @@
 
 #include <csignal>
 #include <deque>
-#include <exception>
 #include <iterator>
 #include <pthread.h>
 #include <sched.h>
 #include <utility>
 
-#include "YGConfigManager/host/Log.h"
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/net/Transfers.h"
 
 namespace yg::net {
@@ -55,7 +54,7 @@ void HttpGetService::get(std::string url, GetCompletion completion) noexcept {
                 return;
             }
             isFirst = incoming_.empty();
-            incoming_.push_back({std::move(url), std::move(completion)});
+            incoming_.emplace_back() = {std::move(url), std::exchange(completion, nullptr)};
             if (!thread_.joinable()) {
                 startThread();
             }
@@ -64,9 +63,18 @@ void HttpGetService::get(std::string url, GetCompletion completion) noexcept {
         if (isFirst) {
             transfers_->wake();
         }
-    } catch (const std::exception& error) {
-        writeRuntimeLog("network request fail:%@", error.what());
+    } catch (...) {
+        refuse(completion);
     }
+}
+
+void refuse(const GetCompletion& completion) noexcept {
+    logException("network request");
+    guarded("request completion", [&] {
+        if (completion) {
+            completion(std::nullopt, std::nullopt, std::string(outOfMemory));
+        }
+    });
 }
 
 void HttpGetService::stop() noexcept {
@@ -96,12 +104,15 @@ void HttpGetService::run() noexcept {
     const sched_param ordinary{};
     pthread_setschedparam(pthread_self(), SCHED_BATCH, &ordinary);
     std::deque<Request> waiting;
-    while (takeIncoming(waiting)) {
+    while (!isStopping_) {
         try {
+            takeIncoming(waiting);
+            if (isStopping_) {
+                break;
+            }
             while (!waiting.empty() && transfers_->count() < options_.mostTransfers) {
-                Request next = std::move(waiting.front());
+                transfers_->add(waiting.front());
                 waiting.pop_front();
-                transfers_->add(std::move(next));
             }
             for (Ended& ended : transfers_->step()) {
                 complete(std::move(ended));
@@ -109,33 +120,30 @@ void HttpGetService::run() noexcept {
             if (waiting.empty() || transfers_->count() == options_.mostTransfers) {
                 transfers_->wait();
             }
-        } catch (const std::exception& error) {
-            writeRuntimeLog("network thread fail:%@", error.what());
+        } catch (...) {
+            logException("network thread");
+            // Memory may be there again in a moment.
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
         }
     }
     transfers_->clear();
 }
 
-bool HttpGetService::takeIncoming(std::deque<Request>& waiting) {
+void HttpGetService::takeIncoming(std::deque<Request>& waiting) {
     const std::lock_guard lock(mutex_);
     waiting.insert(waiting.end(), std::move_iterator(incoming_.begin()),
                    std::move_iterator(incoming_.end()));
     incoming_.clear();
-    return !isStopping_;
 }
 
 void HttpGetService::complete(Ended ended) const noexcept {
     if (isStopping_ || !ended.request.completion) {
         return;
     }
-    try {
+    guarded("request completion", [&] {
         ended.request.completion(std::move(ended.body), std::move(ended.response),
                                  std::move(ended.error));
-    } catch (const std::exception& error) {
-        writeRuntimeLog("request completion fail:%@", error.what());
-    } catch (...) {
-        writeRuntimeLog("request completion fail:%@", "unknown exception");
-    }
+    });
 }
 
 }  // namespace yg::net

@@ -47,6 +47,9 @@ struct Ended {
     std::optional<std::string> error;
 };
 
+/// Within a handler: logs the exception and ends a request that cannot begin.
+void refuse(const GetCompletion& completion) noexcept;
+
 class Transfers;
 
 class HttpGetService {
@@ -57,8 +60,9 @@ public:
     HttpGetService(const HttpGetService&) = delete;
     HttpGetService& operator=(const HttpGetService&) = delete;
 
-    /// As net::get. Any thread. A stopped service drops the request. Where the system gives no
-    /// thread, that is logged and the request waits for a later one to try again.
+    /// As net::get. Any thread. A stopped service drops the request; one that there is no memory
+    /// for ends inside the call. Where the system gives no thread, that is logged and the request
+    /// waits for a later one to try again.
     void get(std::string url, GetCompletion completion) noexcept;
 
     /// Cuts all transfers, drops their completions and those that wait, and waits for the thread,
@@ -69,7 +73,7 @@ public:
 private:
     void startThread();
     void run() noexcept;
-    bool takeIncoming(std::deque<Request>& waiting);
+    void takeIncoming(std::deque<Request>& waiting);
     void complete(Ended ended) const noexcept;
 
     const HttpGetOptions options_;

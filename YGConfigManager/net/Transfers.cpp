@@ -2,6 +2,7 @@
 #include "YGConfigManager/net/Transfers.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <sys/eventfd.h>
@@ -9,6 +10,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/net/Unpacking.h"
 
 namespace yg::net {
@@ -89,16 +91,21 @@ public:
     Clock::time_point idleEnd() const { return lastArrival_ + options_.idleTime; }
 
     /// `result`: with "ok" the connection has brought as much as it promised.
-    Ended end(CURLcode result) && {
-        std::optional<HttpResponse> response = responseSoFar();
-        if (result == CURLE_OK && hasHeaders_ && (!unpacking_ || unpacking_->isWhole())) {
-            return {std::move(request_), std::move(body_), std::move(response), std::nullopt};
+    Ended end(CURLcode result) && noexcept {
+        try {
+            std::optional<HttpResponse> response = responseSoFar();
+            if (result == CURLE_OK && hasHeaders_ && (!unpacking_ || unpacking_->isWhole())) {
+                return {std::move(request_), std::move(body_), std::move(response), std::nullopt};
+            }
+            std::string error = refusal_;
+            if (error.empty()) {
+                error =
+                    result == CURLE_OK ? "the answer is incomplete" : curl_easy_strerror(result);
+            }
+            return {std::move(request_), std::nullopt, std::move(response), std::move(error)};
+        } catch (...) {
+            return {std::move(request_), std::nullopt, std::nullopt, std::string(outOfMemory)};
         }
-        std::string error = refusal_;
-        if (error.empty()) {
-            error = result == CURLE_OK ? "the answer is incomplete" : curl_easy_strerror(result);
-        }
-        return {std::move(request_), std::nullopt, std::move(response), std::move(error)};
     }
 
     /// Has it end because of its silence.
@@ -316,7 +323,10 @@ int Transfers::onTimer(CURLM*, long milliseconds, void* self) {
     return 0;
 }
 
-void Transfers::add(Request request) {
+void Transfers::add(Request& request) {
+    // Beyond the transfer itself nothing takes memory, so that no request is lost.
+    running_.reserve(running_.size() + 1);
+    unstarted_.reserve(unstarted_.size() + 1);
     auto transfer = std::make_unique<Transfer>(std::move(request), options_, isStopping_, headers_);
     if (transfer->isReady() && multi_ != nullptr &&
         curl_multi_add_handle(multi_, transfer->handle()) == CURLM_OK) {
@@ -335,7 +345,11 @@ void Transfers::act(curl_socket_t socket, int events) {
 }
 
 std::vector<Ended> Transfers::step() {
-    std::vector<Ended> ended = std::exchange(unstarted_, {});
+    // Taken before anything ends, so that nothing that has ended is lost.
+    std::vector<Ended> ended;
+    ended.reserve(unstarted_.size() + running_.size());
+    std::move(unstarted_.begin(), unstarted_.end(), std::back_inserter(ended));
+    unstarted_.clear();
     for (const pollfd& one : std::exchange(ready_, {})) {
         if (one.revents != 0) {
             act(one.fd, ((one.revents & (POLLIN | POLLHUP)) != 0 ? CURL_CSELECT_IN : 0) |

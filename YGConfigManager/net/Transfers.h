@@ -32,8 +32,9 @@ public:
 
     std::size_t count() const { return running_.size(); }
 
-    /// Starts a transfer; one that cannot start ends with the next step.
-    void add(Request request);
+    /// Takes a request and starts its transfer; one that cannot start ends with the next step.
+    /// Without memory it throws and leaves the request with the caller.
+    void add(Request& request);
 
     /// Does what can be done without waiting and answers what has ended.
     std::vector<Ended> step();

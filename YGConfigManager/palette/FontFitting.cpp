@@ -3,6 +3,8 @@
 // Fonts by name, and a font shrunk until a text fits a width.
 #include <limits>
 
+#include "YGConfigManager/graphics/FontServices.h"
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 
 namespace yg {
@@ -18,24 +20,24 @@ std::int32_t truncated(double size) {
     return size < Limits::max() ? static_cast<std::int32_t>(size) : Limits::max();
 }
 
-}  // namespace
-
-Font YGPaletteLoad::fontWithName(const std::optional<std::string_view>& face, double size) {
-    if (auto font = face ? Font::named(*face, size) : std::nullopt)
+/// As fontWithName, but throws std::bad_alloc.
+Font fontOrSystem(const std::optional<std::string_view>& face, double size) {
+    FontServices& services = FontServices::shared();
+    if (auto font = face ? services.named(*face, size) : std::nullopt)
         return *std::move(font);
-    return Font::system(size);
+    return services.system(size);
 }
 
-Font YGPaletteLoad::fixFontWithFont(const Font& font,
-                                    const std::optional<std::string_view>& stringValue,
-                                    double width) {
+Font fixed(const Font& font, const std::optional<std::string_view>& stringValue, double width) {
     const std::int32_t size = truncated(font.pointSize());
     if (size <= 0)
         return font;
     const auto candidate = [&](std::int32_t points) {
-        return fontWithName(font.faceName(), points);
+        return fontOrSystem(font.faceName(), points);
     };
-    const auto fits = [&](const Font& tried) { return width > tried.widthOf(stringValue) + slack; };
+    const auto fits = [&](const Font& tried) {
+        return width > FontServices::widthOf(tried, stringValue) + slack;
+    };
     Font whole = candidate(size);
     if (size == 1 || fits(whole))
         return whole;
@@ -49,6 +51,21 @@ Font YGPaletteLoad::fixFontWithFont(const Font& font,
         (fits(candidate(middle)) ? small : large) = middle;
     }
     return candidate(small);
+}
+
+}  // namespace
+
+Font YGPaletteLoad::fontWithName(const std::optional<std::string_view>& face, double size) {
+    if (auto font = face ? Font::named(*face, size) : std::nullopt)
+        return *std::move(font);
+    return Font::system(size);
+}
+
+Font YGPaletteLoad::fixFontWithFont(const Font& font,
+                                    const std::optional<std::string_view>& stringValue,
+                                    double width) {
+    return guarded(
+        "fit font", [&] { return fixed(font, stringValue, width); }, font);
 }
 
 }  // namespace yg

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 
 namespace yg {
@@ -52,9 +53,11 @@ std::shared_ptr<ImageList> YGPaletteLoad::getImagesByImageAndGroupCount(
     const std::optional<Image>& image, std::uint64_t groupCount) {
     if (!image || groupCount == 0)
         return nullptr;
-    auto pieces = listFor(*image, groupCount);
-    forEachPiece(*image, groupCount, [&](const Image& piece) { pieces->push_back(piece); });
-    return pieces;
+    return guarded("cut image", [&] {
+        auto pieces = listFor(*image, groupCount);
+        forEachPiece(*image, groupCount, [&](const Image& piece) { pieces->push_back(piece); });
+        return pieces;
+    });
 }
 
 std::optional<Image> YGPaletteLoad::getImageFromOriImageByScale(const std::optional<Image>& image,
@@ -90,20 +93,23 @@ std::shared_ptr<ImageList> YGPaletteLoad::getImagesInGroupByScale(const std::opt
                                                                   double scaleValue) {
     if (!image || groupCount == 0 || !(scaleValue > 0))
         return nullptr;
-    auto pieces = listFor(*image, groupCount);
-    // A narrow strip would otherwise give each of its columns as many pixels as an image may have.
-    std::size_t pixels = 0;
-    std::size_t pixelsOfOne = 0;
-    forEachPiece(*image, groupCount, [&](const Image& piece) {
-        if (pixels + pixelsOfOne > Image::maximumPixels)
-            return;
-        if (auto scaled = getImageFromOriImageByScale(piece, scaleType, scaleValue)) {
-            pixelsOfOne = scaled->pixelWidth() * scaled->pixelHeight();
-            pixels += pixelsOfOne;
-            pieces->push_back(*std::move(scaled));
-        }
+    return guarded("cut image", [&] {
+        auto pieces = listFor(*image, groupCount);
+        // A narrow strip would otherwise give each of its columns as many pixels as an image may
+        // have.
+        std::size_t pixels = 0;
+        std::size_t pixelsOfOne = 0;
+        forEachPiece(*image, groupCount, [&](const Image& piece) {
+            if (pixels + pixelsOfOne > Image::maximumPixels)
+                return;
+            if (auto scaled = getImageFromOriImageByScale(piece, scaleType, scaleValue)) {
+                pixelsOfOne = scaled->pixelWidth() * scaled->pixelHeight();
+                pixels += pixelsOfOne;
+                pieces->push_back(*std::move(scaled));
+            }
+        });
+        return pieces;
     });
-    return pieces;
 }
 
 }  // namespace yg

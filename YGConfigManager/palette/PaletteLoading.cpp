@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "YGConfigManager/diagnostics/Reporter.h"
+#include "YGConfigManager/graphics/FontServices.h"
 #include "YGConfigManager/graphics/ImageFileReader.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
@@ -235,7 +236,7 @@ void loadKeyNames(const Reporter& reporter, const xml::Element& section,
 
 }  // namespace
 
-bool YGPaletteLoad::loadConfig(std::int8_t style) {
+bool YGPaletteLoad::readConfig(std::int8_t style) {
     static const xml::Query colors("/ROOT/SWPALETTE/COLORES");
     static const xml::Query keyColors("/ROOT/SWPALETTE/APP_MAP/COLORES");
     static const xml::Query fonts("/ROOT/SWPALETTE/FONTS");
@@ -249,8 +250,7 @@ bool YGPaletteLoad::loadConfig(std::int8_t style) {
         reporter.report(rules::noPalettePath, {}, {}, std::to_string(style));
         return false;
     }
-    reporter.reading(*path);
-    const xml::ParseResult parsed = xml::Document::parseFile(*path, reporter.parseOptions());
+    const xml::ParseResult parsed = reporter.parseFile(*path);
     if (!parsed) {
         writeRuntimeLog("load palette config fail:%@", parsed.error);
         reporter.report(rules::unreadableFile, {}, {}, parsed.error);
@@ -259,31 +259,26 @@ bool YGPaletteLoad::loadConfig(std::int8_t style) {
     const xml::Document& document = parsed.document;
     reportDocument(reporter, document.root());
 
-    customColors_ = {};
     if (const auto section = firstSection(reporter, document, colors))
-        loadColor(section);
-    keyColorNames_ = {};
+        readColors(section);
     if (const auto section = firstSection(reporter, document, keyColors))
-        loadKeyColorName(section);
+        readKeyColors(section);
     // The next two lines are written when the section is there, and not when it is missing, as the
     // interface has it.
-    customFonts_ = {};
     if (const auto section = firstSection(reporter, document, fonts)) {
         writeRuntimeLog("palette fonts is empty");
-        loadFont(section);
+        readFonts(section);
     }
-    keyFontNames_ = {};
     if (const auto section = firstSection(reporter, document, keyFonts)) {
         writeRuntimeLog("palette font names is empty");
-        loadKeyFontName(section);
+        readKeyFonts(section);
     }
-    customImages_ = {};
     if (const auto section = firstSection(reporter, document, images))
-        loadImage(section);
+        readImages(section);
     return true;
 }
 
-void YGPaletteLoad::loadColor(const xml::Element& section) {
+void YGPaletteLoad::readColors(const xml::Element& section) {
     constexpr float full = 255;
     const Reporter reporter(sink_);
     for (const xml::Element& element : entriesOf(reporter, section)) {
@@ -296,19 +291,19 @@ void YGPaletteLoad::loadColor(const xml::Element& section) {
         const auto color =
             Color::sRGB(entry.red / full, entry.green / full, entry.blue / full, entry.alpha);
         const bool replaces =
-            customColors_.set(*entry.name, colorOrSubstitute(color, curColorPalatteStyle_));
+            maps_.customColors.set(*entry.name, colorOrSubstitute(color, curColorPalatteStyle_));
         reportColor(reporter, element);
         if (replaces)
             reporter.report(rules::duplicatePaletteName, element, "NAME", *entry.name);
     }
 }
 
-void YGPaletteLoad::loadKeyColorName(const xml::Element& section) {
-    loadKeyNames(Reporter(sink_), section, customColors_, keyColorNames_,
+void YGPaletteLoad::readKeyColors(const xml::Element& section) {
+    loadKeyNames(Reporter(sink_), section, maps_.customColors, maps_.keyColorNames,
                  rules::unknownPaletteColor);
 }
 
-void YGPaletteLoad::loadFont(const xml::Element& section) {
+void YGPaletteLoad::readFonts(const xml::Element& section) {
     const Reporter reporter(sink_);
     for (const xml::Element& element : entriesOf(reporter, section)) {
         const FontEntry entry = read(element, fontAttributes);
@@ -316,20 +311,22 @@ void YGPaletteLoad::loadFont(const xml::Element& section) {
             reporter.report(rules::paletteEntryWithoutName, element);
             continue;
         }
-        const auto named = entry.face ? Font::named(*entry.face, entry.height) : std::nullopt;
+        FontServices& services = FontServices::shared();
+        const auto named = entry.face ? services.named(*entry.face, entry.height) : std::nullopt;
         const bool replaces =
-            customFonts_.set(*entry.name, named ? *named : Font::system(entry.height));
+            maps_.customFonts.set(*entry.name, named ? *named : services.system(entry.height));
         reportFont(reporter, element, entry, named.has_value());
         if (replaces)
             reporter.report(rules::duplicatePaletteName, element, "NAME", *entry.name);
     }
 }
 
-void YGPaletteLoad::loadKeyFontName(const xml::Element& section) {
-    loadKeyNames(Reporter(sink_), section, customFonts_, keyFontNames_, rules::unknownPaletteFont);
+void YGPaletteLoad::readKeyFonts(const xml::Element& section) {
+    loadKeyNames(Reporter(sink_), section, maps_.customFonts, maps_.keyFontNames,
+                 rules::unknownPaletteFont);
 }
 
-void YGPaletteLoad::loadImage(const xml::Element& section) {
+void YGPaletteLoad::readImages(const xml::Element& section) {
     if (!section)
         return;
     const Reporter reporter(sink_);
@@ -340,7 +337,7 @@ void YGPaletteLoad::loadImage(const xml::Element& section) {
     }
     // A name whose image cannot be loaded ends without one, whatever it had before.
     RecordMap<std::optional<Image>> images;
-    for (const auto& [name, image] : customImages_)
+    for (const auto& [name, image] : maps_.customImages)
         images.set(name, image);
     ImageFileReader reader;
     for (const xml::Element& element : entriesOf(reporter, section)) {
@@ -361,10 +358,10 @@ void YGPaletteLoad::loadImage(const xml::Element& section) {
         if (images.set(*entry.name, std::move(image)))
             reporter.report(rules::duplicatePaletteName, element, "NAME", *entry.name);
     }
-    customImages_ = {};
+    maps_.customImages = {};
     for (const auto& [name, image] : images) {
         if (image)
-            customImages_.set(name, *image);
+            maps_.customImages.set(name, *image);
     }
 }
 

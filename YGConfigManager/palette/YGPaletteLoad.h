@@ -6,7 +6,9 @@
 //
 // One thread at a time uses a loader: a switch clears and refills what the lookups answer from. The
 // static operations are safe from any thread. Nothing is thrown: a file that cannot be read is
-// logged as "load palette config fail:" with the reason and leaves everything as it was.
+// logged as "load palette config fail:" with the reason and leaves everything as it was; so it is
+// when memory does not suffice. Pieces and scalings for which it does not suffice are missing,
+// logged too.
 #pragma once
 
 #include <cstdint>
@@ -57,7 +59,8 @@ public:
     /// Switches to another theme: loads its palette now, on this thread, and posts
     /// YGUIOverallStyleDidChangeNotification later, from the main queue (host/MainQueue.h), which
     /// keeps the loader alive until then. Nothing happens for the current style; when the palette
-    /// cannot be loaded, everything stays as it was and nothing is posted.
+    /// cannot be loaded or the queue does not take the task, everything stays as it was and nothing
+    /// is posted.
     void reloadPaletteWithOtherStyle(std::int8_t style);
 
     /// The style that was loaded last.
@@ -125,7 +128,8 @@ public:
     /// The font shrunk until the text fits: of its face, in the largest size of whole points, not
     /// above its own, at which `width` exceeds the width of the text by more than 1 point, and in
     /// the size 1 when there is none. A fraction of the font's size is dropped even when the text
-    /// fits already. A font of less than 1 point comes back as it is; an absent text is 0 wide.
+    /// fits already. A font of less than 1 point comes back as it is, as any font does when memory
+    /// does not suffice; an absent text is 0 wide.
     static Font fixFontWithFont(const Font& font,
                                 const std::optional<std::string_view>& stringValue, double width);
 
@@ -159,19 +163,19 @@ public:
     // ----
 
     /// Colours by name.
-    const PaletteColors& customColors() const { return customColors_; }
+    const PaletteColors& customColors() const { return maps_.customColors; }
 
     /// Names of colours by application key.
-    const PaletteNames& keyColorNames() const { return keyColorNames_; }
+    const PaletteNames& keyColorNames() const { return maps_.keyColorNames; }
 
     /// Fonts by name.
-    const PaletteFonts& customFonts() const { return customFonts_; }
+    const PaletteFonts& customFonts() const { return maps_.customFonts; }
 
     /// Names of fonts by application key.
-    const PaletteNames& keyFontNames() const { return keyFontNames_; }
+    const PaletteNames& keyFontNames() const { return maps_.keyFontNames; }
 
     /// Images by name.
-    const PaletteImages& customImages() const { return customImages_; }
+    const PaletteImages& customImages() const { return maps_.customImages; }
 
     /// Who hears of what later loads pass over; null, the default, for nobody. It must outlive the
     /// loader's use of it.
@@ -180,11 +184,26 @@ public:
 private:
     YGPaletteLoad(std::int8_t style, DiagnosticsSink* sink);
 
-    PaletteColors customColors_;
-    PaletteNames keyColorNames_;
-    PaletteFonts customFonts_;
-    PaletteNames keyFontNames_;
-    PaletteImages customImages_;
+    struct Maps {
+        PaletteColors customColors;
+        PaletteNames keyColorNames;
+        PaletteFonts customFonts;
+        PaletteNames keyFontNames;
+        PaletteImages customImages;
+    };
+
+    template <class Map, class Step>
+    static void change(Map& map, Step step);
+
+    // The steps, which throw std::bad_alloc.
+    bool readConfig(std::int8_t style);
+    void readColors(const xml::Element& section);
+    void readKeyColors(const xml::Element& section);
+    void readFonts(const xml::Element& section);
+    void readKeyFonts(const xml::Element& section);
+    void readImages(const xml::Element& section);
+
+    Maps maps_;
     std::int8_t curColorPalatteStyle_;  // spelt so in the interface
     DiagnosticsSink* sink_;
 };

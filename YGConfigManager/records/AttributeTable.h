@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -76,8 +77,13 @@ constexpr bool isTrueText(std::string_view value) {
 /// The rows of a table are made by these, from the record's setter.
 template <auto setter, class Record>
 constexpr AttributeRow<Record> textRow(std::string_view name, std::string_view field) {
-    return {name, field, AttributeKind::text, "absent",
-            [](Record& record, std::string_view value) { (record.*setter)(std::string(value)); }};
+    return {name, field, AttributeKind::text, "absent", [](Record& record, std::string_view value) {
+                using Answer = decltype((record.*setter)(std::string(value)));
+                if constexpr (std::is_void_v<Answer>)
+                    (record.*setter)(std::string(value));
+                else if (!(record.*setter)(std::string(value)))
+                    throw std::bad_alloc();
+            }};
 }
 
 template <auto setter, class Record>

@@ -7,6 +7,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/servers/RandomSource.h"
 #include "YGConfigManager/servers/YGServerAddrListTag.h"
 #include "YGConfigManager/text/Format.h"
@@ -29,18 +30,22 @@ const Address& AddressChoice::draw() const {
 }
 
 std::string YGServerAddrListTag::changeIpByPercentNew(const std::vector<std::string>* items) {
-    AddressChoice choice;
-    if (items) {
-        for (const std::string& item : *items)
-            choice.add(item);
-    }
-    if (choice.empty())
-        return "";
-    const Address& chosen = choice.draw();
-    return text::format("%@:%@", chosen.host, chosen.port);
+    return guarded("choose server address", [items]() -> std::string {
+        AddressChoice choice;
+        if (items) {
+            for (const std::string& item : *items)
+                choice.add(item);
+        }
+        if (choice.empty())
+            return "";
+        const Address& chosen = choice.draw();
+        return text::format("%@:%@", chosen.host, chosen.port);
+    });
 }
 
-std::string YGServerAddrListTag::changeIpByPercent(const std::vector<std::string>* items) {
+namespace {
+
+std::string chooseByPercent(const std::vector<std::string>* items) {
     if (!items || items->empty())
         return "";
     std::unordered_map<std::string_view, std::uint64_t> totals;
@@ -64,6 +69,12 @@ std::string YGServerAddrListTag::changeIpByPercent(const std::vector<std::string
             return std::string(host);
     }
     return "";
+}
+
+}  // namespace
+
+std::string YGServerAddrListTag::changeIpByPercent(const std::vector<std::string>* items) {
+    return guarded("choose server address", [items] { return chooseByPercent(items); });
 }
 
 }  // namespace yg

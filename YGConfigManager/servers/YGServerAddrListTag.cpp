@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "YGConfigManager/diagnostics/Reporter.h"
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/servers/AddressChoice.h"
 #include "YGConfigManager/servers/ServerAttributes.h"
@@ -144,8 +145,12 @@ void readEntry(const Reporter& reporter, const xml::Element& element, Servers& s
         // Widened with its sign: a negative port is kept as its two's complement.
         const auto port =
             static_cast<std::uint64_t>(std::int64_t{text::leadingInt32(address.port)});
-        servers.list->push_back(
-            YGServerAddrTag::initWithServerAddrInfo(name, address.host, port, key));
+        auto server = std::make_shared<YGServerAddrTag>();
+        server->setServerName(std::string(name));
+        server->setIpAddr(std::string(address.host));
+        server->setServerPort(port);
+        server->setServerKey(key);
+        servers.list->push_back(std::move(server));
     });
     if (isCut)
         reporter.report(rules::tooManyServers, element);
@@ -155,14 +160,30 @@ void readEntry(const Reporter& reporter, const xml::Element& element, Servers& s
 
 std::shared_ptr<YGServerAddrListTag> YGServerAddrListTag::initWithServerType(
     std::uint64_t serverType, const xml::Element& rootElement, DiagnosticsSink* sink) {
-    auto group = std::make_shared<YGServerAddrListTag>();
-    group->serverType_ = serverType;
-    group->loadServerGroupCfg(rootElement, sink);
-    return group;
+    return guarded("load server group", [&] {
+        return std::make_shared<YGServerAddrListTag>(read(serverType, rootElement, sink));
+    });
 }
 
 void YGServerAddrListTag::loadServerGroupCfg(const xml::Element& rootElement,
                                              DiagnosticsSink* sink) {
+    guarded("load server group", [&] {
+        YGServerAddrListTag group = *this;
+        group.readGroup(rootElement, sink);
+        *this = std::move(group);
+    });
+}
+
+YGServerAddrListTag YGServerAddrListTag::read(std::uint64_t serverType,
+                                              const xml::Element& rootElement,
+                                              DiagnosticsSink* sink) {
+    YGServerAddrListTag group;
+    group.serverType_ = serverType;
+    group.readGroup(rootElement, sink);
+    return group;
+}
+
+void YGServerAddrListTag::readGroup(const xml::Element& rootElement, DiagnosticsSink* sink) {
     // A type beyond the signed numbers is written as a negative one.
     const std::string query =
         text::format("/application/server[@type=%ld]", static_cast<std::int64_t>(serverType_));

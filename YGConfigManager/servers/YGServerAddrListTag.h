@@ -32,8 +32,8 @@ public:
     static constexpr std::size_t mostFurtherServers = 250'000;
     static constexpr std::size_t mostFurtherBytes = std::size_t{16} * 1024 * 1024;
 
-    /// A new group for a server type, filled by loadServerGroupCfg; never null. An empty element
-    /// leaves all but the type unset.
+    /// A new group for a server type, filled by loadServerGroupCfg; null only when memory does not
+    /// suffice. An empty element leaves all but the type unset.
     static std::shared_ptr<YGServerAddrListTag> initWithServerType(std::uint64_t serverType,
                                                                    const xml::Element& rootElement,
                                                                    DiagnosticsSink* sink = nullptr);
@@ -41,14 +41,14 @@ public:
     /// Fills description, domain and servers from the first "server" of this group's type in the
     /// document that holds the element given. Without one nothing is set. Each name of an entry
     /// gives a server with an address of its own, drawn from all of the entry's; an entry without
-    /// key, name, addrs or any usable address gives none. What is passed over is reported to the
-    /// sink, if there is one.
+    /// key, name, addrs or any usable address gives none. What has no effect is reported to
+    /// the sink, if there is one. Nothing is set when memory does not suffice.
     void loadServerGroupCfg(const xml::Element& rootElement, DiagnosticsSink* sink = nullptr);
 
     /// One "host:port" of the items, each with the same chance. An item is host:port or
     /// weight:host:port, whose weight is not used and whose further parts are ignored; others are
     /// passed over. "" when no item can be used and for a null list. A single usable item is
-    /// answered without drawing a random number.
+    /// answered without drawing a random number. "" when memory does not suffice, here and below.
     static std::string changeIpByPercentNew(const std::vector<std::string>* items);
 
     /// The older choice by weight, kept for hosts; the library does not call it. The first part of
@@ -80,6 +80,11 @@ public:
     void setServerType(std::uint64_t type) { serverType_ = type; }
 
 private:
+    friend class YGServerCfgLoader;
+    static YGServerAddrListTag read(std::uint64_t serverType, const xml::Element& rootElement,
+                                    DiagnosticsSink* sink);
+    void readGroup(const xml::Element& rootElement, DiagnosticsSink* sink);
+
     std::optional<std::string> serverDescription_;
     std::optional<std::string> glooxDomain_;
     std::shared_ptr<ServerAddrList> serverAddrList_;

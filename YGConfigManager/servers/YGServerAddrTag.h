@@ -19,7 +19,7 @@ namespace yg {
 
 class YG_EXPORT YGServerAddrTag {
 public:
-    /// A new record with these four values, unchanged.
+    /// A new record with these four values, unchanged; null when memory does not suffice.
     static std::shared_ptr<YGServerAddrTag> initWithServerAddrInfo(
         std::optional<std::string_view> serverName, std::optional<std::string_view> serverAddr,
         std::uint64_t serverPort, std::int32_t serverKey);

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
 
+#include <array>
+#include <cstddef>
+
 #include "YGConfigManager/diagnostics/Reporter.h"
 #include "YGConfigManager/files/AtomicWrite.h"
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 #include "YGConfigManager/servers/ServerAttributes.h"
@@ -12,6 +16,10 @@
 namespace yg {
 
 namespace {
+
+// The style files' words, and a part of the interface.
+constexpr std::string_view loadName = "load style config";
+constexpr std::string_view deliverName = "set style config";
 
 std::string_view freeFileName(bool isGray) {
     return isGray ? "skeleton_gray_v1.xml" : "skeleton_v1.xml";
@@ -37,6 +45,12 @@ struct YGServerCfgLoader::GroupRow {
     Group YGServerCfgLoader::*group;
 };
 
+/// One document, before it counts.
+struct YGServerCfgLoader::Loaded {
+    std::optional<std::string> md5;
+    std::array<Group, 7> groups;
+};
+
 /// In the order in which the groups are built, and draw their random numbers.
 constexpr YGServerCfgLoader::GroupRow YGServerCfgLoader::groupRows[] = {
     {1, &YGServerCfgLoader::appServerAddrListTag_},
@@ -53,7 +67,11 @@ YGServerCfgLoader::YGServerCfgLoader(bool isGray, DiagnosticsSink* sink)
 
 std::shared_ptr<YGServerCfgLoader> YGServerCfgLoader::initWithIsGray(bool isGray,
                                                                      DiagnosticsSink* sink) {
-    std::shared_ptr<YGServerCfgLoader> loader(new YGServerCfgLoader(isGray, sink));
+    const auto loader = guarded(loadName, [&] {
+        return std::shared_ptr<YGServerCfgLoader>(new YGServerCfgLoader(isGray, sink));
+    });
+    if (!loader)
+        return nullptr;
     loader->initConfigFilePath(isGray);
     if (!loader->configPath_)
         return nullptr;
@@ -84,27 +102,33 @@ void YGServerCfgLoader::reloadFreeRightServerConfig() {
 
 /// Loads the file at `configPath`; an absent or empty path is that of a missing file.
 void YGServerCfgLoader::loadFile() {
-    const Reporter reporter(sink_);
-    const std::string path = configPath_.value_or("");
-    reporter.reading(path);
-    const xml::ParseResult parsed = xml::Document::parseFile(path, reporter.parseOptions());
-    if (!parsed) {
-        // The style files' words, and a part of the interface.
-        writeRuntimeLog("load style config fail:%@", parsed.error);
-        reporter.report(rules::unreadableFile, {}, {}, parsed.error);
-        return;
-    }
-    loadServerCfg(parsed.document);
+    guarded(loadName, [this] {
+        const Reporter reporter(sink_);
+        const xml::ParseResult parsed =
+            reporter.parseFile(configPath_ ? std::string_view(*configPath_) : "");
+        if (!parsed) {
+            writeRuntimeLog("load style config fail:%@", parsed.error);
+            reporter.report(rules::unreadableFile, {}, {}, parsed.error);
+            return;
+        }
+        take(read(parsed.document.root()));
+    });
 }
 
 bool YGServerCfgLoader::reloadServerConfigWithData(std::optional<std::string_view> data,
                                                    std::string_view serverConfigMd5) {
+    return guarded(deliverName, [&] { return deliver(data, serverConfigMd5); });
+}
+
+bool YGServerCfgLoader::deliver(std::optional<std::string_view> data,
+                                std::string_view serverConfigMd5) {
     const Reporter reporter(sink_);
     if (!data || data->empty()) {
         reporter.report(rules::unreadableDelivery, {});
         return false;
     }
-    xml::ParseResult parsed = xml::Document::parseBytes(*data, reporter.parseOptions());
+    xml::ParseResult parsed =
+        orOutOfMemory(xml::Document::parseBytes(*data, reporter.parseOptions()));
     if (!parsed) {
         writeRuntimeLog("set style config fail:%@", parsed.error);
         reporter.report(rules::unreadableDelivery, {}, {}, parsed.error);
@@ -114,12 +138,12 @@ bool YGServerCfgLoader::reloadServerConfigWithData(std::optional<std::string_vie
     if (const auto md5 = root.attribute("md5"))
         reporter.report(rules::replacedMd5, root, "md5", *md5);
     root.setAttribute("md5", serverConfigMd5);
-    if (!loadServerCfg(parsed.document))
-        return false;
+    Loaded loaded = read(root);
+    const std::string bytes = parsed.document.serialise(xml::Form::pretty);
+    take(std::move(loaded));
 
     const auto path = storagePath(currentFileName(isGrayScaleUser_), true);
     writeRuntimeLog("(Login Server)reloadServerConfigWithData(%@)", path);
-    const std::string bytes = parsed.document.serialise(xml::Form::pretty);
     // What was delivered counts from now on, whether or not the next start will find it.
     if (path && !bytes.empty())
         files::writeFileAtomically(*path, bytes);
@@ -127,14 +151,33 @@ bool YGServerCfgLoader::reloadServerConfigWithData(std::optional<std::string_vie
 }
 
 bool YGServerCfgLoader::loadServerCfg(const xml::Document& document) {
-    const xml::Element root = document.root();
-    if (!root)
-        return false;
-    readAttributes(root, applicationAttributes, *this);
+    return guarded(loadName, [&] {
+        const xml::Element root = document.root();
+        if (!root)
+            return false;
+        take(read(root));
+        return true;
+    });
+}
+
+/// What a document loads, from a root element.
+YGServerCfgLoader::Loaded YGServerCfgLoader::read(const xml::Element& root) const {
+    Loaded loaded;
+    YGServerCfgLoader attributes(isGrayScaleUser_, nullptr);
+    readAttributes(root, applicationAttributes, attributes);
+    loaded.md5 = std::move(attributes.configMd5_);
     reportDocument(root);
-    for (const GroupRow& row : groupRows)
-        this->*row.group = YGServerAddrListTag::initWithServerType(row.type, root, sink_);
-    return true;
+    for (std::size_t i = 0; i < loaded.groups.size(); ++i)
+        loaded.groups[i] = std::make_shared<YGServerAddrListTag>(
+            YGServerAddrListTag::read(groupRows[i].type, root, sink_));
+    return loaded;
+}
+
+void YGServerCfgLoader::take(Loaded loaded) noexcept {
+    if (loaded.md5)
+        configMd5_ = std::move(loaded.md5);
+    for (std::size_t i = 0; i < loaded.groups.size(); ++i)
+        this->*groupRows[i].group = std::move(loaded.groups[i]);
 }
 
 YGServerCfgLoader::Group YGServerCfgLoader::listTagWithServerType(std::uint64_t serverType) const {

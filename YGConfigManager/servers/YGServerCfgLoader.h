@@ -5,7 +5,8 @@
 //
 // One thread at a time uses a loader: nobody may read its groups while another thread reloads.
 // Nothing is thrown: a file that cannot be read is logged as "load style config fail:" with the
-// reason and leaves everything as it was. Every load draws the servers' addresses anew.
+// reason and leaves everything as it was; so it is when memory does not suffice. Every load draws
+// the servers' addresses anew.
 #pragma once
 
 #include <cstdint>
@@ -29,8 +30,8 @@ public:
     using Group = std::shared_ptr<YGServerAddrListTag>;
 
     /// A loader with its file loaded; `isGray` says whether the user belongs to the grey-release
-    /// group. Null when the host answers no path for the file. When the file is missing, as with an
-    /// empty path, or not XML the loader has no groups.
+    /// group. Null when the host answers no path for the file, or without memory for a loader. When
+    /// the file is missing, as with an empty path, or not XML the loader has no groups.
     static std::shared_ptr<YGServerCfgLoader> initWithIsGray(bool isGray,
                                                              DiagnosticsSink* sink = nullptr);
 
@@ -49,8 +50,8 @@ public:
     /// Applies a configuration that was delivered as XML bytes: its groups replace all groups,
     /// `serverConfigMd5` becomes `configMd5` and the root's "md5", in the place of one that is
     /// there. Then saves it as the file for the right level as it is now; `configPath` stays.
-    /// False, with nothing changed or written, when the bytes are absent, empty or not XML. True
-    /// once it is applied, also when it could not be saved.
+    /// False, with nothing changed or written, when the bytes are absent, empty or not XML, or when
+    /// memory does not suffice. True once it is applied, also when it could not be saved.
     bool reloadServerConfigWithData(std::optional<std::string_view> data,
                                     std::string_view serverConfigMd5);
 
@@ -114,12 +115,16 @@ public:
     void setDiagnosticsSink(DiagnosticsSink* sink) { sink_ = sink; }
 
 private:
+    struct Loaded;
     struct GroupRow;
     static const GroupRow groupRows[];
 
     YGServerCfgLoader(bool isGray, DiagnosticsSink* sink);
 
     void loadFile();
+    bool deliver(std::optional<std::string_view> data, std::string_view serverConfigMd5);
+    Loaded read(const xml::Element& root) const;
+    void take(Loaded loaded) noexcept;
     void reportDocument(const xml::Element& root) const;
 
     std::optional<std::string> configPath_;

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/settings/Transport.h"
 
+#include <memory>
 #include <mutex>
 #include <utility>
+
+#include "YGConfigManager/host/Immortal.h"
 
 namespace yg {
 
@@ -10,16 +13,15 @@ namespace {
 
 struct InstalledTransport {
     std::mutex mutex;
-    Transport transport;
+    std::shared_ptr<const Transport> transport;  // so that using it takes no memory
 };
 
-// Never destroyed: a completion may start a request while the process ends.
 InstalledTransport& installedTransport() {
-    static InstalledTransport& installed = *new InstalledTransport;
-    return installed;
+    static Immortal<InstalledTransport> installed;
+    return *installed;
 }
 
-Transport currentTransport() {
+std::shared_ptr<const Transport> currentTransport() {
     InstalledTransport& installed = installedTransport();
     const std::lock_guard lock(installed.mutex);
     return installed.transport;
@@ -28,16 +30,18 @@ Transport currentTransport() {
 }  // namespace
 
 void startGet(std::string url, net::GetCompletion completion) {
-    if (const Transport transport = currentTransport())
-        transport(std::move(url), std::move(completion));
+    if (const auto transport = currentTransport())
+        (*transport)(std::move(url), std::move(completion));
     else
         net::get(std::move(url), std::move(completion));
 }
 
 Transport setTransport(Transport transport) {
     InstalledTransport& installed = installedTransport();
+    auto next = transport ? std::make_shared<const Transport>(std::move(transport)) : nullptr;
     const std::lock_guard lock(installed.mutex);
-    return std::exchange(installed.transport, std::move(transport));
+    installed.transport.swap(next);
+    return next ? *next : nullptr;
 }
 
 }  // namespace yg

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,8 +23,7 @@ bool isBlank(char c) {
 
 std::string jsonOf(const JsonValue& value) {
     std::string text;
-    value.appendTo(text);
-    return text;
+    return value.appendTo(text) ? text : throw std::bad_alloc();
 }
 
 const JsonValue* memberOf(const JsonValue::Object& object, std::string_view name) {

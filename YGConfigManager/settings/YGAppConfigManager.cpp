@@ -2,11 +2,11 @@
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 
 #include <algorithm>
-#include <exception>
 #include <utility>
 #include <vector>
 
 #include "YGConfigManager/diagnostics/Reporter.h"
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/settings/SettingsRules.h"
 #include "YGConfigManager/settings/Storage.h"
 #include "YGConfigManager/xml/Query.h"
@@ -46,10 +46,15 @@ std::string itemPath(std::string_view section, std::string_view item) {
 }
 
 /// False if the file was not written although there is something to write.
-bool save(const xml::Document& document, std::optional<std::string_view> fileName) {
+bool save(const std::string& bytes, std::optional<std::string_view> fileName) {
     const std::optional<std::string> path = storagePath(fileName, true);
-    const std::string bytes = document.serialise(xml::Form::pretty);
     return bytes.empty() || writeStoredFile(path, bytes);
+}
+
+/// What a store answers when memory does not suffice for a copy of its own; nobody can change it.
+const xml::Document& documentWithoutRoot() {
+    static const auto& document = *new xml::Document;
+    return document;
 }
 
 bool isElementName(std::string_view name) {
@@ -109,25 +114,27 @@ std::optional<std::string> YGAppConfigManager::pathToRead(
 
 std::shared_ptr<YGAppConfigManager> YGAppConfigManager::initWithFileName(
     std::optional<std::string_view> fileName, DiagnosticsSink* sink) {
-    const auto path = pathToRead(fileName);
-    if (!path)
-        return nullptr;
-    return std::shared_ptr<YGAppConfigManager>(new YGAppConfigManager(*fileName, *path, sink));
+    return guarded("load app config", [&]() -> std::shared_ptr<YGAppConfigManager> {
+        const auto path = pathToRead(fileName);
+        if (!path)
+            return nullptr;
+        return std::shared_ptr<YGAppConfigManager>(new YGAppConfigManager(*fileName, *path, sink));
+    });
 }
 
 YGAppConfigManager::YGAppConfigManager(std::string_view fileName, const std::string& path,
                                        DiagnosticsSink* sink)
     : fileName_(fileName), sink_(sink) {
+    documentWithoutRoot();
     const Reporter reporter(sink);
-    reporter.reading(path);
-    const xml::ParseResult parsed = xml::Document::parseFile(path, reporter.parseOptions());
+    const xml::ParseResult parsed = reporter.parseFile(path);
     if (!parsed)
         reporter.report(rules::unreadableFile, {}, {}, parsed.error);
     else if (reporter)
         reportSettings(parsed.document.root(), reporter);
     // What a sink keeps must not change with the store.
     docment_ = reporter ? parsed.document.copy() : parsed.document;
-    indexAll();
+    texts_ = indexOf(docment_);
 }
 
 std::optional<std::string> YGAppConfigManager::getFilePath(std::optional<std::string_view> fileName,
@@ -136,8 +143,13 @@ std::optional<std::string> YGAppConfigManager::getFilePath(std::optional<std::st
 }
 
 xml::Document YGAppConfigManager::docment() const {
-    const std::lock_guard lock(lock_);
-    return docment_.copy();
+    return guarded(
+        "copy app config",
+        [this] {
+            const std::lock_guard lock(lock_);
+            return docment_.copy();
+        },
+        documentWithoutRoot());
 }
 
 std::optional<std::string> YGAppConfigManager::getItemText(
@@ -145,7 +157,8 @@ std::optional<std::string> YGAppConfigManager::getItemText(
     const std::optional<std::string_view>& itemName) const {
     if (!section || section->empty() || !itemName || itemName->empty())
         return std::nullopt;
-    try {
+    // Out of memory: as if there were no such item.
+    return guarded("read app config", [&]() -> std::optional<std::string> {
         if (isPlainName(*section) && isPlainName(*itemName)) {
             const std::lock_guard lock(lock_);
             const std::shared_ptr<Texts>* const texts = texts_.find(*section);
@@ -161,10 +174,7 @@ std::optional<std::string> YGAppConfigManager::getItemText(
         const std::lock_guard lock(lock_);
         const std::vector<xml::Node> found = docment_.query(query);
         return found.empty() ? std::nullopt : std::optional(found.front().stringValue());
-    } catch (const std::exception&) {
-        // Out of memory: as if there were no such item.
-        return std::nullopt;
-    }
+    });
 }
 
 bool YGAppConfigManager::setConfigItem(const std::optional<std::string_view>& section,
@@ -173,96 +183,103 @@ bool YGAppConfigManager::setConfigItem(const std::optional<std::string_view>& se
                                        const std::optional<std::string_view>& itemText) {
     if (!section || !itemName || section->empty() || !itemText || itemName->empty())
         return false;
-    bool isChanged = false;
     bool isSaved = true;
     bool isLost = false;
-    {
+    const bool isChanged = guarded("change app config", [&] {
         const std::lock_guard lock(lock_);
-        isChanged = change(*section, *itemName, itemDescription, *itemText);
-        if (isChanged) {
-            isSaved = save(docment_, fileName_);
+        const std::optional<std::string> bytes =
+            change(*section, *itemName, itemDescription, *itemText);
+        if (bytes) {
+            isSaved = save(*bytes, fileName_);
             isLost = docment_.root().name() != rootName;
         }
-    }
-    const Reporter reporter(sink_);
-    for (const std::string_view name : {*section, *itemName}) {
-        if (reporter && !isChanged && !isElementName(name))
-            reporter.report(rules::noElementName, {}, {}, name);
-    }
-    if (isLost)
-        reporter.report(rules::lostSetting, {}, {}, itemPath(*section, *itemName));
-    if (!isSaved)
-        reporter.report(rules::unsavedFile, {}, {}, fileName_);
+        return bytes.has_value();
+    });
+    // What is done is done, whatever becomes of the reports.
+    guarded("report app config", [&] {
+        const Reporter reporter(sink_);
+        for (const std::string_view name : {*section, *itemName}) {
+            if (reporter && !isChanged && !isElementName(name))
+                reporter.report(rules::noElementName, {}, {}, name);
+        }
+        if (isLost)
+            reporter.report(rules::lostSetting, {}, {}, itemPath(*section, *itemName));
+        if (!isSaved)
+            reporter.report(rules::unsavedFile, {}, {}, fileName_);
+    });
     return isChanged;
 }
 
-/// Under the lock.
-bool YGAppConfigManager::change(std::string_view section, std::string_view item,
-                                const std::optional<std::string_view>& description,
-                                std::string_view text) {
-    std::string stored;
-    {
-        // Nothing is changed before it is clear that everything can be.
-        xml::Element made = xml::Element::create(isElementName(item) ? item : "any");
-        made.setContent(text);
-        if (description && !description->empty())
-            made.setAttribute("description", *description);
-        if (!canBeReadAgain(made.serialise()))
-            return false;
-        stored = made.stringValue();
-        const std::vector<xml::Node> items = docment_.query(queryFor(section, item));
-        if (!items.empty()) {
-            if (!xml::Element(items.front()).setContent(text))
-                return false;
-        } else {
-            const std::vector<xml::Node> sections = docment_.query(queryFor(section));
-            xml::Element parent =
-                sections.empty() ? xml::Element::create(section) : xml::Element(sections.front());
-            if (!parent || made.name() != item)
-                return false;
-            if (sections.empty())
-                parent = xml::Element(docment_.root().appendChild(parent));
-            parent.appendChild(made);
-        }
+/// Under the lock. Answers the whole file as it is now; absent, with nothing changed, when the item
+/// cannot be stored.
+std::optional<std::string> YGAppConfigManager::change(
+    std::string_view section, std::string_view item,
+    const std::optional<std::string_view>& description, std::string_view text) {
+    // Nothing is changed before it is clear that everything can be.
+    xml::Element made = xml::Element::create(isElementName(item) ? item : "any");
+    made.setContent(text);
+    if (description && !description->empty())
+        made.setAttribute("description", *description);
+    if (!canBeReadAgain(made.serialise()))
+        return std::nullopt;
+    std::string stored = made.stringValue();
+    xml::Document changed = docment_.copy();
+    const std::vector<xml::Node> items = changed.query(queryFor(section, item));
+    if (!items.empty()) {
+        if (!xml::Element(items.front()).setContent(text))
+            return std::nullopt;
+    } else {
+        const std::vector<xml::Node> sections = changed.query(queryFor(section));
+        xml::Element parent =
+            sections.empty() ? xml::Element::create(section) : xml::Element(sections.front());
+        if (!parent || made.name() != item)
+            return std::nullopt;
+        if (sections.empty())
+            parent = xml::Element(changed.root().appendChild(parent));
+        parent.appendChild(made);
     }
-    docment_.releaseRemoved();
+    std::optional bytes = changed.serialise(xml::Form::pretty);
     if (!isPlainName(section) || !isPlainName(item))
-        indexAll();
-    else if (docment_.root().name() == rootName)
-        textsOf(section).set(item, std::move(stored));
-    return true;
+        texts_ = indexOf(changed);
+    else if (changed.root().name() == rootName)
+        textsOf(section, texts_).set(item, std::move(stored));
+    std::swap(docment_, changed);
+    return bytes;
 }
 
 /// The index of a section, made if there is none.
-YGAppConfigManager::Texts& YGAppConfigManager::textsOf(std::string_view section) {
-    const std::shared_ptr<Texts>* const found = texts_.find(section);
+YGAppConfigManager::Texts& YGAppConfigManager::textsOf(std::string_view section, Index& index) {
+    const std::shared_ptr<Texts>* const found = index.find(section);
     if (found)
         return **found;
     auto made = std::make_shared<Texts>();
-    texts_.set(section, made);
+    index.set(section, made);
     return *made;
 }
 
-void YGAppConfigManager::indexAll() {
-    texts_ = {};
-    const xml::Element root = docment_.root();
+YGAppConfigManager::Index YGAppConfigManager::indexOf(const xml::Document& document) {
+    Index index;
+    const xml::Element root = document.root();
     if (root.name() != rootName)
-        return;
+        return index;
     for (const xml::Node& section : root.children()) {
         if (!section.isElement())
             continue;
-        Texts& texts = textsOf(section.name());
+        Texts& texts = textsOf(section.name(), index);
         for (const xml::Node& item : xml::Element(section).children()) {
             if (item.isElement() && !texts.contains(item.name()))
                 texts.set(item.name(), item.stringValue());
         }
     }
+    return index;
 }
 
 void YGAppConfigManager::saveAppConfigFile(const xml::Document* document,
                                            std::optional<std::string_view> fileName) const {
-    if (document)
-        save(*document, fileName);
+    guarded("save app config", [&] {
+        if (document)
+            save(document->serialise(xml::Form::pretty), fileName);
+    });
 }
 
 }  // namespace yg

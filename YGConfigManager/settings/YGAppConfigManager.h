@@ -16,6 +16,9 @@
 //
 // Any thread may read and write items at the same time. Two stores of one file do not see each
 // other's changes, and the one that writes last wins: make one store and share it.
+//
+// Nothing is thrown: when memory does not suffice, which is logged, there is no store, no item, no
+// change or a document without a root element.
 #pragma once
 
 #include <memory>
@@ -90,17 +93,20 @@ protected:
 private:
     using Texts = RecordMap<std::string>;
 
-    bool change(std::string_view section, std::string_view item,
-                const std::optional<std::string_view>& description, std::string_view text);
-    void indexAll();
-    Texts& textsOf(std::string_view section);
+    using Index = RecordMap<std::shared_ptr<Texts>>;
+
+    std::optional<std::string> change(std::string_view section, std::string_view item,
+                                      const std::optional<std::string_view>& description,
+                                      std::string_view text);
+    static Texts& textsOf(std::string_view section, Index& index);
+    static Index indexOf(const xml::Document& document);
 
     xml::Document docment_;
     const std::string fileName_;
     /// Guards `docment_` and `texts_`.
     mutable std::mutex lock_;
     /// What a query by two plain names finds: the first text of each item, by section.
-    RecordMap<std::shared_ptr<Texts>> texts_;
+    Index texts_;
     DiagnosticsSink* const sink_;
 };
 

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 
-#include <exception>
+#include <new>
 #include <utility>
 
 #include "YGConfigManager/diagnostics/Reporter.h"
 #include "YGConfigManager/files/ReadFile.h"
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Host.h"
+#include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/settings/SettingsRules.h"
 #include "YGConfigManager/settings/Storage.h"
@@ -41,23 +43,39 @@ std::optional<std::string> digestOf(const std::shared_ptr<const YGHttpReqUrlMode
 YGHttpReqUrlMgr::~YGHttpReqUrlMgr() = default;
 
 const std::shared_ptr<YGHttpReqUrlMgr>& YGHttpReqUrlMgr::shared() {
-    // Never destroyed: a download may end while the process does.
-    static const auto& manager = *new std::shared_ptr<YGHttpReqUrlMgr>(init());
-    return manager;
+    static Immortal<std::shared_ptr<YGHttpReqUrlMgr>> none;
+    return *guarded(
+        "load request urls",
+        [] {
+            // Without memory for it the next call tries again.
+            static Immortal<std::shared_ptr<YGHttpReqUrlMgr>> manager([] {
+                auto made = init();
+                return made ? made : throw std::bad_alloc();
+            }());
+            return &*manager;
+        },
+        &*none);
 }
 
 std::shared_ptr<YGHttpReqUrlMgr> YGHttpReqUrlMgr::init(DiagnosticsSink* sink) {
     auto manager = make(sink);
-    manager->readUrlModelFromFile();
-    manager->updateHttpReqUrls();
+    if (manager) {
+        manager->readUrlModelFromFile();
+        manager->updateHttpReqUrls();
+    }
     return manager;
 }
 
 std::shared_ptr<YGHttpReqUrlMgr> YGHttpReqUrlMgr::make(DiagnosticsSink* sink) {
-    return std::make_shared<YGHttpReqUrlMgr>(Key(), sink);
+    return guarded("load request urls",
+                   [sink] { return std::make_shared<YGHttpReqUrlMgr>(Key(), sink); });
 }
 
 void YGHttpReqUrlMgr::readUrlModelFromFile() {
+    guarded("load request urls", [this] { read(); });
+}
+
+void YGHttpReqUrlMgr::read() {
     const Reporter reporter(sink_);
     const std::optional<std::string> path = storagePath(listFileName, false);
     writeBusCommonLogInside("%s L%d filePath: %@", readName, 71, path);
@@ -73,27 +91,33 @@ void YGHttpReqUrlMgr::readUrlModelFromFile() {
         reporter.report(rules::unreadableUrlList, {}, {}, file.error);
         return;
     }
-    const std::shared_ptr<const YGHttpReqUrlModel> model =
-        YGHttpReqUrlModel::modelWithJSON(file.bytes);
+    const std::shared_ptr<const YGHttpReqUrlModel> model = YGHttpReqUrlModel::read(file.bytes);
     urlModel_.store(model);
     writeBusCommonLogInside("%s L%d _urlModel.Md5: %@", readName, 91, digestOf(model));
     reportUrlList(file.bytes, reporter);
 }
 
 void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
-    const std::string server = configServer();
-    if (server.empty()) {
-        if (ended)
-            ended();
-        return;
-    }
-    requestUrl("http://" + server + std::string(listUrlPath),
-               [self = shared_from_this(), ended = std::move(ended)](
-                   const std::optional<std::string>& body, const auto&...) {
-                   self->take(body);
-                   if (ended)
-                       ended();
-               });
+    const bool isStarted = guarded("download request urls", [&] {
+        const std::string server = configServer();
+        if (server.empty())
+            return false;
+        std::string url = "http://" + server + std::string(listUrlPath);
+        // Memory is taken before `ended` is given away.
+        auto finish = std::make_shared<std::function<void()>>();
+        net::GetCompletion completion = [self = shared_from_this(), finish](
+                                            const std::optional<std::string>& body,
+                                            const auto&...) {
+            guarded("download request urls", [&] { self->take(body); });
+            if (*finish)
+                (*finish)();
+        };
+        *finish = std::exchange(ended, nullptr);
+        startGet(std::move(url), std::move(completion));
+        return true;
+    });
+    if (!isStarted && ended)
+        ended();
 }
 
 /// Takes what was downloaded. Neither status nor error count: any body that can be read does.
@@ -102,7 +126,7 @@ void YGHttpReqUrlMgr::take(const std::optional<std::string>& body) {
     if (!body)
         return;
     reportUrlList(*body, reporter);
-    std::shared_ptr<const YGHttpReqUrlModel> model = YGHttpReqUrlModel::modelWithJSON(*body);
+    std::shared_ptr<const YGHttpReqUrlModel> model = YGHttpReqUrlModel::read(*body);
     const std::optional<std::string> digest = digestOf(model);
     if (!digest || digest->empty())
         return;
@@ -119,27 +143,36 @@ void YGHttpReqUrlMgr::take(const std::optional<std::string>& body) {
     writeBusCommonLogInside("%s L%d newMd5Value : [%@]; oldMd5Value : [%@]", takeName, 110, digest,
                             currentDigest);
     // The next start begins with the old list when it cannot be written; this one goes on.
-    if (!writeStoredFile(path, *body))
-        reporter.report(rules::unsavedFile, {}, {}, *path);
+    const bool isSaved = writeStoredFile(path, *body);
     urlModel_.store(std::move(model));
+    if (!isSaved)
+        reporter.report(rules::unsavedFile, {}, {}, *path);
 }
 
 std::optional<std::string> YGHttpReqUrlMgr::httpReqUrlStringWithUrlKey(
     const std::optional<std::string_view>& urlKey) const {
-    const std::shared_ptr<const YGHttpReqUrlModel> model = urlModel_.load();
-    const auto entries = model && urlKey ? model->urlConfigs() : nullptr;
-    if (entries) {
-        for (const std::shared_ptr<YGHttpUrlConfigModel>& entry : *entries) {
-            if (entry->urlKey() && *entry->urlKey() == *urlKey)
-                return entry->urlValue();
+    return guarded("read request urls", [&]() -> std::optional<std::string> {
+        const std::shared_ptr<const YGHttpReqUrlModel> model = urlModel_.load();
+        const auto entries = model && urlKey ? model->urlConfigs() : nullptr;
+        if (entries) {
+            for (const std::shared_ptr<YGHttpUrlConfigModel>& entry : *entries) {
+                if (entry->urlKey() && *entry->urlKey() == *urlKey)
+                    return entry->urlValue();
+            }
         }
-    }
-    Reporter(sink_).report(rules::unknownUrlKey, {}, {}, urlKey.value_or(""));
-    return std::nullopt;
+        Reporter(sink_).report(rules::unknownUrlKey, {}, {}, urlKey.value_or(""));
+        return std::nullopt;
+    });
 }
 
 void YGHttpReqUrlMgr::requestUrl(std::string_view url, Finish finish) const {
-    startGet(std::string(url), std::move(finish));
+    const bool isStarted = guarded("request url", [&] {
+        std::string address(url);
+        startGet(std::move(address), std::exchange(finish, nullptr));
+        return true;
+    });
+    if (!isStarted && finish)
+        finish(std::nullopt, std::nullopt, std::string(outOfMemory));
 }
 
 }  // namespace yg

@@ -5,7 +5,9 @@
 // another digest takes the place of the list and of the file, byte for byte.
 //
 // Any thread may call. A lookup works on the list that it finds when it begins; a download replaces
-// the list in one step, on the network service's thread. Nothing waits for the network.
+// the list in one step, on the network service's thread. Nothing waits for the network. Nothing is
+// thrown: when memory does not suffice, which is logged, there is no manager or no address, and a
+// list stays as it is.
 #pragma once
 
 #include <functional>
@@ -35,7 +37,7 @@ public:
                            std::optional<std::string> error)>;
 
     /// The one manager of the process, made by init() at the first call, also when several threads
-    /// call at the same time.
+    /// call at the same time. Null while memory does not suffice for it.
     static const std::shared_ptr<YGHttpReqUrlMgr>& shared();
 
     /// A manager that has read the stored file and has started a download, which it does not wait
@@ -59,7 +61,7 @@ public:
     /// list and stored file if it has a digest, and another one than the list. Anything else
     /// changes nothing. Without a configuration download server nothing is downloaded. `ended`, if
     /// there is one, is called once when all this has ended, on the network's thread; inside the
-    /// call when there is no server. The manager is held until then.
+    /// call when there is no server or no memory to begin. The manager is held until then.
     void updateHttpReqUrls(std::function<void()> ended = nullptr);
 
     /// The address of the first entry with exactly this key; absent when it has none, when there is
@@ -69,12 +71,14 @@ public:
 
     /// Starts a GET of an http or https address and returns at once. `finish`, if there is one, is
     /// called once, on the network's thread; it must not block there, and may start a request.
+    /// Without memory to begin it is called inside this call.
     void requestUrl(std::string_view url, Finish finish) const;
 
     /// The list; null when there is none. It stays as it is, another one takes its place.
     std::shared_ptr<const YGHttpReqUrlModel> urlModel() const { return urlModel_.load(); }
 
 private:
+    void read();
     void take(const std::optional<std::string>& body);
 
     AtomicReference<const YGHttpReqUrlModel> urlModel_;

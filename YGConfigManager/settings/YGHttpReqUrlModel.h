@@ -24,7 +24,7 @@ public:
     using List = ModelList<YGHttpUrlConfigModel>;
 
     /// A list from the JSON text of a stored file or a download, its entries converted; null when
-    /// the bytes are no JSON object.
+    /// the bytes are no JSON object and when memory does not suffice.
     static std::shared_ptr<YGHttpReqUrlModel> modelWithJSON(std::string_view bytes);
 
     /// The digest that names this version of the list: compared, never computed. Absent when the
@@ -39,7 +39,7 @@ public:
     /// The entries as records; null when they are absent or not converted.
     std::shared_ptr<const List::Items> urlConfigs() const { return urlConfigList_.items(); }
 
-    /// The list as JSON text.
+    /// The list as JSON text; "" when memory does not suffice.
     std::string description() const;
 
     /// The members that JSON fills.
@@ -49,6 +49,10 @@ public:
     }
 
 private:
+    friend class YGHttpReqUrlMgr;
+    /// As modelWithJSON, but throws std::bad_alloc.
+    static std::shared_ptr<YGHttpReqUrlModel> read(std::string_view bytes);
+
     std::optional<std::string> md5Value_;
     List urlConfigList_;
 };

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "YGConfigManager/diagnostics/Reporter.h"
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/settings/SettingsRules.h"
 #include "YGConfigManager/settings/Storage.h"
@@ -95,15 +96,16 @@ std::shared_ptr<YGWebPageUrlConfig> YGWebPageUrlConfig::initWithFileName(
     const std::optional<std::string> path = getFilePath(fileName, false);
     if (!path || path->empty())
         return nullptr;
-    return std::shared_ptr<YGWebPageUrlConfig>(new YGWebPageUrlConfig(*fileName, *path, sink));
+    return guarded("load web pages", [&] {
+        return std::shared_ptr<YGWebPageUrlConfig>(new YGWebPageUrlConfig(*fileName, *path, sink));
+    });
 }
 
 YGWebPageUrlConfig::YGWebPageUrlConfig(std::string_view fileName, const std::string& path,
                                        DiagnosticsSink* sink)
     : fileName_(fileName), sink_(sink) {
     const Reporter reporter(sink);
-    reporter.reading(path);
-    const xml::ParseResult parsed = xml::Document::parseFile(path, reporter.parseOptions());
+    const xml::ParseResult parsed = reporter.parseFile(path);
     if (!parsed)
         reporter.report(rules::unreadableFile, {}, {}, parsed.error);
     else if (reporter)
@@ -139,7 +141,8 @@ std::string YGWebPageUrlConfig::getWebPageUrlByKey(
     }
     if (address)
         return std::move(*address);
-    Reporter(sink_).report(rules::unknownWebPage, {}, {}, key.value_or(""));
+    guarded("report web pages",
+            [&] { Reporter(sink_).report(rules::unknownWebPage, {}, {}, key.value_or("")); });
     return "about:blank";
 }
 
@@ -157,10 +160,13 @@ std::optional<std::string> YGWebPageUrlConfig::find(std::string_view key) const 
 }
 
 bool YGWebPageUrlConfig::replaceDataFromServer(std::optional<std::string_view> text) {
+    return guarded("replace web pages", [&] { return replace(text.value_or("")); });
+}
+
+bool YGWebPageUrlConfig::replace(std::string_view text) {
     const Reporter reporter(sink_);
-    const std::optional<std::string> escaped = replaceSubstring(text, "&", "&amp;");
-    const xml::ParseResult parsed =
-        xml::Document::parseText(escaped.value_or(""), reporter.parseOptions());
+    const xml::ParseResult parsed = orOutOfMemory(
+        xml::Document::parseText(text::replaceAll(text, "&", "&amp;"), reporter.parseOptions()));
     if (!parsed) {
         reporter.report(rules::unreadableWebPages, {}, {}, parsed.error);
         return false;
@@ -173,19 +179,23 @@ bool YGWebPageUrlConfig::replaceDataFromServer(std::optional<std::string_view> t
     // A table that replaces this one meanwhile may have been written before it: then once more.
     while (written != current) {
         const std::optional<std::string> path = getFilePath(fileName_, true);
-        xml::Document document;
+        xml::Document document = parsed.document;
         {
             const std::lock_guard lock(lock_);
             document = docment_;
             written = generation_;
         }
-        const std::string bytes = document.serialise(xml::Form::pretty);
-        isWritten = !bytes.empty() && canBeReadAgain(bytes) && writeStoredFile(path, bytes);
+        isWritten = guarded("write web pages", [&] {
+            const std::string bytes = document.serialise(xml::Form::pretty);
+            return !bytes.empty() && canBeReadAgain(bytes) && writeStoredFile(path, bytes);
+        });
         const std::lock_guard lock(lock_);
         current = generation_;
     }
-    if (!isWritten)
-        reporter.report(rules::unsavedFile, {}, {}, fileName_);
+    guarded("report web pages", [&] {
+        if (!isWritten)
+            reporter.report(rules::unsavedFile, {}, {}, fileName_);
+    });
     return isWritten;
 }
 
@@ -200,9 +210,11 @@ std::uint64_t YGWebPageUrlConfig::install(xml::Document document) {
 
 std::optional<std::string> YGWebPageUrlConfig::replaceSubstring(
     std::optional<std::string_view> text, std::string_view target, std::string_view replacement) {
-    if (!text || target.empty() || text->find(target) == std::string_view::npos)
-        return text ? std::optional(std::string(*text)) : std::nullopt;
-    return text::replaceAllIgnoringCase(*text, target, replacement);
+    return guarded("replace text", [&]() -> std::optional<std::string> {
+        if (!text || target.empty() || text->find(target) == std::string_view::npos)
+            return text ? std::optional(std::string(*text)) : std::nullopt;
+        return text::replaceAllIgnoringCase(*text, target, replacement);
+    });
 }
 
 }  // namespace yg

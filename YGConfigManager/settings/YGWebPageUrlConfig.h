@@ -7,6 +7,7 @@
 //   </urls>
 //
 // that a server may replace as a whole. Any thread may look up, and replace, at the same time.
+// Nothing is thrown: when memory does not suffice, which is logged, there is no table or no change.
 #pragma once
 
 #include <cstdint>
@@ -44,14 +45,14 @@ public:
     /// Replaces the table by a new one in XML, in whose addresses "&" stands for itself (also in
     /// "&amp;", which therefore stays as it is in the address), and rewrites the file: whoever
     /// looks, also after a crash, finds the old one or the new one. Of several replacements at the
-    /// same time the file ends as the table does. False when the text is not well-formed, with
-    /// nothing changed, and when the file could not be written, with the new table in place. Waits
-    /// for the disk; lookups do not.
+    /// same time the file ends as the table does. False when the text is not well-formed or memory
+    /// does not suffice for the table, with nothing changed, and when the file could not be
+    /// written, with the new table in place. Waits for the disk; lookups do not.
     bool replaceDataFromServer(std::optional<std::string_view> text);
 
     /// The text with each occurrence of the target replaced, in one pass from left to right. Letter
     /// case does not count, but there must be one occurrence in which it agrees; otherwise, and for
-    /// an absent text, the text as it is.
+    /// an absent text, the text as it is. Absent as well when memory does not suffice.
     static std::optional<std::string> replaceSubstring(std::optional<std::string_view> text,
                                                        std::string_view target,
                                                        std::string_view replacement);
@@ -73,6 +74,7 @@ private:
     YGWebPageUrlConfig(std::string_view fileName, const std::string& path, DiagnosticsSink* sink);
 
     std::optional<std::string> find(std::string_view key) const;
+    bool replace(std::string_view text);
     std::uint64_t install(xml::Document document);
 
     xml::Document docment_;

@@ -94,8 +94,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         lookUpAll(*table, *next, keys);
     } else {
         require(saved == stored, "a refused table is not saved");
-        require(table->docment().serialise(xml::Form::pretty) == tree,
-                "a refused table changes nothing");
+        // A table that cannot be saved is in place all the same.
+        const auto text = YGWebPageUrlConfig::replaceSubstring(replacement, "&", "&amp;");
+        const xml::ParseResult parsed = xml::Document::parseText(*text);
+        require(table->docment().serialise(xml::Form::pretty) ==
+                    (parsed ? parsed.document.serialise(xml::Form::pretty) : tree),
+                "a table that is not well-formed changes nothing");
     }
     replaceTexts(keys);
     return 0;

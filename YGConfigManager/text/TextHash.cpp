@@ -2,7 +2,7 @@
 #include "YGConfigManager/text/TextHash.h"
 
 #include <array>
-#include <stdlib.h>
+#include <cstdlib>
 
 namespace yg::text {
 

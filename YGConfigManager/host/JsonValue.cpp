@@ -12,6 +12,7 @@
 
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/text/Format.h"
+#include "YGConfigManager/text/Numbers.h"
 #include "YGConfigManager/text/Utf8.h"
 
 namespace yg {
@@ -19,6 +20,7 @@ namespace yg {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+constexpr std::string_view outOfRange = "number out of range";
 
 /// "line L, column C: what" for the byte at `offset`; columns count characters.
 std::string located(std::string_view bytes, std::size_t offset, std::string_view what) {
@@ -59,6 +61,81 @@ std::string decimalOf(double number) {
     return {digits, end};
 }
 
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+/// A number of JSON at the beginning of a text: how long it is, 0 when there is none, and whether
+/// it has a point or an exponent. One that breaks off behind either counts up to there.
+struct Written {
+    std::size_t size;
+    bool isDecimal;
+};
+
+Written writtenNumber(std::string_view text) {
+    const auto afterDigits = [&](std::size_t at) {
+        while (at < text.size() && isDigit(text[at]))
+            ++at;
+        return at;
+    };
+    const std::size_t first = text.starts_with('-') ? 1 : 0;
+    std::size_t end = text.substr(first).starts_with('0') ? first + 1 : afterDigits(first);
+    const std::size_t whole = end;
+    if (end == first)
+        return {0, false};
+    if (text.substr(end).starts_with('.')) {
+        const std::size_t point = end;
+        end = afterDigits(point + 1);
+        if (end == point + 1)
+            return {point, false};
+    }
+    if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+        std::size_t digits = end + 1;
+        if (digits < text.size() && (text[digits] == '+' || text[digits] == '-'))
+            ++digits;
+        if (afterDigits(digits) == digits)
+            return {end, false};
+        end = afterDigits(digits);
+    }
+    return {end, end != whole};
+}
+
+/// The next number with a point or an exponent, outside of texts; empty when there is none.
+std::string_view nextDecimal(std::string_view bytes, std::size_t at) {
+    while (at < bytes.size()) {
+        if (bytes[at] == '"') {
+            for (++at; at < bytes.size() && bytes[at] != '"'; ++at)
+                at += bytes[at] == '\\' ? 1 : 0;
+        } else if (const Written number = writtenNumber(bytes.substr(at)); number.size > 0) {
+            if (number.isDecimal)
+                return bytes.substr(at, number.size);
+            at += number.size;
+            continue;
+        }
+        ++at;
+    }
+    return {};
+}
+
+std::size_t offsetIn(std::string_view bytes, std::string_view part) {
+    return static_cast<std::size_t>(part.data() - bytes.data());
+}
+
+/// The text as the reader gets it. The reader converts numbers by the locale, which another thread
+/// may change meanwhile; so each one with a point or an exponent becomes a 0 of its sign and
+/// length.
+std::string withoutDecimals(std::string_view bytes) {
+    std::string text(bytes);
+    for (std::string_view decimal = nextDecimal(bytes, 0); !decimal.empty();) {
+        const std::size_t end = offsetIn(bytes, decimal) + decimal.size();
+        const std::size_t size = decimal.size() - (decimal.starts_with('-') ? 1 : 0);
+        text.replace(end - size, size, size, '0');
+        text[end - size + 1] = 'e';
+        decimal = nextDecimal(bytes, end);
+    }
+    return text;
+}
+
 }  // namespace
 
 /// Builds values from the events of the JSON reader. The reader keeps no call stack, and neither
@@ -73,12 +150,23 @@ public:
 
     bool null() { return add(JsonValue()); }
     bool boolean(bool value) { return add(made(value)); }
-    bool number_integer(std::int64_t value) { return addNumber(std::to_string(value)); }
+    // Only what begins with a minus sign arrives here.
+    bool number_integer(std::int64_t value) {
+        return addNumber(value == 0 ? "-0" : std::to_string(value));
+    }
     bool number_unsigned(std::uint64_t value) { return addNumber(std::to_string(value)); }
-    bool number_float(double value, const std::string& written) {
+    bool number_float(double /*value*/, const std::string& written) {
         // A whole number too large for 64 bits arrives here; its digits are all kept.
-        const bool isWhole = written.find_first_not_of("-0123456789") == std::string::npos;
-        return addNumber(isWhole ? written : decimalOf(value));
+        if (written.find('e') == std::string::npos)
+            return addNumber(written);
+        const std::string_view decimal = nextDecimal(bytes_, place_);
+        place_ = offsetIn(bytes_, decimal) + decimal.size();
+        const double value = text::readLeadingDouble(decimal).value;
+        if (std::isinf(value)) {
+            error_ = located(bytes_, place_ - 1, outOfRange);
+            return false;
+        }
+        return addNumber(decimalOf(value));
     }
     bool string(std::string& value) { return add(made(std::move(value))); }
     bool binary(nlohmann::json::binary_t& /*value*/) { return false; }
@@ -103,7 +191,7 @@ public:
         constexpr int numberOverflow = 406;
         const std::size_t offset = position == 0 ? 0 : position - 1;
         error_ = located(bytes_, offset,
-                         exception.id == numberOverflow ? "number out of range"
+                         exception.id == numberOverflow ? outOfRange
                          : offset >= bytes_.size()      ? "the text ends too early"
                                                         : "not valid JSON");
         return false;
@@ -157,6 +245,7 @@ private:
     }
 
     std::string_view bytes_;
+    std::size_t place_ = 0;  ///< where the search for the next decimal number begins
     std::vector<Level> levels_;
     std::size_t count_ = 0;
     std::optional<JsonValue> root_;
@@ -173,7 +262,7 @@ JsonValue::Parsed JsonValue::parse(std::string_view bytes) noexcept {
             return {std::nullopt, located(bytes, nul, "not valid JSON")};
         }
         JsonBuilder builder(bytes);
-        const bool isWhole = nlohmann::json::sax_parse(bytes, &builder);
+        const bool isWhole = nlohmann::json::sax_parse(withoutDecimals(bytes), &builder);
         Parsed parsed = std::move(builder).result();
         if (!isWhole) {
             // A value that was complete before text behind it turned out to be wrong.

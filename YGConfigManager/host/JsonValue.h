@@ -52,8 +52,9 @@ public:
 
     /// The number in decimal: a whole number with all its digits, any other in the shortest form
     /// that reads back to the same double, with an exponent below 0.0001 and from 1e17 on ("1.50"
-    /// is "1.5", "1e5" is "100000"). A null pointer for any other kind. Lives as long as this
-    /// value.
+    /// is "1.5", "1e5" is "100000"). What is too small for a double is "0" or "-0"; the minus sign
+    /// of a 0 is kept. The locale has no say. A null pointer for any other kind. Lives as long as
+    /// this value.
     const std::string* number() const;
 
     /// The list; null for any other kind.

@@ -55,7 +55,8 @@ public:
     /// an item is the weight and the second the host, so that of host:port the port is answered; an
     /// item of one part is a host of weight 0. Answers a host without port, the first item as it
     /// stands when the weights add up to 0, or "" when no host qualifies and for a null or empty
-    /// list. The chances are not the percentages. Draws from rand().
+    /// list. The chances are not the percentages, and the later hosts of a list that was made for
+    /// one hash have none. Draws from rand().
     static std::string changeIpByPercent(const std::vector<std::string>* items);
 
     /// The group's description ("name"); absent when the group or the attribute is missing.

@@ -211,7 +211,7 @@ std::uint64_t YGWebPageUrlConfig::install(xml::Document document) {
 std::optional<std::string> YGWebPageUrlConfig::replaceSubstring(
     std::optional<std::string_view> text, std::string_view target, std::string_view replacement) {
     return guarded("replace text", [&]() -> std::optional<std::string> {
-        if (!text || target.empty() || text->find(target) == std::string_view::npos)
+        if (!text || target.empty() || text::findText(*text, target) == std::string_view::npos)
             return text ? std::optional(std::string(*text)) : std::nullopt;
         return text::replaceAllIgnoringCase(*text, target, replacement);
     });

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
+#include <optional>
 #include <vector>
 
 #include "YGConfigManager/text/CaseFolding.h"
@@ -87,22 +89,52 @@ private:
     std::size_t matched_ = 0;
 };
 
+/// Where an occurrence begins and ends.
+struct Occurrence {
+    std::size_t begin;
+    std::size_t end;
+};
+
+/// The text with the replacement in each place that `next` answers: the first one from an offset
+/// on.
+template <class Next>
+std::string replaced(std::string_view text, std::string_view replacement, Next next) {
+    std::string out;
+    std::size_t copied = 0;
+    while (const std::optional<Occurrence> found = next(copied)) {
+        out += text.substr(copied, found->begin - copied);
+        out += replacement;
+        copied = found->end;
+    }
+    out += text.substr(copied);
+    return out;
+}
+
 }  // namespace
+
+std::size_t findText(std::string_view text, std::string_view target, std::size_t from) {
+    // The view's own search compares the whole target at each place, which is best for short ones.
+    constexpr std::size_t longestShort = 64;
+    if (target.size() <= longestShort)
+        return text.find(target, from);
+    if (from > text.size() || text.size() - from < target.size())
+        return std::string_view::npos;
+    const void* const found =
+        ::memmem(text.data() + from, text.size() - from, target.data(), target.size());
+    return found ? static_cast<std::size_t>(static_cast<const char*>(found) - text.data())
+                 : std::string_view::npos;
+}
 
 std::string replaceAll(std::string_view text, std::string_view target,
                        std::string_view replacement) {
-    if (target.empty()) {
+    if (target.empty())
         return std::string(text);
-    }
-    std::string out;
-    for (std::size_t found = text.find(target); found != std::string_view::npos;
-         found = text.find(target)) {
-        out += text.substr(0, found);
-        out += replacement;
-        text.remove_prefix(found + target.size());
-    }
-    out += text;
-    return out;
+    return replaced(text, replacement, [&](std::size_t from) -> std::optional<Occurrence> {
+        const std::size_t found = findText(text, target, from);
+        if (found == std::string_view::npos)
+            return std::nullopt;
+        return Occurrence{found, found + target.size()};
+    });
 }
 
 std::string replaceAllIgnoringCase(std::string_view text, std::string_view target,
@@ -110,20 +142,16 @@ std::string replaceAllIgnoringCase(std::string_view text, std::string_view targe
     if (!hasCase(target))
         return replaceAll(text, target, replacement);
     Search search(target);
-    std::string out;
-    std::size_t copied = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const Folded folded = firstFolded(text.substr(at));
-        const bool isComplete = search.take(folded.character, at);
-        at += folded.size;
-        if (isComplete) {
-            out += text.substr(copied, search.start() - copied);
-            out += replacement;
-            copied = at;
+    return replaced(text, replacement, [&](std::size_t from) -> std::optional<Occurrence> {
+        while (from < text.size()) {
+            const Folded folded = firstFolded(text.substr(from));
+            const bool isComplete = search.take(folded.character, from);
+            from += folded.size;
+            if (isComplete)
+                return Occurrence{search.start(), from};
         }
-    }
-    out += text.substr(copied);
-    return out;
+        return std::nullopt;
+    });
 }
 
 }  // namespace yg::text

@@ -103,9 +103,22 @@ TEST(JsonValue, KeepsNumbersAsShortDecimalText) {
              Row{"1e17", "1e+17"},
              Row{"1.7976931348623157e308", "1.7976931348623157e+308"},
              Row{"0.0", "0"},
+             Row{"-0", "-0"},
+             Row{"-0.0", "-0"},
+             Row{"0e5", "0"},
+             Row{"0.5e-700", "0"},
+             Row{"-0.5e-700", "-0"},
              Row{"1e-400", "0"},
+             Row{"1e-99999999999999999999", "0"},
+             Row{"0.0e99999999999999999999", "0"},
+             Row{"1e-310", "1e-310"},
+             Row{"4.9e-324", "5e-324"},
+             Row{"2.4e-324", "0"},
+             Row{"-12.5e+1", "-125"},
+             Row{"[1,2.5,\"3.5\\\"4.5\",{\"5.5\":6.5}]", "[1,2.5,\"3.5\\\"4.5\",{\"5.5\":6.5}]"},
          }) {
         EXPECT_EQ(readAndWritten(row.bytes), row.written) << row.bytes;
+        EXPECT_EQ(readAndWritten(row.written), row.written) << row.bytes;
     }
 }
 
@@ -139,6 +152,18 @@ TEST(JsonValue, IsStrict) {
              Row{"[5.]", "line 1, column 4: not valid JSON"},
              Row{"[0x10]", "line 1, column 3: not valid JSON"},
              Row{"[1e400]", "line 1, column 6: number out of range"},
+             Row{"[1.5,\n-1.5e400,]", "line 2, column 8: number out of range"},
+             Row{"[1.5.5]", "line 1, column 5: not valid JSON"},
+             Row{"[1.5e]", "line 1, column 6: not valid JSON"},
+             Row{"[1.5e+]", "line 1, column 7: not valid JSON"},
+             Row{"[1.5e5e5]", "line 1, column 7: not valid JSON"},
+             Row{"[1.e5]", "line 1, column 4: not valid JSON"},
+             Row{"[-.5]", "line 1, column 3: not valid JSON"},
+             Row{"[-e5]", "line 1, column 3: not valid JSON"},
+             Row{"[00.5]", "line 1, column 5: not valid JSON"},
+             Row{"[1.5 2.5]", "line 1, column 8: not valid JSON"},
+             Row{"[1.5-2.5]", "line 1, column 8: not valid JSON"},
+             Row{"[\"\\\"1.5]", "line 1, column 9: the text ends too early"},
              Row{"[\"a\nb\"]", "line 1, column 4: not valid JSON"},
              Row{"[\"\\x\"]", "line 1, column 4: not valid JSON"},
              Row{"[\"\\ud800\"]", "line 1, column 9: not valid JSON"},

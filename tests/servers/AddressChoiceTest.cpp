@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <functional>
 #include <set>
 #include <string>
 #include <thread>
@@ -304,6 +306,36 @@ TEST(WeightedChoice, AddsUpTheLargestWeights) {
     const Items items{"9223372036854775807:a:1", "99999999999999999999:b:1", "2:c:1"};
     const ScriptedRandomSource random;
     EXPECT_EQ(choose(items), "9223372036854775807:a:1");
+}
+
+/// A text of 16 bytes with the hash that all of these have in libstdc++: its last steps backwards.
+std::string hostOfOneHash(std::uint64_t number) {
+    constexpr std::uint64_t factor = 0xC6A4A7935BD1E995;
+    constexpr std::uint64_t inverse = 0x5F7A0EA7E59B19BD;
+    static_assert(factor * inverse == 1);
+    const auto mixed = [](std::uint64_t word) { return word ^ (word >> 47); };
+    const std::uint64_t begun =
+        (0xC70F6907 ^ (16 * factor) ^ (mixed(number * factor) * factor)) * factor;
+    const std::array<std::uint64_t, 2> words{number, mixed(begun * inverse) * inverse};
+    std::string host(16, '\0');
+    std::memcpy(host.data(), words.data(), sizeof words);
+    return host;
+}
+
+// Looked up in the hash map one by one, they would take 10 to the power of 10 steps, each of which
+// compares texts.
+TEST(WeightedChoice, TakesTimeInProportionForHostsOfOneHash) {
+    EXPECT_EQ(std::hash<std::string>()(hostOfOneHash(1)),
+              std::hash<std::string>()(hostOfOneHash(2)));
+    Items items;
+    for (std::uint64_t i = 0; items.size() < 200'000; ++i) {
+        std::string item = hostOfOneHash(i);
+        if (item.find(':') == std::string::npos)
+            items.push_back("1:" + std::move(item));
+    }
+    ScriptedRandomSource random;
+    random.legacyNumbers = {0};
+    EXPECT_EQ(choose(items).size(), 16u);
 }
 
 TEST(WeightedChoice, DrawsFromRand) {

@@ -206,6 +206,9 @@ TEST_F(WebPages, ReplaceSubstringIgnoresCaseOnceItAgrees) {
     EXPECT_EQ(replaced("é É", "é", "e"), "e e");
     EXPECT_EQ(replaced("a&b&amp;", "&", "&amp;"), "a&amp;b&amp;amp;");
     EXPECT_EQ(replaced("abc", "", "x"), "abc");
+    // Compared at each place, the target would take 10 to the power of 13 steps.
+    const std::string text(10'000'000, 'a');
+    EXPECT_EQ(replaced(text, std::string(5'000'000, 'a') + 'b', "x"), text);
 }
 
 TEST_F(WebPages, HandOutTheTable) {

@@ -33,6 +33,45 @@ TEST(Replace, AnEmptyTargetChangesNothing) {
     EXPECT_EQ(replaceAll("abc", "", "x"), "abc");
 }
 
+TEST(Replace, FindsTargetsOfEveryLength) {
+    for (std::size_t size = 1; size < 600; ++size) {
+        const std::string target = std::string(size, 'a') + 'b';
+        EXPECT_EQ(replaceAll("a" + target + target + 'c' + target.substr(1), target, "-"),
+                  "a--c" + target.substr(1))
+            << size;
+    }
+}
+
+// Compared at each place, the target would take 10 to the power of 13 steps.
+TEST(Replace, TakesTimeInProportion) {
+    const std::string text(10'000'000, 'a');
+    for (const std::size_t size : {100'000u, 1'000'000u, 5'000'000u}) {
+        for (const std::size_t odd : {std::size_t{0}, size / 2, size - 1}) {
+            std::string target(size, 'a');
+            target[odd] = 'b';
+            EXPECT_EQ(replaceAll(text, target, "x"), text);
+        }
+        EXPECT_EQ(replaceAll(text, std::string(size, 'a'), "x"),
+                  std::string(text.size() / size, 'x'));
+    }
+}
+
+TEST(FindText, AnswersTheFirstPlaceFromAnOffsetOn) {
+    const std::string target = std::string(100, 'a') + 'b';
+    const std::string text = target + 'c' + target;
+    EXPECT_EQ(findText(text, target), 0u);
+    EXPECT_EQ(findText(text, target, 1), 102u);
+    EXPECT_EQ(findText(text, target, 102), 102u);
+    EXPECT_EQ(findText(text, target, 103), std::string::npos);
+    EXPECT_EQ(findText(text, target, text.size()), std::string::npos);
+    EXPECT_EQ(findText(text, target, text.size() + 1), std::string::npos);
+    EXPECT_EQ(findText({}, target), std::string::npos);
+    EXPECT_EQ(findText("abcabc", "bc", 2), 4u);
+    EXPECT_EQ(findText("abc", "d"), std::string::npos);
+    EXPECT_EQ(findText("abc", "", 3), 3u);
+    EXPECT_EQ(findText("abc", "", 4), std::string::npos);
+}
+
 TEST(ReplaceIgnoringCase, ReplacesEveryForm) {
     EXPECT_EQ(replaceAllIgnoringCase("aAbA", "a", "x"), "xxbx");
     EXPECT_EQ(replaceAllIgnoringCase("StraSSe", "ss", "-"), "Stra-e");

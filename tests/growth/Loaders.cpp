@@ -1,0 +1,264 @@
+// SPDX-License-Identifier: MIT
+#include "growth/Loaders.h"
+
+#include <fstream>
+#include <iterator>
+
+#include "YGConfigManager/events/YGEventLoader.h"
+#include "YGConfigManager/layout/YGStyleConfigLoad.h"
+#include "YGConfigManager/palette/YGPaletteLoad.h"
+#include "YGConfigManager/servers/YGServerCfgLoader.h"
+#include "YGConfigManager/settings/YGAppConfigManager.h"
+#include "YGConfigManager/settings/YGWebPageUrlConfig.h"
+#include "YGConfigManager/xml/Document.h"
+
+#include "growth/Constructs.h"
+
+namespace yg::testing {
+
+namespace {
+
+std::string readDocument(const std::string& path) {
+    return xml::Document::parseFile(path).error;
+}
+
+std::string readDocumentWithPositions(const std::string& path) {
+    return xml::Document::parseFile(path, {.positions = true}).error;
+}
+
+/// What the log says of a file that is refused.
+std::string refusal(const GrowthHost& host) {
+    return host.lastLine.find("config fail:") == std::string::npos ? "" : host.lastLine;
+}
+
+std::string layout(std::optional<std::string_view> styles, std::optional<std::string_view> tabs,
+                   std::optional<std::string_view> magicPanels, const GrowthHost& host,
+                   DiagnosticsSink* sink = nullptr) {
+    YGStyleConfigLoad loader;
+    loader.setDiagnosticsSink(sink);
+    loader.initWithStyleConfigPath(styles, tabs, magicPanels);
+    return refusal(host);
+}
+
+std::string softStyles(const std::string& path, DiagnosticsSink* sink) {
+    GrowthHost& host = newHost();
+    host.softPath = path;
+    return layout(path, std::nullopt, std::nullopt, host, sink);
+}
+
+std::string events(const std::string& path, DiagnosticsSink* sink) {
+    GrowthHost& host = newHost();
+    YGEventLoader::initWithEventConfigPath(path, sink);
+    return refusal(host);
+}
+
+std::string palette(const std::string& path, DiagnosticsSink* sink) {
+    GrowthHost& host = newHost();
+    host.storagePath = path;
+    YGPaletteLoad::initWithPaletteStyle(0, sink);
+    return refusal(host);
+}
+
+std::string servers(const std::string& path, DiagnosticsSink* sink) {
+    GrowthHost& host = newHost();
+    host.storagePath = path;
+    YGServerCfgLoader::initWithIsGray(false, sink);
+    return refusal(host);
+}
+
+std::string bytesOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// Settings and web pages do not say why a file is refused.
+std::string refusal(const xml::Document& document) {
+    return document.root() ? "" : "refused";
+}
+
+std::string settings(const std::string& path, DiagnosticsSink* sink) {
+    newHost().storagePath = path;
+    const auto store = YGAppConfigManager::initWithFileName("file", sink);
+    return refusal(store->docment());
+}
+
+std::string webPages(const std::string& path, DiagnosticsSink* sink) {
+    newHost().storagePath = path;
+    return refusal(YGWebPageUrlConfig::initWithFileName("file", sink)->docment());
+}
+
+/// What a delivery is written to; it is in memory where that is possible, for each write is brought
+/// to the disk.
+std::string deliveryPath() {
+    return writeFile("delivery", "");
+}
+
+DeafSink sink;
+
+constexpr std::string_view magicOpen =
+    "<r><magic_panels name='g'><magic_panel name='m'><panel name='p'>";
+constexpr std::string_view magicClose = "</panel></magic_panel></magic_panels></r>";
+
+constexpr Loader table[] = {
+    {"xml", "<r>", "</r>", readDocument},
+    {"xmlWithPositions", "<r>", "</r>", readDocumentWithPositions, true},
+    {"styles", "<styles>", "</styles>", loadStyles},
+    {"stylesHeard", "<styles>", "</styles>", loadStylesHeard, true},
+    {"panel", "<styles><style name='s'><panel name='p'>", "</panel></style></styles>", loadStyles},
+    {"tabStyles", "<styles><style name='s'>", "</style></styles>", loadTabStyles},
+    {"magicPanels", magicOpen, magicClose, loadMagicPanels},
+    {"reusePanels", "<r><reuse_panel name='p'>", "</reuse_panel></r>", loadReusePanels},
+    {"events", "<event_list><element_event name='g'>", "</element_event></event_list>", loadEvents},
+    {"eventsHeard", "<event_list><event_template name='t'>", "</event_template></event_list>",
+     loadEventsHeard, true},
+    {"palette", "<ROOT><SWPALETTE><COLORES>", "</COLORES></SWPALETTE></ROOT>", loadPalette},
+    {"paletteHeard", "<ROOT><SWPALETTE><FONTS>", "</FONTS></SWPALETTE></ROOT>", loadPaletteHeard,
+     true},
+    {"servers", "<application><server type='1'>", "</server></application>", loadServers},
+    {"serversHeard", "<application>", "</application>", loadServersHeard, true},
+    {"settings", "<config><s>", "</s></config>", loadSettings},
+    {"settingsHeard", "<config>", "</config>", loadSettingsHeard, true},
+    {"webPages", "<urls>", "</urls>", loadWebPages},
+    {"webPagesHeard", "<urls>", "</urls>", loadWebPagesHeard, true},
+};
+
+}  // namespace
+
+std::optional<std::string> GrowthHost::getDefualtFolderPath(std::int64_t) {
+    return runFolder();
+}
+
+GrowthHost& newHost() {
+    static std::shared_ptr<GrowthHost> host;
+    host = std::make_shared<GrowthHost>();
+    setHost(host);
+    return *host;
+}
+
+std::span<const Loader> loaders() {
+    return table;
+}
+
+MakeWork fileWork(std::string (*load)(const std::string& path),
+                  std::function<std::string(std::size_t bytes)> make) {
+    return [load, make = std::move(make)](std::size_t bytes) {
+        const std::string file = make(bytes);
+        const std::string path = writeFile("file.xml", file);
+        return Work{file.size(), [load, path] { return load(path); }};
+    };
+}
+
+const Measured& plainLayoutLoad(bool hasPositions) {
+    static const auto measured = [](std::string (*load)(const std::string&)) {
+        return measure(fileWork(load,
+                                [](std::size_t bytes) {
+                                    return "<styles>" + plainLayout(bytes) + "</styles>";
+                                }),
+                       100'000);
+    };
+    static const Measured silent = measured(loadStyles);
+    static const Measured heard = measured(loadStylesHeard);
+    return hasPositions ? heard : silent;
+}
+
+std::string loadLayout(const std::string& styles, const std::string& magicPanels,
+                       const std::string& reusePanels) {
+    GrowthHost& host = newHost();
+    host.basePath = reusePanels;
+    return layout(styles, std::nullopt, magicPanels, host);
+}
+
+std::string loadStyles(const std::string& path) {
+    return layout(path, std::nullopt, std::nullopt, newHost());
+}
+
+std::string loadStylesHeard(const std::string& path) {
+    return layout(path, std::nullopt, std::nullopt, newHost(), &sink);
+}
+
+std::string loadSoftStyles(const std::string& path) {
+    return softStyles(path, nullptr);
+}
+
+std::string loadSoftStylesHeard(const std::string& path) {
+    return softStyles(path, &sink);
+}
+
+std::string loadTabStyles(const std::string& path) {
+    return layout(std::nullopt, path, std::nullopt, newHost());
+}
+
+std::string loadMagicPanels(const std::string& path) {
+    return layout(std::nullopt, std::nullopt, path, newHost());
+}
+
+std::string loadMagicPanelsHeard(const std::string& path) {
+    return layout(std::nullopt, std::nullopt, path, newHost(), &sink);
+}
+
+std::string loadSoftMagicPanelsHeard(const std::string& path) {
+    GrowthHost& host = newHost();
+    host.softPath = path;
+    return layout(std::nullopt, std::nullopt, path, host, &sink);
+}
+
+std::string loadReusePanels(const std::string& path) {
+    GrowthHost& host = newHost();
+    host.basePath = path;
+    return layout(std::nullopt, std::nullopt, std::nullopt, host);
+}
+
+std::string loadEvents(const std::string& path) {
+    return events(path, nullptr);
+}
+
+std::string loadEventsHeard(const std::string& path) {
+    return events(path, &sink);
+}
+
+std::string loadPalette(const std::string& path) {
+    return palette(path, nullptr);
+}
+
+std::string loadPaletteHeard(const std::string& path) {
+    return palette(path, &sink);
+}
+
+std::string loadServers(const std::string& path) {
+    return servers(path, nullptr);
+}
+
+std::string loadServersHeard(const std::string& path) {
+    return servers(path, &sink);
+}
+
+std::string deliverServers(const std::string& path) {
+    GrowthHost& host = newHost();
+    host.storagePath = deliveryPath();
+    const auto loader = YGServerCfgLoader::initWithIsGray(false);
+    return loader->reloadServerConfigWithData(bytesOf(path), "digest") ? "" : "refused";
+}
+
+std::string loadSettings(const std::string& path) {
+    return settings(path, nullptr);
+}
+
+std::string loadSettingsHeard(const std::string& path) {
+    return settings(path, &sink);
+}
+
+std::string loadWebPages(const std::string& path) {
+    return webPages(path, nullptr);
+}
+
+std::string loadWebPagesHeard(const std::string& path) {
+    return webPages(path, &sink);
+}
+
+std::string replaceWebPages(const std::string& path) {
+    newHost().storagePath = deliveryPath();
+    const auto table = YGWebPageUrlConfig::initWithFileName("file");
+    return table->replaceDataFromServer(bytesOf(path)) ? "" : "refused";
+}
+
+}  // namespace yg::testing

@@ -32,6 +32,50 @@ protected:
     }
 };
 
+TEST_F(EventMemory, ALoadCountsAsAWholeOrNotAtAll) {
+    const auto load = [file = path()] { return YGEventLoader::initWithEventConfigPath(file); };
+    const auto text = [](const auto& loader) { return loader ? textOf(loader) : emptyLoader(); };
+    everyAllocationFails(Operation{load, text, emptyLoader()});
+    everyAllocationOfTheFirstCallFails(Operation{load, text, emptyLoader()});
+}
+
+TEST_F(EventMemory, AStepAddsAllOrNothing) {
+    const xml::Document document = xml::Document::parseFile(path()).document;
+    const xml::Element events = document.root();
+    std::shared_ptr<YGEventLoader> loader;
+    const auto makeLoader = [&] {
+        loader = YGEventLoader::initWithEventConfigPath(std::nullopt);
+        loader->loadEventTemplate(events);
+    };
+    const auto text = [&] {
+        const std::string all = textOf(loader);
+        makeLoader();
+        return all;
+    };
+    makeLoader();
+    const std::string before = textOf(loader);
+    const auto steps = std::to_array<std::function<void()>>({
+        [&] { loader->loadCommandEvent(xml::Element(events.childAt(0))); },
+        [&] { loader->loadElementEvent(events); },
+        [&] { loader->loadSingleElementEvent(xml::Element(events.childAt(2))); },
+    });
+    for (const auto& step : steps)
+        everyAllocationFails(Operation{[&] { step(); }, text, before});
+
+    const auto makeEmpty = [&] { loader = YGEventLoader::initWithEventConfigPath(std::nullopt); };
+    const auto textAndEmpty = [&] {
+        const std::string all = textOf(loader);
+        makeEmpty();
+        return all;
+    };
+    makeEmpty();
+    everyAllocationFails(
+        Operation{[&] { loader->loadEventTemplate(events); }, textAndEmpty, emptyLoader()});
+    everyAllocationFails(
+        Operation{[&] { loader->loadSingleEventTemplate(xml::Element(events.childAt(1))); },
+                  textAndEmpty, emptyLoader()});
+}
+
 TEST_F(EventMemory, ARecordIsMadeOrNot) {
     const std::string& text = testing::longText;
     const auto whole = [](const auto& record) { return testing::wholeText(record); };

@@ -36,6 +36,37 @@ protected:
     }
 };
 
+TEST_F(PaletteMemory, APaletteIsLoadedOrThereIsNone) {
+    const Operation operation{[] { return YGPaletteLoad::initWithPaletteStyle(0); }, textOf,
+                              "null"};
+    everyAllocationFails(operation);
+}
+
+TEST_F(PaletteMemory, AFirstLoadThatFailsLeavesNothingBroken) {
+    const Operation operation{[] { return YGPaletteLoad::initWithPaletteStyle(0); }, textOf,
+                              "null"};
+    everyAllocationOfTheFirstCallFails(operation);
+}
+
+TEST_F(PaletteMemory, AThemeIsSwitchedAndAnnouncedOrStays) {
+    const auto loader = YGPaletteLoad::initWithPaletteStyle(0);
+    const std::string before = textOf(loader);
+    int announced = 0;
+    const auto token = NotificationCenter::standard().addObserver(
+        YGUIOverallStyleDidChangeNotification, loader.get(), [&](const auto&) { ++announced; });
+    const auto outcome = [&] {
+        const std::string all = textOf(loader);
+        runPendingMainTasks();
+        EXPECT_EQ(std::exchange(announced, 0), all == before ? 0 : 1);
+        loader->reloadPaletteWithOtherStyle(0);
+        runPendingMainTasks();
+        announced = 0;
+        return all;
+    };
+    everyAllocationFails(
+        Operation{[&] { loader->reloadPaletteWithOtherStyle(1); }, outcome, before});
+}
+
 TEST_F(PaletteMemory, AStepAddsAllOrNothing) {
     const xml::Element section =
         xml::Document::parseText(palette("1")).document.root().firstElementChild();

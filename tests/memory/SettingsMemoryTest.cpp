@@ -54,6 +54,41 @@ TEST_F(SettingsMemory, AStoreIsReadOrThereIsNone) {
         [] { return YGReadonlyAppConfigManager::initWithFileName("app.xml"); }, textOf, "null"});
 }
 
+TEST_F(SettingsMemory, AnItemReadsAsNone) {
+    const auto store = YGAppConfigManager::initWithFileName("app.xml");
+    for (const std::string_view item : {"b", "b[1]"})
+        everyAllocationFails(Operation{[&] { return store->getItemText("a", item); },
+                                       whole<std::optional<std::string>>, "-"});
+}
+
+TEST_F(SettingsMemory, AnItemIsStoredOrNothingChanges) {
+    const std::string fileBefore = contentOf("app.xml");
+    std::shared_ptr<YGAppConfigManager> store;
+    const auto prepare = [&] {
+        put("app.xml", fileBefore);
+        store = YGAppConfigManager::initWithFileName("app.xml");
+    };
+    prepare();
+    const std::string stored = text + "new";
+    const std::string before = "0" + store->docment().serialise(xml::Form::plain);
+    for (const auto& [section, item] :
+         {std::pair("a", "b"), {"a", "c"}, {"new", "c"}, {"*", "b"}}) {
+        const auto set = [&, section = section, item = item] {
+            return store->setConfigItem(section, item, text, stored);
+        };
+        const auto textOf = [&, section = section, item = item](bool isChanged) {
+            const std::string document = store->docment().serialise(xml::Form::plain);
+            const std::string file = contentOf("app.xml");
+            EXPECT_TRUE(file == fileBefore || file == store->docment().serialise(xml::Form::pretty))
+                << file;
+            EXPECT_EQ(store->getItemText(section, item) == stored, isChanged);
+            prepare();
+            return (isChanged ? "1" : "0") + document;
+        };
+        everyAllocationFails(Operation{set, textOf, before, prepare});
+    }
+}
+
 TEST_F(SettingsMemory, ADocumentIsHandedOutAndSavedOrNot) {
     const auto store = YGAppConfigManager::initWithFileName("app.xml");
     everyAllocationFails(Operation{
@@ -76,6 +111,63 @@ TEST_F(SettingsMemory, ATableOfWebPagesIsReadOrThereIsNone) {
         [](const auto& table) { return table ? table->getWebPageUrlByKey("k") : "null"; }, "null"};
     everyAllocationOfTheFirstCallFails(operation);
     everyAllocationFails(operation);
+}
+
+TEST_F(SettingsMemory, AWebPageIsBlankWithAMessageOfItsOwn) {
+    struct Log final : Host {
+        std::optional<std::string> getStorageFilePath(std::int64_t, std::optional<std::string_view>,
+                                                      std::optional<std::string_view>,
+                                                      bool) override {
+            return path;
+        }
+        std::optional<std::string> getUserRightDescription() override { return {}; }
+        std::optional<std::string> getSoftOptimizeConfigFilePath(std::int64_t,
+                                                                 std::string_view) override {
+            return {};
+        }
+        std::optional<std::string> getBaseOptimizeConfigFilePath(std::int64_t,
+                                                                 std::string_view) override {
+            return {};
+        }
+        std::shared_ptr<const MappingDic> getMappingDicForKey(std::string_view) override {
+            return {};
+        }
+        std::optional<std::string> getDefualtFolderPath(std::int64_t) override { return {}; }
+        void writeLog(LogChannel, std::string_view message) override {
+            const testing::PausedFailures paused;
+            last = message;
+        }
+        std::string path;
+        std::string last;
+    };
+    const testing::ScopedHost<Log> log;
+    log->path = root.at("pages.xml");
+    const auto table = YGWebPageUrlConfig::initWithFileName("pages.xml");
+    for (const std::string_view key : {"k", "x' or @key='k"}) {
+        const auto textOf = [&](const std::string& answer) {
+            if (answer == "about:blank") {
+                EXPECT_EQ(log->last,
+                          "-[YGWebPageUrlConfig getWebPageUrlByKey:] L77 获取不到4 Key: [" +
+                              std::string(key) + "]");
+            }
+            return answer;
+        };
+        for (std::size_t number = 1;; ++number) {
+            bool hasFailed = false;
+            const std::string answer = [&] {
+                const testing::FailingAllocations failing(number, testing::Failures::one,
+                                                          testing::Allocators::operatorNew);
+                std::string page = table->getWebPageUrlByKey(key);
+                hasFailed = failing.hasFailed();
+                return page;
+            }();
+            EXPECT_TRUE(textOf(answer) == "about:blank" || answer == text);
+            if (!hasFailed) {
+                EXPECT_EQ(answer, text);
+                break;
+            }
+        }
+    }
 }
 
 TEST_F(SettingsMemory, ATableIsReplacedAndWrittenOrNot) {

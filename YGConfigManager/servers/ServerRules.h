@@ -10,7 +10,8 @@ namespace yg::rules {
 // Documents and groups.
 inline constexpr Rule unreadableDelivery{
     "unreadable-delivery", Handling::unresolved,
-    "What was delivered is empty or not well-formed XML, so nothing changes."};
+    "What was delivered is empty, is not well-formed XML or could not be read again once it is "
+    "saved, so nothing changes."};
 inline constexpr Rule replacedMd5{
     "replaced-md5", Handling::replaced,
     "The digest that came with the delivery takes the place of the document's own."};

@@ -140,6 +140,12 @@ bool YGServerCfgLoader::deliver(std::optional<std::string_view> data,
     root.setAttribute("md5", serverConfigMd5);
     Loaded loaded = read(root);
     const std::string bytes = parsed.document.serialise(xml::Form::pretty);
+    if (!xml::Document::canBeRead(bytes)) {
+        constexpr std::string_view reason = "it could not be read again";
+        writeRuntimeLog("set style config fail:%@", reason);
+        reporter.report(rules::unreadableDelivery, {}, {}, reason);
+        return false;
+    }
     take(std::move(loaded));
 
     const auto path = storagePath(currentFileName(isGrayScaleUser_), true);

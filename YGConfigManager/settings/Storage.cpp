@@ -7,7 +7,6 @@
 #include "YGConfigManager/files/AtomicWrite.h"
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
-#include "YGConfigManager/xml/Document.h"
 
 namespace yg {
 
@@ -19,12 +18,6 @@ std::atomic<files::FileLayer*> replacement = nullptr;
 
 std::optional<std::string> storagePath(std::optional<std::string_view> fileName, bool isNeedWrite) {
     return YGFrameComFun::getStorageFilePath(1, std::nullopt, fileName, isNeedWrite);
-}
-
-bool canBeReadAgain(std::string_view xml) {
-    // The limit for one text. What is shorter as a whole needs no look.
-    constexpr std::size_t limit = 10'000'000;
-    return xml.size() < limit || xml::Document::parseText(xml);
 }
 
 bool writeStoredFile(const std::optional<std::string>& path, std::string_view bytes) {

@@ -15,10 +15,6 @@ namespace yg {
 /// The host's path of a file in the user's storage, to be written if `isNeedWrite`; unchanged.
 std::optional<std::string> storagePath(std::optional<std::string_view> fileName, bool isNeedWrite);
 
-/// Whether a reader will take the XML that was written for a tree: a text can be too long for it,
-/// its escapes counted.
-bool canBeReadAgain(std::string_view xml);
-
 /// Writes a file durably and atomically; false as well when there is no path, and for more bytes
 /// than a file that is read may have.
 bool writeStoredFile(const std::optional<std::string>& path, std::string_view bytes);

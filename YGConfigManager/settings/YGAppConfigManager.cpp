@@ -9,7 +9,6 @@
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/settings/SettingsRules.h"
 #include "YGConfigManager/settings/Storage.h"
-#include "YGConfigManager/xml/Query.h"
 
 namespace yg {
 
@@ -49,12 +48,6 @@ std::string itemPath(std::string_view section, std::string_view item) {
 bool save(const std::string& bytes, std::optional<std::string_view> fileName) {
     const std::optional<std::string> path = storagePath(fileName, true);
     return bytes.empty() || writeStoredFile(path, bytes);
-}
-
-/// What a store answers when memory does not suffice for a copy of its own; nobody can change it.
-const xml::Document& documentWithoutRoot() {
-    static const auto& document = *new xml::Document;
-    return document;
 }
 
 bool isElementName(std::string_view name) {
@@ -125,15 +118,13 @@ std::shared_ptr<YGAppConfigManager> YGAppConfigManager::initWithFileName(
 YGAppConfigManager::YGAppConfigManager(std::string_view fileName, const std::string& path,
                                        DiagnosticsSink* sink)
     : fileName_(fileName), sink_(sink) {
-    documentWithoutRoot();
     const Reporter reporter(sink);
     const xml::ParseResult parsed = reporter.parseFile(path);
     if (!parsed)
         reporter.report(rules::unreadableFile, {}, {}, parsed.error);
     else if (reporter)
         reportSettings(parsed.document.root(), reporter);
-    // What a sink keeps must not change with the store.
-    docment_ = reporter ? parsed.document.copy() : parsed.document;
+    docment_ = parsed.document;
     texts_ = indexOf(docment_);
 }
 
@@ -143,13 +134,13 @@ std::optional<std::string> YGAppConfigManager::getFilePath(std::optional<std::st
 }
 
 xml::Document YGAppConfigManager::docment() const {
-    return guarded(
-        "copy app config",
-        [this] {
-            const std::lock_guard lock(lock_);
-            return docment_.copy();
-        },
-        documentWithoutRoot());
+    return guarded("copy app config", [this] { return current().copy(); });
+}
+
+/// The document as it is now. None that was current is ever changed, so it needs no lock.
+xml::Document YGAppConfigManager::current() const {
+    const std::lock_guard lock(lock_);
+    return docment_;
 }
 
 std::optional<std::string> YGAppConfigManager::getItemText(
@@ -170,9 +161,8 @@ std::optional<std::string> YGAppConfigManager::getItemText(
             if (reporter && !isElementName(name))
                 reporter.report(rules::noElementName, {}, {}, name);
         }
-        const xml::Query query(queryFor(*section, *itemName));
-        const std::lock_guard lock(lock_);
-        const std::vector<xml::Node> found = docment_.query(query);
+        const xml::Document document = current();
+        const std::vector<xml::Node> found = document.query(queryFor(*section, *itemName));
         return found.empty() ? std::nullopt : std::optional(found.front().stringValue());
     });
 }
@@ -185,15 +175,34 @@ bool YGAppConfigManager::setConfigItem(const std::optional<std::string_view>& se
         return false;
     bool isSaved = true;
     bool isLost = false;
+    const bool isPlain = isPlainName(*section) && isPlainName(*itemName);
     const bool isChanged = guarded("change app config", [&] {
-        const std::lock_guard lock(lock_);
-        const std::optional<std::string> bytes =
-            change(*section, *itemName, itemDescription, *itemText);
-        if (bytes) {
-            isSaved = save(*bytes, fileName_);
-            isLost = docment_.root().name() != rootName;
+        std::unique_lock lock(lock_);
+        while (true) {
+            const std::uint64_t before = generation_;
+            const xml::Document document = docment_;
+            // The work that other names are has no bound, and nobody is to wait for it.
+            if (!isPlain)
+                lock.unlock();
+            std::optional<Change> change =
+                changeOf(document, *section, *itemName, itemDescription, *itemText);
+            if (!change)
+                return false;
+            Index texts = isPlain ? Index() : indexOf(change->document);
+            if (!isPlain)
+                lock.lock();
+            if (generation_ != before)
+                continue;
+            isLost = change->document.root().name() != rootName;
+            if (!isPlain)
+                std::swap(texts_, texts);
+            else if (!isLost)
+                textsOf(*section, texts_).set(*itemName, std::move(change->stored));
+            std::swap(docment_, change->document);
+            ++generation_;
+            isSaved = save(change->bytes, fileName_);
+            return true;
         }
-        return bytes.has_value();
     });
     // What is done is done, whatever becomes of the reports.
     guarded("report app config", [&] {
@@ -210,41 +219,33 @@ bool YGAppConfigManager::setConfigItem(const std::optional<std::string_view>& se
     return isChanged;
 }
 
-/// Under the lock. Answers the whole file as it is now; absent, with nothing changed, when the item
-/// cannot be stored.
-std::optional<std::string> YGAppConfigManager::change(
-    std::string_view section, std::string_view item,
+/// A document with an item stored, and its bytes; absent when the item cannot be stored.
+std::optional<YGAppConfigManager::Change> YGAppConfigManager::changeOf(
+    const xml::Document& document, std::string_view section, std::string_view item,
     const std::optional<std::string_view>& description, std::string_view text) {
-    // Nothing is changed before it is clear that everything can be.
+    Change change{document.copy(), {}, {}};
     xml::Element made = xml::Element::create(isElementName(item) ? item : "any");
     made.setContent(text);
-    if (description && !description->empty())
-        made.setAttribute("description", *description);
-    if (!canBeReadAgain(made.serialise()))
-        return std::nullopt;
-    std::string stored = made.stringValue();
-    xml::Document changed = docment_.copy();
-    const std::vector<xml::Node> items = changed.query(queryFor(section, item));
+    change.stored = made.stringValue();
+    const std::vector<xml::Node> items = change.document.query(queryFor(section, item));
     if (!items.empty()) {
-        if (!xml::Element(items.front()).setContent(text))
-            return std::nullopt;
+        xml::Element(items.front()).setContent(text);
     } else {
-        const std::vector<xml::Node> sections = changed.query(queryFor(section));
+        if (description && !description->empty())
+            made.setAttribute("description", *description);
+        const std::vector<xml::Node> sections = change.document.query(queryFor(section));
         xml::Element parent =
             sections.empty() ? xml::Element::create(section) : xml::Element(sections.front());
         if (!parent || made.name() != item)
             return std::nullopt;
         if (sections.empty())
-            parent = xml::Element(changed.root().appendChild(parent));
+            parent = xml::Element(change.document.root().appendChild(parent));
         parent.appendChild(made);
     }
-    std::optional bytes = changed.serialise(xml::Form::pretty);
-    if (!isPlainName(section) || !isPlainName(item))
-        texts_ = indexOf(changed);
-    else if (changed.root().name() == rootName)
-        textsOf(section, texts_).set(item, std::move(stored));
-    std::swap(docment_, changed);
-    return bytes;
+    change.bytes = change.document.serialise(xml::Form::pretty);
+    if (!change.bytes.empty() && !xml::Document::canBeRead(change.bytes))
+        return std::nullopt;
+    return change;
 }
 
 /// The index of a section, made if there is none.
@@ -277,8 +278,9 @@ YGAppConfigManager::Index YGAppConfigManager::indexOf(const xml::Document& docum
 void YGAppConfigManager::saveAppConfigFile(const xml::Document* document,
                                            std::optional<std::string_view> fileName) const {
     guarded("save app config", [&] {
-        if (document)
-            save(document->serialise(xml::Form::pretty), fileName);
+        const std::string bytes = document ? document->serialise(xml::Form::pretty) : "";
+        if (xml::Document::canBeRead(bytes))
+            save(bytes, fileName);
     });
 }
 

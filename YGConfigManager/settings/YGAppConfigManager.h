@@ -21,6 +21,7 @@
 // change or a document without a root element.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -55,7 +56,9 @@ public:
     /// and `itemDescription`, if there is one, is written beside it.
     ///
     /// False, with nothing changed, when section, item or text is absent, section or item is empty
-    /// or no element name. True otherwise, also when the file could not be written (the change is
+    /// or no element name, or when the file could not be read with it at the next start: the limits
+    /// of xml::Document hold for names, for the text with its escapes, and for the whole. True
+    /// otherwise, also when the file could not be written (the change is
     /// then kept in memory) or has no root element (it is then lost). Waits for the disk.
     virtual bool setConfigItem(const std::optional<std::string_view>& section,
                                const std::optional<std::string_view>& itemName,
@@ -72,7 +75,8 @@ public:
                                                   bool isNeedWrite);
 
     /// Writes a document as the file of this name, pretty-printed. Nothing happens when there is no
-    /// document, no path or no root element; a failed write is ignored. Takes no lock: the
+    /// document, no path or no root element, or when the file could not be read again; a failed
+    /// write is ignored. Takes no lock: the
     /// document must not change meanwhile.
     void saveAppConfigFile(const xml::Document* document,
                            std::optional<std::string_view> fileName) const;
@@ -95,15 +99,25 @@ private:
 
     using Index = RecordMap<std::shared_ptr<Texts>>;
 
-    std::optional<std::string> change(std::string_view section, std::string_view item,
-                                      const std::optional<std::string_view>& description,
-                                      std::string_view text);
+    struct Change {
+        xml::Document document;
+        std::string bytes;   ///< the file; empty without a root element
+        std::string stored;  ///< the item's text as it was stored
+    };
+
+    static std::optional<Change> changeOf(const xml::Document& document, std::string_view section,
+                                          std::string_view item,
+                                          const std::optional<std::string_view>& description,
+                                          std::string_view text);
+    xml::Document current() const;
     static Texts& textsOf(std::string_view section, Index& index);
     static Index indexOf(const xml::Document& document);
 
+    /// Replaced whole, never changed.
     xml::Document docment_;
+    std::uint64_t generation_ = 0;  ///< how often it was replaced
     const std::string fileName_;
-    /// Guards `docment_` and `texts_`.
+    /// Guards `docment_`, `generation_` and `texts_`.
     mutable std::mutex lock_;
     /// What a query by two plain names finds: the first text of each item, by section.
     Index texts_;

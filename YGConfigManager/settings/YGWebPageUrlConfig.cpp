@@ -13,7 +13,6 @@
 #include "YGConfigManager/settings/UrlReports.h"
 #include "YGConfigManager/text/Replace.h"
 #include "YGConfigManager/text/Utf8.h"
-#include "YGConfigManager/xml/Query.h"
 
 namespace yg {
 
@@ -153,9 +152,10 @@ std::optional<std::string> YGWebPageUrlConfig::find(std::string_view key) const 
         return found ? std::optional(*found) : std::nullopt;
     }
     // The apostrophe ends the key inside the query, which then hardly ever is one.
-    const xml::Query query("urls/url[@key='" + std::string(key) + "']");
-    const std::lock_guard lock(lock_);
-    const std::vector<xml::Node> found = docment_.query(query);
+    // The work that it may be has no bound, and nobody is to wait for it.
+    const xml::Document document = docment();
+    const std::vector<xml::Node> found =
+        document.query("urls/url[@key='" + std::string(key) + "']");
     return found.empty() ? std::nullopt : std::optional(found.front().stringValue());
 }
 
@@ -187,7 +187,7 @@ bool YGWebPageUrlConfig::replace(std::string_view text) {
         }
         isWritten = guarded("write web pages", [&] {
             const std::string bytes = document.serialise(xml::Form::pretty);
-            return !bytes.empty() && canBeReadAgain(bytes) && writeStoredFile(path, bytes);
+            return xml::Document::canBeRead(bytes) && writeStoredFile(path, bytes);
         });
         const std::lock_guard lock(lock_);
         current = generation_;

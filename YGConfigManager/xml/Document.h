@@ -33,10 +33,9 @@ public:
     /// entities are the five of XML: a document type with an internal subset is an error. So is
     /// what is beyond the limits: elements nest 256 levels below the root and have 256
     /// attributes; a name has 50,000 bytes, a value 10,000,000 bytes, a text between two tags as
-    /// many as it is written; a document has 100,000 different names and, at any one place, 64
-    /// namespace declarations. On failure the result holds a description: the file and the cause
-    /// when it cannot be read, "out of memory", otherwise `Line N: message` for each error, joined
-    /// with
+    /// many as it is written; a document has 100,000 different names. On failure the result holds a
+    /// description: the file and the cause when it cannot be read, "out of memory", otherwise `Line
+    /// N: message` for each error, joined with
     /// "; ". Nothing is thrown.
     static ParseResult parseFile(std::string_view path, ParseOptions options = {});
 

@@ -30,7 +30,8 @@ constexpr std::size_t attributeLimit = 256;
 /// growing, and each look-up then takes longer with every name.
 constexpr int nameLimit = 100'000;
 
-/// Namespace declarations that hold at one place. libxml2 goes through them for each prefix.
+/// Namespace declarations, and prefixes without one, that libxml2 is to look into. It goes through
+/// all declarations in scope for each prefix, and makes a message for each that it does not find.
 constexpr int namespaceLimit = 64;
 
 /// Bytes of one name, its prefix included; libxml2 has the same limit for each of the two.
@@ -185,7 +186,7 @@ public:
 protected:
     Reader(const std::string& text, const xmlSAXHandler& callbacks)
         : context_(text, callbacks, this) {}
-    ~Reader() = default;
+    virtual ~Reader() = default;
 
     /// Parses; false when there were errors. Throws when memory does not suffice.
     bool read() {
@@ -202,6 +203,11 @@ protected:
         xmlSAXHandler sax;
         std::memset(&sax, 0, sizeof sax);
         sax.initialized = XML_SAX2_MAGIC;
+        // The parser has just chosen the second version, whatever callbacks there are.
+        sax.startDocument = [](void* user) {
+            auto* const context = static_cast<xmlParserCtxt*>(user);
+            context->sax2 = context->sax->startElementNs ? 1 : 0;
+        };
         sax.serror = [](void* user, xmlErrorPtr error) {
             call<Reader>(user, [&](Reader& reader) { reader.note(*error); });
         };
@@ -227,9 +233,11 @@ protected:
         xmlStopParser(context_.get());
     }
 
+    /// No error of the text.
+    virtual void noteNamespaceError(const xmlError& /*error*/) {}
+
     Context context_;
     Errors errors_;
-    bool hasOddNamespaces_ = false;
 
 private:
     void runOutOfMemory() {
@@ -241,10 +249,8 @@ private:
     void note(const xmlError& error) {
         if (error.code == XML_ERR_NO_MEMORY)
             return runOutOfMemory();
-        if (error.domain == XML_FROM_NAMESPACE) {
-            hasOddNamespaces_ |= error.code != XML_NS_ERR_UNDEFINED_NAMESPACE;
-            return;
-        }
+        if (error.domain == XML_FROM_NAMESPACE)
+            return noteNamespaceError(error);
         if (error.level < XML_ERR_ERROR)
             return;
         errors_.add(error.line, error.message ? error.message : "unknown error");
@@ -261,36 +267,62 @@ private:
 /// Lets libxml2 read a text without building anything, and watches the limits.
 class Judge : public Reader {
 public:
-    explicit Judge(const std::string& text) : Reader(text, callbacks()) {}
+    enum class Verdict { wellFormed, malformed, undecided };
 
-    bool accepts() { return read(); }
+    /// By the callbacks of the parser's second version, which are quicker, and whose messages are
+    /// the better known. They look into namespaces, of which the library knows nothing: undecided
+    /// is a text of which they may say something else than those of the first version.
+    explicit Judge(const std::string& text, bool looksIntoNamespaces)
+        : Reader(text, looksIntoNamespaces ? callbacksWithNamespaces() : callbacks()) {}
+
+    Verdict judge() {
+        const bool accepts = read();
+        if (isUnusual_)
+            return Verdict::undecided;
+        return accepts ? Verdict::wellFormed : Verdict::malformed;
+    }
     std::string takeErrors() { return errors_.take(); }
     const xmlParserCtxt& context() const { return *context_; }
-
-    /// Whether the text has what the two builders may read in different ways. Then the callbacks
-    /// of the parser's first version decide.
-    bool isUnusual() const { return hasDoctype_ || hasOddNamespaces_ || hasLongName_; }
+    bool hasDoctype() const { return hasDoctype_; }
     bool hasInstruction() const { return hasInstruction_; }
 
 private:
     static xmlSAXHandler callbacks();
-    void watchNames();
-    void watchLength(const xmlChar* prefix, const xmlChar* name);
+    static xmlSAXHandler callbacksWithNamespaces();
 
+    /// Gives up without a verdict.
+    void giveUp() {
+        isUnusual_ = true;
+        xmlStopParser(context_.get());
+    }
+
+    void noteNamespaceError(const xmlError& error) override {
+        if (error.code != XML_NS_ERR_UNDEFINED_NAMESPACE)
+            isUnusual_ = true;
+        countNamespaces(1);
+    }
+
+    void countNamespaces(int more) {
+        namespaces_ += more;
+        if (namespaces_ > namespaceLimit)
+            giveUp();
+    }
+
+    void watchNames() {
+        if (xmlDictSize(context_->dict) > nameLimit)
+            fail("More than 100000 different names");
+    }
+
+    void watchLength(const xmlChar* prefix, const xmlChar* name) {
+        if (prefix && std::strlen(chars(prefix)) + std::strlen(chars(name)) >= nameLengthLimit)
+            giveUp();
+    }
+
+    int namespaces_ = 0;
+    bool isUnusual_ = false;
     bool hasDoctype_ = false;
     bool hasInstruction_ = false;
-    bool hasLongName_ = false;
 };
-
-void Judge::watchNames() {
-    if (xmlDictSize(context_->dict) > nameLimit)
-        fail("More than 100000 different names");
-}
-
-void Judge::watchLength(const xmlChar* prefix, const xmlChar* name) {
-    if (prefix && std::strlen(chars(prefix)) + std::strlen(chars(name)) >= nameLengthLimit)
-        hasLongName_ = true;
-}
 
 xmlSAXHandler Judge::callbacks() {
     xmlSAXHandler sax = commonCallbacks();
@@ -303,6 +335,24 @@ xmlSAXHandler Judge::callbacks() {
                 judge.fail("A document type with an internal subset is not allowed");
         });
     };
+    sax.startElement = [](void* user, const xmlChar*, const xmlChar**) {
+        call<Judge>(user, [](Judge& judge) { judge.watchNames(); });
+    };
+    sax.processingInstruction = [](void* user, const xmlChar*, const xmlChar*) {
+        call<Judge>(user, [](Judge& judge) {
+            judge.hasInstruction_ = true;
+            judge.watchNames();
+        });
+    };
+    // The length of comments is checked only for those who listen.
+    sax.comment = [](void*, const xmlChar*) {};
+    sax.cdataBlock = [](void*, const xmlChar*, int) {};
+    return sax;
+}
+
+xmlSAXHandler Judge::callbacksWithNamespaces() {
+    xmlSAXHandler sax = callbacks();
+    sax.startElement = nullptr;
     sax.startElementNs = [](void* user, const xmlChar* name, const xmlChar* prefix, const xmlChar*,
                             int namespaceCount, const xmlChar** namespaces, int attributeCount, int,
                             const xmlChar** attributes) {
@@ -316,19 +366,9 @@ xmlSAXHandler Judge::callbacks() {
                 if (const xmlChar* declared = namespaces[2 * i])
                     judge.watchLength(declaration, declared);
             }
-            if (judge.context_->nsNr / 2 > namespaceLimit)
-                judge.fail("More than 64 namespace declarations in scope");
+            judge.countNamespaces(namespaceCount);
         });
     };
-    sax.processingInstruction = [](void* user, const xmlChar*, const xmlChar*) {
-        call<Judge>(user, [](Judge& judge) {
-            judge.hasInstruction_ = true;
-            judge.watchNames();
-        });
-    };
-    // The length of comments is checked only for those who listen.
-    sax.comment = [](void*, const xmlChar*) {};
-    sax.cdataBlock = [](void*, const xmlChar*, int) {};
     return sax;
 }
 
@@ -413,6 +453,7 @@ public:
     Parsed run() {
         if (!read())
             return {nullptr, errors_.take()};
+        noteStandalone(*tree_, *context_);
         return {std::move(tree_), {}};
     }
 
@@ -503,13 +544,6 @@ void Builder::keepDoctype(const char* name) {
 
 xmlSAXHandler Builder::callbacks() {
     xmlSAXHandler sax = commonCallbacks();
-    sax.startDocument = [](void* user) {
-        build(user, [](Builder& builder) {
-            noteStandalone(*builder.tree_, *builder.context_);
-            builder.context_->sax2 =
-                0;  // not before: the parser has just chosen the second version
-        });
-    };
     sax.internalSubset = [](void* user, const xmlChar* name, const xmlChar*, const xmlChar*) {
         build(user, [&](Builder& builder) { builder.keepDoctype(chars(name)); });
     };
@@ -542,6 +576,22 @@ xmlSAXHandler Builder::callbacks() {
     return sax;
 }
 
+/// Has a text judged, and the judge who decides say how it read it.
+template <class Use>
+void judged(const std::string& text, Use use) {
+    {
+        Judge judge(text, true);
+        const Judge::Verdict verdict = judge.judge();
+        // A right declaration of this one is left out without a word, however often it stands.
+        const bool declaresXml = text.find("xmlns:xml") != std::string::npos;
+        if (verdict == Judge::Verdict::malformed ||
+            (verdict == Judge::Verdict::wellFormed && !declaresXml))
+            return use(judge, verdict == Judge::Verdict::wellFormed);
+    }
+    Judge judge(text, false);
+    use(judge, judge.judge() == Judge::Verdict::wellFormed);
+}
+
 /// Where and why libxml2 need not look at a text; nothing when it decides.
 std::optional<std::pair<std::size_t, const char*>> fault(const std::string& text) {
     if (text.empty())
@@ -564,27 +614,30 @@ Parsed parseUtf8(const std::string& text, std::shared_ptr<const std::string> fil
         errors.add(lineAt(text, found->first), found->second);
         return {nullptr, errors.take()};
     }
-    Judge judge(text);
-    if (!judge.accepts())
-        return {nullptr, judge.takeErrors()};
-    // pugixml leaves character references to characters that it cannot hold, and the line ends of
-    // instructions, as they are.
-    const bool isPlain = !judge.isUnusual() && text.find("&#") == std::string::npos &&
-                         !(judge.hasInstruction() && text.find('\r') != std::string::npos);
-    if (isPlain && !file) {
-        if (auto tree = buildQuickly(text)) {
-            noteStandalone(*tree, judge.context());
-            return {std::move(tree), {}};
+    Parsed parsed;
+    judged(text, [&](Judge& judge, bool accepts) {
+        if (!accepts) {
+            parsed.error = judge.takeErrors();
+            return;
         }
-    }
-    return Builder(text, std::move(file)).run();
+        // pugixml leaves character references to characters that it cannot hold, and the line ends
+        // of instructions, as they are.
+        const bool isPlain = !judge.hasDoctype() && text.find("&#") == std::string::npos &&
+                             !(judge.hasInstruction() && text.find('\r') != std::string::npos);
+        parsed.tree = isPlain && !file ? buildQuickly(text) : nullptr;
+        if (parsed.tree)
+            noteStandalone(*parsed.tree, judge.context());
+    });
+    if (!parsed.tree && parsed.error.empty())
+        return Builder(text, std::move(file)).run();
+    return parsed;
 }
 
 bool isReadable(const std::string& text) {
-    if (fault(text))
-        return false;
-    Judge judge(text);
-    return judge.accepts() && (!judge.isUnusual() || Builder(text, nullptr).run().tree);
+    bool isReadable = false;
+    if (!fault(text))
+        judged(text, [&](const Judge&, bool accepts) { isReadable = accepts; });
+    return isReadable;
 }
 
 }  // namespace yg::xml

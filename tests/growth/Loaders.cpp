@@ -93,7 +93,7 @@ std::string deliveryPath() {
     return writeFile("delivery", "");
 }
 
-DeafSink sink;
+DeafSink listener;
 
 constexpr std::string_view magicOpen =
     "<r><magic_panels name='g'><magic_panel name='m'><panel name='p'>";
@@ -173,7 +173,7 @@ std::string loadStyles(const std::string& path) {
 }
 
 std::string loadStylesHeard(const std::string& path) {
-    return layout(path, std::nullopt, std::nullopt, newHost(), &sink);
+    return layout(path, std::nullopt, std::nullopt, newHost(), &listener);
 }
 
 std::string loadSoftStyles(const std::string& path) {
@@ -181,7 +181,7 @@ std::string loadSoftStyles(const std::string& path) {
 }
 
 std::string loadSoftStylesHeard(const std::string& path) {
-    return softStyles(path, &sink);
+    return softStyles(path, &listener);
 }
 
 std::string loadTabStyles(const std::string& path) {
@@ -193,13 +193,13 @@ std::string loadMagicPanels(const std::string& path) {
 }
 
 std::string loadMagicPanelsHeard(const std::string& path) {
-    return layout(std::nullopt, std::nullopt, path, newHost(), &sink);
+    return layout(std::nullopt, std::nullopt, path, newHost(), &listener);
 }
 
 std::string loadSoftMagicPanelsHeard(const std::string& path) {
     GrowthHost& host = newHost();
     host.softPath = path;
-    return layout(std::nullopt, std::nullopt, path, host, &sink);
+    return layout(std::nullopt, std::nullopt, path, host, &listener);
 }
 
 std::string loadReusePanels(const std::string& path) {
@@ -213,7 +213,7 @@ std::string loadEvents(const std::string& path) {
 }
 
 std::string loadEventsHeard(const std::string& path) {
-    return events(path, &sink);
+    return events(path, &listener);
 }
 
 std::string loadPalette(const std::string& path) {
@@ -221,7 +221,7 @@ std::string loadPalette(const std::string& path) {
 }
 
 std::string loadPaletteHeard(const std::string& path) {
-    return palette(path, &sink);
+    return palette(path, &listener);
 }
 
 std::string loadServers(const std::string& path) {
@@ -229,7 +229,7 @@ std::string loadServers(const std::string& path) {
 }
 
 std::string loadServersHeard(const std::string& path) {
-    return servers(path, &sink);
+    return servers(path, &listener);
 }
 
 std::string deliverServers(const std::string& path) {
@@ -244,7 +244,7 @@ std::string loadSettings(const std::string& path) {
 }
 
 std::string loadSettingsHeard(const std::string& path) {
-    return settings(path, &sink);
+    return settings(path, &listener);
 }
 
 std::string loadWebPages(const std::string& path) {
@@ -252,13 +252,13 @@ std::string loadWebPages(const std::string& path) {
 }
 
 std::string loadWebPagesHeard(const std::string& path) {
-    return webPages(path, &sink);
+    return webPages(path, &listener);
 }
 
 std::string replaceWebPages(const std::string& path) {
     newHost().storagePath = deliveryPath();
-    const auto table = YGWebPageUrlConfig::initWithFileName("file");
-    return table->replaceDataFromServer(bytesOf(path)) ? "" : "refused";
+    const auto pages = YGWebPageUrlConfig::initWithFileName("file");
+    return pages->replaceDataFromServer(bytesOf(path)) ? "" : "refused";
 }
 
 }  // namespace yg::testing

@@ -244,6 +244,46 @@ TEST_F(ServerBadInput, AHugeDeliveryIsAppliedAndSaved) {
     EXPECT_EQ(next->appServerAddrListTag()->serverAddrList()->size(), entries);
 }
 
+std::string withRoot(std::string_view attributes, std::string_view content) {
+    return "<application" + std::string(attributes) + ">" + std::string(content) + "</application>";
+}
+
+std::string attributes(int count) {
+    std::string all;
+    for (int i = 0; i < count; ++i)
+        all += " a" + std::to_string(i) + "=''";
+    return all;
+}
+
+// Saved, it would be unreadable at the next start, and the old file gone.
+TEST_F(ServerBadInput, ADeliveryThatCouldNotBeReadAgainChangesNothing) {
+    const auto loader = load(stored);
+    std::string names;
+    for (int i = 0; i < 99'990; ++i)
+        names += "<n" + std::to_string(i) + "/>";
+    const std::string greater(3'000'000, '>');
+    const std::string md5(10'000'001, 'x');
+    for (const auto& [bytes, digest] : {
+             std::pair(withRoot(attributes(256), ""), std::string("digest")),
+             {withRoot("", "<server type='1'>" + greater + "</server>"), "digest"},
+             {withRoot("", ""), md5},
+         }) {
+        host->clear();
+        EXPECT_FALSE(loader->reloadServerConfigWithData(bytes, digest));
+        expectUntouched(*loader);
+        EXPECT_THAT(host->runtimeLog(),
+                    ElementsAre("set style config fail:it could not be read again"));
+        EXPECT_THAT(host->questions(), IsEmpty());
+    }
+    const std::string quotes(2'000'000, '"');
+    for (const std::string& bytes :
+         {withRoot(attributes(255), ""), withRoot(" md5=''" + attributes(255), ""),
+          withRoot(" a='" + quotes + "'", ""), withRoot("", names)}) {
+        EXPECT_TRUE(loader->reloadServerConfigWithData(bytes, "digest"));
+        EXPECT_EQ(YGServerCfgLoader::initWithIsGray(false)->configMd5(), "digest");
+    }
+}
+
 TEST_F(ServerBadInput, AHugeDeliveryThatIsCutChangesNothing) {
     std::string xml = "<application><server type='1'>";
     while (xml.size() < largeInput)

@@ -3,10 +3,14 @@
 // Files that are broken, huge or cannot be written, for settings, web pages and request URLs alike.
 #include <cerrno>
 #include <cstddef>
+#include <ctime>
 #include <functional>
+#include <pthread.h>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -159,13 +163,171 @@ TEST_F(SettingsBadInput, ATextThatCouldNotBeReadAgainIsRefused) {
     const std::string escaped(2'500'001, '<');
     EXPECT_FALSE(store->setConfigItem("login", "user", "", escaped));
     EXPECT_FALSE(store->setConfigItem("login", "new", "", escaped));
-    EXPECT_FALSE(store->setConfigItem("login", "new", escaped, "1"));
+    EXPECT_FALSE(store->setConfigItem("login", "new", std::string(10'000'001, 'x'), "1"));
     EXPECT_FALSE(store->setConfigItem("new", "new", "", std::string(10'000'001, 'x')));
     EXPECT_TRUE(store->getItemText("login", "user") == longest);
     EXPECT_EQ(store->docment().query("//new").size(), 0u);
     EXPECT_TRUE(contentOf(settingsName) == written);
     const auto next = YGAppConfigManager::initWithFileName(settingsName);
     EXPECT_TRUE(next->getItemText("login", "user") == longest);
+}
+
+std::string repeated(std::string_view text, std::size_t times) {
+    std::string all;
+    for (std::size_t i = 0; i < times; ++i)
+        all += text;
+    return all;
+}
+
+// The file with such a name would be unreadable at the next start.
+TEST_F(SettingsBadInput, ANameThatCouldNotBeReadAgainIsRefused) {
+    put(settingsName, settings);
+    const auto store = YGAppConfigManager::initWithFileName(settingsName);
+    for (const std::string& name : {std::string(50'100, 'n'), repeated("\xE9\xA1\xB5", 20'000),
+                                    repeated("p", 30'000) + ':' + repeated("n", 30'000)}) {
+        EXPECT_FALSE(store->setConfigItem("login", name, "", "1"));
+        EXPECT_FALSE(store->setConfigItem(name, "item", "", "1"));
+        EXPECT_EQ(store->getItemText("login", name), std::nullopt);
+        EXPECT_EQ(contentOf(settingsName), settings);
+    }
+    const std::string longest(49'990, 'n');
+    EXPECT_TRUE(store->setConfigItem(longest, longest, "d", "1"));
+    EXPECT_EQ(YGAppConfigManager::initWithFileName(settingsName)->getItemText(longest, longest),
+              "1");
+}
+
+TEST_F(SettingsBadInput, OneItemMoreThanCouldBeReadAgainIsRefused) {
+    std::string xml = "<config><s>";
+    for (int item = 0; item < 99'985; ++item)
+        xml += "<i" + std::to_string(item) + ">7</i" + std::to_string(item) + ">";
+    put(settingsName, xml + "</s></config>");
+    const auto store = YGAppConfigManager::initWithFileName(settingsName);
+    int stored = 0;
+    while (stored < 40 && store->setConfigItem("s", "more" + std::to_string(stored), "", "1"))
+        ++stored;
+    EXPECT_GT(stored, 0);
+    EXPECT_LT(stored, 40);
+    EXPECT_EQ(store->getItemText("s", "more" + std::to_string(stored)), std::nullopt);
+    EXPECT_TRUE(store->setConfigItem("s", "i7", "", "changed"));
+    const auto next = YGAppConfigManager::initWithFileName(settingsName);
+    EXPECT_EQ(next->getItemText("s", "i7"), "changed");
+    EXPECT_EQ(next->getItemText("s", "more" + std::to_string(stored - 1)), "1");
+    EXPECT_EQ(next->getItemText("s", "more" + std::to_string(stored)), std::nullopt);
+}
+
+// Documents that an application makes have no limits, but files have.
+TEST_F(SettingsBadInput, ADocumentThatCouldNotBeReadAgainIsNotWritten) {
+    put(settingsName, settings);
+    const auto store = YGAppConfigManager::initWithFileName(settingsName);
+    const auto expectNotWritten = [&](const std::function<void(xml::Element)>& change) {
+        const xml::Document document = store->docment();
+        change(document.root());
+        store->saveAppConfigFile(&document, settingsName);
+        EXPECT_EQ(contentOf(settingsName), settings);
+    };
+    expectNotWritten([](xml::Element at) {
+        for (int level = 0; level < 300; ++level)
+            at = xml::Element(at.appendChild(xml::Element::create("deep")));
+    });
+    expectNotWritten([](xml::Element root) {
+        for (int i = 0; i < 257; ++i)
+            root.setAttribute("a" + std::to_string(i), "");
+    });
+    expectNotWritten(
+        [](xml::Element root) { root.setAttribute("a", std::string(10'000'001, 'x')); });
+    expectNotWritten([](xml::Element root) { root.setAttribute(std::string(50'100, 'n'), ""); });
+    expectNotWritten([](xml::Element root) { root.setContent(std::string(2'500'001, '<')); });
+    expectNotWritten([](xml::Element root) { root.rename(std::string(50'100, 'n')); });
+    expectNotWritten([](xml::Element root) {
+        for (int i = 0; i < 100'100; ++i)
+            root.appendChild(xml::Element::create("n" + std::to_string(i)));
+    });
+    const xml::Document document = store->docment();
+    document.root().setAttribute("a", "1");
+    store->saveAppConfigFile(&document, settingsName);
+    EXPECT_THAT(contentOf(settingsName), ::testing::HasSubstr("<config a=\"1\">"));
+}
+
+/// A name that selects an item and asks every element of the file about every other on the way,
+/// four times over: nobody waits for the end of that.
+constexpr std::string_view endless = "*[count(//*[count(//*[count(//*[count(//*)>1])>1])>1])>1]";
+
+/// Runs `hang` on a thread that does not come back, and once it is at work `meanwhile` until the
+/// thread has had a while more, both in a process of their own. That process ends in time unless
+/// `meanwhile` waits for the thread.
+void expectNoWaiting(const std::function<void()>& hang, const std::function<void()>& meanwhile) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        alarm(60);
+        std::thread thread(hang);
+        clockid_t clock{};
+        if (pthread_getcpuclockid(thread.native_handle(), &clock) != 0)
+            _exit(1);
+        timespec spent{};
+        while (spent.tv_sec == 0 && spent.tv_nsec < 200'000'000) {
+            meanwhile();
+            clock_gettime(clock, &spent);
+        }
+        _exit(0);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+}
+
+TEST_F(SettingsBadInput, NobodyWaitsForANameThatIsALongQuery) {
+    std::string xml = "<config><s>";
+    for (int item = 0; item < 500; ++item)
+        xml += "<i" + std::to_string(item) + "/>";
+    put(settingsName, xml + "</s></config>");
+    const auto store = YGAppConfigManager::initWithFileName(settingsName);
+    const auto use = [&] {
+        if (!store->setConfigItem("s", "i1", "", "1") || store->getItemText("s", "i1") != "1" ||
+            store->docment().root().name() != "config" || store->getItemText("s/.", "i1") != "1")
+            _exit(2);
+    };
+    expectNoWaiting([&] { store->getItemText(endless, "i"); }, use);
+    expectNoWaiting([&] { store->setConfigItem(endless, "i", "", "1"); }, use);
+}
+
+TEST_F(SettingsBadInput, NobodyWaitsForAWebPageKeyThatIsALongQuery) {
+    std::string xml = "<urls>";
+    for (int key = 0; key < 500; ++key)
+        xml += "<url key='k" + std::to_string(key) + "'>a</url>";
+    put(pagesName, xml + "</urls>");
+    const auto table = YGWebPageUrlConfig::initWithFileName(pagesName);
+    const std::string key = "' or " + std::string(endless) + " or 'x'='";
+    expectNoWaiting([&] { table->getWebPageUrlByKey(key); },
+                    [&] {
+                        if (table->getWebPageUrlByKey("k1") != "a" ||
+                            !table->replaceDataFromServer("<urls><url key='k1'>a</url></urls>"))
+                            _exit(2);
+                    });
+}
+
+TEST_F(SettingsBadInput, AnItemThatALongNameStoresIsNotLostToOthers) {
+    put(settingsName, "<config><s><a/></s></config>");
+    const auto store = YGAppConfigManager::initWithFileName(settingsName);
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (int round = 0; round < 20; ++round) {
+                const std::string name = "t" + std::to_string(thread) + "r" + std::to_string(round);
+                EXPECT_TRUE(store->setConfigItem(thread % 2 ? "s" : "s[1]", name, "", name));
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    const auto next = YGAppConfigManager::initWithFileName(settingsName);
+    for (int thread = 0; thread < 4; ++thread) {
+        for (int round = 0; round < 20; ++round) {
+            const std::string name = "t" + std::to_string(thread) + "r" + std::to_string(round);
+            EXPECT_EQ(store->getItemText("s", name), name);
+            EXPECT_EQ(next->getItemText("s", name), name);
+        }
+    }
 }
 
 TEST_F(SettingsBadInput, ATableThatCouldNotBeReadAgainIsNotWritten) {

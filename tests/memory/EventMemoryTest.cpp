@@ -40,10 +40,8 @@ TEST_F(EventMemory, ALoadCountsAsAWholeOrNotAtAll) {
         const auto text = [](const auto& loader) {
             return loader ? textOf(loader) : emptyLoader();
         };
-        everyAllocationOfTheFirstCallFails(
-            Operation{load, text, emptyLoader(), [] {}, testing::Allocators::operatorNew});
-        everyAllocationFails(
-            Operation{load, text, emptyLoader(), [] {}, testing::Allocators::operatorNew});
+        everyAllocationOfTheFirstCallFails(Operation{load, text, emptyLoader()});
+        everyAllocationFails(Operation{load, text, emptyLoader()});
     }
 }
 

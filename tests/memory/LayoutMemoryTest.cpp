@@ -78,8 +78,7 @@ TEST_F(LayoutMemory, ALoadCountsAsAWholeOrNotAtAll) {
             return made;
         };
         const auto text = [](const auto& made) { return textOf(*made); };
-        everyAllocationFails(
-            Operation{loadNew, text, nothing(), [] {}, testing::Allocators::operatorNew});
+        everyAllocationFails(Operation{loadNew, text, nothing()});
     }
 }
 

@@ -38,9 +38,8 @@ protected:
 
 TEST_F(PaletteMemory, APaletteIsLoadedOrThereIsNone) {
     for (DiagnosticsSink* const sink : testing::bothSinks)
-        everyAllocationFails(
-            Operation{[sink] { return YGPaletteLoad::initWithPaletteStyle(0, sink); }, textOf,
-                      "null", [] {}, testing::Allocators::operatorNew});
+        everyAllocationFails(Operation{
+            [sink] { return YGPaletteLoad::initWithPaletteStyle(0, sink); }, textOf, "null"});
 }
 
 // What finds the fonts does not survive a malloc that fails at its first use.

@@ -40,9 +40,8 @@ TEST_F(ServerMemory, ALoadCountsAsAWholeOrNotAtAll) {
     for (DiagnosticsSink* const sink : testing::bothSinks) {
         const auto load = [sink] { return YGServerCfgLoader::initWithIsGray(false, sink); };
         const auto text = [&](const auto& made) { return made ? textOf(made) : empty; };
-        everyAllocationOfTheFirstCallFails(
-            Operation{load, text, empty, [] {}, testing::Allocators::operatorNew});
-        everyAllocationFails(Operation{load, text, empty, [] {}, testing::Allocators::operatorNew});
+        everyAllocationOfTheFirstCallFails(Operation{load, text, empty});
+        everyAllocationFails(Operation{load, text, empty});
     }
 }
 

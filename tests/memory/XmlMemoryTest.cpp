@@ -84,17 +84,29 @@ TEST_F(XmlMemory, AParseAnswersAllOrSaysThatMemoryRanOut) {
     put("a.xml", source);
     const std::string path = root.at("a.xml");
     const std::string withoutReferences = "<r>" + longText + "</r>";
+    const std::string declared =
+        "<?xml version='1.0' encoding='gb2312'?><r a='\xC4\xE3'>" + longText + "</r>";
     const auto text = [](const xml::ParseResult& result) {
         return result ? result.document.serialise(xml::Form::plain) : result.error;
     };
     const auto fails = [&](auto call) {
-        everyAllocationFails(
-            Operation{call, text, "out of memory", [] {}, Allocators::operatorNew, false});
+        everyAllocationFails(Operation{call, text, "out of memory", [] {}, Allocators::all, false});
     };
     fails([&] { return xml::Document::parseText(source); });
     fails([&] { return xml::Document::parseText(source, {.positions = true}); });
     fails([&] { return xml::Document::parseText(withoutReferences); });
+    fails([&] { return xml::Document::parseBytes(declared); });
     fails([&] { return xml::Document::parseFile(path); });
+}
+
+TEST_F(XmlMemory, AFirstParseAnswersAllOrSaysThatMemoryRanOut) {
+    for (const bool positions : {false, true})
+        everyAllocationOfTheFirstCallFails(Operation{
+            [&] { return xml::Document::parseText(source, {.positions = positions}); },
+            [](const xml::ParseResult& result) {
+                return result ? result.document.serialise(xml::Form::plain) : result.error;
+            },
+            "out of memory", [] {}, Allocators::all, false});
 }
 
 TEST_F(XmlMemory, AQueryFindsAllOrThrows) {

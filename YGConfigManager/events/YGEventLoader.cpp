@@ -26,7 +26,7 @@ YGEventLoader::YGEventLoader(std::optional<std::string_view> path, DiagnosticsSi
 
 std::shared_ptr<YGEventLoader> YGEventLoader::initWithEventConfigPath(
     std::optional<std::string_view> path, DiagnosticsSink* sink) {
-    const auto loader = guarded(
+    auto loader = guarded(
         loadName, [&] { return std::shared_ptr<YGEventLoader>(new YGEventLoader(path, sink)); });
     if (loader) {
         loader->loadEventConfig();

@@ -157,11 +157,15 @@ private:
     }
     bool setRare(std::optional<std::string> RareTexts::*text,
                  std::optional<std::string> value) noexcept {
-        if (!rare_ && value)
+        if (!rare_) {
+            if (!value)
+                return true;
             rare_.reset(new (std::nothrow) RareTexts);
-        if (rare_)
-            (*rare_).*text = std::move(value);
-        return rare_ || !value;
+            if (!rare_)
+                return false;
+        }
+        (*rare_).*text = std::move(value);
+        return true;
     }
 
     friend class StyleConfigInfo;

@@ -33,7 +33,7 @@ YGPaletteLoad::YGPaletteLoad(std::int8_t style, DiagnosticsSink* sink)
 
 std::shared_ptr<YGPaletteLoad> YGPaletteLoad::initWithPaletteStyle(std::int8_t style,
                                                                    DiagnosticsSink* sink) {
-    const auto loader = guarded(
+    auto loader = guarded(
         loadName, [&] { return std::shared_ptr<YGPaletteLoad>(new YGPaletteLoad(style, sink)); });
     if (!loader || !loader->loadConfig(style))
         return nullptr;

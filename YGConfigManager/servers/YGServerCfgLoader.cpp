@@ -67,7 +67,7 @@ YGServerCfgLoader::YGServerCfgLoader(bool isGray, DiagnosticsSink* sink)
 
 std::shared_ptr<YGServerCfgLoader> YGServerCfgLoader::initWithIsGray(bool isGray,
                                                                      DiagnosticsSink* sink) {
-    const auto loader = guarded(loadName, [&] {
+    auto loader = guarded(loadName, [&] {
         return std::shared_ptr<YGServerCfgLoader>(new YGServerCfgLoader(isGray, sink));
     });
     if (!loader)

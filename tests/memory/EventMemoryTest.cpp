@@ -33,10 +33,16 @@ protected:
 };
 
 TEST_F(EventMemory, ALoadCountsAsAWholeOrNotAtAll) {
-    const auto load = [file = path()] { return YGEventLoader::initWithEventConfigPath(file); };
-    const auto text = [](const auto& loader) { return loader ? textOf(loader) : emptyLoader(); };
-    everyAllocationFails(Operation{load, text, emptyLoader()});
-    everyAllocationOfTheFirstCallFails(Operation{load, text, emptyLoader()});
+    for (DiagnosticsSink* const sink : testing::bothSinks) {
+        const auto load = [file = path(), sink] {
+            return YGEventLoader::initWithEventConfigPath(file, sink);
+        };
+        const auto text = [](const auto& loader) {
+            return loader ? textOf(loader) : emptyLoader();
+        };
+        everyAllocationOfTheFirstCallFails(Operation{load, text, emptyLoader()});
+        everyAllocationFails(Operation{load, text, emptyLoader()});
+    }
 }
 
 TEST_F(EventMemory, AStepAddsAllOrNothing) {

@@ -67,16 +67,19 @@ protected:
 };
 
 TEST_F(LayoutMemory, ALoadCountsAsAWholeOrNotAtAll) {
-    const auto loadNew = [this] {
-        auto made = [] {
-            const testing::PausedFailures paused;
-            return std::make_unique<YGStyleConfigLoad>();
-        }();
-        load(*made);
-        return made;
-    };
-    const Operation operation{loadNew, [](const auto& made) { return textOf(*made); }, nothing()};
-    everyAllocationFails(operation);
+    for (DiagnosticsSink* const sink : testing::bothSinks) {
+        const auto loadNew = [this, sink] {
+            auto made = [] {
+                const testing::PausedFailures paused;
+                return std::make_unique<YGStyleConfigLoad>();
+            }();
+            made->setDiagnosticsSink(sink);
+            load(*made);
+            return made;
+        };
+        const auto text = [](const auto& made) { return textOf(*made); };
+        everyAllocationFails(Operation{loadNew, text, nothing()});
+    }
 }
 
 TEST_F(LayoutMemory, AFirstLoadThatFailsLeavesNothingBroken) {
@@ -95,6 +98,7 @@ TEST_F(LayoutMemory, ALoaderThatCannotLoadAgainKeepsWhatItHas) {
 }
 
 TEST_F(LayoutMemory, APageIsBuiltAsAWholeOrNotAtAll) {
+    loader.setDiagnosticsSink(&testing::silentSink);
     load(loader);
     for (const std::string_view name : {"template-member", "template-600000"}) {
         const Operation operation{[&] { return loader.loadStyleConfigInfoWithName(name); },

@@ -37,15 +37,18 @@ protected:
 };
 
 TEST_F(PaletteMemory, APaletteIsLoadedOrThereIsNone) {
-    const Operation operation{[] { return YGPaletteLoad::initWithPaletteStyle(0); }, textOf,
-                              "null"};
-    everyAllocationFails(operation);
+    for (DiagnosticsSink* const sink : testing::bothSinks)
+        everyAllocationFails(Operation{
+            [sink] { return YGPaletteLoad::initWithPaletteStyle(0, sink); }, textOf, "null"});
 }
 
+// What finds the fonts does not survive a malloc that fails at its first use.
+constexpr auto firstUseOfFonts = testing::Allocators::operatorNew;
+
 TEST_F(PaletteMemory, AFirstLoadThatFailsLeavesNothingBroken) {
-    const Operation operation{[] { return YGPaletteLoad::initWithPaletteStyle(0); }, textOf,
-                              "null"};
-    everyAllocationOfTheFirstCallFails(operation);
+    everyAllocationOfTheFirstCallFails(
+        Operation{[] { return YGPaletteLoad::initWithPaletteStyle(0); }, textOf, "null", [] {},
+                  firstUseOfFonts});
 }
 
 TEST_F(PaletteMemory, AThemeIsSwitchedAndAnnouncedOrStays) {
@@ -127,12 +130,12 @@ TEST_F(PaletteMemory, AnImageIsThereOrNot) {
 
 TEST_F(PaletteMemory, AFontIsFoundOrTheSystemsServes) {
     const auto textOfFont = [](const auto& font) { return testing::wholeText(font); };
-    everyAllocationOfTheFirstCallFails(
-        Operation{[] { return Font::named(testing::latinFace, 12); }, textOfFont, "-"});
+    everyAllocationOfTheFirstCallFails(Operation{[] { return Font::named(testing::latinFace, 12); },
+                                                 textOfFont, "-", [] {}, firstUseOfFonts});
     everyAllocationOfTheFirstCallFails(Operation{
         [] { return Font::system(12); },
         [](const Font& font) { return font.faceName() + std::to_string(font.widthOf("ab") > 0); },
-        "sans-serif1"});
+        "sans-serif1", [] {}, firstUseOfFonts});
 }
 
 TEST_F(PaletteMemory, ATextIsMeasuredOrHasNoWidth) {

@@ -37,10 +37,12 @@ TEST_F(ServerMemory, ALoadCountsAsAWholeOrNotAtAll) {
     std::filesystem::remove(root.at("skeleton_v1.xml"));
     const std::string empty = textOf(YGServerCfgLoader::initWithIsGray(false));
     put("skeleton_v1.xml", servers("old"));
-    const auto load = [] { return YGServerCfgLoader::initWithIsGray(false); };
-    const auto text = [&](const auto& made) { return made ? textOf(made) : empty; };
-    everyAllocationFails(Operation{load, text, empty});
-    everyAllocationOfTheFirstCallFails(Operation{load, text, empty});
+    for (DiagnosticsSink* const sink : testing::bothSinks) {
+        const auto load = [sink] { return YGServerCfgLoader::initWithIsGray(false, sink); };
+        const auto text = [&](const auto& made) { return made ? textOf(made) : empty; };
+        everyAllocationOfTheFirstCallFails(Operation{load, text, empty});
+        everyAllocationFails(Operation{load, text, empty});
+    }
 }
 
 TEST_F(ServerMemory, AReloadThatFailsKeepsTheServers) {

@@ -66,7 +66,7 @@ TEST_F(SettingsMemory, AnItemIsStoredOrNothingChanges) {
     std::shared_ptr<YGAppConfigManager> store;
     const auto prepare = [&] {
         put("app.xml", fileBefore);
-        store = YGAppConfigManager::initWithFileName("app.xml");
+        store = YGAppConfigManager::initWithFileName("app.xml", &testing::silentSink);
     };
     prepare();
     const std::string stored = text + "new";
@@ -176,7 +176,7 @@ TEST_F(SettingsMemory, ATableIsReplacedAndWrittenOrNot) {
     std::shared_ptr<YGWebPageUrlConfig> table;
     const auto prepare = [&] {
         put("pages.xml", fileBefore);
-        table = YGWebPageUrlConfig::initWithFileName("pages.xml");
+        table = YGWebPageUrlConfig::initWithFileName("pages.xml", &testing::silentSink);
     };
     const auto textOf = [&](bool isReplaced) {
         const std::string file = contentOf("pages.xml");
@@ -294,7 +294,7 @@ TEST_F(SettingsMemory, ADownloadIsTakenAndStoredOrChangesNothing) {
     const auto prepare = [&] {
         put("request_urls_json.txt", urls("old"));
         host->server = std::nullopt;
-        manager = YGHttpReqUrlMgr::init();
+        manager = YGHttpReqUrlMgr::init(&testing::silentSink);
         host->server = "server";
         endings = 0;
         manager->updateHttpReqUrls([&] { ++endings; });

@@ -70,17 +70,20 @@ protected:
 
     /// Too long for the memory that a tree has taken in advance.
     const std::string largeText = std::string(100'000, 'x');
-    const xml::Element large =
-        xml::Document::parseText("<large>" + largeText + "</large>").document.root();
+
+    xml::Element large() const {
+        return xml::Document::parseText("<large>" + largeText + "</large>").document.root();
+    }
+    xml::Document tree() const { return xml::Document::parseText(source).document; }
 
     const std::string source =
         "<r a='" + longText + "'><!--c--><s b='1'>" + longText + "<t/></s><s>&#65;</s></r>";
-    const xml::Document tree = xml::Document::parseText(source).document;
 };
 
 TEST_F(XmlMemory, AParseAnswersAllOrSaysThatMemoryRanOut) {
     put("a.xml", source);
     const std::string path = root.at("a.xml");
+    const std::string withoutReferences = "<r>" + longText + "</r>";
     const std::string declared =
         "<?xml version='1.0' encoding='gb2312'?><r a='\xC4\xE3'>" + longText + "</r>";
     const auto text = [](const xml::ParseResult& result) {
@@ -91,12 +94,23 @@ TEST_F(XmlMemory, AParseAnswersAllOrSaysThatMemoryRanOut) {
     };
     fails([&] { return xml::Document::parseText(source); });
     fails([&] { return xml::Document::parseText(source, {.positions = true}); });
-    fails([&] { return xml::Document::parseText("<r>" + longText + "</r>"); });
+    fails([&] { return xml::Document::parseText(withoutReferences); });
     fails([&] { return xml::Document::parseBytes(declared); });
     fails([&] { return xml::Document::parseFile(path); });
 }
 
+TEST_F(XmlMemory, AFirstParseAnswersAllOrSaysThatMemoryRanOut) {
+    for (const bool positions : {false, true})
+        everyAllocationOfTheFirstCallFails(Operation{
+            [&] { return xml::Document::parseText(source, {.positions = positions}); },
+            [](const xml::ParseResult& result) {
+                return result ? result.document.serialise(xml::Form::plain) : result.error;
+            },
+            "out of memory", [] {}, Allocators::all, false});
+}
+
 TEST_F(XmlMemory, AQueryFindsAllOrThrows) {
+    const xml::Document tree = this->tree();
     const auto count = [](const auto& found) { return std::to_string(found.size()); };
     readsAllOrThrows([&] { return tree.query("r/s[@b or not(t)]"); }, count);
     readsAllOrThrows([&] { return tree.root().query("s"); }, count);
@@ -108,6 +122,7 @@ TEST_F(XmlMemory, AQueryFindsAllOrThrows) {
 }
 
 TEST_F(XmlMemory, ATreeIsReadCopiedAndWrittenInFullOrThrows) {
+    const xml::Document tree = this->tree();
     const auto self = [](const std::string& text) { return text; };
     readsAllOrThrows(
         [&] { return tree.copy(); },
@@ -120,6 +135,7 @@ TEST_F(XmlMemory, ATreeIsReadCopiedAndWrittenInFullOrThrows) {
 }
 
 TEST_F(XmlMemory, AChangeIsMadeInFullOrThrows) {
+    const xml::Element large = this->large();
     const auto child = [](const xml::Element& of, std::size_t index) {
         return xml::Element(of.childAt(index));
     };

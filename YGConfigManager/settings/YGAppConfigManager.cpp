@@ -229,7 +229,9 @@ std::optional<YGAppConfigManager::Change> YGAppConfigManager::changeOf(
     change.stored = made.stringValue();
     const std::vector<xml::Node> items = change.document.query(queryFor(section, item));
     if (!items.empty()) {
-        xml::Element(items.front()).setContent(text);
+        // A name may be a query that finds a text.
+        if (!xml::Element(items.front()).setContent(text))
+            return std::nullopt;
     } else {
         if (description && !description->empty())
             made.setAttribute("description", *description);

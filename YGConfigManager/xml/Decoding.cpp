@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <iconv.h>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -83,7 +84,10 @@ Decoded notProper(std::string_view textBefore, const std::string& encoding) {
 class Converter {
 public:
     explicit Converter(const std::string& encoding)
-        : converter_(iconv_open("UTF-8", encoding.c_str())) {}
+        : converter_(iconv_open("UTF-8", encoding.c_str())) {
+        if (!*this && errno == ENOMEM)
+            throw std::bad_alloc();
+    }
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
     ~Converter() {

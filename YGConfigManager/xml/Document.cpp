@@ -34,11 +34,7 @@ Parsed parsed(Read read, std::string_view path, ParseOptions options) {
 }  // namespace
 
 bool Document::canBeRead(const std::string& text) {
-    try {
-        return text.size() <= files::largestFileRead && text::isValidUtf8(text) && isReadable(text);
-    } catch (const std::exception&) {
-        return false;
-    }
+    return text.size() <= files::largestFileRead && text::isValidUtf8(text) && isReadable(text);
 }
 
 ParseResult Document::result(Parsed parsed) {

@@ -2,7 +2,8 @@
 //
 // XML documents: strict reading of files, bytes and text, and writing. A document is a small value
 // that shares its tree with the elements taken from it. Reading one tree from several threads is
-// safe as long as none of them changes it.
+// safe as long as none of them changes it. Parses throw nothing; what else makes a text, a list or
+// nodes throws std::bad_alloc when memory does not suffice.
 #pragma once
 
 #include <memory>
@@ -61,8 +62,7 @@ public:
     std::string serialise(Form form) const;
 
     /// Whether a file of this UTF-8 text could be read, for what is saved must be readable at the
-    /// next start. Takes less than a parse. False also when memory does not suffice; nothing is
-    /// thrown.
+    /// next start. Takes less than a parse. Throws std::bad_alloc when memory does not suffice.
     static bool canBeRead(const std::string& text);
 
     /// Frees what was taken out of the document, when no element handle is left that could reach

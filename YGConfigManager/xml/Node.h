@@ -4,7 +4,8 @@
 // A handle keeps its whole tree alive, also when the document that was parsed is gone, and stays
 // valid when its node, or one above it, is taken out of the tree. An empty handle may be asked
 // everything and answers the empty answer. Reading one tree from several threads is safe as long
-// as none of them changes it.
+// as none of them changes it. What makes a text, a list or nodes throws std::bad_alloc when memory
+// does not suffice, and has changed nothing then.
 #pragma once
 
 #include <cstddef>

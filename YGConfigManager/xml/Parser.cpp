@@ -98,6 +98,29 @@ std::optional<std::pair<std::size_t, const char*>> excess(std::string_view text)
     return std::nullopt;
 }
 
+/// While one lives, a message of libxml2 that belongs to no context, as each of those on memory
+/// that ran out, is noted on this thread and not printed.
+class StrayMessages {
+public:
+    StrayMessages()
+        : contextBefore_(xmlStructuredErrorContext), functionBefore_(xmlStructuredError) {
+        xmlSetStructuredErrorFunc(this, [](void* self, xmlErrorPtr error) {
+            if (error->code == XML_ERR_NO_MEMORY)
+                static_cast<StrayMessages*>(self)->isOutOfMemory_ = true;
+        });
+    }
+    ~StrayMessages() { xmlSetStructuredErrorFunc(contextBefore_, functionBefore_); }
+    StrayMessages(const StrayMessages&) = delete;
+    StrayMessages& operator=(const StrayMessages&) = delete;
+
+    bool isOutOfMemory() const { return isOutOfMemory_; }
+
+private:
+    void* const contextBefore_;
+    const xmlStructuredErrorFunc functionBefore_;
+    bool isOutOfMemory_ = false;
+};
+
 struct ContextDeleter {
     void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
 };
@@ -191,7 +214,7 @@ protected:
     /// Parses; false when there were errors. Throws when memory does not suffice.
     bool read() {
         xmlParseDocument(context_.get());
-        if (isOutOfMemory_)
+        if (isOutOfMemory_ || strayMessages_.isOutOfMemory())
             throw std::bad_alloc();
         if (errors_.empty() && !context_->wellFormed)
             errors_.add(1, "Input is not well-formed");
@@ -236,6 +259,7 @@ protected:
     /// No error of the text.
     virtual void noteNamespaceError(const xmlError& /*error*/) {}
 
+    StrayMessages strayMessages_;
     Context context_;
     Errors errors_;
 

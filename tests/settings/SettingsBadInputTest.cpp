@@ -297,7 +297,7 @@ TEST_F(SettingsBadInput, NobodyWaitsForAWebPageKeyThatIsALongQuery) {
         xml += "<url key='k" + std::to_string(key) + "'>a</url>";
     put(pagesName, xml + "</urls>");
     const auto table = YGWebPageUrlConfig::initWithFileName(pagesName);
-    const std::string key = "' or " + std::string(endless) + " or 'x'='";
+    const std::string key = "' or //" + std::string(endless) + " or 'x'='";
     expectNoWaiting([&] { table->getWebPageUrlByKey(key); },
                     [&] {
                         if (table->getWebPageUrlByKey("k1") != "a" ||

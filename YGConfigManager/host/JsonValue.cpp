@@ -148,8 +148,8 @@ public:
 
     // The names and parameters of these operations are the reader's.
 
-    bool null() { return add(JsonValue()); }
-    bool boolean(bool value) { return add(made(value)); }
+    bool null() { return add(std::monostate()); }
+    bool boolean(bool value) { return add(value); }
     // Only what begins with a minus sign arrives here.
     bool number_integer(std::int64_t value) {
         return addNumber(value == 0 ? "-0" : std::to_string(value));
@@ -168,10 +168,10 @@ public:
         }
         return addNumber(decimalOf(value));
     }
-    bool string(std::string& value) { return add(made(std::move(value))); }
+    bool string(std::string& value) { return add(std::move(value)); }
     bool binary(nlohmann::json::binary_t& /*value*/) { return false; }
-    bool start_object(std::size_t /*size*/) { return open(Level{.isObject = true}); }
-    bool start_array(std::size_t /*size*/) { return open(Level{.isObject = false}); }
+    bool start_object(std::size_t /*size*/) { return open(true); }
+    bool start_array(std::size_t /*size*/) { return open(false); }
     bool key(std::string& name) {
         levels_.back().name = std::move(name);
         return true;
@@ -179,12 +179,12 @@ public:
     bool end_object() {
         auto object = std::make_shared<const JsonValue::Object>(std::move(levels_.back().object));
         levels_.pop_back();
-        return place(made(std::move(object)));
+        return place(std::move(object));
     }
     bool end_array() {
         auto list = std::make_shared<const JsonValue::List>(std::move(levels_.back().list));
         levels_.pop_back();
-        return place(made(std::move(list)));
+        return place(std::move(list));
     }
     bool parse_error(std::size_t position, const std::string& /*token*/,
                      const nlohmann::json::exception& exception) {
@@ -212,18 +212,21 @@ private:
         return value;
     }
 
-    bool addNumber(std::string decimal) { return add(made(JsonValue::Number{std::move(decimal)})); }
+    bool addNumber(std::string decimal) { return add(JsonValue::Number{std::move(decimal)}); }
 
-    bool open(Level level) {
+    bool open(bool isObject) {
         if (levels_.size() == JsonValue::maximumDepth) {
             error_ = text::format("nested deeper than %d levels", JsonValue::maximumDepth);
             return false;
         }
-        levels_.push_back(std::move(level));
+        levels_.emplace_back().isObject = isObject;
         return count();
     }
 
-    bool add(JsonValue value) { return count() && place(std::move(value)); }
+    template <class Content>
+    bool add(Content content) {
+        return count() && place(std::move(content));
+    }
 
     bool count() {
         if (++count_ > JsonValue::maximumValues) {
@@ -233,13 +236,14 @@ private:
         return true;
     }
 
-    bool place(JsonValue value) {
+    template <class Content>
+    bool place(Content content) {
         if (levels_.empty()) {
-            root_ = std::move(value);
+            root_ = made(std::move(content));
         } else if (Level& level = levels_.back(); level.isObject) {
-            level.object.insert_or_assign(std::move(level.name), std::move(value));
+            level.object.insert_or_assign(std::move(level.name), made(std::move(content)));
         } else {
-            level.list.push_back(std::move(value));
+            level.list.emplace_back().value_ = std::move(content);
         }
         return true;
     }

@@ -7,6 +7,7 @@
 #include "YGConfigManager/layout/Expansion.h"
 #include "YGConfigManager/layout/LayoutRules.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
+#include "YGConfigManager/xml/Query.h"
 
 namespace yg {
 
@@ -132,10 +133,10 @@ xml::Element YGStyleConfigLoad::expandMagicPanels(std::optional<std::string_view
     }
 
     // Collected before anything is replaced, so references inside an inserted definition stay.
-    std::vector<xml::Element> references;
-    collect("reuse_panel", expanded, references);
+    static const xml::Query references("descendant::reuse_panel");
     RecordMap<Extent> extents;
-    for (xml::Element& reference : references) {
+    for (const xml::Node& node : expanded.query(references)) {
+        xml::Element reference(node);
         const auto name = reference.attribute("name");
         const xml::Element* definition = name ? definitions.find(*name) : nullptr;
         if (!definition)

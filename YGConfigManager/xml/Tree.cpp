@@ -63,36 +63,43 @@ void forEachPair(pugi::xml_node left, pugi::xml_node right, Visit visit) {
     }
 }
 
-/// Whether memory sufficed for all of a copy.
-bool isWholeCopy(pugi::xml_node source, pugi::xml_node copy) {
-    bool isWhole = true;
-    const auto isSameText = [](const char* left, const char* right) {
-        return (*left == '\0') == (*right == '\0');
-    };
-    const pugi::xml_node sourceTop = source;
-    const pugi::xml_node copyTop = copy;
-    while (source && copy && isWhole) {
-        isWhole =
-            isSameText(source.name(), copy.name()) && isSameText(source.value(), copy.value());
-        pugi::xml_attribute left = source.first_attribute();
-        pugi::xml_attribute right = copy.first_attribute();
-        for (; isWhole && left && right;
-             left = left.next_attribute(), right = right.next_attribute())
-            isWhole =
-                isSameText(left.name(), right.name()) && isSameText(left.value(), right.value());
-        isWhole = isWhole && !left == !right;
-        source = nextInSubtree(source, sourceTop);
-        copy = nextInSubtree(copy, copyTop);
+/// Makes a node that was just made a copy of another, but for its children.
+void fill(pugi::xml_node copy, pugi::xml_node source) {
+    if (*source.name() != '\0')
+        setName(copy, source.name());
+    if (*source.value() != '\0')
+        setValue(copy, source.value());
+    for (pugi::xml_attribute attribute : source.attributes()) {
+        const pugi::xml_attribute added = made(copy.append_attribute(""));
+        setName(added, attribute.name());
+        setValue(added, attribute.value());
     }
-    return isWhole && !source == !copy;
+}
+
+/// Fills a node that was just made with a copy of all of another. pugixml's own copies lack what
+/// memory did not suffice for, without a word.
+void fillDeeply(pugi::xml_node copy, pugi::xml_node source) {
+    const pugi::xml_node top = source;
+    fill(copy, source);
+    while (true) {
+        if (const pugi::xml_node child = source.first_child()) {
+            source = child;
+        } else {
+            while (source != top && !source.next_sibling()) {
+                source = source.parent();
+                copy = copy.parent();
+            }
+            if (source == top)
+                return;
+            source = source.next_sibling();
+            copy = copy.parent();
+        }
+        copy = made(copy.append_child(source.type()));
+        fill(copy, source);
+    }
 }
 
 }  // namespace
-
-void setName(pugi::xml_node node, const char* name) {
-    if (!node.set_name(name))
-        throw std::bad_alloc();
-}
 
 bool isBlank(std::string_view text) {
     return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
@@ -197,11 +204,10 @@ void Tree::takeOut(pugi::xml_node node) {
 
 pugi::xml_node Tree::insertCopy(pugi::xml_node parent, pugi::xml_node before, const Tree& from,
                                 pugi::xml_node source) {
-    const pugi::xml_node copy =
-        made(before ? parent.insert_copy_before(source, before) : parent.append_copy(source));
+    const pugi::xml_node copy = made(before ? parent.insert_child_before(source.type(), before)
+                                            : parent.append_child(source.type()));
     try {
-        if (!isWholeCopy(source, copy))
-            throw std::bad_alloc();
+        fillDeeply(copy, source);
         copyPlaces(from, source, copy);
     } catch (...) {
         freeSubtree(copy);
@@ -295,9 +301,8 @@ std::vector<Node> Tree::select(const std::shared_ptr<Tree>& tree, pugi::xml_node
     std::unordered_map<const void*, pugi::xml_node> original;
     pugi::xml_node sideContext = side;
     const auto copySide = [&](pugi::xml_node source) {
-        const pugi::xml_node copy = made(side.append_copy(source));
-        if (!isWholeCopy(source, copy))
-            throw std::bad_alloc();
+        const pugi::xml_node copy = made(side.append_child(source.type()));
+        fillDeeply(copy, source);
         forEachPair(source, copy, [&](pugi::xml_node left, pugi::xml_node right) {
             original.emplace(right.internal_object(), left);
             if (left == context)

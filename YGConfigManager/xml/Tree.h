@@ -114,7 +114,11 @@ Made made(Made node) {
         throw std::bad_alloc();
     return node;
 }
-void setName(pugi::xml_node node, const char* name);
+template <class Holder>
+void setName(Holder holder, const char* name) {
+    if (!holder.set_name(name))
+        throw std::bad_alloc();
+}
 template <class Holder>
 void setValue(Holder holder, std::string_view value) {
     if (!holder.set_value(value.data(), value.size()))

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -22,6 +23,41 @@ enum class ExitCode {
 /// Takes a text piece by piece. What it throws ends the text.
 using Sink = std::function<void(std::string_view piece)>;
 
+/// A text on its way to a sink, which gets it in pieces of some size.
+class Output {
+public:
+    /// The sink must outlive it.
+    explicit Output(const Sink& sink) : sink_(sink) {}
+
+    /// What has not gone to the sink yet. Whoever appends to it calls `passOn` now and then.
+    std::string& pending() { return pending_; }
+    void passOn() {
+        if (pending_.size() >= pieceSize)
+            flush();
+    }
+
+    void add(std::string_view text) {
+        if (pending_.size() + text.size() < pieceSize) {
+            pending_ += text;
+        } else {
+            flush();
+            sink_(text);
+        }
+    }
+
+    void flush() {
+        if (!pending_.empty())
+            sink_(pending_);
+        pending_.clear();
+    }
+
+private:
+    static constexpr std::size_t pieceSize = std::size_t{64} * 1024;
+
+    const Sink& sink_;
+    std::string pending_;
+};
+
 /// A text that is made while it is written, since a few records, each shown in many places, can
 /// make a text that no memory holds. Whatever it is made from belongs to it.
 class Text {
@@ -29,16 +65,22 @@ public:
     Text() : Text("") {}
     /// A short text, as it stands.
     Text(std::string whole)
-        : write_([whole = std::move(whole)](const Sink& sink) { sink(whole); }) {}
+        : write_([whole = std::move(whole)](Output& output) { output.add(whole); }) {}
     Text(const char* whole) : Text(std::string(whole)) {}
-    /// What `writer` gives to the sink that it gets.
-    template <std::invocable<const Sink&> Writer>
+    /// What `writer` puts out.
+    template <std::invocable<Output&> Writer>
     Text(Writer writer) : write_(std::move(writer)) {}
 
-    void writeTo(const Sink& sink) const { write_(sink); }
+    void writeTo(Output& output) const { write_(output); }
+
+    void writeTo(const Sink& sink) const {
+        Output output(sink);
+        writeTo(output);
+        output.flush();
+    }
 
 private:
-    std::function<void(const Sink&)> write_;
+    std::function<void(Output&)> write_;
 };
 
 struct Answer {

@@ -14,9 +14,8 @@ Answer dumpServers(const Session& session) {
     const auto loader = loadServers(session.arguments);
     if (!loader)
         return jsonAnswer(nullptr);
-    return {[loader,
-             path = withoutRoot(session.arguments, loader->configPath())](const Sink& sink) {
-        JsonWriter writer(sink);
+    return {[loader, path = withoutRoot(session.arguments, loader->configPath())](Output& output) {
+        JsonWriter writer(output);
         writer.writeRecord(
             *loader, [&](std::string_view name, const auto& field) -> auto& {
                 if constexpr (std::is_convertible_v<decltype(field), std::optional<std::string>>)

@@ -9,13 +9,6 @@
 
 namespace yg::tool {
 
-namespace {
-
-/// What the writer holds back, so that the sink gets few pieces.
-constexpr std::size_t pieceSize = std::size_t{64} * 1024;
-
-}  // namespace
-
 void JsonWriter::write(float number) {
     // The digits of a double are written, so it gets the double that the float's own digits stand
     // for.
@@ -48,12 +41,6 @@ void JsonWriter::write(double number) {
         pending_ += ".0";
 }
 
-void JsonWriter::finish() {
-    pending_ += '\n';
-    sink_(pending_);
-    pending_.clear();
-}
-
 void JsonWriter::writeText(std::string_view text) {
     if (!appendJsonText(pending_, text))
         throw std::bad_alloc();
@@ -66,10 +53,7 @@ void JsonWriter::begin(char bracket) {
 }
 
 void JsonWriter::beginItem() {
-    if (pending_.size() >= pieceSize) {
-        sink_(pending_);
-        pending_.clear();
-    }
+    output_.passOn();
     pending_ += isFirst_ ? "\n" : ",\n";
     pending_.append(2 * level_, ' ');
     isFirst_ = false;

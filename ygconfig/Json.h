@@ -27,12 +27,12 @@ concept Described = requires {
 };
 
 /// Writes values as lines of UTF-8 text, indented by two blanks for each level. What is no UTF-8 is
-/// replaced by U+FFFD. It holds back a small part of the text, and so needs no more memory for more
-/// of it; throws what the sink throws, and std::bad_alloc.
+/// replaced by U+FFFD. It needs no more memory for more of it. Throws what the sink throws, and
+/// std::bad_alloc.
 class JsonWriter {
 public:
-    /// The sink must outlive the writer.
-    explicit JsonWriter(const Sink& sink) : sink_(sink) {}
+    /// The output must outlive the writer.
+    explicit JsonWriter(Output& output) : output_(output), pending_(output.pending()) {}
 
     template <class Value>
     void write(const std::optional<Value>& value) {
@@ -92,8 +92,8 @@ public:
         end('}');
     }
 
-    /// Ends the text with a line feed and gives the sink what it does not have yet.
-    void finish();
+    /// Ends the text, with a line feed.
+    void finish() { pending_ += '\n'; }
 
 private:
     template <class Holder>
@@ -117,8 +117,8 @@ private:
     void beginItem();
     void end(char bracket);
 
-    const Sink& sink_;
-    std::string pending_;
+    Output& output_;
+    std::string& pending_;  ///< the output's
     std::size_t level_ = 0;
     bool isFirst_ = true;  ///< the next item is the first one of its list or object
 };
@@ -147,8 +147,8 @@ bool isNone(const Value&) {
 template <class Value>
 Answer jsonAnswer(Value value) {
     const ExitCode exitCode = isNone(value) ? ExitCode::noAnswer : ExitCode::answer;
-    return {[value = std::move(value)](const Sink& sink) {
-                JsonWriter writer(sink);
+    return {[value = std::move(value)](Output& output) {
+                JsonWriter writer(output);
                 writer.write(value);
                 writer.finish();
             },

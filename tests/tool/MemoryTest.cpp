@@ -64,4 +64,32 @@ TEST(Memory, OfDumpStyleIsThatOfTheRecords) {
     expectLongText(root, {"dump", "style", "s"});
 }
 
+TEST(Memory, OfShowStyleIsThatOfTheRecords) {
+    const TempRoot root;
+    constexpr std::size_t levels = 200;
+    // A line of the tree is indented by up to five bytes for each level.
+    root.write("base_optimize/reuse_panels.xml",
+               "<r><reuse_panel name='r'>" + repeated("<panel>", levels) +
+                   repeated("<panel name='p'/>", 700) + repeated("</panel>", levels) +
+                   "</reuse_panel></r>");
+    root.write("config/magic_panels.xml", "<m/>");
+    root.write("config/custompage_template.xml",
+               "<s><style name='s'><panel>" +
+                   repeated("<reuse_panel name='r'/>", leastText / 400'000) +
+                   "</panel></style></s>");
+    expectLongText(root, {"show", "style", "s"});
+}
+
+TEST(Memory, OfShowEventsIsThatOfTheRecords) {
+    const TempRoot root;
+    std::string events;
+    for (std::size_t i = 0; i <= leastText / 1'000'000; ++i)
+        events += "<event name='e" + std::to_string(i) + "' command='c'/>";
+    root.write("config/events.xml", "<event_list><command_event><command name='c' change_style='" +
+                                        std::string(1'000'000, 's') +
+                                        "'/></command_event><element_event name='g'>" + events +
+                                        "</element_event></event_list>");
+    expectLongText(root, {"show", "events"});
+}
+
 }  // namespace

@@ -64,8 +64,9 @@ void LayoutView::magicGroups(Output& output) {
 
 void LayoutView::reusePanels(Output& output) {
     // One may hold others.
-    for (std::size_t met = 0; met < reuse_.size(); ++met)
-        meetReusePanels(*reuse_[met]);
+    std::size_t met = 0;
+    while (met < reuse_.size())
+        meetReusePanels(*reuse_[met++]);
     if (reuse_.empty())
         return;
     output.add('\n' + paint_(Tone::heading, "Reuse panels") + "  " + std::to_string(reuse_.size()) +

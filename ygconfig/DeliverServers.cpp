@@ -19,7 +19,7 @@ Answer deliverServers(const Session& session) {
                     "\": " + std::strerror(error)};
     const auto loader = loadServers(arguments);
     if (!loader)
-        return jsonAnswer(Json());
+        return jsonAnswer(nullptr);
     return jsonAnswer(loader->reloadServerConfigWithData(bytes, arguments.md5));
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/Display.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cwchar>
 #include <cwctype>
@@ -28,6 +29,11 @@ private:
 
     locale_t before_;
 };
+
+/// Most texts are: each character is a byte, takes a column and reaches the terminal.
+bool isPrintableAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
 
 void append(std::string& out, wchar_t character) {
     char bytes[16];  // of which UTF-8 needs four
@@ -58,6 +64,8 @@ std::wstring characters(std::string_view text) {
 }
 
 std::string printable(std::string_view text) {
+    if (isPrintableAscii(text))
+        return std::string(text);
     const std::wstring source = characters(text);
     const Utf8Scope utf8;
     std::string result;
@@ -68,6 +76,8 @@ std::string printable(std::string_view text) {
 }
 
 std::size_t displayWidth(std::string_view text) {
+    if (isPrintableAscii(text))
+        return text.size();
     const std::wstring source = characters(text);
     const Utf8Scope utf8;
     std::size_t width = 0;

@@ -6,7 +6,7 @@
 namespace yg::tool {
 
 Answer dumpEvents(const Session& session) {
-    return jsonAnswer(toJson(*loadEvents(session.arguments)));
+    return jsonAnswer(loadEvents(session.arguments));
 }
 
 }  // namespace yg::tool

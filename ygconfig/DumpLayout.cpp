@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <memory>
+
 #include "ygconfig/Commands.h"
 #include "ygconfig/Json.h"
 #include "ygconfig/Layout.h"
@@ -20,7 +22,7 @@ struct Description<YGStyleConfigLoad> {
 namespace tool {
 
 Answer dumpLayout(const Session& session) {
-    return jsonAnswer(toJson(*loadLayout(session.arguments)));
+    return jsonAnswer(std::shared_ptr(loadLayout(session.arguments)));
 }
 
 }  // namespace tool

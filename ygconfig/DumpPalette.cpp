@@ -6,7 +6,7 @@
 namespace yg::tool {
 
 Answer dumpPalette(const Session& session) {
-    return jsonAnswer(toJson(loadPalette(session.arguments)));
+    return jsonAnswer(loadPalette(session.arguments));
 }
 
 }  // namespace yg::tool

@@ -8,7 +8,7 @@ namespace yg::tool {
 Answer dumpRequestUrls(const Session& session) {
     std::string complaint;
     const auto manager = loadRequestUrls(session.arguments, complaint);
-    return jsonAnswer(toJson(manager->urlModel()));
+    return jsonAnswer(manager->urlModel());
 }
 
 }  // namespace yg::tool

@@ -7,7 +7,7 @@ namespace yg::tool {
 
 Answer dumpStyle(const Session& session) {
     const auto loader = loadLayout(session.arguments);
-    return jsonAnswer(toJson(loader->loadStyleConfigInfoWithName(session.arguments.name)));
+    return jsonAnswer(loader->loadStyleConfigInfoWithName(session.arguments.name));
 }
 
 }  // namespace yg::tool

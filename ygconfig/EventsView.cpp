@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/EventsView.h"
 
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -15,22 +16,30 @@ EventsView::EventsView(const YGEventLoader& loader, bool colour) : loader_(loade
     }
 }
 
-std::string EventsView::events() const {
-    return sections("Groups", loader_.elementEventDatas()) + '\n' +
-           sections("Templates", loader_.eventTemplateDatas()) + '\n' + commands();
+void EventsView::events(Output& output) const {
+    sections("Groups", loader_.elementEventDatas(), output);
+    output.add("\n");
+    sections("Templates", loader_.eventTemplateDatas(), output);
+    output.add("\n");
+    output.add(commands());
 }
 
-std::string EventsView::sections(std::string_view title, const EventGroupMap& sections) const {
-    std::string text = paint_(Tone::heading, title) + "  " + std::to_string(sections.size()) + '\n';
-    for (const auto& [name, events] : sections) {
+void EventsView::sections(std::string_view title, const EventGroupMap& sections,
+                          Output& output) const {
+    output.add(paint_(Tone::heading, title) + "  " + std::to_string(sections.size()) + '\n');
+    for (const auto& entry : sections) {
+        const std::string& name = entry.key;
+        const EventMap& events = entry.value;
         Branch section{quotedIfEmpty(name), Tone::page};
-        for (const auto& [eventName, event] : events)
-            section.children.push_back(eventBranch(name, eventName, *event));
-        if (section.children.empty())
+        section.later = {events.size(), [&](std::size_t at) {
+                             const auto& event = events.begin()[static_cast<std::ptrdiff_t>(at)];
+                             return eventBranch(name, event.key, *event.value);
+                         }};
+        if (events.empty())
             section.details = "empty";
-        text += '\n' + drawTree(section, paint_);
+        output.add("\n");
+        drawTree(section, paint_, output);
     }
-    return text;
 }
 
 std::string EventsView::commands() const {

@@ -30,11 +30,11 @@ public:
     /// The loader must outlive the view.
     EventsView(const YGEventLoader& loader, bool colour);
 
-    /// Everything: groups, templates, commands.
-    std::string events() const;
+    /// Puts out everything: groups, templates, commands.
+    void events(Output& output) const;
 
 private:
-    std::string sections(std::string_view title, const EventGroupMap& sections) const;
+    void sections(std::string_view title, const EventGroupMap& sections, Output& output) const;
     std::string commands() const;
     /// `section` is the name as its map holds it.
     Branch eventBranch(const std::string& section, const std::string& name,

@@ -7,7 +7,8 @@ namespace yg::tool {
 
 Answer findColor(const Session& session) {
     const auto loader = loadPalette(session.arguments);
-    return jsonAnswer(loader ? toJson(loader->getCustomColor(session.arguments.name)) : Json());
+    return loader ? jsonAnswer(loader->getCustomColor(session.arguments.name))
+                  : jsonAnswer(nullptr);
 }
 
 }  // namespace yg::tool

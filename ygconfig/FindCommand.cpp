@@ -7,7 +7,7 @@ namespace yg::tool {
 
 Answer findCommand(const Session& session) {
     const auto loader = loadEvents(session.arguments);
-    return jsonAnswer(toJson(loader->commandByName(session.arguments.name)));
+    return jsonAnswer(loader->commandByName(session.arguments.name));
 }
 
 }  // namespace yg::tool

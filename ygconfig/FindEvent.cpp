@@ -8,7 +8,7 @@ namespace yg::tool {
 Answer findEvent(const Session& session) {
     const Arguments& arguments = session.arguments;
     const auto loader = loadEvents(arguments);
-    return jsonAnswer(toJson(loader->eventByName(arguments.group, arguments.name)));
+    return jsonAnswer(loader->eventByName(arguments.group, arguments.name));
 }
 
 }  // namespace yg::tool

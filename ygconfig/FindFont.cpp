@@ -7,7 +7,7 @@ namespace yg::tool {
 
 Answer findFont(const Session& session) {
     const auto loader = loadPalette(session.arguments);
-    return jsonAnswer(loader ? toJson(loader->getCustomFont(session.arguments.name)) : Json());
+    return loader ? jsonAnswer(loader->getCustomFont(session.arguments.name)) : jsonAnswer(nullptr);
 }
 
 }  // namespace yg::tool

@@ -8,7 +8,7 @@ namespace yg::tool {
 Answer findRequestUrl(const Session& session) {
     std::string complaint;
     const auto manager = loadRequestUrls(session.arguments, complaint);
-    Answer answer = jsonAnswer(toJson(manager->httpReqUrlStringWithUrlKey(session.arguments.name)));
+    Answer answer = jsonAnswer(manager->httpReqUrlStringWithUrlKey(session.arguments.name));
     answer.complaint = complaint;
     return answer;
 }

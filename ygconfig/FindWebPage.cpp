@@ -26,7 +26,7 @@ Answer findWebPage(const Session& session) {
     }
     const auto config = YGWebPageUrlConfig::initWithFileName(arguments.file);
     if (!config)
-        return jsonAnswer(Json());
+        return jsonAnswer(nullptr);
     if (arguments.replacement)
         return jsonAnswer(config->replaceDataFromServer(table));
     return jsonAnswer(config->getWebPageUrlByKey(arguments.key));

@@ -10,8 +10,8 @@ Answer getSetting(const Session& session) {
     const Arguments& arguments = session.arguments;
     const auto store = YGReadonlyAppConfigManager::initWithFileName(arguments.file);
     if (!store)
-        return jsonAnswer(Json());
-    return jsonAnswer(toJson(store->getItemText(arguments.section, arguments.item)));
+        return jsonAnswer(nullptr);
+    return jsonAnswer(store->getItemText(arguments.section, arguments.item));
 }
 
 }  // namespace yg::tool

@@ -5,6 +5,7 @@
 // record needs nothing here but its Description.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,8 +14,6 @@
 #include <utility>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "YGConfigManager/records/Fields.h"
 #include "YGConfigManager/records/RecordMap.h"
 
@@ -22,87 +21,138 @@
 
 namespace yg::tool {
 
-/// Members keep their order.
-using Json = nlohmann::ordered_json;
-
-/// A number that is written with the fewest digits that read back to the same float; an infinity is
-/// the text "inf" or "-inf".
-Json numberJson(float number);
-/// The same for a double.
-Json numberJson(double number);
-
-/// The JSON as lines of UTF-8 text, with a line feed at the end. What is no UTF-8 is replaced by
-/// U+FFFD.
-std::string jsonText(const Json& json);
-
-/// The answer of a command: the text, and whether it is null or false.
-Answer jsonAnswer(const Json& json);
-
 template <class Value>
 concept Described = requires {
     Description<Value>::fields;
 };
 
-// Declared before they are defined, since lists hold maps and maps hold lists.
-template <class Value>
-Json toJson(const Value& value);
-template <class Value>
-Json toJson(const std::optional<Value>& value);
-template <class Value>
-Json toJson(const std::shared_ptr<Value>& value);
-template <class Value>
-Json toJson(const std::vector<Value>& list);
-template <class Value>
-Json toJson(const RecordMap<Value>& map);
+/// Writes values as lines of UTF-8 text, indented by two blanks for each level. What is no UTF-8 is
+/// replaced by U+FFFD. It needs no more memory for more of it. Throws what the sink throws, and
+/// std::bad_alloc.
+class JsonWriter {
+public:
+    /// The output must outlive the writer.
+    explicit JsonWriter(Output& output) : output_(output), pending_(output.pending()) {}
 
-template <class Value>
-Json toJson(const std::optional<Value>& value) {
-    return value ? toJson(*value) : Json();
-}
-
-template <class Value>
-Json toJson(const std::shared_ptr<Value>& value) {
-    return value ? toJson(*value) : Json();
-}
-
-template <class Value>
-Json toJson(const std::vector<Value>& list) {
-    Json array = Json::array();
-    for (const Value& value : list)
-        array.push_back(toJson(value));
-    return array;
-}
-
-/// Adds a member whose name is new. The object's own operations would compare it with all others.
-inline void addMember(Json& object, std::string_view name, Json value) {
-    static_cast<Json::object_t::Container&>(object.get_ref<Json::object_t&>())
-        .emplace_back(std::string(name), std::move(value));
-}
-
-template <class Value>
-Json toJson(const RecordMap<Value>& map) {
-    Json object = Json::object();
-    for (const auto& [key, value] : map)
-        addMember(object, key, toJson(value));
-    return object;
-}
-
-/// A record, a text, a flag or a number.
-template <class Value>
-Json toJson(const Value& value) {
-    if constexpr (Described<Value>) {
-        Json object = Json::object();
-        forEachField(value, [&](std::string_view name, const auto& field) {
-            addMember(object, name, toJson(field));
-        });
-        return object;
-    } else if constexpr (std::is_floating_point_v<Value>) {
-        return numberJson(value);
-    } else {
-        static_assert(std::is_arithmetic_v<Value> || std::is_convertible_v<Value, std::string>,
-                      "a record needs a Description");
-        return Json(value);
+    template <class Value>
+    void write(const std::optional<Value>& value) {
+        writeIfThere(value);
     }
+
+    template <class Value>
+    void write(const std::shared_ptr<Value>& value) {
+        writeIfThere(value);
+    }
+
+    template <class Value>
+    void write(const std::vector<Value>& list) {
+        begin('[');
+        for (const Value& value : list) {
+            beginItem();
+            write(value);
+        }
+        end(']');
+    }
+
+    template <class Value>
+    void write(const RecordMap<Value>& map) {
+        begin('{');
+        for (const auto& [key, value] : map)
+            writeMember(key, value);
+        end('}');
+    }
+
+    void write(std::nullptr_t) { pending_ += "null"; }
+    void write(bool flag) { pending_ += flag ? "true" : "false"; }
+
+    /// With the fewest digits that read back to the same number; an infinity is the text "inf" or
+    /// "-inf".
+    void write(float number);
+    void write(double number);
+
+    /// A record, a text or an integer.
+    template <class Value>
+    void write(const Value& value) {
+        if constexpr (Described<Value>)
+            writeRecord(
+                value, [](std::string_view, const auto& field) -> auto& { return field; });
+        else if constexpr (std::is_integral_v<Value>)
+            pending_ += std::to_string(value);
+        else
+            writeText(value);
+    }
+
+    /// A record in which `shown(name, field)` stands for each field.
+    template <class Record, class Shown>
+    void writeRecord(const Record& record, const Shown& shown) {
+        begin('{');
+        forEachField(record, [&](std::string_view name, const auto& field) {
+            writeMember(name, shown(name, field));
+        });
+        end('}');
+    }
+
+    /// Ends the text, with a line feed.
+    void finish() { pending_ += '\n'; }
+
+private:
+    template <class Holder>
+    void writeIfThere(const Holder& value) {
+        if (value)
+            write(*value);
+        else
+            write(nullptr);
+    }
+
+    template <class Value>
+    void writeMember(std::string_view name, const Value& value) {
+        beginItem();
+        writeText(name);
+        pending_ += ": ";
+        write(value);
+    }
+
+    void writeText(std::string_view text);
+    void begin(char bracket);
+    void beginItem();
+    void end(char bracket);
+
+    Output& output_;
+    std::string& pending_;  ///< the output's
+    std::size_t level_ = 0;
+    bool isFirst_ = true;  ///< the next item is the first one of its list or object
+};
+
+/// Whether a value is written as null or false.
+inline bool isNone(std::nullptr_t) {
+    return true;
+}
+inline bool isNone(bool flag) {
+    return !flag;
+}
+template <class Value>
+bool isNone(const std::optional<Value>& value) {
+    return !value;
+}
+template <class Value>
+bool isNone(const std::shared_ptr<Value>& value) {
+    return !value;
+}
+template <class Value>
+bool isNone(const Value&) {
+    return false;
+}
+
+/// The answer of a command: the text of a value, which it keeps, and whether it is null or false.
+template <class Value>
+Answer jsonAnswer(Value value) {
+    const ExitCode exitCode = isNone(value) ? ExitCode::noAnswer : ExitCode::answer;
+    return {[value = std::move(value)](Output& output) {
+                JsonWriter writer(output);
+                writer.write(value);
+                writer.finish();
+            },
+            exitCode};
 }
 
 }  // namespace yg::tool

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/LayoutView.h"
 
+#include <cstddef>
 #include <utility>
 
 #include "YGConfigManager/xml/Node.h"
@@ -10,22 +11,21 @@
 
 namespace yg::tool {
 
-std::string LayoutView::layout() {
-    std::string text = styles("Styles", loader_.styleInfos(), loader_.defaultStyleName());
-    text += '\n' + styles("Tab styles", loader_.tabStyleInfos(), std::nullopt);
-    text += '\n' + magicGroups();
-    const std::string reuse = reusePanels();
-    if (!reuse.empty())
-        text += '\n' + reuse;
-    return text;
+void LayoutView::layout(Output& output) {
+    styles("Styles", loader_.styleInfos(), loader_.defaultStyleName(), output);
+    output.add("\n");
+    styles("Tab styles", loader_.tabStyleInfos(), std::nullopt, output);
+    output.add("\n");
+    magicGroups(output);
+    reusePanels(output);
 }
 
-std::string LayoutView::style(const StyleConfigInfo& style, std::string_view note) {
-    return drawTree(styleBranch(style, note, Shared::whole), paint_);
+void LayoutView::style(const StyleConfigInfo& style, std::string_view note, Output& output) {
+    drawTree(styleBranch(style, note, Shared::whole), paint_, output);
 }
 
-std::string LayoutView::styles(std::string_view title, const std::shared_ptr<StyleMap>& styles,
-                               const std::optional<std::string>& defaultName) {
+void LayoutView::styles(std::string_view title, const std::shared_ptr<StyleMap>& styles,
+                        const std::optional<std::string>& defaultName, Output& output) {
     std::string text = paint_(Tone::heading, title);
     text += "  " + (styles ? std::to_string(styles->size()) : "none");
     if (defaultName) {
@@ -33,20 +33,20 @@ std::string LayoutView::styles(std::string_view title, const std::shared_ptr<Sty
         if (!styles || !styles->contains(*defaultName))
             text += " (there is no such style)";
     }
-    text += '\n';
+    output.add(text + '\n');
     if (!styles)
-        return text;
+        return;
     for (const auto& [name, style] : *styles) {
         const std::string_view note = defaultName == name ? "default" : "";
-        text += '\n' + drawTree(styleBranch(*style, note, Shared::named), paint_);
+        output.add("\n");
+        drawTree(styleBranch(*style, note, Shared::named), paint_, output);
     }
-    return text;
 }
 
-std::string LayoutView::magicGroups() {
+void LayoutView::magicGroups(Output& output) {
     const std::shared_ptr<MagicPanelMap>& groups = loader_.magicPanelInfos();
-    std::string text =
-        paint_(Tone::heading, "Magic panels") + "  " + std::to_string(groups->size()) + '\n';
+    output.add(paint_(Tone::heading, "Magic panels") + "  " + std::to_string(groups->size()) +
+               '\n');
     for (const auto& [groupName, members] : *groups) {
         Branch group{printable(groupName), Tone::page};
         for (const auto& [name, panel] : *members) {
@@ -57,25 +57,26 @@ std::string LayoutView::magicGroups() {
         }
         if (group.children.empty())
             group.details = "empty";
-        text += '\n' + drawTree(group, paint_);
+        output.add("\n");
+        drawTree(group, paint_, output);
     }
-    return text;
 }
 
-std::string LayoutView::reusePanels() {
-    std::string trees;
-    // Drawing one may meet others.
-    std::size_t drawn = 0;
-    while (drawn < reuse_.size()) {
-        const Panel panel = reuse_[drawn++];
+void LayoutView::reusePanels(Output& output) {
+    // One may hold others.
+    std::size_t met = 0;
+    while (met < reuse_.size())
+        meetReusePanels(*reuse_[met++]);
+    if (reuse_.empty())
+        return;
+    output.add('\n' + paint_(Tone::heading, "Reuse panels") + "  " + std::to_string(reuse_.size()) +
+               " in use\n");
+    for (const Panel& panel : reuse_) {
         Branch branch{nameOr(panel->panelName(), "(no name)"), Tone::reuse, panelDetails(*panel)};
         addContent(branch, *panel, Shared::named);
-        trees += '\n' + drawTree(branch, paint_);
+        output.add("\n");
+        drawTree(branch, paint_, output);
     }
-    if (trees.empty())
-        return "";
-    return paint_(Tone::heading, "Reuse panels") + "  " + std::to_string(reuse_.size()) +
-           " in use\n" + trees;
 }
 
 Branch LayoutView::styleBranch(const StyleConfigInfo& style, std::string_view note, Shared shared) {
@@ -84,28 +85,26 @@ Branch LayoutView::styleBranch(const StyleConfigInfo& style, std::string_view no
     details.add("layer " + std::to_string(style.styleLayer()));
     details.add("focus", style.styleFucus());
     Branch branch{nameOr(style.styleName(), "(no name)"), Tone::page, std::move(details).text()};
-    for (const Panel& panel : *style.stylePanes())
-        branch.children.push_back(panelBranch(panel, shared));
+    const auto& panels = *style.stylePanes();
+    branch.later = {panels.size(), [this, &panels, shared](std::size_t at) {
+                        return panelBranch(panels[at], shared);
+                    }};
     return branch;
 }
 
 Branch LayoutView::panelBranch(const Panel& panel, Shared shared) {
     Branch branch{nameOr(panel->panelName(), "(no name)")};
     std::string mark;
-    bool isElsewhere = false;
+    const Home& home = homeOf(panel);
+    const bool isElsewhere = home.member || home.isReuse;
     if (panel->isMagicPanels()) {
         branch.tone = Tone::slot;
         mark = "slot " + nameOr(panel->magicPanelsName(), "(no name)");
         // Pages keep the main file's member of a group that a later file has replaced.
-        const std::string* member = memberName(panel);
-        mark += member ? ": " + printable(*member) : " (main file's)";
-        isElsewhere = member != nullptr;
-    } else if (isReusePanel(panel)) {
+        mark += home.member ? ": " + printable(*home.member) : " (main file's)";
+    } else if (home.isReuse) {
         branch.tone = Tone::reuse;
         mark = "reuse";
-        isElsewhere = true;
-        if (isMet_.insert(panel.get()).second)
-            reuse_.push_back(panel);
     }
     branch.details = joined(paint_(branch.tone, mark), panelDetails(*panel));
     if (!isElsewhere || shared == Shared::whole)
@@ -114,11 +113,18 @@ Branch LayoutView::panelBranch(const Panel& panel, Shared shared) {
 }
 
 void LayoutView::addContent(Branch& branch, const PanelConfigInfo& panel, Shared shared) {
-    for (const auto& element : *panel.paneElements())
-        branch.children.push_back({"• " + nameOr(element->elementName(), "(no name)"),
-                                   Tone::element, elementDetails(*element)});
-    for (const Panel& child : *panel.panePanes())
-        branch.children.push_back(panelBranch(child, shared));
+    const auto& elements = *panel.paneElements();
+    const auto& panels = *panel.panePanes();
+    branch.later = {
+        elements.size() + panels.size(), [this, &elements, &panels, shared](std::size_t at) {
+            return at < elements.size() ? elementBranch(*elements[at])
+                                        : panelBranch(panels[at - elements.size()], shared);
+        }};
+}
+
+Branch LayoutView::elementBranch(const ElementConfigInfo& element) const {
+    return {"• " + nameOr(element.elementName(), "(no name)"), Tone::element,
+            elementDetails(element)};
 }
 
 std::string LayoutView::panelDetails(const PanelConfigInfo& panel) const {
@@ -159,6 +165,28 @@ std::string LayoutView::elementDetails(const ElementConfigInfo& element) const {
     details.addIf(element.alwaysRecvEvent(), "always");
     details.addIf(element.eventNotChangeStyle(), "keeps style");
     return std::move(details).text();
+}
+
+/// Found once for each panel. A reuse panel is met with it.
+const LayoutView::Home& LayoutView::homeOf(const Panel& panel) {
+    const auto [found, isNew] = homes_.try_emplace(panel.get());
+    Home& home = found->second;
+    if (isNew && panel->isMagicPanels())
+        home.member = memberName(panel);
+    else if (isNew && isReusePanel(panel)) {
+        home.isReuse = true;
+        reuse_.push_back(panel);
+    }
+    return home;
+}
+
+/// Meets the reuse panels that the panel holds.
+void LayoutView::meetReusePanels(const PanelConfigInfo& panel) {
+    for (const Panel& child : *panel.panePanes()) {
+        const Home& home = homeOf(child);
+        if (!home.member && !home.isReuse)
+            meetReusePanels(*child);
+    }
 }
 
 /// The records do not say that they came from the reuse file, so the loader is asked what it would

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
@@ -41,12 +41,12 @@ public:
     /// The loader must outlive the view.
     LayoutView(const YGStyleConfigLoad& loader, bool colour) : loader_(loader), paint_(colour) {}
 
-    /// Everything. Panels that several places share are drawn once, in sections of their own, and
-    /// named in the trees.
-    std::string layout();
+    /// Puts out everything. Panels that several places share are drawn once, in sections of their
+    /// own, and named in the trees.
+    void layout(Output& output);
 
-    /// One style with all that is in it. `note` stands beside its name; empty for none.
-    std::string style(const StyleConfigInfo& style, std::string_view note);
+    /// Puts out one style with all that is in it. `note` stands beside its name; empty for none.
+    void style(const StyleConfigInfo& style, std::string_view note, Output& output);
 
 private:
     using Panel = std::shared_ptr<PanelConfigInfo>;
@@ -54,24 +54,33 @@ private:
     /// Whether a tree names the panels that have a section of their own or holds them whole.
     enum class Shared { named, whole };
 
-    std::string styles(std::string_view title, const std::shared_ptr<StyleMap>& styles,
-                       const std::optional<std::string>& defaultName);
-    std::string magicGroups();
-    std::string reusePanels();
+    /// Where a panel stands beside the places that hold it.
+    struct Home {
+        const std::string* member = nullptr;  ///< its name in its group of magic panels
+        bool isReuse = false;                 ///< in the reuse file
+    };
+
+    void styles(std::string_view title, const std::shared_ptr<StyleMap>& styles,
+                const std::optional<std::string>& defaultName, Output& output);
+    void magicGroups(Output& output);
+    void reusePanels(Output& output);
 
     Branch styleBranch(const StyleConfigInfo& style, std::string_view note, Shared shared);
     Branch panelBranch(const Panel& panel, Shared shared);
     void addContent(Branch& branch, const PanelConfigInfo& panel, Shared shared);
+    Branch elementBranch(const ElementConfigInfo& element) const;
     std::string panelDetails(const PanelConfigInfo& panel) const;
     std::string elementDetails(const ElementConfigInfo& element) const;
 
+    const Home& homeOf(const Panel& panel);
+    void meetReusePanels(const PanelConfigInfo& panel);
     bool isReusePanel(const Panel& panel) const;
     const std::string* memberName(const Panel& panel) const;
 
     const YGStyleConfigLoad& loader_;
     const Paint paint_;
-    std::vector<Panel> reuse_;  ///< those met so far, in that order
-    std::unordered_set<const PanelConfigInfo*> isMet_;
+    std::vector<Panel> reuse_;                                ///< those met so far, in that order
+    std::unordered_map<const PanelConfigInfo*, Home> homes_;  ///< of the panels met so far
 };
 
 }  // namespace yg::tool

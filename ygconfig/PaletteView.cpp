@@ -16,6 +16,8 @@ namespace {
 constexpr std::string_view themeNames[] = {"light", "dark"};
 /// A label that is wider pushes its cells to the right.
 constexpr std::size_t widestLabel = 40;
+/// A cell that is wider pushes the one beside it.
+constexpr std::size_t widestCell = 80;
 constexpr std::size_t gap = 2;
 
 int levelOf(double component) {
@@ -140,7 +142,9 @@ std::string PaletteView::lines(std::string_view title, const std::vector<Row>& r
         const std::size_t width = displayWidth(row.label);
         if (width <= widestLabel)
             labelWidth = std::max(labelWidth, width);
-        cellWidth = std::max(cellWidth, shownWidth(row.cells.front()));
+        const std::size_t cell = shownWidth(row.cells.front());
+        if (cell <= widestCell)
+            cellWidth = std::max(cellWidth, cell);
     }
     Columns names;
     for (std::size_t theme = 0; theme < themes; ++theme) {

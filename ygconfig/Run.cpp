@@ -1,12 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/Run.h"
 
+#include <memory>
+#include <utility>
+
 #include "YGConfigManager/host/Host.h"
 #include "YGConfigManager/host/StandAloneHost.h"
 
 #include "ygconfig/Display.h"
 
 namespace yg::tool {
+
+namespace {
+
+/// Installs a host while it lives.
+class HostScope {
+public:
+    explicit HostScope(std::shared_ptr<Host> host) { setHost(std::move(host)); }
+    ~HostScope() { setHost(nullptr); }
+    HostScope(const HostScope&) = delete;
+    HostScope& operator=(const HostScope&) = delete;
+};
+
+}  // namespace
 
 Answer run(const CommandLine& line, bool colour) {
     if (!line.command)
@@ -16,10 +32,14 @@ Answer run(const CommandLine& line, bool colour) {
         return {"", ExitCode::unusable, "ygconfig: " + printable(opened.error)};
     if (line.arguments.right)
         opened.host->overrideUserRight(line.arguments.right);
-    setHost(opened.host);
+    const HostScope scope(opened.host);
     Answer answer = line.command->run({line.arguments, colour});
-    setHost(nullptr);
-    return answer;
+    // The loaders behind the text may ask the host while it is written.
+    return {[host = opened.host, text = std::move(answer.output)](Output& output) {
+                const HostScope whileWriting(host);
+                text.writeTo(output);
+            },
+            answer.exitCode, std::move(answer.complaint)};
 }
 
 }  // namespace yg::tool

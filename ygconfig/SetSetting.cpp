@@ -17,7 +17,7 @@ Answer setSetting(const Session& session) {
     else
         store = YGAppConfigManager::initWithFileName(arguments.file);
     if (!store)
-        return jsonAnswer(Json());
+        return jsonAnswer(nullptr);
     return jsonAnswer(store->setConfigItem(arguments.section, arguments.item, arguments.description,
                                            arguments.text));
 }

@@ -9,7 +9,10 @@ namespace yg::tool {
 Answer showEvents(const Session& session) {
     UnreadableFiles unreadable;
     const auto loader = loadEvents(session.arguments, &unreadable);
-    return {EventsView(*loader, session.colour).events(), ExitCode::answer, unreadable.complaint()};
+    return {[loader, colour = session.colour](Output& output) {
+                EventsView(*loader, colour).events(output);
+            },
+            ExitCode::answer, unreadable.complaint()};
 }
 
 }  // namespace yg::tool

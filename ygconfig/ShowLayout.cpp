@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <memory>
+
 #include "ygconfig/Commands.h"
 #include "ygconfig/Layout.h"
 #include "ygconfig/LayoutView.h"
@@ -8,8 +10,12 @@ namespace yg::tool {
 
 Answer showLayout(const Session& session) {
     UnreadableFiles unreadable;
-    const auto loader = loadLayout(session.arguments, &unreadable);
-    return {LayoutView(*loader, session.colour).layout(), ExitCode::answer, unreadable.complaint()};
+    const std::shared_ptr loader = loadLayout(session.arguments, &unreadable);
+    loader->setDiagnosticsSink(nullptr);
+    return {[loader, colour = session.colour](Output& output) {
+                LayoutView(*loader, colour).layout(output);
+            },
+            ExitCode::answer, unreadable.complaint()};
 }
 
 }  // namespace yg::tool

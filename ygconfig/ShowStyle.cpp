@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <memory>
 #include <vector>
 
 #include "ygconfig/Commands.h"
@@ -32,11 +33,13 @@ std::string noteOn(const YGStyleConfigLoad& loader, const std::string& name) {
 
 Answer showStyle(const Session& session) {
     const std::string& name = session.arguments.name;
-    const auto loader = loadLayout(session.arguments);
+    const std::shared_ptr loader = loadLayout(session.arguments);
     const auto style = loader->loadStyleConfigInfoWithName(name);
     if (!style)
         return noStyle(*loader, name);
-    return {LayoutView(*loader, session.colour).style(*style, noteOn(*loader, name))};
+    return {[loader, style, note = noteOn(*loader, name), colour = session.colour](Output& output) {
+        LayoutView(*loader, colour).style(*style, note, output);
+    }};
 }
 
 }  // namespace yg::tool

@@ -63,12 +63,12 @@ Answer writeImage(const Session& session) {
     const auto image = loader ? imageOf(*loader, arguments) : std::nullopt;
     const auto png = image ? image->toPng() : std::nullopt;
     if (!png)
-        return jsonAnswer(Json());
+        return jsonAnswer(nullptr);
     if (const int error = writeFile(*arguments.output, *png); error != 0)
         return {
             "", ExitCode::failed,
             "ygconfig image: \"" + printable(*arguments.output) + "\": " + std::strerror(error)};
-    return jsonAnswer(toJson(*image));
+    return jsonAnswer(*image);
 }
 
 }  // namespace yg::tool

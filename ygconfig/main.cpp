@@ -46,6 +46,11 @@ void complain(const std::string& line) {
     writeAll(STDERR_FILENO, line + '\n');
 }
 
+/// Ends an answer in the middle.
+struct NotWritten {
+    int error;  ///< its number
+};
+
 int statusOf(ExitCode code) {
     return static_cast<int>(code);
 }
@@ -56,12 +61,18 @@ int answerTo(const std::vector<std::string>& words) {
     const Answer answer = yg::tool::run(yg::tool::readCommandLine(words), colour);
     if (!answer.complaint.empty())
         complain(answer.complaint);
-    if (writeAll(STDOUT_FILENO, answer.output))
+    try {
+        answer.output.writeTo([](std::string_view piece) {
+            if (!writeAll(STDOUT_FILENO, piece))
+                throw NotWritten{errno};
+        });
         return statusOf(answer.exitCode);
-    // A reader that has seen enough, such as `head`, is told nothing.
-    if (errno != EPIPE)
-        complain(std::string("ygconfig: standard output: ") + std::strerror(errno));
-    return statusOf(ExitCode::failed);
+    } catch (const NotWritten& failure) {
+        // A reader that has seen enough, such as `head`, is told nothing.
+        if (failure.error != EPIPE)
+            complain(std::string("ygconfig: standard output: ") + std::strerror(failure.error));
+        return statusOf(ExitCode::failed);
+    }
 }
 
 }  // namespace

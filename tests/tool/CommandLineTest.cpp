@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tool/TextOf.h"
 #include "ygconfig/CommandLine.h"
 
 namespace {
@@ -27,7 +28,7 @@ std::string complaintAbout(const std::vector<std::string>& words) {
     const CommandLine line = readCommandLine(words);
     EXPECT_EQ(line.command, nullptr);
     EXPECT_EQ(line.answer.exitCode, ExitCode::unusable);
-    EXPECT_EQ(line.answer.output, "");
+    EXPECT_EQ(yg::testing::textOf(line.answer.output), "");
     return line.answer.complaint;
 }
 
@@ -138,7 +139,7 @@ TEST(CommandLine, AnswersHelpWhateverElseIsSaid) {
         const CommandLine line = readCommandLine(words);
         EXPECT_EQ(line.command, nullptr);
         EXPECT_EQ(line.answer.exitCode, ExitCode::answer);
-        EXPECT_NE(line.answer.output, "");
+        EXPECT_NE(yg::testing::textOf(line.answer.output), "");
         EXPECT_EQ(line.answer.complaint, "");
     }
 }

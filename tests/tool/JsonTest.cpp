@@ -5,12 +5,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "LargeInput.h"
+#include "tool/TextOf.h"
 #include "ygconfig/Json.h"
 
 namespace {
@@ -67,78 +68,168 @@ namespace {
 
 using yg::tool::Answer;
 using yg::tool::ExitCode;
-using yg::tool::Json;
 using yg::tool::jsonAnswer;
-using yg::tool::jsonText;
-using yg::tool::toJson;
 
-std::string written(float number) {
-    return toJson(number).dump();
+/// What the tool prints of a value.
+template <class Value>
+std::string written(const Value& value) {
+    return yg::testing::textOf(jsonAnswer(value).output);
 }
 
 TEST(Json, IsMadeFromTheDescriptionOfARecord) {
-    EXPECT_EQ(toJson(Sample()).dump(),
-              R"({"text":"文","absentText":null,"emptyText":"","flag":true,"whole":-7,)"
-              R"("large":18446744073709551615,"scale":0.1,"exact":0.1,"names":["n","n"],)"
-              R"("noNames":null,"numbers":{"z":1,"a":2}})");
+    EXPECT_EQ(written(Sample()), R"({
+  "text": "文",
+  "absentText": null,
+  "emptyText": "",
+  "flag": true,
+  "whole": -7,
+  "large": 18446744073709551615,
+  "scale": 0.1,
+  "exact": 0.1,
+  "names": [
+    "n",
+    "n"
+  ],
+  "noNames": null,
+  "numbers": {
+    "z": 1,
+    "a": 2
+  }
+}
+)");
 }
 
 TEST(Json, HoldsRecordsInRecords) {
     Holder holder;
     holder.children_->push_back(std::make_shared<Holder>());
     holder.children_->push_back(nullptr);
-    EXPECT_EQ(toJson(holder).dump(), R"({"children":[{"children":[]},null]})");
+    EXPECT_EQ(written(holder), R"({
+  "children": [
+    {
+      "children": []
+    },
+    null
+  ]
+}
+)");
+}
+
+TEST(Json, WritesWhatIsEmptyInOneLine) {
+    EXPECT_EQ(written(std::vector<std::string>()), "[]\n");
+    EXPECT_EQ(written(yg::RecordMap<bool>()), "{}\n");
 }
 
 TEST(Json, WritesAFloatWithTheFewestDigits) {
-    EXPECT_EQ(written(0.0F), "0.0");
-    EXPECT_EQ(written(-1.0F), "-1.0");
-    EXPECT_EQ(written(0.1F), "0.1");
-    EXPECT_EQ(written(0.3333333433F), "0.33333334");
-    EXPECT_EQ(written(16777216.0F), "16777216.0");
-    EXPECT_EQ(written(1e-45F), "1e-45");
+    EXPECT_EQ(written(0.0F), "0.0\n");
+    EXPECT_EQ(written(-0.0F), "-0.0\n");
+    EXPECT_EQ(written(-1.0F), "-1.0\n");
+    EXPECT_EQ(written(0.1F), "0.1\n");
+    EXPECT_EQ(written(0.3333333433F), "0.33333334\n");
+    EXPECT_EQ(written(-15.959924F), "-15.959924\n");
+    EXPECT_EQ(written(16777216.0F), "16777216.0\n");
+    EXPECT_EQ(written(123456792.0F), "123456792.0\n");
+    EXPECT_EQ(written(1e-45F), "1e-45\n");
+}
+
+TEST(Json, WritesADoubleWithTheFewestDigits) {
+    EXPECT_EQ(written(1.0 / 3), "0.3333333333333333\n");
+    EXPECT_EQ(written(4.1752050594835e+78), "4.1752050594835e+78\n");
+}
+
+TEST(Json, WritesLargeAndSmallNumbersWithAnExponent) {
+    EXPECT_EQ(written(999999999999999.0), "999999999999999.0\n");
+    EXPECT_EQ(written(1e15), "1e+15\n");
+    EXPECT_EQ(written(0.0001), "0.0001\n");
+    EXPECT_EQ(written(0.000099), "9.9e-05\n");
 }
 
 TEST(Json, WritesAFloatSoThatItReadsBack) {
     for (const float number : {3.4028235e38F, 1.17549435e-38F, 0.7F, 1.0F / 3, 123456.789F, -2e-7F})
-        EXPECT_EQ(static_cast<float>(std::stod(written(number))), number);
+        EXPECT_EQ(std::stof(written(number)), number);
 }
 
 TEST(Json, WritesInfinitiesAsTexts) {
-    EXPECT_EQ(written(std::numeric_limits<float>::infinity()), "\"inf\"");
-    EXPECT_EQ(written(-std::numeric_limits<float>::infinity()), "\"-inf\"");
-    EXPECT_EQ(toJson(std::numeric_limits<double>::infinity()).dump(), "\"inf\"");
-    EXPECT_EQ(toJson(-std::numeric_limits<double>::infinity()).dump(), "\"-inf\"");
+    EXPECT_EQ(written(std::numeric_limits<float>::infinity()), "\"inf\"\n");
+    EXPECT_EQ(written(-std::numeric_limits<float>::infinity()), "\"-inf\"\n");
+    EXPECT_EQ(written(std::numeric_limits<double>::infinity()), "\"inf\"\n");
+    EXPECT_EQ(written(-std::numeric_limits<double>::infinity()), "\"-inf\"\n");
 }
 
-TEST(JsonText, ReplacesWhatIsNoUtf8) {
-    EXPECT_EQ(jsonText(toJson(std::string("a\xff"
-                                          "b"))),
+TEST(Json, WritesWhatIsNoNumberAsNull) {
+    EXPECT_EQ(written(std::numeric_limits<float>::quiet_NaN()), "null\n");
+}
+
+TEST(Json, EscapesInTextsWhatItMust) {
+    EXPECT_EQ(written(std::string("\"\\/\n\x01\x7F")), "\"\\\"\\\\/\\n\\u0001\x7F\"\n");
+}
+
+TEST(Json, ReplacesWhatIsNoUtf8) {
+    EXPECT_EQ(written(std::string("a\xff"
+                                  "b")),
               "\"a\uFFFDb\"\n");
-    Json object = Json::object();
-    yg::tool::addMember(object, "\xe4\xb8", 1);
-    EXPECT_EQ(jsonText(object), "{\n  \"\uFFFD\": 1\n}\n");
+    yg::RecordMap<std::int32_t> map;
+    map.set("\xe4\xb8", 1);
+    EXPECT_EQ(written(map), "{\n  \"\uFFFD\": 1\n}\n");
 }
 
-TEST(JsonText, ManagesManyLevels) {
-    // Sanitizers make the frames of the JSON library several times larger.
-    constexpr int levels = yg::testing::isSanitized ? 200 : 800;
+TEST(Json, ManagesManyLevels) {
+    constexpr int levels = 800;
     Holder root;
     for (int i = 0; i < levels; ++i) {
         auto above = std::make_shared<Holder>();
         above->children_->push_back(std::make_shared<Holder>(root));
         root = *above;
     }
-    const std::string text = jsonText(toJson(root));
+    const std::string text = written(root);
     EXPECT_EQ(std::count(text.begin(), text.end(), '{'), levels + 1);
 }
 
+/// Two million characters of JSON from one record, which stands in many places.
+Answer longAnswer() {
+    const auto shared = std::make_shared<Sample>();
+    return jsonAnswer(std::vector<std::shared_ptr<Sample>>(10'000, shared));
+}
+
+TEST(JsonAnswer, IsWrittenInSmallPieces) {
+    std::size_t total = 0;
+    std::size_t largest = 0;
+    longAnswer().output.writeTo([&](std::string_view piece) {
+        total += piece.size();
+        largest = std::max(largest, piece.size());
+    });
+    EXPECT_GT(total, 2'000'000);
+    EXPECT_LT(largest, 100'000);
+}
+
+TEST(JsonAnswer, EndsWhereTheSinkThrows) {
+    int pieces = 0;
+    EXPECT_THROW(longAnswer().output.writeTo([&](std::string_view) {
+        if (++pieces == 2)
+            throw pieces;
+    }),
+                 int);
+    EXPECT_EQ(pieces, 2);
+}
+
+template <class Value>
+ExitCode exitCodeOf(const Value& value) {
+    return jsonAnswer(value).exitCode;
+}
+
 TEST(JsonAnswer, TellsNullAndFalseFromTheRest) {
-    EXPECT_EQ(jsonAnswer(Json()).exitCode, ExitCode::noAnswer);
-    EXPECT_EQ(jsonAnswer(false).exitCode, ExitCode::noAnswer);
-    for (const Json& json : {Json(true), Json(0), Json(""), Json::array(), Json::object()})
-        EXPECT_EQ(jsonAnswer(json).exitCode, ExitCode::answer) << json;
-    EXPECT_EQ(jsonAnswer(Json()).output, "null\n");
+    EXPECT_EQ(exitCodeOf(nullptr), ExitCode::noAnswer);
+    EXPECT_EQ(exitCodeOf(false), ExitCode::noAnswer);
+    EXPECT_EQ(exitCodeOf(std::optional<std::string>()), ExitCode::noAnswer);
+    EXPECT_EQ(exitCodeOf(std::shared_ptr<const Sample>()), ExitCode::noAnswer);
+    EXPECT_EQ(exitCodeOf(true), ExitCode::answer);
+    EXPECT_EQ(exitCodeOf(0), ExitCode::answer);
+    EXPECT_EQ(exitCodeOf(std::string()), ExitCode::answer);
+    EXPECT_EQ(exitCodeOf(std::optional<std::string>("")), ExitCode::answer);
+    EXPECT_EQ(exitCodeOf(std::make_shared<const Holder>()), ExitCode::answer);
+    EXPECT_EQ(exitCodeOf(std::vector<std::string>()), ExitCode::answer);
+    EXPECT_EQ(exitCodeOf(yg::RecordMap<bool>()), ExitCode::answer);
+    EXPECT_EQ(written(nullptr), "null\n");
+    EXPECT_EQ(written(false), "false\n");
 }
 
 }  // namespace

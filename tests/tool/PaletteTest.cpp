@@ -234,6 +234,22 @@ k          none                 2.5×1 of 5×2 pixels
 )");
 }
 
+TEST(ShowPalette, KeepsTheColumnWhenACellIsVeryLong) {
+    const TempRoot root;
+    const std::string name(10'000, 'n');
+    std::string keys = "<k KEY='long' VALUE='" + name + "'/>";
+    for (int i = 0; i < 1'000; ++i)
+        keys += "<k KEY='" + std::to_string(i) + "' VALUE='a'/>";
+    for (const auto& file : {light, dark})
+        root.write(file, palette("<APP_MAP><FONTS>" + keys + "</FONTS></APP_MAP>"));
+    const std::string text = runOn(root, {"show", "palette"}).output;
+    EXPECT_THAT(text, HasSubstr("\nlong             system font: no font " + name +
+                                "  system font: no font " + name + "\n"));
+    EXPECT_THAT(text,
+                HasSubstr("\n999              system font: no font a  system font: no font a\n"));
+    EXPECT_LT(text.size(), 200'000);
+}
+
 TEST(ShowPalette, ShowsOneThemeWithoutTheOther) {
     const Root root;
     const ToolRun run = runOn(root, {"show", "palette"});

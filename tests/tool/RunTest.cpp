@@ -7,12 +7,14 @@
 #include "YGConfigManager/host/YGFrameComFun.h"
 
 #include "host/TempRoot.h"
+#include "tool/TextOf.h"
 #include "ygconfig/Run.h"
 
 namespace {
 
 using yg::YGFrameComFun;
 using yg::testing::TempRoot;
+using yg::testing::textOf;
 using yg::tool::Answer;
 using yg::tool::Arguments;
 using yg::tool::Command;
@@ -31,7 +33,7 @@ std::string answerFor(const std::string& root, std::optional<std::string> right)
     Arguments arguments;
     arguments.root = root;
     arguments.right = std::move(right);
-    return yg::tool::run({&asking, arguments, {}}, false).output;
+    return textOf(yg::tool::run({&asking, arguments, {}}, false).output);
 }
 
 TEST(Run, InstallsTheHostOfTheRoot) {
@@ -54,13 +56,13 @@ TEST(Run, RefusesARootThatIsNone) {
     arguments.root = root.at("none");
     const Answer answer = yg::tool::run({&asking, arguments, {}}, false);
     EXPECT_EQ(answer.exitCode, ExitCode::unusable);
-    EXPECT_EQ(answer.output, "");
+    EXPECT_EQ(textOf(answer.output), "");
     EXPECT_NE(answer.complaint.find(root.at("none")), std::string::npos);
 }
 
 TEST(Run, AnswersWhatTheCommandLineAnswered) {
     const Answer answer = yg::tool::run({nullptr, {}, {"help\n"}}, false);
-    EXPECT_EQ(answer.output, "help\n");
+    EXPECT_EQ(textOf(answer.output), "help\n");
 }
 
 }  // namespace

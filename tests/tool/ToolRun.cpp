@@ -8,6 +8,7 @@
 #include <stdlib.h>
 #include <string_view>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -43,16 +44,28 @@ Descriptor memoryFile() {
     return Descriptor(::memfd_create("ygconfig", MFD_CLOEXEC));
 }
 
-/// What can be read until the end, or until the other side of a terminal is gone.
-std::string readAll(const Descriptor& from) {
-    std::string all;
-    std::array<char, 4096> piece{};
+/// Reads until the end, or until the other side of a terminal is gone.
+template <class Take>
+void readPieces(const Descriptor& from, Take take) {
+    std::array<char, 64 * 1024> piece{};
     for (;;) {
         const ssize_t count = ::read(from.number(), piece.data(), piece.size());
         if (count <= 0)
-            return all;
-        all.append(piece.data(), static_cast<std::size_t>(count));
+            return;
+        take(std::string_view(piece.data(), static_cast<std::size_t>(count)));
     }
+}
+
+std::string readAll(const Descriptor& from) {
+    std::string all;
+    readPieces(from, [&](std::string_view piece) { all += piece; });
+    return all;
+}
+
+std::size_t sizeOf(const Descriptor& from) {
+    std::size_t size = 0;
+    readPieces(from, [&](std::string_view piece) { size += piece.size(); });
+    return size;
 }
 
 std::string contentOf(const Descriptor& file) {
@@ -60,13 +73,34 @@ std::string contentOf(const Descriptor& file) {
     return readAll(file);
 }
 
-Descriptor pipeWithoutReader() {
-    std::array<int, 2> ends{};
+struct Pipe {
+    Descriptor reader;
+    Descriptor writer;
+};
+
+Pipe newPipe() {
+    std::array<int, 2> ends{-1, -1};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
         throw std::runtime_error("no pipe");
-    ::close(ends[0]);
-    return Descriptor(ends[1]);
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
+
+/// Programs started while it lives have no more address space than this.
+class MemoryLimit {
+public:
+    explicit MemoryLimit(std::size_t bytes) {
+        ::getrlimit(RLIMIT_AS, &before_);
+        const rlimit limit{bytes == 0 ? before_.rlim_cur : bytes, before_.rlim_max};
+        if (::setrlimit(RLIMIT_AS, &limit) != 0)
+            throw std::runtime_error("no limit of memory");
+    }
+    MemoryLimit(const MemoryLimit&) = delete;
+    MemoryLimit& operator=(const MemoryLimit&) = delete;
+    ~MemoryLimit() { ::setrlimit(RLIMIT_AS, &before_); }
+
+private:
+    rlimit before_{};
+};
 
 Descriptor newTerminal() {
     Descriptor terminal(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
@@ -116,12 +150,13 @@ ToolRun runTool(const std::vector<std::string>& arguments, const ToolSetting& se
     const bool isTerminal = setting.outputTo == OutputTo::terminal;
     const Descriptor errors = memoryFile();
     const Descriptor kept = isTerminal ? newTerminal() : memoryFile();
+    Pipe counted = newPipe();
     Descriptor output = isTerminal ? programSide(kept)
                         : setting.outputTo == OutputTo::fullDisk
                             ? Descriptor(::open("/dev/full", O_WRONLY | O_CLOEXEC))
-                        : setting.outputTo == OutputTo::closedPipe
-                            ? pipeWithoutReader()
-                            : Descriptor(::dup(kept.number()));
+                        : setting.outputTo == OutputTo::closedPipe ? std::move(newPipe().writer)
+                        : setting.outputTo == OutputTo::count      ? std::move(counted.writer)
+                                                              : Descriptor(::dup(kept.number()));
 
     const Descriptor input = memoryFile();
     if (::write(input.number(), setting.input.data(), setting.input.size()) !=
@@ -140,17 +175,23 @@ ToolRun runTool(const std::vector<std::string>& arguments, const ToolSetting& se
     else
         ::posix_spawn_file_actions_adddup2(&actions, output.number(), STDOUT_FILENO);
     pid_t child = -1;
-    const int failure = ::posix_spawn(&child, YG_TOOL, &actions, nullptr, pointersTo(words).data(),
-                                      pointersTo(environment).data());
+    int failure = 0;
+    {
+        const MemoryLimit limit(setting.memory);
+        failure = ::posix_spawn(&child, YG_TOOL, &actions, nullptr, pointersTo(words).data(),
+                                pointersTo(environment).data());
+    }
     ::posix_spawn_file_actions_destroy(&actions);
     if (failure != 0)
         throw std::runtime_error("the tool cannot be run");
 
     ToolRun run;
     output.close();
-    // A terminal holds little, so it is read while the tool runs.
+    // Terminals and pipes hold little, so they are read while the tool runs.
     if (isTerminal)
         run.output = readAll(kept);
+    if (setting.outputTo == OutputTo::count)
+        run.outputSize = sizeOf(counted.reader);
     int state = 0;
     ::waitpid(child, &state, 0);
     run.status = WIFEXITED(state) ? WEXITSTATUS(state) : -1;

@@ -3,6 +3,7 @@
 // Runs ygconfig as a whole, as a shell would, and keeps what came out of it.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ enum class OutputTo {
     fullDisk,
     closedPipe,  ///< a pipe that nobody reads any more
     nowhere,     ///< the stream is closed
+    count,       ///< ToolRun::outputSize alone says how much it was
 };
 
 struct ToolSetting {
@@ -25,11 +27,14 @@ struct ToolSetting {
     std::string folder = {};
     /// What comes from standard input.
     std::string input = {};
+    /// How many bytes of address space the run has; 0 for no limit.
+    std::size_t memory = 0;
 };
 
 struct ToolRun {
     int status = -1;  ///< the exit status; -1 when the run ended otherwise
     std::string output;
+    std::size_t outputSize = 0;
     std::string errors;
 };
 

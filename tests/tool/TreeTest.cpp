@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <cstddef>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -28,6 +29,16 @@ TEST(Tree, DrawsBranches) {
               "│     └─ d\n"
               "└─ e\n"
               "   └─ f\n");
+}
+
+TEST(Tree, DrawsBranchesThatAreMadeLaterBelowTheOthers) {
+    Branch root = branch("root", "x", {branch("a", "y")});
+    root.later = {2, [](std::size_t at) { return branch("later " + std::to_string(at), "z"); }};
+    EXPECT_EQ(drawTree(root, Paint(false)),
+              "root        x\n"
+              "├─ a        y\n"
+              "├─ later 0  z\n"
+              "└─ later 1  z\n");
 }
 
 TEST(Tree, PutsDetailsInOneColumn) {

@@ -15,6 +15,7 @@
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 using yg::testing::OutputTo;
 using yg::testing::runTool;
@@ -122,6 +123,11 @@ TEST(StandardOutput, ThatNobodyReadsAnyMoreIsAQuietError) {
     const ToolRun run = runTool({"--help"}, {.outputTo = OutputTo::closedPipe});
     EXPECT_EQ(run.status, 3);
     EXPECT_EQ(run.errors, "");
+    const TempRoot root;
+    const ToolRun dump =
+        runTool({"dump", "layout", "--root", root.path()}, {.outputTo = OutputTo::closedPipe});
+    EXPECT_EQ(dump.status, 3);
+    EXPECT_THAT(dump.errors, Not(HasSubstr("ygconfig: ")));
 }
 
 }  // namespace

@@ -66,7 +66,9 @@ public:
                                const std::optional<std::string_view>& itemText);
 
     /// The item's text; absent when there is no such item, or when a name is absent or empty. Of
-    /// several items of one name the first in the file counts.
+    /// several items of one name the first in the file counts. Names go into an XPath query as they
+    /// stand, here and above; one that is not an XML name is program text, whose evaluation has no
+    /// bound. No other thread waits for it.
     std::optional<std::string> getItemText(const std::optional<std::string_view>& section,
                                            const std::optional<std::string_view>& itemName) const;
 
@@ -76,8 +78,7 @@ public:
 
     /// Writes a document as the file of this name, pretty-printed. Nothing happens when there is no
     /// document, no path or no root element, or when the file could not be read again; a failed
-    /// write is ignored. Takes no lock: the
-    /// document must not change meanwhile.
+    /// write is ignored. Takes no lock: the document must not change meanwhile.
     void saveAppConfigFile(const xml::Document* document,
                            std::optional<std::string_view> fileName) const;
 

@@ -39,7 +39,9 @@ public:
 
     /// The address of the key, "" when it is empty in the file; of several the first in the file.
     /// "about:blank", with a numbered message in the business log, when the key is absent or empty
-    /// (1), no UTF-8 (2) or not in the table (3), and when memory runs out (4).
+    /// (1), no UTF-8 (2) or not in the table (3), and when memory runs out (4). A key with an
+    /// apostrophe goes into an XPath query as it stands: it is program text, whose evaluation has
+    /// no bound. No other thread waits for it.
     std::string getWebPageUrlByKey(const std::optional<std::string_view>& key) const;
 
     /// Replaces the table by a new one in XML, in whose addresses "&" stands for itself (also in

@@ -8,17 +8,6 @@
 #include <new>
 #include <utility>
 
-#if defined(__SANITIZE_ADDRESS__)
-#define YG_OWN_MALLOC 0
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define YG_OWN_MALLOC 0
-#endif
-#endif
-#if !defined(YG_OWN_MALLOC)
-#define YG_OWN_MALLOC 1
-#endif
-
 namespace yg::testing {
 
 namespace {

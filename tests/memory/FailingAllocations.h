@@ -19,6 +19,17 @@
 #define YG_OWN_ALLOCATION 1
 #endif
 
+#if defined(__SANITIZE_ADDRESS__)
+#define YG_OWN_MALLOC 0
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define YG_OWN_MALLOC 0
+#endif
+#endif
+#if !defined(YG_OWN_MALLOC)
+#define YG_OWN_MALLOC 1
+#endif
+
 namespace yg::testing {
 
 /// Which allocations count and fail.

@@ -198,7 +198,8 @@ protected:
                     EXPECT_EQ(liveAllocations(), before) << "left over";
                 }
                 if (!round.hasFailed) {
-                    ASSERT_GT(number, 1u) << "the operation takes no memory";
+                    // It may take all of it from malloc.
+                    ASSERT_TRUE(number > 1 || !YG_OWN_MALLOC) << "the operation takes no memory";
                     EXPECT_TRUE(isFull);
                     break;
                 }

@@ -295,15 +295,16 @@ TEST_F(SettingsBadInput, NobodyWaitsForAWebPageKeyThatIsALongQuery) {
     std::string xml = "<urls>";
     for (int key = 0; key < 500; ++key)
         xml += "<url key='k" + std::to_string(key) + "'>a</url>";
-    put(pagesName, xml + "</urls>");
+    xml += "</urls>";
+    put(pagesName, xml);
     const auto table = YGWebPageUrlConfig::initWithFileName(pagesName);
     const std::string key = "' or //" + std::string(endless) + " or 'x'='";
-    expectNoWaiting([&] { table->getWebPageUrlByKey(key); },
-                    [&] {
-                        if (table->getWebPageUrlByKey("k1") != "a" ||
-                            !table->replaceDataFromServer("<urls><url key='k1'>a</url></urls>"))
-                            _exit(2);
-                    });
+    expectNoWaiting(
+        [&] { table->getWebPageUrlByKey(key); },
+        [&] {
+            if (table->getWebPageUrlByKey("k1") != "a" || !table->replaceDataFromServer(xml))
+                _exit(2);
+        });
 }
 
 TEST_F(SettingsBadInput, AnItemThatALongNameStoresIsNotLostToOthers) {

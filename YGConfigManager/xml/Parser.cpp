@@ -103,7 +103,8 @@ std::optional<std::pair<std::size_t, const char*>> excess(std::string_view text)
 class StrayMessages {
 public:
     StrayMessages()
-        : contextBefore_(xmlStructuredErrorContext), functionBefore_(xmlStructuredError) {
+        : contextBefore_((initialise(), xmlStructuredErrorContext)),
+          functionBefore_(xmlStructuredError) {
         xmlSetStructuredErrorFunc(this, [](void* self, xmlErrorPtr error) {
             if (error->code == XML_ERR_NO_MEMORY)
                 static_cast<StrayMessages*>(self)->isOutOfMemory_ = true;
@@ -116,6 +117,12 @@ public:
     bool isOutOfMemory() const { return isOutOfMemory_; }
 
 private:
+    /// libxml2 would do it at its first use, and not safely on two threads.
+    static void initialise() {
+        static const bool initialised = (xmlInitParser(), true);
+        static_cast<void>(initialised);
+    }
+
     void* const contextBefore_;
     const xmlStructuredErrorFunc functionBefore_;
     bool isOutOfMemory_ = false;
@@ -131,8 +138,6 @@ public:
     /// `text` ends with a NUL character, and lives as long as this. Throws when memory does not
     /// suffice.
     Context(const std::string& text, const xmlSAXHandler& sax, void* reader) {
-        static const bool initialised = (xmlInitParser(), true);
-        static_cast<void>(initialised);
         context_.reset(xmlNewParserCtxt());
         // An input without a buffer of its own is neither copied nor read in pieces, and what lies
         // behind the parser in it has no limit.

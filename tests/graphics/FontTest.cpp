@@ -331,29 +331,6 @@ std::string contentOf(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Both fonts as faces of one file. Where a font's tables begin is counted from the file's start.
-std::string collectionOf(const std::vector<std::string>& fonts) {
-    const auto number = [](std::size_t value) {
-        return yg::testing::bigEndian(static_cast<std::uint32_t>(value));
-    };
-    std::string header = "ttcf" + number(0x10000) + number(fonts.size());
-    const std::size_t start = header.size() + 4 * fonts.size();
-    std::string content;
-    for (std::string font : fonts) {
-        const std::size_t place = start + content.size();
-        header += number(place);
-        for (std::size_t at = 12 + 8; at < 12 + 16 * static_cast<std::size_t>(font[5]); at += 16) {
-            std::size_t table = 0;
-            for (std::size_t i = 0; i < 4; ++i) {
-                table = table << 8 | static_cast<unsigned char>(font[at + i]);
-            }
-            font.replace(at, 4, number(table + place));
-        }
-        content += font;
-    }
-    return header + content;
-}
-
 TEST(FontFiles, AFileThatIsShortenedWhileItIsOpenChangesNothing) {
     const yg::testing::TempRoot root;
     root.write("font.ttf", contentOf(testFontPath("latin.ttf")));
@@ -378,6 +355,29 @@ TEST(FontFiles, AFileThatIsShortenedBeforeItIsOpenedIsNoFont) {
 }
 
 #ifndef YG_NO_COUNTED_MEMORY
+/// Both fonts as faces of one file. Where a font's tables begin is counted from the file's start.
+std::string collectionOf(const std::vector<std::string>& fonts) {
+    const auto number = [](std::size_t value) {
+        return yg::testing::bigEndian(static_cast<std::uint32_t>(value));
+    };
+    std::string header = "ttcf" + number(0x10000) + number(fonts.size());
+    const std::size_t start = header.size() + 4 * fonts.size();
+    std::string content;
+    for (std::string font : fonts) {
+        const std::size_t place = start + content.size();
+        header += number(place);
+        for (std::size_t at = 12 + 8; at < 12 + 16 * static_cast<std::size_t>(font[5]); at += 16) {
+            std::size_t table = 0;
+            for (std::size_t i = 0; i < 4; ++i) {
+                table = table << 8 | static_cast<unsigned char>(font[at + i]);
+            }
+            font.replace(at, 4, number(table + place));
+        }
+        content += font;
+    }
+    return header + content;
+}
+
 TEST(FontFiles, AreInMemoryOnceForAllTheirFaces) {
     const yg::testing::TempRoot root;
     const std::string both =

@@ -14,8 +14,8 @@
 
 namespace {
 
-/// The point that every thread is told; that of the locale when it is null.
-std::array<char, 4>* decimalPoint = nullptr;
+/// The point for this thread; that of the locale when it is null.
+thread_local std::array<char, 4>* decimalPoint = nullptr;
 
 }  // namespace
 
@@ -23,7 +23,7 @@ std::array<char, 4>* decimalPoint = nullptr;
 extern "C" __attribute__((visibility("default"))) struct lconv* localeconv() noexcept {
     static const auto real =
         reinterpret_cast<struct lconv* (*)()>(::dlsym(RTLD_NEXT, "localeconv"));
-    static struct lconv answer;
+    static thread_local struct lconv answer;
     answer = *real();
     if (decimalPoint != nullptr)
         answer.decimal_point = decimalPoint->data();

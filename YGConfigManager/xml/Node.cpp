@@ -217,7 +217,8 @@ bool Element::setContent(std::string_view text) {
     }
 
     // What can fail comes first.
-    tree_->prepareTakingOut();
+    if (firstChildFrom(element.first_child()))
+        tree_->prepareTakingOut();
     pugi::xml_node content;
     if (!stored.empty()) {
         content = made(element.append_child(pugi::node_pcdata));

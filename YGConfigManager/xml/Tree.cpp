@@ -282,7 +282,7 @@ std::vector<Node> Tree::select(const std::shared_ptr<Tree>& tree, pugi::xml_node
             answer.push_back(node(tree, found));
         return answer;
     };
-    if (!tree->keep.first_child())
+    if (!tree->keep)
         return selectHere();
 
     // Something was taken out, which stands beside the document now, without a name. A query that

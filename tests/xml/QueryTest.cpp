@@ -592,6 +592,15 @@ TEST(Query, ATreeWithReplacementsAndNewContentAnswersAsACleanOne) {
     expectSameAnswers(document);
 }
 
+TEST(Query, ATreeFromWhichNothingWasTakenOutYetHasItsOwnNodesOnly) {
+    const Document document = documentOf("<a><b/><c> </c></a>");
+    elementAt(document, "a/b").setContent("x");
+    elementAt(document, "a/c").setContent("");
+    EXPECT_EQ(document.query("//node()").size(), 4U);
+    document.root().childAt(0).replaceWith(Element());
+    EXPECT_EQ(document.query("/node()").size(), 1U);
+}
+
 TEST(Query, ARemovedPartAnswersAsItsCopy) {
     const Document document = documentOf(source);
     for (Node& removed : document.query("//b")) {

@@ -388,12 +388,12 @@ xmlSAXHandler Judge::callbacksWithNamespaces() {
         call<Judge>(user, [&](Judge& judge) {
             judge.watchNames();
             judge.watchLength(prefix, name);
-            for (int i = 0; i < attributeCount; ++i)
-                judge.watchLength(attributes[5 * i + 1], attributes[5 * i]);
+            for (int i = 0; i < attributeCount; ++i, attributes += 5)
+                judge.watchLength(attributes[1], attributes[0]);
             const auto* const declaration = reinterpret_cast<const xmlChar*>("xmlns");
-            for (int i = 0; i < namespaceCount; ++i) {
-                if (const xmlChar* declared = namespaces[2 * i])
-                    judge.watchLength(declaration, declared);
+            for (int i = 0; i < namespaceCount; ++i, namespaces += 2) {
+                if (namespaces[0])
+                    judge.watchLength(declaration, namespaces[0]);
             }
             judge.countNamespaces(namespaceCount);
         });

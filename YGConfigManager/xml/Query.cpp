@@ -2,9 +2,9 @@
 #include "YGConfigManager/xml/Query.h"
 
 #include <algorithm>
+#include <clocale>
 #include <cstddef>
 #include <cstdint>
-#include <locale.h>
 #include <optional>
 #include <string>
 #include <unordered_set>

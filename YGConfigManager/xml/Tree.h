@@ -149,7 +149,7 @@ std::string storableText(std::string_view text);
 std::string withLineFeeds(std::string_view text);
 
 /// Appends a node with everything below it as XML text.
-void serialiseNode(std::string& out, pugi::xml_node node, Form form);
+void serialiseNode(std::string& out, pugi::xml_node top, Form form);
 
 /// Appends a whole document; nothing when it has no root element.
 void serialiseDocument(std::string& out, const Tree& tree, Form form);

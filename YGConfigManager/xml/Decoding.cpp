@@ -124,6 +124,12 @@ private:
     iconv_t converter_;
 };
 
+std::size_t asciiPrefix(std::string_view text) {
+    const auto* const end = std::find_if(
+        text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    return static_cast<std::size_t>(end - text.begin());
+}
+
 /// `lineFeed` is how the encoding writes one; `beginning` is how the text must begin.
 Decoded convert(std::string_view bytes, const std::string& encoding, std::string_view lineFeed,
                 std::string_view beginning = {}) {
@@ -133,6 +139,8 @@ Decoded convert(std::string_view bytes, const std::string& encoding, std::string
     std::string text;
     text.reserve(bytes.size() + bytes.size() / 2);
     const bool isRight = converter.convert(bytes, text);
+    // A declaration that is not ASCII is wrong in any encoding, as the parser will say.
+    beginning = beginning.substr(0, asciiPrefix(beginning));
     if (text.compare(0, beginning.size(), beginning) != 0)
         return {{}, "Line 1: Input is labelled " + encoding + " but is not encoded so"};
     // A converter may hold back a character for an accent that follows, and takes a text that stops

@@ -306,7 +306,7 @@ public:
 
     Verdict judge() {
         const bool accepts = read();
-        if (isUnusual_)
+        if (hasGivenUp_ || (accepts && isUnusual_))
             return Verdict::undecided;
         return accepts ? Verdict::wellFormed : Verdict::malformed;
     }
@@ -319,12 +319,6 @@ private:
     static xmlSAXHandler callbacks();
     static xmlSAXHandler callbacksWithNamespaces();
 
-    /// Gives up without a verdict.
-    void giveUp() {
-        isUnusual_ = true;
-        xmlStopParser(context_.get());
-    }
-
     void noteNamespaceError(const xmlError& error) override {
         if (error.code != XML_NS_ERR_UNDEFINED_NAMESPACE)
             isUnusual_ = true;
@@ -333,8 +327,10 @@ private:
 
     void countNamespaces(int more) {
         namespaces_ += more;
-        if (namespaces_ > namespaceLimit)
-            giveUp();
+        if (namespaces_ > namespaceLimit) {
+            hasGivenUp_ = true;
+            xmlStopParser(context_.get());
+        }
     }
 
     void watchNames() {
@@ -344,11 +340,12 @@ private:
 
     void watchLength(const xmlChar* prefix, const xmlChar* name) {
         if (prefix && std::strlen(chars(prefix)) + std::strlen(chars(name)) >= nameLengthLimit)
-            giveUp();
+            isUnusual_ = true;
     }
 
     int namespaces_ = 0;
     bool isUnusual_ = false;
+    bool hasGivenUp_ = false;
     bool hasDoctype_ = false;
     bool hasInstruction_ = false;
 };

@@ -137,10 +137,10 @@ struct FaceLike {
 /// So many spellings of names are remembered.
 constexpr std::size_t mostNames = 1024;
 
-/// For so many characters a face remembers what stands in for it.
+/// How many characters a face remembers the replacement of.
 constexpr std::size_t mostCharacters = 8192;
 
-/// A longer name is no face's. Blanks do not count, so any length could name one.
+/// A longer name is unknown. Blanks do not count, so a name of any length could match.
 constexpr std::size_t longestName = 1024;
 
 }  // namespace

@@ -129,7 +129,10 @@ private:
 };
 
 struct ContextDeleter {
-    void operator()(xmlParserCtxt* context) const { xmlFreeParserCtxt(context); }
+    void operator()(xmlParserCtxt* context) const {
+        xmlFreeDoc(context->myDoc);
+        xmlFreeParserCtxt(context);
+    }
 };
 
 /// A libxml2 context that reads a text.
@@ -357,8 +360,12 @@ xmlSAXHandler Judge::callbacks() {
             judge.hasDoctype_ = true;
             // Entities, attribute lists and notations are where the attacks on readers live, and no
             // configuration needs them.
-            if (*judge.context_->input->cur == '[')
+            // libxml2 would read a subset behind one character more, whatever that is.
+            const xmlChar* const end = judge.context_->input->cur;
+            if (end[0] == '[' || (end[0] == '>' && end[1] == '['))
                 judge.fail("A document type with an internal subset is not allowed");
+            else if (end[0] != '>')
+                judge.fail("DOCTYPE improperly terminated");
         });
     };
     sax.startElement = [](void* user, const xmlChar*, const xmlChar**) {

@@ -74,6 +74,18 @@ TEST(InternalSubset, OfAnAttackIsRefusedUnread) {
     expectSubsetRefused("<!DOCTYPE a [<!ENTITY % e '&#37;f;'><!ENTITY % f '&#37;e;'>%e;]><a/>");
 }
 
+TEST(InternalSubset, IsRefusedBehindWhateverEndsADocumentType) {
+    const std::string attack = joined("[<!ATTLIST a b (x", repeated("|x", 40), ") #IMPLIED>]><a/>");
+    expectSubsetRefused("<!DOCTYPE a>" + attack);
+    expectSubsetRefused("<!DOCTYPE a SYSTEM 'x'>" + attack);
+    for (const std::string_view end : {"."sv, "x"sv, "\xE4\xB8\xAD"sv, "'"sv, "<"sv, "]"sv}) {
+        EXPECT_EQ(parsedText(joined("<!DOCTYPE a ", end, attack)).error.substr(0, 37),
+                  "Line 1: DOCTYPE improperly terminated")
+            << end;
+        EXPECT_FALSE(parsedText(joined("<!DOCTYPE a SYSTEM 'x' ", end, attack))) << end;
+    }
+}
+
 /// After an error libxml2 stops calling back, but reads on.
 TEST(InternalSubset, IsRefusedBehindAnErrorToo) {
     const std::string attack =

@@ -26,11 +26,11 @@ public:
     /// The font of the installed face `face` at `size` points; none when there is no such face. The
     /// name is that face's PostScript name, full name or family name, in any language that the face
     /// is named in; letter case and blanks do not count. Of a family the face nearest to regular
-    /// upright is taken. A name of more than 1,024 bytes is unknown. There is no substitute: a name
-    /// that the machine only has a replacement for is unknown, and so is every name when memory
-    /// does not suffice. A size of 0 or less, or that is no number, is the default size. A font
-    /// file is read into memory once; one of more than 256 MiB, or with which all that are open
-    /// would have more than 512 MiB, counts as not installed.
+    /// upright is taken. No substitute is given: a name for which the machine has only a
+    /// replacement is unknown. So is a name of more than 1,024 bytes, and any name when memory runs
+    /// out. A size of 0 or less, or NaN, gives the default size. A font file is read into memory
+    /// once. A file of more than 256 MiB, or one that would bring all open files above 512 MiB,
+    /// counts as not installed.
     static std::optional<Font> named(std::string_view face, double size);
 
     /// The machine's font for user interfaces at `size` points, sizes as in named(). Never fails:

@@ -234,7 +234,8 @@ public:
         return {set_->fonts, static_cast<std::size_t>(set_->nfont)};
     }
 
-    /// What stands in for a character, null for those that no face has. Only under the lock, too.
+    /// The replacement file for each character, null for those that no face has. Use under the
+    /// lock.
     std::unordered_map<char32_t, std::shared_ptr<const FontFile>> files;
 
 private:

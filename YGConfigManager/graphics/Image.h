@@ -2,8 +2,7 @@
 //
 // Images: read from PNG and JPEG, cut, scaled, written as PNG. An image is a small value that
 // shares its pixels, which never change: copying and cutting are cheap, and any thread may use
-// copies of the same image. There is no image when memory does not suffice for it; nothing is
-// thrown.
+// copies of the same image. When memory runs out, the answer is no image; nothing is thrown.
 #pragma once
 
 #include <cstddef>

@@ -48,8 +48,8 @@ public:
     /// A host on folder `root` with the settings of its host.json, which is read once, here. No
     /// host when the root is missing or no folder, or when host.json cannot be read, is not one
     /// JSON object or has a member of the wrong type; the error line then names the file, and the
-    /// line and column or the member. A missing host.json is no error. Without memory the error is
-    /// "out of memory".
+    /// line and column or the member. A missing host.json is not an error. When memory runs out,
+    /// the error is "out of memory".
     static Opened open(std::string_view root);
 
     /// The same, but there is always a host: what open() finds wrong is written to standard error,

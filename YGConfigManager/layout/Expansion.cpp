@@ -80,8 +80,7 @@ Extent extentOf(const xml::Node& node) {
 }
 
 Extent extentOfXml(std::string_view text) {
-    // A "<" begins an element or ends the text before it, or is an end tag's; a "=" stands in each
-    // attribute.
+    // Each element and each text is followed or begun by a "<", and each attribute has a "=".
     const auto count = [&](char c) {
         return static_cast<std::size_t>(std::count(text.begin(), text.end(), c));
     };

@@ -278,7 +278,7 @@ private:
     std::shared_ptr<StyleMap> styleInfos_;
     std::shared_ptr<StyleMap> tabStyleInfos_;
     std::shared_ptr<MagicPanelMap> magicPanelInfos_;
-    /// What stands in for the magic panels when memory does not suffice to load any.
+    /// The magic panels when memory runs out while they are loaded: empty, made beforehand.
     std::shared_ptr<MagicPanelMap> noMagicPanels_ = std::make_shared<MagicPanelMap>();
     std::shared_ptr<PanelMap> reusePanelInfos_;
     std::shared_ptr<PanelMap> scrollPanelDict_;

@@ -60,9 +60,9 @@ public:
     HttpGetService(const HttpGetService&) = delete;
     HttpGetService& operator=(const HttpGetService&) = delete;
 
-    /// As net::get. Any thread. A stopped service drops the request; one that there is no memory
-    /// for ends inside the call. Where the system gives no thread, that is logged and the request
-    /// waits for a later one to try again.
+    /// As net::get. Any thread. A stopped service drops the request. When memory runs out, the
+    /// request ends inside the call. Where the system gives no thread, that is logged and the
+    /// request waits for a later one to try again.
     void get(std::string url, GetCompletion completion) noexcept;
 
     /// Cuts all transfers, drops their completions and those that wait, and waits for the thread,

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include "YGConfigManager/files/FileLayer.h"
+#include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/text/Format.h"
 
 namespace yg::files {
@@ -59,6 +60,7 @@ std::optional<Place> finalPlace(std::string path, FileLayer& layer) {
         std::array<char, PATH_MAX> target;
         Place place = placeOf(path);
         if (place.name.empty()) {
+            errno = EISDIR;
             return std::nullopt;
         }
         const ssize_t size = layer.readLink(path.c_str(), target.data(), target.size());
@@ -69,6 +71,7 @@ std::optional<Place> finalPlace(std::string path, FileLayer& layer) {
         const std::string_view named(target.data(), static_cast<std::size_t>(size));
         path = named.starts_with('/') ? std::string(named) : place.folder.append(named);
     }
+    errno = ELOOP;
     return std::nullopt;
 }
 
@@ -132,6 +135,7 @@ public:
             const ssize_t count =
                 uninterrupted([&] { return layer_.write(number_, bytes.data(), bytes.size()); });
             if (count <= 0) {
+                errno = count == 0 ? EIO : errno;
                 return false;
             }
             bytes.remove_prefix(static_cast<std::size_t>(count));
@@ -183,44 +187,56 @@ bool lookAtTarget(int folder, const std::string& name, FileLayer& layer,
         return errno == ENOENT;
     }
     mode = state.st_mode & accessRights;
+    errno = S_ISDIR(state.st_mode) ? EISDIR : 0;
     return S_ISREG(state.st_mode);
 }
 
-bool write(std::string_view path, std::string_view bytes, FileLayer& layer) {
+FileWriting failure(std::string_view path, int cause) {
+    return {false, cause == 0 ? describeFailure(path, "not a regular file")
+                              : describeFailure(path, cause)};
+}
+
+FileWriting write(std::string_view path, std::string_view bytes, FileLayer& layer) {
+    if (path.empty()) {
+        return {false, describeFailure(path, "the path is empty")};
+    }
     if (path.find('\0') != std::string_view::npos) {
-        return false;
+        return {false, describeFailure(path, "the path holds a NUL byte")};
     }
     const std::optional<Place> place = finalPlace(std::string(path), layer);
     if (!place) {
-        return false;
+        return failure(path, errno);
     }
     // Opened before anything is written, so that a folder that cannot be synced changes nothing.
     const OpenFolder folder(place->folder, layer);
     std::optional<mode_t> mode;
     if (folder.number() < 0 || !lookAtTarget(folder.number(), place->name, layer, mode)) {
-        return false;
+        return failure(path, errno);
     }
     Neighbour neighbour(folder.number(), layer);
     // A new file gets its mode from the system, which takes off the umask. For a replaced one the
     // umask must not count, so its mode comes with a call of its own, before the sync so that it is
     // on the disk with the bytes.
-    return neighbour.create(mode ? *mode & ownerReadWrite : everyoneReadWrite) &&
-           neighbour.write(bytes) && (!mode || neighbour.changeMode(*mode)) && neighbour.sync() &&
-           neighbour.close() && neighbour.takePlaceOf(place->name) && folder.sync();
+    if (neighbour.create(mode ? *mode & ownerReadWrite : everyoneReadWrite) &&
+        neighbour.write(bytes) && (!mode || neighbour.changeMode(*mode)) && neighbour.sync() &&
+        neighbour.close() && neighbour.takePlaceOf(place->name) && folder.sync()) {
+        return {true};
+    }
+    return failure(path, errno);
 }
 
 }  // namespace
 
-bool writeFileAtomically(std::string_view path, std::string_view bytes) {
+FileWriting writeFileAtomically(std::string_view path, std::string_view bytes) {
     return writeFileAtomically(path, bytes, systemFileLayer());
 }
 
-bool writeFileAtomically(std::string_view path, std::string_view bytes, FileLayer& layer) {
+FileWriting writeFileAtomically(std::string_view path, std::string_view bytes, FileLayer& layer) {
     try {
         return write(path, bytes, layer);
     } catch (const std::bad_alloc&) {
-        // Memory is only taken before the new file takes the target's place.
-        return false;
+        // The new file takes the target's place after all that takes memory but a failure's text.
+        return {false, "out of memory"};
     }
 }
 

@@ -5,11 +5,22 @@
 // several writes to one file the last one to finish stays.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace yg::files {
 
 class FileLayer;
+
+/// What came of writing a file; true if its bytes are safe on the disk.
+struct FileWriting {
+    bool ok = false;
+    /// Why not, in one line that names the file: "user/a.xml: No space left on device". Empty if it
+    /// was written.
+    std::string error = {};
+
+    explicit operator bool() const { return ok; }
+};
 
 /// Writes the bytes to the file at the path, which is created or replaced. True once they are safe
 /// on the disk.
@@ -24,9 +35,9 @@ class FileLayer;
 /// bringing the folder to the disk: the write may not outlive a power failure. Writes that fail: an
 /// empty path or one with a NUL byte, a missing folder, links in a circle, and a target that is not
 /// a regular file (a folder, a device, a pipe), which is never replaced.
-bool writeFileAtomically(std::string_view path, std::string_view bytes);
+FileWriting writeFileAtomically(std::string_view path, std::string_view bytes);
 
 /// The same through the given system calls.
-bool writeFileAtomically(std::string_view path, std::string_view bytes, FileLayer& layer);
+FileWriting writeFileAtomically(std::string_view path, std::string_view bytes, FileLayer& layer);
 
 }  // namespace yg::files

@@ -32,16 +32,7 @@ private:
 FileReading failure(std::string_view path, std::string_view cause, std::size_t bytesRead = 0) {
     FileReading reading;
     reading.bytesRead = bytesRead;
-    reading.error = path;
-    // A name may hold line breaks, but the description is one line.
-    std::replace_if(
-        reading.error.begin(), reading.error.end(),
-        [](char character) {
-            return static_cast<unsigned char>(character) < ' ' || character == '\x7F';
-        },
-        '?');
-    reading.error += ": ";
-    reading.error += cause;
+    reading.error = describeFailure(path, cause);
     return reading;
 }
 
@@ -95,6 +86,24 @@ FileReading readFrom(int file, std::size_t sizeSeen, std::string_view path, std:
 }
 
 }  // namespace
+
+std::string describeFailure(std::string_view path, std::string_view cause) {
+    std::string text(path);
+    // A name may hold line breaks, but the description is one line.
+    std::replace_if(
+        text.begin(), text.end(),
+        [](char character) {
+            return static_cast<unsigned char>(character) < ' ' || character == '\x7F';
+        },
+        '?');
+    text += ": ";
+    text += cause;
+    return text;
+}
+
+std::string describeFailure(std::string_view path, int cause) {
+    return describeFailure(path, std::generic_category().message(cause));
+}
 
 FileReading readWholeFile(std::string_view path, std::size_t limit) {
     if (path.empty()) {

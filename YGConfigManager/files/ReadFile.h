@@ -37,6 +37,12 @@ struct FileReading {
 /// byte, is an error. Throws std::bad_alloc.
 FileReading readWholeFile(std::string_view path, std::size_t limit = largestFileRead);
 
+/// "PATH: CAUSE" in one line, whatever characters the path holds. Throws std::bad_alloc.
+std::string describeFailure(std::string_view path, std::string_view cause);
+
+/// The same for an error number of the system.
+std::string describeFailure(std::string_view path, int cause);
+
 /// What all paths to the same file have in common, however spelled or linked: its device and its
 /// number.
 using FileIdentity = std::pair<dev_t, ino_t>;

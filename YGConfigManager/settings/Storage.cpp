@@ -4,7 +4,6 @@
 #include <atomic>
 #include <cstddef>
 
-#include "YGConfigManager/files/AtomicWrite.h"
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 
@@ -20,10 +19,13 @@ std::optional<std::string> storagePath(std::optional<std::string_view> fileName,
     return YGFrameComFun::getStorageFilePath(1, std::nullopt, fileName, isNeedWrite);
 }
 
-bool writeStoredFile(const std::optional<std::string>& path, std::string_view bytes) {
+files::FileWriting writeStoredFile(const std::optional<std::string>& path, std::string_view bytes) {
+    if (!path || path->empty())
+        return {false, "there is no path to write to"};
+    if (bytes.size() > files::largestFileRead)
+        return {false, files::describeFailure(*path, "too large to be read again")};
     files::FileLayer* const layer = replacement.load();
-    return path && bytes.size() <= files::largestFileRead &&
-           files::writeFileAtomically(*path, bytes, layer ? *layer : files::systemFileLayer());
+    return files::writeFileAtomically(*path, bytes, layer ? *layer : files::systemFileLayer());
 }
 
 files::FileLayer* setFileLayer(files::FileLayer* layer) {

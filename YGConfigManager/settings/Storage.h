@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "YGConfigManager/files/AtomicWrite.h"
 #include "YGConfigManager/files/FileLayer.h"
 
 namespace yg {
@@ -17,7 +18,7 @@ std::optional<std::string> storagePath(std::optional<std::string_view> fileName,
 
 /// Writes a file durably and atomically; false as well when there is no path, and for more bytes
 /// than a file that is read may have.
-bool writeStoredFile(const std::optional<std::string>& path, std::string_view bytes);
+files::FileWriting writeStoredFile(const std::optional<std::string>& path, std::string_view bytes);
 
 /// Puts system calls in use for the whole process; null brings the system's back. Answers those
 /// that they replace, null for the system's. They must outlive their use.

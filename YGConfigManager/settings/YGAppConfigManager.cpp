@@ -47,7 +47,7 @@ std::string itemPath(std::string_view section, std::string_view item) {
 /// False if the file was not written although there is something to write.
 bool save(const std::string& bytes, std::optional<std::string_view> fileName) {
     const std::optional<std::string> path = storagePath(fileName, true);
-    return bytes.empty() || writeStoredFile(path, bytes);
+    return bytes.empty() || writeStoredFile(path, bytes).ok;
 }
 
 bool isElementName(std::string_view name) {

@@ -143,7 +143,7 @@ void YGHttpReqUrlMgr::take(const std::optional<std::string>& body) {
     writeBusCommonLogInside("%s L%d newMd5Value : [%@]; oldMd5Value : [%@]", takeName, 110, digest,
                             currentDigest);
     // The next start begins with the old list when it cannot be written; this one goes on.
-    const bool isSaved = writeStoredFile(path, *body);
+    const bool isSaved = writeStoredFile(path, *body).ok;
     urlModel_.store(std::move(model));
     if (!isSaved)
         reporter.report(rules::unsavedFile, {}, {}, *path);

@@ -187,7 +187,7 @@ bool YGWebPageUrlConfig::replace(std::string_view text) {
         }
         isWritten = guarded("write web pages", [&] {
             const std::string bytes = document.serialise(xml::Form::pretty);
-            return xml::Document::canBeRead(bytes) && writeStoredFile(path, bytes);
+            return xml::Document::canBeRead(bytes) && writeStoredFile(path, bytes).ok;
         });
         const std::lock_guard lock(lock_);
         current = generation_;

@@ -45,7 +45,7 @@ public:
 
     ScriptedFileLayer layer;
 
-    bool run() { return writeFileAtomically(path_, newBytes, layer); }
+    bool run() { return writeFileAtomically(path_, newBytes, layer).ok; }
 
     bool hasNewContent() const { return contentOf(folder_ / "real/a.xml") == newBytes; }
 

@@ -37,7 +37,7 @@ bool succeedsInAnotherProcess(const std::function<bool()>& task) {
 bool writesUnderUmask(mode_t mask, const std::string& path) {
     return succeedsInAnotherProcess([&] {
         ::umask(mask);
-        return writeFileAtomically(path, "new");
+        return writeFileAtomically(path, "new").ok;
     });
 }
 
@@ -101,7 +101,7 @@ TEST(AtomicWrite, TheOldFileIsReplacedNotOverwritten) {
 TEST(AtomicWrite, TakesAPathWithoutFolder) {
     const TemporaryFolder folder;
     EXPECT_TRUE(succeedsInAnotherProcess([&] {
-        return ::chdir(folder.path().c_str()) == 0 && writeFileAtomically("a.xml", "new");
+        return ::chdir(folder.path().c_str()) == 0 && writeFileAtomically("a.xml", "new").ok;
     }));
     EXPECT_EQ(contentOf(folder / "a.xml"), "new");
 }
@@ -159,7 +159,7 @@ TEST(AtomicWrite, LeavesTheUmaskAlone) {
     const TemporaryFolder folder;
     EXPECT_TRUE(succeedsInAnotherProcess([&] {
         ::umask(0027);
-        return writeFileAtomically(folder / "a.xml", "new") && ::umask(0) == 0027;
+        return writeFileAtomically(folder / "a.xml", "new").ok && ::umask(0) == 0027;
     }));
 }
 

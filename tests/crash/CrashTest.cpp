@@ -25,7 +25,7 @@
 #include "YGConfigManager/xml/Document.h"
 #include "YGConfigManager/xml/Node.h"
 
-#include "LargeInput.h"
+#include "Proof.h"
 #include "crash/Counting.h"
 #include "files/TemporaryFolder.h"
 
@@ -137,8 +137,8 @@ long numberIn(const std::string& path) {
     return number;
 }
 
-TEST(Crash, LeavesTheValueAcknowledgedLastOrTheOneBeingWritten) {
-    const int kills = std::getenv("YG_NIGHTLY") != nullptr ? 1000 : isSanitized ? 25 : 100;
+TEST(CrashProof, LeavesTheValueAcknowledgedLastOrTheOneBeingWritten) {
+    const int kills = repeats(100, 10'000);
     const TemporaryFolder root;
     // The user keeps the file elsewhere and private.
     fs::create_directory(root / "user");

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+//
+// Tests whose repetitions find what happens only now and then. Their suites have names that end in
+// "Proof". The test run repeats them a little; `scripts/prove` many times more.
+#pragma once
+
+#include <cstdlib>
+
+#include "LargeInput.h"
+
+namespace yg::testing {
+
+/// How often to repeat: in the test run (a quarter of it under sanitizers), or in a proof.
+inline int repeats(int usual, int inProof) {
+    if (std::getenv("YG_PROOF") != nullptr) {
+        return inProof;
+    }
+    return isSanitized ? (usual + 3) / 4 : usual;
+}
+
+}  // namespace yg::testing

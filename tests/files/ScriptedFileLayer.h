@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <limits>
@@ -39,8 +40,14 @@ public:
     std::vector<std::string> made;
     std::vector<std::string> happened;
 
-    ssize_t readLink(const char* path, char* buffer, std::size_t size) override {
-        return perform("readLink", [&] { return system().readLink(path, buffer, size); });
+    /// The time that was paused: a pause only adds to it.
+    std::chrono::milliseconds paused{0};
+
+    ssize_t readLink(int folder, const char* name, char* buffer, std::size_t size) override {
+        return perform("readLink", [&] { return system().readLink(folder, name, buffer, size); });
+    }
+    int openLink(const char* path) override {
+        return keptOpen(perform("openLink", [&] { return system().openLink(path); }));
     }
     int openFolder(const char* path) override {
         return keptOpen(perform("openFolder", [&] { return system().openFolder(path); }));
@@ -74,6 +81,17 @@ public:
     int unlink(int folder, const char* name) override {
         return perform("unlink", [&] { return system().unlink(folder, name); });
     }
+    int lock(int fileOrFolder) override {
+        return perform("lock", [&] { return system().lock(fileOrFolder); });
+    }
+    int unlock(int fileOrFolder) override {
+        return perform("unlock", [&] { return system().unlock(fileOrFolder); });
+    }
+    void beginWaiting(int folder) override { system().beginWaiting(folder); }
+    void endWaiting(int folder) override { system().endWaiting(folder); }
+    bool hasWaiters(int folder) override { return system().hasWaiters(folder); }
+    std::chrono::steady_clock::time_point now() override { return begin_ + paused; }
+    void pause(std::chrono::milliseconds time) override { paused += time; }
 
 private:
     static FileLayer& system() { return systemFileLayer(); }
@@ -99,6 +117,8 @@ private:
         }
         return number;
     }
+
+    const std::chrono::steady_clock::time_point begin_ = system().now();
 
     // What a test leaves unclosed is closed at the end, as when a process dies.
     std::set<int> open_;

@@ -217,10 +217,11 @@ TEST(Leftovers, AnotherFileThatTookTheNameStays) {
     putOld(folder / leftover);
     put(folder / "other", "kept");
     ScriptedFileLayer layer;
-    layer.after = [&](std::string_view call) {
-        if (call == "status" && fs::exists(folder / "other")) {
+    layer.errorOf = [&](std::string_view call) {
+        if (call == "openOld") {
             fs::rename(folder / "other", folder / leftover);
         }
+        return 0;
     };
     EXPECT_TRUE(writeFileAtomically(folder / "a.xml", "new", layer));
     EXPECT_EQ(contentOf(folder / leftover), "kept");

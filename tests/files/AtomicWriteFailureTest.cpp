@@ -3,7 +3,6 @@
 // Atomic writes that are cut at every one of their steps, by an error or by the end of the process.
 #include <algorithm>
 #include <cerrno>
-#include <fcntl.h>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -46,9 +45,7 @@ public:
         }
         if (situation == Situation::oldTempFile) {
             put(folder_ / ("real/" + std::string(leftover)), "half");
-            constexpr timespec longAgo[2] = {};
-            ::utimensat(AT_FDCWD, (folder_ / ("real/" + std::string(leftover))).c_str(), longAgo,
-                        0);
+            ageTempFiles(folder_ / "real");
         }
         layer.largestWrite = 16;
     }

@@ -2,7 +2,6 @@
 //
 // What killed writes left in a folder goes with a later write, and nothing else does.
 #include <cerrno>
-#include <ctime>
 #include <fcntl.h>
 #include <filesystem>
 #include <string>
@@ -33,16 +32,9 @@ namespace fs = std::filesystem;
 constexpr time_t oldAge = 3700;
 constexpr const char* leftover = ".yg-1-1700000000000000000-7.tmp";
 
-/// Sets the time of the last change of the file, or of the link, so many seconds back.
-void age(const std::string& path, time_t seconds = oldAge) {
-    const timespec when = {std::time(nullptr) - seconds, 0};
-    const timespec times[] = {when, when};
-    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
-}
-
 void putOld(const std::string& path) {
     put(path, "half");
-    age(path);
+    age(path, oldAge);
 }
 
 /// Writes a file into the folder; whether that could be done.
@@ -109,7 +101,7 @@ TEST(Leftovers, AreNotWhatAStoppedWriteGoesOnToFinish) {
         }
         wroteMeanwhile = true;
         for (const std::string& name : folder.names()) {
-            age(folder / name);
+            age(folder / name, oldAge);
         }
         ScriptedFileLayer layer;
         EXPECT_TRUE(writeFileAtomically(folder / "b.xml", "other", layer));
@@ -147,7 +139,7 @@ TEST(Leftovers, AreRegularFilesOnly) {
     fs::create_directory(folder / ".yg-1-1-2.tmp");
     ASSERT_EQ(::mkfifo((folder / ".yg-1-1-3.tmp").c_str(), 0600), 0);
     for (const std::string& name : folder.names()) {
-        age(folder / name);
+        age(folder / name, oldAge);
     }
     EXPECT_TRUE(writeInto(folder));
     EXPECT_THAT(folder.names(),
@@ -225,10 +217,11 @@ TEST(Leftovers, AnotherFileThatTookTheNameStays) {
     putOld(folder / leftover);
     put(folder / "other", "kept");
     ScriptedFileLayer layer;
-    layer.after = [&](std::string_view call) {
-        if (call == "status" && fs::exists(folder / "other")) {
+    layer.errorOf = [&](std::string_view call) {
+        if (call == "openOld") {
             fs::rename(folder / "other", folder / leftover);
         }
+        return 0;
     };
     EXPECT_TRUE(writeFileAtomically(folder / "a.xml", "new", layer));
     EXPECT_EQ(contentOf(folder / leftover), "kept");
@@ -251,7 +244,7 @@ TEST(Leftovers, OfAKilledProcessGo) {
     ::waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
     ASSERT_EQ(folder.names().size(), 1U);
-    age(folder / *folder.names().begin());
+    ageTempFiles(folder.path());
     EXPECT_TRUE(writeInto(folder));
     EXPECT_THAT(folder.names(), ElementsAre("a.xml"));
 }

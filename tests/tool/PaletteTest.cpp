@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -24,6 +25,7 @@
 
 #include "YGConfigManager/graphics/Image.h"
 
+#include "files/FaultySaves.h"
 #include "files/ScopedFileLayer.h"
 #include "files/TemporaryFolder.h"
 #include "graphics/TestFonts.h"
@@ -446,6 +448,31 @@ TEST(WriteImage, LeavesTheOldFileWhereTheDiskIsFull) {
     EXPECT_TRUE(std::filesystem::is_symlink(root.at("link.png")));
     const std::filesystem::directory_iterator names(root.at("real"));
     EXPECT_EQ(std::distance(begin(names), end(names)), 1);
+}
+
+yg::testing::Saving prepareImage(const yg::files::TemporaryFolder& root) {
+    for (const std::string_view folder : {"storage", "images", "out"})
+        std::filesystem::create_directory(root / folder);
+    yg::files::put(root / light, palette("<BITMAPS><i NAME='strip' PATH='strip.png'/></BITMAPS>"));
+    const auto image = Image::fromPixels(8, 2, std::vector<std::uint8_t>(8 * 2 * 4), 8, 2);
+    yg::files::put(root / "images/strip.png", *image->toPng());
+    yg::files::put(root / "out/out.png", "old");
+    return {root / "out/out.png", [path = root.path()] {
+                const std::vector<std::string> words = {"--root", path, "image",
+                                                        "strip",  "-o", path + "/out/out.png"};
+                const auto answer = yg::tool::run(yg::tool::readCommandLine(words), false);
+                return answer.exitCode == yg::tool::ExitCode::answer;
+            }};
+}
+
+TEST(WriteImageProof, AnErrorOfAnyCallLeavesOldOrNewContentAndTheRightAnswer) {
+    const int savings = yg::testing::failEveryCall(prepareImage, true);
+    std::printf("%d savings with a failed call\n", savings);
+}
+
+TEST(WriteImageProof, TheEndOfTheProcessAtAnyCallLeavesOldOrNewContent) {
+    const int savings = yg::testing::endAtEveryCall(prepareImage);
+    std::printf("%d savings with the process ended\n", savings);
 }
 
 TEST(WriteImage, ReplacesTheFileThatALinkNamesAndKeepsItsRights) {

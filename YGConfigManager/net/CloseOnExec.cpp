@@ -69,7 +69,10 @@ void closePairOnExec(int socket) noexcept {
     // The system gives the socket a name of its own, by which its peer is found.
     sockaddr_un unnamed{};
     unnamed.sun_family = AF_UNIX;
-    ::bind(socket, reinterpret_cast<const sockaddr*>(&unnamed), sizeof unnamed.sun_family);
+    if (::bind(socket, reinterpret_cast<const sockaddr*>(&unnamed), sizeof unnamed.sun_family) !=
+        0) {
+        return;
+    }
     const Name name(&::getsockname, socket);
     const auto markPeer = [&](int file) {
         const bool isPeer = Name(&::getpeername, file) == name;

@@ -570,7 +570,7 @@ void Transfers::wait() {
     ready_.erase(ready_.begin());
 }
 
-void Transfers::wake() {
+void Transfers::wake() const {
     ::eventfd_write(wakeUp_, 1);
 }
 

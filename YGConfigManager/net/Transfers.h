@@ -44,7 +44,7 @@ public:
     void wait();
 
     /// Ends a wait, the next one if none is under way. Any thread.
-    void wake();
+    void wake() const;
 
     /// Cuts all transfers and drops their completions.
     void clear();

@@ -43,7 +43,7 @@ bool Unpacking::append(std::string_view piece, std::size_t limit, std::string& b
             isHeader(static_cast<unsigned char>(bytes[0]), static_cast<unsigned char>(bytes[1]));
         isReady_ = isReady_ && (hasHeader_ || inflateReset2(&stream_, -largestWindow) == Z_OK);
     }
-    std::array<Bytef, 16 * 1024> unpacked;
+    std::array<Bytef, std::size_t{16} * 1024> unpacked;
     stream_.next_in = reinterpret_cast<Bytef*>(bytes.data());
     stream_.avail_in = static_cast<uInt>(bytes.size());
     bool isFull = false;

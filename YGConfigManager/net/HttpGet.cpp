@@ -2,7 +2,9 @@
 #include "YGConfigManager/net/HttpGet.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <memory>
+#include <new>
 #include <sys/types.h>
 #include <unistd.h>
 #include <utility>
@@ -14,9 +16,12 @@ namespace yg::net {
 
 namespace {
 
-HttpGetOptions& processOptions() {
-    static HttpGetOptions& options = *new HttpGetOptions;
-    return options;
+/// Those of a test; null for the usual ones.
+std::atomic<const HttpGetOptions*> processOptions = nullptr;
+
+HttpGetOptions currentOptions() {
+    const HttpGetOptions* const options = processOptions;
+    return options != nullptr ? *options : HttpGetOptions();
 }
 
 /// The service of one process. Never destroyed, since threads may ask until the very end.
@@ -27,17 +32,32 @@ struct ProcessService {
     /// That of the process which this one was forked from. Its thread is not here, and its locks
     /// may be held for ever, so it is kept and never touched.
     ProcessService* const before;
-    HttpGetService service{processOptions()};
+    HttpGetService service{currentOptions()};
 };
 
 std::atomic<ProcessService*> current = nullptr;
 std::atomic<bool> hasEnded = false;
 
-/// The service of this process, made afresh in the child of a fork.
+/// Runs with the destructors of static objects.
+void endService() noexcept {
+    hasEnded = true;
+    ProcessService* const last = current;
+    if (last != nullptr && last->process == ::getpid()) {
+        last->service.stop();
+    }
+}
+
+/// The service of this process, made afresh in the child of a fork. Nothing here is ever locked or
+/// half done, since a fork may come at any moment.
 HttpGetService& serviceOfProcess() {
     ProcessService* known = current;
     while (known == nullptr || known->process != ::getpid()) {
         auto made = std::make_unique<ProcessService>(known);
+        // Only now: what its libraries do at the end of the process is registered by then, and so
+        // happens when the thread is gone. The other way round OpenSSL frees what the thread uses.
+        if (std::atexit(&endService) != 0) {
+            throw std::bad_alloc();
+        }
         if (current.compare_exchange_strong(known, made.get())) {
             known = made.release();
         }
@@ -45,28 +65,10 @@ HttpGetService& serviceOfProcess() {
     return known->service;
 }
 
-/// Ends the thread with the static objects. The service is made first: what its libraries do at the
-/// end of the process is registered then, and so happens when the thread is gone. The other way
-/// round OpenSSL frees what the thread uses.
-class End {
-public:
-    End() { serviceOfProcess(); }
-    ~End() {
-        hasEnded = true;
-        ProcessService* const last = current;
-        if (last->process == ::getpid()) {
-            last->service.stop();
-        }
-    }
-    End(const End&) = delete;
-    End& operator=(const End&) = delete;
-};
-
 }  // namespace
 
 void get(std::string url, GetCompletion completion) noexcept {
     try {
-        static const End end;
         if (!hasEnded) {
             serviceOfProcess().get(std::move(url), std::move(completion));
         }
@@ -77,7 +79,7 @@ void get(std::string url, GetCompletion completion) noexcept {
 }
 
 void setProcessOptions(HttpGetOptions options) {
-    processOptions() = std::move(options);
+    processOptions = new HttpGetOptions(std::move(options));
 }
 
 }  // namespace yg::net

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/net/HttpGetService.h"
 
-#include <csignal>
 #include <deque>
 #include <iterator>
 #include <pthread.h>
-#include <sched.h>
+#include <system_error>
 #include <utility>
 
 #include "YGConfigManager/host/Guarded.h"
@@ -15,25 +14,7 @@ namespace yg::net {
 
 namespace {
 
-/// Blocks the signals of the calling thread, and of threads that it starts, until the end of the
-/// scope: the application's handlers run on its own threads. Those of a fault stay.
-class SignalsBlocked {
-public:
-    SignalsBlocked() {
-        sigset_t all;
-        sigfillset(&all);
-        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS}) {
-            sigdelset(&all, fault);
-        }
-        pthread_sigmask(SIG_SETMASK, &all, &before_);
-    }
-    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-    SignalsBlocked(const SignalsBlocked&) = delete;
-    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
-private:
-    sigset_t before_;
-};
+constexpr std::string_view noThread = "the system gives no thread";
 
 }  // namespace
 
@@ -53,11 +34,13 @@ void HttpGetService::get(std::string url, GetCompletion completion) noexcept {
             if (isStopping_) {
                 return;
             }
-            isFirst = incoming_.empty();
-            incoming_.emplace_back() = {std::move(url), std::exchange(completion, nullptr)};
             if (!thread_.joinable()) {
                 startThread();
             }
+            isFirst = incoming_.empty();
+            Request& request = incoming_.emplace_back();
+            request.url = std::move(url);
+            request.completion = std::exchange(completion, nullptr);
         }
         // The thread takes all that has come, so one nudge is enough for those that follow.
         if (isFirst) {
@@ -69,10 +52,17 @@ void HttpGetService::get(std::string url, GetCompletion completion) noexcept {
 }
 
 void refuse(const GetCompletion& completion) noexcept {
+    std::string_view error = outOfMemory;
+    try {
+        throw;
+    } catch (const std::system_error&) {
+        error = noThread;
+    } catch (...) {
+    }
     logException("network request");
     guarded("request completion", [&] {
         if (completion) {
-            completion(std::nullopt, std::nullopt, std::string(outOfMemory));
+            completion(std::nullopt, std::nullopt, std::string(error));
         }
     });
 }
@@ -94,15 +84,14 @@ void HttpGetService::stop() noexcept {
 }
 
 void HttpGetService::startThread() {
+    applicationSettings_ = ThreadSettings::ofThisThread();
     const SignalsBlocked blocked;
     thread_ = std::thread([this] { run(); });
 }
 
 void HttpGetService::run() noexcept {
     pthread_setname_np(pthread_self(), "yg-net");
-    // Waking this thread must not take the processor from the one that starts a request.
-    const sched_param ordinary{};
-    pthread_setschedparam(pthread_self(), SCHED_BATCH, &ordinary);
+    scheduleAsBatch();
     std::deque<Request> waiting;
     while (!isStopping_) {
         try {
@@ -114,9 +103,7 @@ void HttpGetService::run() noexcept {
                 transfers_->add(waiting.front());
                 waiting.pop_front();
             }
-            for (Ended& ended : transfers_->step()) {
-                complete(std::move(ended));
-            }
+            complete(transfers_->step());
             if (waiting.empty() || transfers_->count() == options_.mostTransfers) {
                 transfers_->wait();
             }
@@ -136,14 +123,21 @@ void HttpGetService::takeIncoming(std::deque<Request>& waiting) {
     incoming_.clear();
 }
 
-void HttpGetService::complete(Ended ended) const noexcept {
-    if (isStopping_ || !ended.request.completion) {
+void HttpGetService::complete(std::vector<Ended> all) const noexcept {
+    if (all.empty()) {
         return;
     }
-    guarded("request completion", [&] {
-        ended.request.completion(std::move(ended.body), std::move(ended.response),
-                                 std::move(ended.error));
-    });
+    const AsApplication scope(applicationSettings_);
+    for (Ended& ended : all) {
+        // What it holds goes here too.
+        const GetCompletion completion = std::exchange(ended.request.completion, nullptr);
+        if (!isStopping_ && completion) {
+            guarded("request completion", [&] {
+                completion(std::move(ended.body), std::move(ended.response),
+                           std::move(ended.error));
+            });
+        }
+    }
 }
 
 }  // namespace yg::net

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "YGConfigManager/net/HttpGet.h"
+#include "YGConfigManager/net/ThreadSettings.h"
 
 namespace yg::net {
 
@@ -60,9 +61,8 @@ public:
     HttpGetService(const HttpGetService&) = delete;
     HttpGetService& operator=(const HttpGetService&) = delete;
 
-    /// As net::get. Any thread. A stopped service drops the request. When memory runs out, the
-    /// request ends inside the call. Where the system gives no thread, that is logged and the
-    /// request waits for a later one to try again.
+    /// As net::get. Any thread. A stopped service drops the request. When memory runs out or the
+    /// system gives no thread, that is logged and the request ends inside the call.
     void get(std::string url, GetCompletion completion) noexcept;
 
     /// Cuts all transfers, drops their completions and those that wait, and waits for the thread,
@@ -74,7 +74,7 @@ private:
     void startThread();
     void run() noexcept;
     void takeIncoming(std::deque<Request>& waiting);
-    void complete(Ended ended) const noexcept;
+    void complete(std::vector<Ended> all) const noexcept;
 
     const HttpGetOptions options_;
     std::mutex mutex_;
@@ -82,6 +82,7 @@ private:
     std::atomic<bool> isStopping_ = false;
     std::unique_ptr<Transfers> transfers_;
     std::thread thread_;
+    ThreadSettings applicationSettings_;  // of the thread that made the first request
 };
 
 /// Options of the process's own service; heeded before the first request only.

@@ -13,7 +13,7 @@ struct HttpResponse {
     /// The status, as in 200 or 404.
     std::int32_t statusCode = 0;
 
-    /// The address that answered: the last one, after redirects.
+    /// The address that answered: after redirects, the last one that did.
     std::string url;
 
     /// The type of the body, as in "application/json"; absent when the server did not say it.

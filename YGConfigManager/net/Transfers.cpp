@@ -2,7 +2,11 @@
 #include "YGConfigManager/net/Transfers.h"
 
 #include <algorithm>
+#include <climits>
 #include <iterator>
+#include <linux/tcp.h>
+#include <mutex>
+#include <netinet/in.h>
 #include <optional>
 #include <string_view>
 #include <sys/eventfd.h>
@@ -10,7 +14,11 @@
 #include <unistd.h>
 #include <utility>
 
+#include <openssl/ssl.h>
+
+#include "YGConfigManager/host/ForkMutex.h"
 #include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/net/CloseOnExec.h"
 #include "YGConfigManager/net/Unpacking.h"
 
 namespace yg::net {
@@ -21,6 +29,10 @@ constexpr long mostRedirects = 20;
 constexpr std::chrono::milliseconds longestWait = std::chrono::minutes(1);
 /// Without the means to be woken, new requests and the end are looked for.
 constexpr std::chrono::milliseconds waitWithoutWaking{20};
+
+/// Held in each call of libcurl. It and OpenSSL have locks of their own, which the child of a fork
+/// would find taken for ever.
+constinit ForkMutex libraryUse;
 
 /// Once in a process and never undone: the application may use the same library.
 bool initialise() {
@@ -43,14 +55,17 @@ curl_slist* requestHeaders() {
     return all;
 }
 
-/// Programs that the application starts do not inherit the connections.
-curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address) {
-    return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
-}
-
 constexpr const char* tooLarge = "the answer is too large";
+constexpr const char* cannotBeUnpacked = "the answer cannot be unpacked";
 
-constexpr std::string_view encodingName = "content-encoding:";
+constexpr std::string_view contentEncoding = "content-encoding:";
+constexpr std::string_view contentType = "content-type:";
+constexpr std::string_view transferEncoding = "transfer-encoding:";
+
+// Those that an answer may have without a body, and the first of an answer.
+constexpr long ok = 200;
+constexpr long noContent = 204;
+constexpr long notModified = 304;
 
 char lower(char character) {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
@@ -66,6 +81,20 @@ bool hasName(std::string_view line, std::string_view lowerCaseName) {
     return equalsInAnyCase(line.substr(0, lowerCaseName.size()), lowerCaseName);
 }
 
+/// By a connection, since it began; 0 if the system does not say.
+std::uint64_t bytesReceived(int socket) {
+    tcp_info info{};
+    socklen_t size = sizeof info;
+    ::getsockopt(socket, IPPROTO_TCP, TCP_INFO, &info, &size);
+    return info.tcpi_bytes_received;
+}
+
+/// Without the blanks at both ends.
+std::string_view trimmed(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    return text.substr(0, text.find_last_not_of(" \t") + 1);
+}
+
 }  // namespace
 
 /// One request on its way.
@@ -78,11 +107,15 @@ public:
         : request_(std::move(request)),
           options_(options),
           isStopping_(isStopping),
-          handle_(curl_easy_init()),
           lastArrival_(Clock::now()) {
+        const std::lock_guard use(libraryUse);
+        handle_ = curl_easy_init();
         isReady_ = handle_ != nullptr && headers != nullptr && prepare(headers);
     }
-    ~Transfer() { curl_easy_cleanup(handle_); }
+    ~Transfer() {
+        const std::lock_guard use(libraryUse);
+        curl_easy_cleanup(handle_);
+    }
     Transfer(const Transfer&) = delete;
     Transfer& operator=(const Transfer&) = delete;
 
@@ -90,19 +123,26 @@ public:
     CURL* handle() const { return handle_; }
     Clock::time_point idleEnd() const { return lastArrival_ + options_.idleTime; }
 
+    /// Bytes have come that libcurl will read now. It shows whole lines of headers and the body; a
+    /// part of a line, TLS and what stands between the pieces of a body are seen only here.
+    void arrive(std::uint64_t bytes) {
+        lastArrival_ = Clock::now();
+        bytesUnseen_ += bytes;
+    }
+
     /// `result`: with "ok" the connection has brought as much as it promised.
     Ended end(CURLcode result) && noexcept {
         try {
-            std::optional<HttpResponse> response = responseSoFar();
-            if (result == CURLE_OK && hasHeaders_ && (!unpacking_ || unpacking_->isWhole())) {
-                return {std::move(request_), std::move(body_), std::move(response), std::nullopt};
+            if (result == CURLE_OK && hasHeaders_ && hasWholeConnection() &&
+                isWhole(packedForTheWay_) && isWhole(packed_)) {
+                return {std::move(request_), std::move(body_), std::move(response_), std::nullopt};
             }
             std::string error = refusal_;
             if (error.empty()) {
                 error =
                     result == CURLE_OK ? "the answer is incomplete" : curl_easy_strerror(result);
             }
-            return {std::move(request_), std::nullopt, std::move(response), std::move(error)};
+            return {std::move(request_), std::nullopt, std::move(response_), std::move(error)};
         } catch (...) {
             return {std::move(request_), std::nullopt, std::nullopt, std::string(outOfMemory)};
         }
@@ -120,24 +160,17 @@ private:
         return curl_easy_setopt(handle_, option, value) == CURLE_OK;
     }
 
-    std::optional<HttpResponse> responseSoFar() const {
-        if (!hasHeaders_) {
-            return std::nullopt;
-        }
-        long status = 0;
-        curl_easy_getinfo(handle_, CURLINFO_RESPONSE_CODE, &status);
-        const char* url = nullptr;
-        curl_easy_getinfo(handle_, CURLINFO_EFFECTIVE_URL, &url);
-        const char* type = nullptr;
-        curl_easy_getinfo(handle_, CURLINFO_CONTENT_TYPE, &type);
-        return HttpResponse{static_cast<std::int32_t>(status), url ? url : request_.url,
-                            type ? std::optional<std::string>(type) : std::nullopt};
+    /// libcurl takes TLS that was cut for TLS that ended. Where neither a length nor chunks say how
+    /// much belongs to a body, only the end of TLS does; without TLS nothing can.
+    bool hasWholeConnection() const { return hasLength_ || !isTls_ || isTlsClosed_; }
+
+    static bool isWhole(const std::optional<Unpacking>& unpacking) {
+        return !unpacking || unpacking->isWhole();
     }
 
     // A proxy left to the environment would be a wrong answer without a word, so each option
     // counts.
     bool prepare(curl_slist* headers) {
-        const auto idle = static_cast<long>(options_.idleTime.count());
         const auto largest = static_cast<curl_off_t>(options_.largestBody);
         const bool hasWhere = request_.url.find('\0') == std::string::npos &&
                               set(CURLOPT_URL, request_.url.c_str()) &&
@@ -148,13 +181,15 @@ private:
                               set(CURLOPT_MAXREDIRS, mostRedirects) && set(CURLOPT_PROXY, "");
         const bool hasWhat = set(CURLOPT_HTTPGET, 1L) && set(CURLOPT_HTTPHEADER, headers) &&
                              set(CURLOPT_HTTP09_ALLOWED, 0L) &&
+                             set(CURLOPT_HTTP_CONTENT_DECODING, 0L) &&  // Unpacking does it
                              set(CURLOPT_MAXFILESIZE_LARGE, largest);
         // As if each request had a session of its own, and an end that waits for nobody: neither
         // for a signal handler nor for the thread that looks up a name.
         const bool hasHow = set(CURLOPT_FRESH_CONNECT, 1L) && set(CURLOPT_FORBID_REUSE, 1L) &&
                             set(CURLOPT_NOSIGNAL, 1L) && set(CURLOPT_QUICK_EXIT, 1L) &&
-                            set(CURLOPT_CONNECTTIMEOUT_MS, idle) &&
-                            set(CURLOPT_OPENSOCKETFUNCTION, &openSocket) && trust();
+                            limitConnecting() &&
+                            set(CURLOPT_OPENSOCKETFUNCTION, &Transfer::onOpening) &&
+                            set(CURLOPT_OPENSOCKETDATA, this) && trust();
         return hasWhere && hasWhat && hasHow && set(CURLOPT_NOPROGRESS, 0L) &&
                set(CURLOPT_XFERINFOFUNCTION, &Transfer::onProgress) &&
                set(CURLOPT_XFERINFODATA, this) &&
@@ -170,18 +205,52 @@ private:
         curl_easy_getinfo(handle_, CURLINFO_CAINFO, &systemFile);
         const std::string& own = options_.trustedCertificates;
         const char* const file = own.empty() ? systemFile : own.c_str();
-        return file == nullptr || ::access(file, R_OK) != 0 ||
-               (set(CURLOPT_CAINFO, file) && set<const char*>(CURLOPT_CAPATH, nullptr));
+        return (file == nullptr || ::access(file, R_OK) != 0 ||
+                (set(CURLOPT_CAINFO, file) && set<const char*>(CURLOPT_CAPATH, nullptr))) &&
+               set(CURLOPT_SSL_CTX_FUNCTION, &Transfer::onTls) && set(CURLOPT_SSL_CTX_DATA, this);
     }
 
-    /// Bytes that arrive are seen here before they are decoded: a slow compressed answer is not
-    /// idle. Bodies of redirects are seen nowhere else.
+    /// For libcurl, which has other addresses to try; our own clock begins anew with each byte.
+    bool limitConnecting() {
+        return set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(options_.idleTime.count()));
+    }
+
+    static curl_socket_t onOpening(void* self, curlsocktype, curl_sockaddr* address) {
+        // Perhaps after a redirect.
+        auto& transfer = *static_cast<Transfer*>(self);
+        transfer.limitConnecting();
+        transfer.isTls_ = false;
+        transfer.isTlsClosed_ = false;
+        return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+    }
+
+    /// The server is connected and TLS about to begin.
+    static CURLcode onTls(CURL*, void* context, void* self) {
+        auto* const tls = static_cast<SSL_CTX*>(context);
+        SSL_CTX_set_app_data(tls, self);
+        SSL_CTX_set_info_callback(tls, &Transfer::onTlsState);
+        auto& transfer = *static_cast<Transfer*>(self);
+        transfer.isTls_ = true;
+        // To libcurl this is part of connecting.
+        return transfer.set(CURLOPT_CONNECTTIMEOUT_MS, long{INT_MAX}) ? CURLE_OK
+                                                                      : CURLE_OUT_OF_MEMORY;
+    }
+
+    static void onTlsState(const SSL* tls, int event, int alert) {
+        if (event == SSL_CB_READ_ALERT && (alert & 0xff) == SSL_AD_CLOSE_NOTIFY) {
+            static_cast<Transfer*>(SSL_CTX_get_app_data(SSL_get_SSL_CTX(tls)))->isTlsClosed_ = true;
+        }
+    }
+
+    /// Bytes of bodies are seen here before they are decoded, and those of redirects nowhere else.
     static int onProgress(void* self, curl_off_t, curl_off_t arrived, curl_off_t, curl_off_t) {
         auto& transfer = *static_cast<Transfer*>(self);
         if (std::exchange(transfer.arrived_, arrived) != arrived) {
             transfer.lastArrival_ = Clock::now();
+            transfer.bytesUnseen_ = 0;
         }
-        const bool isTooLarge = std::cmp_greater(arrived, transfer.options_.largestBody);
+        const bool isTooLarge = std::cmp_greater(arrived, transfer.options_.largestBody) ||
+                                transfer.bytesUnseen_ > transfer.options_.largestHeaders;
         if (isTooLarge) {
             transfer.refusal_ = tooLarge;
         }
@@ -192,19 +261,26 @@ private:
         auto& transfer = *static_cast<Transfer*>(self);
         transfer.lastArrival_ = Clock::now();
         transfer.headerBytes_ += size;
+        transfer.bytesUnseen_ = 0;
         if (transfer.headerBytes_ > transfer.options_.largestHeaders) {
             transfer.refusal_ = tooLarge;
             return 0;
         }
-        return transfer.takeHeader({bytes, size}) ? size : 0;
+        return transfer.take([&] { return transfer.takeHeader({bytes, size}); }) ? size : 0;
     }
 
     static std::size_t onBody(char* bytes, std::size_t, std::size_t size, void* self) {
         auto& transfer = *static_cast<Transfer*>(self);
+        return transfer.take([&] { return transfer.takeBody({bytes, size}); }) ? size : 0;
+    }
+
+    template <class Work>
+    bool take(Work work) {
         try {
-            return transfer.takeBody({bytes, size}) ? size : 0;
+            return work();
         } catch (...) {
-            return 0;
+            refusal_ = outOfMemory.data();
+            return false;
         }
     }
 
@@ -212,39 +288,89 @@ private:
     bool takeHeader(std::string_view line) {
         line = line.substr(0, line.find_last_not_of("\r\n \t") + 1);
         if (line.starts_with("HTTP/")) {
-            // Those before it belong to a redirect or said that there is more to come.
-            hasHeaders_ = false;
-            unpacking_.reset();
-        } else if (line.empty()) {
+            takeStatus();
+            return true;
+        }
+        // What informs is followed by the answer that counts.
+        const bool counts = !hasHeaders_ && status_ >= ok;
+        if (counts && line.empty()) {
             // Without the empty line the connection may just have been cut.
-            hasHeaders_ = true;
-        } else if (!hasHeaders_ && hasName(line, encodingName)) {
-            return takeEncoding(line.substr(encodingName.size()));
+            takeEndOfHeaders();
+        } else if (counts && hasName(line, contentType)) {
+            takeType(trimmed(line.substr(contentType.size())));
+        } else if (counts && hasName(line, contentEncoding)) {
+            return takeEncodings(line.substr(contentEncoding.size()), packed_);
+        } else if (counts && hasName(line, transferEncoding)) {
+            return takeEncodings(line.substr(transferEncoding.size()), packedForTheWay_);
         }
         return true;
     }
 
-    bool takeEncoding(std::string_view encoding) {
-        encoding.remove_prefix(std::min(encoding.find_first_not_of(" \t"), encoding.size()));
-        if (encoding.empty() || equalsInAnyCase(encoding, "identity")) {
-            return true;
+    void takeType(std::string_view type) {
+        if (!type.empty()) {
+            contentType_ = type;
         }
-        // One of those that the request asks for, and once.
-        if (unpacking_ ||
-            !(equalsInAnyCase(encoding, "gzip") || equalsInAnyCase(encoding, "x-gzip") ||
-              equalsInAnyCase(encoding, "deflate"))) {
-            refusal_ = "the answer is encoded in an unknown way";
-            return false;
+    }
+
+    void takeStatus() {
+        // The headers before it belong to a redirect or said that there is more to come.
+        curl_easy_getinfo(handle_, CURLINFO_RESPONSE_CODE, &status_);
+        hasHeaders_ = false;
+        hasLength_ = status_ == noContent || status_ == notModified;
+        contentType_.reset();
+        packedForTheWay_.reset();
+        packed_.reset();
+    }
+
+    void takeEndOfHeaders() {
+        const char* url = nullptr;
+        curl_easy_getinfo(handle_, CURLINFO_EFFECTIVE_URL, &url);
+        curl_off_t length = -1;
+        curl_easy_getinfo(handle_, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+        response_ = {static_cast<std::int32_t>(status_), url ? url : request_.url, contentType_};
+        hasLength_ = hasLength_ || length >= 0;
+        hasHeaders_ = true;
+    }
+
+    /// Any of those that the request asks for, and once.
+    bool takeEncodings(std::string_view list, std::optional<Unpacking>& unpacking) {
+        for (bool isMore = true; isMore;) {
+            const std::size_t comma = list.find(',');
+            isMore = comma != std::string_view::npos;
+            const std::string_view one = trimmed(list.substr(0, comma));
+            list.remove_prefix(isMore ? comma + 1 : list.size());
+            if (one.empty() || equalsInAnyCase(one, "identity")) {
+                continue;
+            }
+            if (&unpacking == &packedForTheWay_ && equalsInAnyCase(one, "chunked")) {
+                hasLength_ = true;
+                continue;
+            }
+            const bool isDeflate = equalsInAnyCase(one, "deflate");
+            if (unpacking ||
+                !(isDeflate || equalsInAnyCase(one, "gzip") || equalsInAnyCase(one, "x-gzip"))) {
+                refusal_ = "the answer is encoded in an unknown way";
+                return false;
+            }
+            unpacking.emplace(isDeflate);
         }
-        unpacking_.emplace();
         return true;
     }
 
     bool takeBody(std::string_view piece) {
-        if (unpacking_) {
-            const bool isGood = unpacking_->append(piece, options_.largestBody, body_);
+        std::string unpacked;
+        if (packedForTheWay_) {
+            if (!packedForTheWay_->append(piece, options_.largestBody - bytesOfTheWay_, unpacked)) {
+                refusal_ = cannotBeUnpacked;
+                return false;
+            }
+            bytesOfTheWay_ += unpacked.size();
+            piece = unpacked;
+        }
+        if (packed_) {
+            const bool isGood = packed_->append(piece, options_.largestBody, body_);
             if (!isGood) {
-                refusal_ = "the answer cannot be unpacked";
+                refusal_ = cannotBeUnpacked;
             }
             return isGood;
         }
@@ -259,13 +385,25 @@ private:
     Request request_;
     const HttpGetOptions& options_;
     const std::atomic<bool>& isStopping_;
-    CURL* handle_;
-    bool isReady_;
+    CURL* handle_ = nullptr;
+    bool isReady_ = false;
     Clock::time_point lastArrival_;
     curl_off_t arrived_ = 0;
+    std::uint64_t bytesUnseen_ = 0;  // since libcurl last showed any
     std::size_t headerBytes_ = 0;
-    bool hasHeaders_ = false;
-    std::optional<Unpacking> unpacking_;
+    // Of the connection that the answer comes by.
+    bool isTls_ = false;
+    bool isTlsClosed_ = false;
+    // Of what comes now.
+    long status_ = 0;
+    bool hasHeaders_ = false;  // to their end
+    bool hasLength_ = false;   // the end of the body is told from a cut
+    std::optional<std::string> contentType_;
+    std::optional<HttpResponse> response_;  // the last one with whole headers
+    // For the way (Transfer-Encoding) packed is packed once more what the server holds.
+    std::optional<Unpacking> packedForTheWay_;
+    std::size_t bytesOfTheWay_ = 0;
+    std::optional<Unpacking> packed_;
     std::string body_;
     const char* refusal_ = "";  // why it was cut here
 };
@@ -273,10 +411,11 @@ private:
 Transfers::Transfers(const HttpGetOptions& options, const std::atomic<bool>& isStopping)
     : options_(options),
       isStopping_(isStopping),
-      multi_(initialise() ? curl_multi_init() : nullptr),
-      headers_(requestHeaders()),
-      wakeUp_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      sockets_{{wakeUp_, POLLIN, 0}} {
+      wakeUp_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    const std::lock_guard use(libraryUse);
+    headers_ = requestHeaders();
+    multi_ = initialise() ? curl_multi_init() : nullptr;
+    closeWakeUpOnExec(multi_);
     curl_multi_setopt(multi_, CURLMOPT_SOCKETFUNCTION, &Transfers::onSocket);
     curl_multi_setopt(multi_, CURLMOPT_SOCKETDATA, this);
     curl_multi_setopt(multi_, CURLMOPT_TIMERFUNCTION, &Transfers::onTimer);
@@ -285,15 +424,16 @@ Transfers::Transfers(const HttpGetOptions& options, const std::atomic<bool>& isS
 
 Transfers::~Transfers() {
     clear();
+    const std::lock_guard use(libraryUse);
     curl_multi_cleanup(multi_);
     curl_slist_free_all(headers_);
     ::close(wakeUp_);
 }
 
-int Transfers::onSocket(CURL*, curl_socket_t socket, int what, void* self, void*) {
-    std::vector<pollfd>& sockets = static_cast<Transfers*>(self)->sockets_;
-    const auto known = std::find_if(sockets.begin() + 1, sockets.end(),
-                                    [socket](const pollfd& one) { return one.fd == socket; });
+int Transfers::onSocket(CURL* handle, curl_socket_t socket, int what, void* self, void*) {
+    std::vector<Socket>& sockets = static_cast<Transfers*>(self)->sockets_;
+    const auto known = std::find_if(sockets.begin(), sockets.end(),
+                                    [socket](const Socket& one) { return one.number == socket; });
     if (what == CURL_POLL_REMOVE) {
         if (known != sockets.end()) {
             sockets.erase(known);
@@ -306,8 +446,13 @@ int Transfers::onSocket(CURL*, curl_socket_t socket, int what, void* self, void*
         known->events = static_cast<short>(events);
         return 0;
     }
+    // Those to servers are opened here and have the mark; what is left wakes from a look-up.
+    const bool isToServer = isClosedOnExec(socket);
+    if (!isToServer) {
+        closePairOnExec(socket);
+    }
     try {
-        sockets.push_back({socket, static_cast<short>(events), 0});
+        sockets.push_back({socket, static_cast<short>(events), isToServer ? handle : nullptr, 0});
         return 0;
     } catch (...) {
         return -1;
@@ -328,17 +473,35 @@ void Transfers::add(Request& request) {
     running_.reserve(running_.size() + 1);
     unstarted_.reserve(unstarted_.size() + 1);
     auto transfer = std::make_unique<Transfer>(std::move(request), options_, isStopping_, headers_);
-    if (transfer->isReady() && multi_ != nullptr &&
-        curl_multi_add_handle(multi_, transfer->handle()) == CURLM_OK) {
+    if (transfer->isReady() && multi_ != nullptr && begin(*transfer)) {
         running_.push_back(std::move(transfer));
     } else {
         unstarted_.push_back(std::move(*transfer).end(CURLE_FAILED_INIT));
     }
 }
 
+bool Transfers::begin(const Transfer& transfer) {
+    const std::lock_guard use(libraryUse);
+    return curl_multi_add_handle(multi_, transfer.handle()) == CURLM_OK;
+}
+
+void Transfers::noteArrival(curl_socket_t socket) {
+    const auto known = std::find_if(sockets_.begin(), sockets_.end(),
+                                    [socket](const Socket& one) { return one.number == socket; });
+    if (known == sockets_.end()) {
+        return;
+    }
+    const auto transfer = find(known->handle);
+    if (transfer != running_.end()) {
+        const std::uint64_t received = bytesReceived(socket);
+        (*transfer)->arrive(received - std::exchange(known->received, received));
+    }
+}
+
 void Transfers::act(curl_socket_t socket, int events) {
-    // One connection at a time, so that the end of the service waits for one at most.
+    // One connection at a time, so that the end of the service waits for one at most, and a fork.
     if (!isStopping_) {
+        const std::lock_guard use(libraryUse);
         int count = 0;
         curl_multi_socket_action(multi_, socket, events, &count);
     }
@@ -351,6 +514,9 @@ std::vector<Ended> Transfers::step() {
     std::move(unstarted_.begin(), unstarted_.end(), std::back_inserter(ended));
     unstarted_.clear();
     for (const pollfd& one : std::exchange(ready_, {})) {
+        if ((one.revents & (POLLIN | POLLERR | POLLHUP)) == POLLIN) {
+            noteArrival(one.fd);
+        }
         if (one.revents != 0) {
             act(one.fd, ((one.revents & (POLLIN | POLLHUP)) != 0 ? CURL_CSELECT_IN : 0) |
                             ((one.revents & POLLOUT) != 0 ? CURL_CSELECT_OUT : 0) |
@@ -361,16 +527,10 @@ std::vector<Ended> Transfers::step() {
         timer_.reset();
         act(CURL_SOCKET_TIMEOUT, 0);
     }
-    int count = 0;
-    while (const CURLMsg* message = curl_multi_info_read(multi_, &count)) {
-        // The message goes with the handle.
-        const CURL* const handle = message->easy_handle;
-        const CURLcode result = message->data.result;
-        const auto found =
-            std::find_if(running_.begin(), running_.end(),
-                         [handle](const auto& one) { return one->handle() == handle; });
+    while (const auto message = nextMessage()) {
+        const auto found = find(message->handle);
         const auto index = static_cast<std::size_t>(found - running_.begin());
-        ended.push_back(std::move(*remove(index)).end(result));
+        ended.push_back(std::move(*remove(index)).end(message->result));
     }
     const Clock::time_point now = Clock::now();
     for (std::size_t i = running_.size(); i-- > 0;) {
@@ -381,6 +541,15 @@ std::vector<Ended> Transfers::step() {
     return ended;
 }
 
+std::optional<Transfers::Message> Transfers::nextMessage() {
+    const std::lock_guard use(libraryUse);
+    int count = 0;
+    const CURLMsg* const message = curl_multi_info_read(multi_, &count);
+    // It goes with the handle.
+    return message != nullptr ? std::optional<Message>({message->easy_handle, message->data.result})
+                              : std::nullopt;
+}
+
 void Transfers::wait() {
     const Clock::time_point now = Clock::now();
     Clock::time_point until = now + (wakeUp_ >= 0 ? longestWait : waitWithoutWaking);
@@ -389,7 +558,10 @@ void Transfers::wait() {
     }
     until = std::max(now, std::min(until, timer_.value_or(until)));
     const auto time = std::chrono::ceil<std::chrono::milliseconds>(until - now);
-    ready_ = sockets_;
+    ready_.assign(1, {wakeUp_, POLLIN, 0});
+    for (const Socket& one : sockets_) {
+        ready_.push_back({one.number, one.events, 0});
+    }
     ::poll(ready_.data(), ready_.size(), unstarted_.empty() ? static_cast<int>(time.count()) : 0);
     if (ready_.front().revents != 0) {
         eventfd_t ignored = 0;
@@ -398,7 +570,7 @@ void Transfers::wait() {
     ready_.erase(ready_.begin());
 }
 
-void Transfers::wake() {
+void Transfers::wake() const {
     ::eventfd_write(wakeUp_, 1);
 }
 
@@ -413,8 +585,14 @@ std::unique_ptr<Transfer> Transfers::remove(std::size_t index) {
     std::swap(running_[index], running_.back());
     std::unique_ptr<Transfer> transfer = std::move(running_.back());
     running_.pop_back();
+    const std::lock_guard use(libraryUse);
     curl_multi_remove_handle(multi_, transfer->handle());
     return transfer;
+}
+
+std::vector<std::unique_ptr<Transfer>>::iterator Transfers::find(const CURL* handle) {
+    return std::find_if(running_.begin(), running_.end(),
+                        [handle](const auto& one) { return one->handle() == handle; });
 }
 
 }  // namespace yg::net

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <poll.h>
@@ -43,7 +44,7 @@ public:
     void wait();
 
     /// Ends a wait, the next one if none is under way. Any thread.
-    void wake();
+    void wake() const;
 
     /// Cuts all transfers and drops their completions.
     void clear();
@@ -54,16 +55,32 @@ private:
     static int onSocket(CURL*, curl_socket_t socket, int what, void* self, void*);
     static int onTimer(CURLM*, long milliseconds, void* self);
 
+    struct Socket {
+        curl_socket_t number;
+        short events;            // to wait for, as poll names them
+        CURL* handle;            // whose connection it is; null for what libcurl wakes itself with
+        std::uint64_t received;  // bytes so far
+    };
+
+    struct Message {
+        CURL* handle;
+        CURLcode result;
+    };
+
+    bool begin(const Transfer& transfer);
+    void noteArrival(curl_socket_t socket);
     void act(curl_socket_t socket, int events);
+    std::optional<Message> nextMessage();
     std::unique_ptr<Transfer> remove(std::size_t index);
+    std::vector<std::unique_ptr<Transfer>>::iterator find(const CURL* handle);
 
     const HttpGetOptions& options_;
     const std::atomic<bool>& isStopping_;
-    CURLM* multi_;
-    curl_slist* headers_;
-    const int wakeUp_;             // -1 if the system has none
-    std::vector<pollfd> sockets_;  // what to wait for, the wake-up first
-    std::vector<pollfd> ready_;    // the same after a wait
+    CURLM* multi_ = nullptr;
+    curl_slist* headers_ = nullptr;
+    const int wakeUp_;  // -1 if the system has none
+    std::vector<Socket> sockets_;
+    std::vector<pollfd> ready_;  // after a wait
     std::optional<Clock::time_point> timer_;
     std::vector<std::unique_ptr<Transfer>> running_;
     std::vector<Ended> unstarted_;

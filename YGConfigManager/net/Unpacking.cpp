@@ -2,6 +2,7 @@
 #include "YGConfigManager/net/Unpacking.h"
 
 #include <array>
+#include <utility>
 
 namespace yg::net {
 
@@ -10,22 +11,48 @@ namespace {
 constexpr int largestWindow = 15;
 /// zlib's way of asking for either header, that of gzip or its own.
 constexpr int anyHeader = 32;
+/// Servers that leave out the header may still send the checksum that belongs to it.
+constexpr std::size_t mostBehindData = 4;
+
+bool isHeader(unsigned char first, unsigned char second) {
+    const bool isOfGzip = first == 0x1f && second == 0x8b;
+    const bool isOfZlib = (first & 0x0f) == Z_DEFLATED && (first * 256 + second) % 31 == 0;
+    return isOfGzip || isOfZlib;
+}
 
 }  // namespace
 
-Unpacking::Unpacking() : isReady_(inflateInit2(&stream_, largestWindow + anyHeader) == Z_OK) {}
+Unpacking::Unpacking(bool mayLackHeader)
+    : isReady_(inflateInit2(&stream_, largestWindow + anyHeader) == Z_OK),
+      isHeaderKnown_(!mayLackHeader) {}
 
 Unpacking::~Unpacking() {
     inflateEnd(&stream_);
 }
 
 bool Unpacking::append(std::string_view piece, std::size_t limit, std::string& body) {
-    std::array<Bytef, 16 * 1024> unpacked;
-    std::string bytes(piece);  // zlib's input is not const everywhere
+    std::string bytes = std::exchange(beginning_, {});
+    bytes.append(piece);  // a copy, as zlib's input is not const everywhere
+    if (!isHeaderKnown_) {
+        if (bytes.size() < 2) {
+            beginning_ = std::move(bytes);
+            return isReady_;
+        }
+        isHeaderKnown_ = true;
+        hasHeader_ =
+            isHeader(static_cast<unsigned char>(bytes[0]), static_cast<unsigned char>(bytes[1]));
+        isReady_ = isReady_ && (hasHeader_ || inflateReset2(&stream_, -largestWindow) == Z_OK);
+    }
+    std::array<Bytef, std::size_t{16} * 1024> unpacked;
     stream_.next_in = reinterpret_cast<Bytef*>(bytes.data());
     stream_.avail_in = static_cast<uInt>(bytes.size());
     bool isFull = false;
     while (isReady_ && (stream_.avail_in > 0 || isFull)) {
+        if (isOver_) {
+            bytesBehind_ += stream_.avail_in;
+            isReady_ = bytesBehind_ <= mostBehindData;
+            break;
+        }
         // A body may be several compressed parts in a row.
         if (isBetweenParts_) {
             inflateReset(&stream_);
@@ -37,6 +64,7 @@ bool Unpacking::append(std::string_view piece, std::size_t limit, std::string& b
         const std::size_t count = unpacked.size() - stream_.avail_out;
         isFull = stream_.avail_out == 0 && result == Z_OK;
         isBetweenParts_ = result == Z_STREAM_END;
+        isOver_ = isBetweenParts_ && !hasHeader_;
         isReady_ = (result == Z_OK || result == Z_STREAM_END || result == Z_BUF_ERROR) &&
                    count <= limit - body.size();
         if (isReady_) {

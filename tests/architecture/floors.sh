@@ -35,6 +35,7 @@ libraries='
 pugixml     xml
 libxml      xml
 curl        net
+openssl     net
 zlib        net
 fontconfig  graphics
 hb          graphics

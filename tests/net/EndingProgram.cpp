@@ -7,19 +7,26 @@
 //   completion URL                               calls exit() in a completion
 //   static URL                                   makes a request after the end of the service
 //   fork URL                                     makes requests in children of a fork
+//   forks COUNT URL TLS-URL CERTIFICATES         the same in many, while much is under way
+//   threadless URL                               makes requests where the system gives no thread
+//   files URL TLS-URL                            starts this program in a completion, where it ...
+//   listing                                      ... ends with the number of its open files
 //
 // Right before it ends it prints the time of the steady clock in nanoseconds. A name that ends in
-// ".hanging" takes half a minute to look up.
+// ".hanging" takes half a minute to look up, one that ends in ".local" stands for this machine.
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <filesystem>
 #include <functional>
 #include <future>
 #include <netdb.h>
 #include <string>
 #include <string_view>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -35,9 +42,10 @@ extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* na
         std::this_thread::sleep_for(std::chrono::seconds(30));
         return EAI_AGAIN;
     }
+    const bool isLocal = name != nullptr && std::string_view(name).ends_with(".local");
     static const auto real =
         reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
-    return real(name, service, hints, found);
+    return real(isLocal ? "localhost" : name, service, hints, found);
 }
 
 namespace {
@@ -108,10 +116,146 @@ bool forks(const std::string& url) {
     return ok && asks();
 }
 
+/// The same address by a name, which is looked up unless that was done a moment ago.
+std::string byName(std::string url, const std::string& name) {
+    return url.replace(url.find("127.0.0.1"), 9, name);
+}
+
+/// Looks up one name after the other.
+void requestByNames(const std::string& url) {
+    static std::atomic<int> count = 0;
+    yg::net::get(byName(url, std::to_string(++count) + ".local"),
+                 [url](const Body&, const auto&...) { requestByNames(url); });
+}
+
+/// How many of the children that fork at once and make a request each do not get its answer.
+int lostForks(int count, const std::string& url, const std::string& tlsUrl) {
+    constexpr int atATime = 8;
+    for (int i = 0; i < 8; ++i) {
+        request(url, true);
+        request(tlsUrl, true);
+        requestByNames(url);
+    }
+    int lost = 0;
+    const auto wait = [&lost] {
+        int state = 0;
+        const pid_t child = ::wait(&state);
+        if (state != 0) {
+            ++lost;
+            std::fprintf(stderr, "child %d: %s %d\n", child, WIFSIGNALED(state) ? "signal" : "exit",
+                         WIFSIGNALED(state) ? WTERMSIG(state) : WEXITSTATUS(state));
+        }
+    };
+    for (int i = 0; i < count; ++i) {
+        if (i >= atATime) {
+            wait();
+        }
+        if (::fork() == 0) {
+            // The end of one that hangs.
+            ::alarm(60);
+            std::promise<bool> isRight;
+            yg::net::get(i % 8 == 0 ? tlsUrl : url, [&](const Body& body, const auto&...) {
+                isRight.set_value(body == "hello");
+            });
+            ::_exit(isRight.get_future().get() ? 0 : 1);
+        }
+    }
+    for (int i = std::min(count, atATime); i > 0; --i) {
+        wait();
+    }
+    return lost;
+}
+
+void limitThreads(rlim_t count) {
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NPROC, &limit);
+    limit.rlim_cur = count;
+    ::setrlimit(RLIMIT_NPROC, &limit);
+}
+
+bool asksWithoutThreads(const std::string& url) {
+    // There is no limit for the administrator.
+    if (::geteuid() == 0 && ::setresuid(65534, 65534, 65534) != 0) {
+        return false;
+    }
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NPROC, &limit);
+    bool ok = true;
+    for (int i = 0; i < 3; ++i) {
+        limitThreads(0);
+        int calls = 0;
+        const auto caller = std::this_thread::get_id();
+        yg::net::get(url, [&](const Body& body, const auto& response, const auto& error) {
+            ++calls;
+            ok = ok && !body && !response && error == "the system gives no thread" &&
+                 std::this_thread::get_id() == caller;
+        });
+        ok = ok && calls == 1;
+        yg::net::get(url, nullptr);
+    }
+    limitThreads(limit.rlim_max);
+    ok = ok && bodyOf(url) == "hello" && bodyOf(byName(url, "a.local")) == "hello";
+    // The look-up of a name takes a thread too.
+    limitThreads(0);
+    ok = ok && bodyOf(byName(url, "b.local")) == "none" && bodyOf(url) == "hello";
+    limitThreads(limit.rlim_max);
+    return ok && bodyOf(byName(url, "c.local")) == "hello";
+}
+
+int openFiles() {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        static_cast<void>(entry);
+        ++count;
+    }
+    return count - 1;  // that of the folder itself
+}
+
+/// How many files this program has open when it is started in a completion.
+int filesOfPrograms(const std::string& program, const std::string& url, const std::string& tlsUrl) {
+    ::close_range(STDERR_FILENO + 1, ~0U, 0);
+    request("http://name.hanging/", false);
+    request(tlsUrl + "hanging", false);
+    request(url + "hanging", false);
+    std::promise<int> promise;
+    std::function<void(int)> next = [&](int left) {
+        yg::net::get(byName(url, std::to_string(left) + ".local"),
+                     [&, left](const Body&, const auto&...) {
+                         if (left > 0) {
+                             return next(left - 1);
+                         }
+                         const pid_t child = ::fork();
+                         if (child == 0) {
+                             ::execl(program.c_str(), program.c_str(), "listing", nullptr);
+                             ::_exit(127);
+                         }
+                         int state = 0;
+                         ::waitpid(child, &state, 0);
+                         promise.set_value(WIFEXITED(state) ? WEXITSTATUS(state) : -1);
+                     });
+    };
+    next(20);
+    return promise.get_future().get();
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
+    if (count == 2 && arguments[1] == std::string_view("listing")) {
+        return openFiles();
+    }
     const std::string way = count > 2 ? arguments[1] : "";
+    if (way == "forks" && count == 6) {
+        yg::net::setProcessOptions({.trustedCertificates = arguments[5]});
+        const int lost = lostForks(std::atoi(arguments[2]), arguments[3], arguments[4]);
+        printTime();
+        return std::min(lost, 100);
+    }
+    if (way == "files" && count == 4) {
+        const int files = filesOfPrograms(arguments[0], arguments[2], arguments[3]);
+        printTime();
+        return files - (STDERR_FILENO + 1);
+    }
     const std::string url = count > 2 ? arguments[2] : "";
     static Early early;
     if (way == "completion") {
@@ -130,6 +274,11 @@ int main(int count, char** arguments) {
     }
     if (way == "fork") {
         const bool ok = forks(url);
+        printTime();
+        return ok ? 0 : 1;
+    }
+    if (way == "threadless") {
+        const bool ok = asksWithoutThreads(url);
         printTime();
         return ok ? 0 : 1;
     }

@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include "LargeInput.h"
+#include "Proof.h"
 #include "files/TemporaryFolder.h"
 #include "net/FaultServer.h"
 
@@ -25,9 +26,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
-
-/// With each of the two ways to end: 200 without TLS and 200 with it.
-constexpr int runs = isSanitized ? 20 : 100;
 
 struct Ended {
     int state = -1;                ///< as waitpid gives it; 0 for a good end
@@ -74,6 +72,7 @@ Ended run(std::vector<std::string> arguments) {
 /// Runs the program over and over, with delays from nothing to several milliseconds.
 void expectQuickEnds(const std::string& way, const std::string& url,
                      const std::string& certificates = {}) {
+    const int runs = repeats(100, 1000);
     Clock::duration longest{};
     int crashes = 0;
     int waits = 0;
@@ -108,32 +107,32 @@ private:
     files::TemporaryFolder folder_;
 };
 
-TEST(Ending, IsQuickWhileRequestsHang) {
+TEST(EndingProof, IsQuickWhileRequestsHang) {
     FaultServer server([](Connection& client) { client.hang(); });
     expectQuickEnds("main", server.url());
     EXPECT_GT(server.connections(), 0);
 }
 
-TEST(Ending, IsQuickWhileRequestsHangUnderTls) {
+TEST(EndingProof, IsQuickWhileRequestsHangUnderTls) {
     const Identity identity;
     FaultServer server([](Connection& client) { client.hang(); }, identity.path());
     expectQuickEnds("main", server.url(), identity.path());
     EXPECT_GT(server.connections(), 0);
 }
 
-TEST(Ending, IsQuickWhileAnswersCome) {
+TEST(EndingProof, IsQuickWhileAnswersCome) {
     FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); });
     expectQuickEnds("busy", server.url());
 }
 
-TEST(Ending, IsQuickWhileAnswersComeUnderTls) {
+TEST(EndingProof, IsQuickWhileAnswersComeUnderTls) {
     const Identity identity;
     FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); },
                        identity.path());
     expectQuickEnds("busy", server.url(), identity.path());
 }
 
-TEST(Ending, IsQuickWhileNamesAreLookedUp) {
+TEST(EndingProof, IsQuickWhileNamesAreLookedUp) {
     for (const char* delay : {"0", "1000", "20000", "100000"}) {
         const Ended one = run({"main", "http://name.hanging/", "20", delay});
         EXPECT_EQ(one.state, 0);
@@ -141,28 +140,71 @@ TEST(Ending, IsQuickWhileNamesAreLookedUp) {
     }
 }
 
-TEST(Ending, MayBeginInACompletion) {
+TEST(EndingProof, MayBeginInACompletion) {
     FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); });
     const Ended one = run({"completion", server.url()});
     EXPECT_EQ(one.state, 0);
     EXPECT_LT(one.endingTime, 5s);
 }
 
-TEST(Ending, DropsRequestsThatComeAfterIt) {
+TEST(EndingProof, DropsRequestsThatComeAfterIt) {
     FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); });
     EXPECT_EQ(run({"static", server.url()}).state, 0);
     EXPECT_EQ(server.connections(), 1);
 }
 
-TEST(Ending, OfAProcessIsNotThatOfItsForks) {
-    // The sanitizers do not expect children that go on: what the parent's threads held on their
-    // stacks is lost there, and more threads are refused.
-    ::setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
-    ::setenv("TSAN_OPTIONS", "die_after_fork=0", 1);
+/// Settings of the sanitizers for what they do not expect.
+class SanitizersAllow {
+public:
+    /// Children that go on: what the parent's threads held on their stacks is lost there, and more
+    /// threads are refused.
+    SanitizersAllow() {
+        ::setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
+        ::setenv("TSAN_OPTIONS", "die_after_fork=0", 1);
+    }
+    ~SanitizersAllow() {
+        ::unsetenv("ASAN_OPTIONS");
+        ::unsetenv("TSAN_OPTIONS");
+    }
+    SanitizersAllow(const SanitizersAllow&) = delete;
+    SanitizersAllow& operator=(const SanitizersAllow&) = delete;
+};
+
+TEST(EndingProof, OfAProcessIsNotThatOfItsForks) {
+    const SanitizersAllow forks;
     FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); });
     EXPECT_EQ(run({"fork", server.url()}).state, 0);
-    ::unsetenv("ASAN_OPTIONS");
-    ::unsetenv("TSAN_OPTIONS");
+}
+
+TEST(ForkProof, ChildrenOfABusyParentGetTheirAnswers) {
+    const SanitizersAllow forks;
+    const Identity identity;
+    const auto answer = [](Connection& client) { client.answer("200 OK", "hello"); };
+    FaultServer server(answer);
+    FaultServer tls(answer, identity.path());
+    const int count = repeats(400, 25'000);
+    EXPECT_EQ(run({"forks", std::to_string(count), server.url(), tls.url(), identity.path()}).state,
+              0);
+}
+
+TEST(Threadless, RequestsEndAtOnce) {
+    const SanitizersAllow changedUser;
+    FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); });
+    EXPECT_EQ(run({"threadless", server.url()}).state, 0);
+}
+
+TEST(StartedPrograms, InheritNoFileOfTheNetwork) {
+    const Identity identity;
+    const auto treatment = [](Connection& client) {
+        if (client.path() == "/hanging") {
+            client.hang();
+        } else {
+            client.answer("200 OK", "hello");
+        }
+    };
+    FaultServer server(treatment);
+    FaultServer tls(treatment, identity.path());
+    EXPECT_EQ(run({"files", server.url(), tls.url()}).state, 0);
 }
 
 }  // namespace

@@ -99,6 +99,10 @@ void Connection::reset() {
     ::close(nothing);
 }
 
+void Connection::cutTls() {
+    SSL_set_quiet_shutdown(tls_, 1);
+}
+
 HeldPort holdPort() {
     const int number = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};

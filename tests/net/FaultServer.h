@@ -43,6 +43,8 @@ public:
     void hang();
     /// Lets the connection end as a crash would, not in order.
     void reset();
+    /// Lets TLS end without its last message, as somebody on the way would.
+    void cutTls();
 
 private:
     FaultServer& server_;

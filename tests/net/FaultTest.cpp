@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
 //
 // What a request makes of servers that do not behave.
+#include <array>
 #include <atomic>
 #include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <netinet/in.h>
 #include <poll.h>
 #include <random>
 #include <string>
 #include <sys/socket.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 #include <zlib.h>
@@ -28,9 +33,13 @@ using net::HttpGetOptions;
 constexpr std::string_view headers = "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n";
 constexpr std::string_view chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
 
-std::string gzip(const std::string& text) {
+constexpr int gzipHeader = 15 + 16;
+constexpr int zlibHeader = 15;
+constexpr int noHeader = -15;
+
+std::string pack(const std::string& text, int header, int level = Z_BEST_SPEED) {
     z_stream stream{};
-    deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY);
+    deflateInit2(&stream, level, Z_DEFLATED, header, 8, Z_DEFAULT_STRATEGY);
     std::string packed(deflateBound(&stream, static_cast<uLong>(text.size())), '\0');
     std::string copy = text;
     stream.next_in = reinterpret_cast<Bytef*>(copy.data());
@@ -41,6 +50,10 @@ std::string gzip(const std::string& text) {
     packed.resize(stream.total_out);
     deflateEnd(&stream);
     return packed;
+}
+
+std::string gzip(const std::string& text) {
+    return pack(text, gzipHeader);
 }
 
 Body bodyFrom(const Treatment& treatment, const HttpGetOptions& options = {}) {
@@ -192,6 +205,180 @@ TEST(Fault, GivesNoBodyWithoutAWholeAnswer) {
               std::nullopt);
 }
 
+TEST(Fault, ReadsDeflatedBodiesWithAndWithoutAHeader) {
+    const std::string deflated = "HTTP/1.1 200 OK\r\nContent-Encoding: deflate\r\n";
+    for (const std::string& text : {std::string(), std::string("x"), std::string("hello, hello"),
+                                    std::string(100'000, 'y') + "hello"}) {
+        for (const int header : {noHeader, zlibHeader, gzipHeader}) {
+            for (const int level : {Z_NO_COMPRESSION, Z_BEST_SPEED, Z_BEST_COMPRESSION}) {
+                const std::string packed = pack(text, header, level);
+                EXPECT_EQ(
+                    bodyFrom([&](Connection& client) { client.send(deflated + "\r\n" + packed); }),
+                    text)
+                    << text.size() << " " << header << " " << level;
+                const std::string cut = packed.substr(0, packed.size() - 1);
+                EXPECT_EQ(
+                    bodyFrom([&](Connection& client) { client.send(deflated + "\r\n" + cut); }),
+                    std::nullopt)
+                    << text.size() << " " << header << " " << level;
+            }
+            // Byte by byte.
+            std::string chunks = deflated + "Transfer-Encoding: chunked\r\n\r\n";
+            const std::string packed = pack(text, header);
+            for (const char byte : packed) {
+                chunks += "1\r\n" + std::string(1, byte) + "\r\n";
+            }
+            chunks += "0\r\n\r\n";
+            EXPECT_EQ(bodyFrom([&](Connection& client) { client.send(chunks); }), text)
+                << text.size() << " " << header;
+        }
+    }
+    // Servers that leave out the header may still send the four bytes behind the data.
+    const std::string raw = pack("hello", noHeader);
+    EXPECT_EQ(bodyFrom([&](Connection& client) { client.send(deflated + "\r\n" + raw + "1234"); }),
+              "hello");
+    for (const std::string& damaged : {raw + "12345", "\xff" + raw, raw.substr(0, 1)}) {
+        EXPECT_EQ(bodyFrom([&](Connection& client) { client.send(deflated + "\r\n" + damaged); }),
+                  std::nullopt);
+    }
+    // Nothing but "deflate" stands for both.
+    EXPECT_EQ(bodyFrom([&](Connection& client) {
+                  client.send("HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n\r\n" + raw);
+              }),
+              std::nullopt);
+}
+
+TEST(Fault, ReadsBodiesThatArePackedForTheWay) {
+    const std::string packed = gzip(std::string(5000, 'x') + "hello");
+    const std::string half = packed.substr(0, packed.size() / 2);
+    const std::string text = std::string(5000, 'x') + "hello";
+    const auto chunk = [](const std::string& bytes) {
+        char size[20];
+        std::snprintf(size, sizeof size, "%zx\r\n", bytes.size());
+        return size + bytes + "\r\n0\r\n\r\n";
+    };
+    const std::string begin = "HTTP/1.1 200 OK\r\nTransfer-Encoding: ";
+    const std::string both = "gzip\r\nContent-Encoding: gzip\r\n\r\n";
+    const std::string twice = gzip(packed);
+    struct Case {
+        std::string answer;
+        Body body;
+    };
+    for (const Case& one : std::vector<Case>{
+             {begin + "gzip\r\n\r\n" + packed, text},
+             {begin + "gzip\r\n\r\n" + half, std::nullopt},
+             {begin + "deflate\r\n\r\n" + pack(text, noHeader), text},
+             {begin + "deflate\r\n\r\n" + pack(text, zlibHeader).substr(0, 20), std::nullopt},
+             {begin + "X-GZip, Chunked\r\n\r\n" + chunk(packed), text},
+             {begin + "gzip,chunked\r\n\r\n" + chunk(half), std::nullopt},
+             {begin + "gzip\r\nTransfer-Encoding: chunked\r\n\r\n" + chunk(packed), text},
+             {begin + both + twice, text},
+             {begin + both + twice.substr(0, twice.size() - 9), std::nullopt},
+             {begin + both + gzip(half), std::nullopt},
+             {begin + "identity\r\n\r\nhello", "hello"},
+             {begin + "own\r\n\r\nhello", std::nullopt},
+         }) {
+        EXPECT_EQ(bodyFrom([&](Connection& client) { client.send(one.answer); }), one.body)
+            << one.answer.substr(0, 200);
+    }
+}
+
+TEST(Fault, GivesNoBodyOfATlsConnectionThatIsCut) {
+    const files::TemporaryFolder folder;
+    writeIdentity(folder / "identity.pem");
+    const std::string packed = gzip("hello");
+    FaultServer server(
+        [&](Connection& client) {
+            const std::string path = client.path();
+            if (path.ends_with("/counted")) {
+                client.answer("200 OK", "hello");
+            } else if (path.ends_with("/chunked")) {
+                client.send(std::string(chunked) + "5\r\nhello\r\n0\r\n\r\n");
+            } else if (path.ends_with("/packed")) {
+                client.send("HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n\r\n" + packed);
+            } else if (path.ends_with("/open")) {
+                client.send("HTTP/1.1 200 OK\r\n\r\nhello");
+            } else if (path.ends_with("/none")) {
+                client.send("HTTP/1.1 200 OK\r\n\r\n");
+            }
+            if (path.starts_with("/cut")) {
+                client.cutTls();
+            }
+        },
+        folder / "identity.pem");
+    net::HttpGetService service({.trustedCertificates = folder / "identity.pem"});
+    for (const char* path :
+         {"/counted", "/chunked", "/packed", "/open", "/cut/counted", "/cut/chunked"}) {
+        EXPECT_EQ(bodyOf(service, server.url(path)), "hello") << path;
+    }
+    EXPECT_EQ(bodyOf(service, server.url("/none")), "");
+    for (const char* path : {"/cut/packed", "/cut/open", "/cut/none"}) {
+        const Outcome outcome = outcomeOf(service, server.url(path));
+        EXPECT_EQ(outcome.body, std::nullopt) << path;
+        EXPECT_TRUE(outcome.response) << path;
+    }
+}
+
+TEST(Fault, NamesTheAddressThatAnsweredLast) {
+    const HeldPort held = holdPort();
+    const std::string closed = "http://127.0.0.1:" + std::to_string(held.port) + "/";
+    FaultServer server([&](Connection& client) {
+        const std::string path = client.path();
+        const std::string target = path.substr(path.find('?') + 1);
+        if (path.starts_with("/to?")) {
+            client.answer("302 Found\r\nContent-Type: text/html\r\nLocation: " + target, "moved");
+        } else if (path == "/103") {
+            client.send("HTTP/1.1 103 Early Hints\r\nLink: </a>\r\n\r\n");
+        } else if (path == "/half") {
+            client.send("HTTP/1.1 200 OK\r\nContent-Type: text/pl");
+        } else if (path == "/plain") {
+            client.answer("200 OK", "hello");
+        }
+    });
+    net::HttpGetService service;
+    for (const std::string& target :
+         {closed, std::string("/silent"), std::string("/103"), std::string("/half"),
+          "/to?" + closed, std::string("ftp://127.0.0.1/")}) {
+        std::string first = server.url("/to?" + target);
+        std::string last = target.starts_with("/to?") ? server.url(target) : first;
+        const Outcome outcome = outcomeOf(service, first);
+        EXPECT_EQ(outcome.body, std::nullopt) << target;
+        EXPECT_TRUE(outcome.error) << target;
+        ASSERT_TRUE(outcome.response) << target;
+        EXPECT_EQ(outcome.response->url, last) << target;
+        EXPECT_EQ(outcome.response->statusCode, 302) << target;
+        EXPECT_EQ(outcome.response->contentType, "text/html") << target;
+    }
+    const Outcome plain = outcomeOf(service, server.url("/to?/plain"));
+    EXPECT_EQ(plain.body, "hello");
+    ASSERT_TRUE(plain.response);
+    EXPECT_EQ(plain.response->url, server.url("/plain"));
+    EXPECT_EQ(plain.response->contentType, std::nullopt);
+    ::close(held.socket);
+}
+
+TEST(Fault, TakesNoInformationForTheAnswer) {
+    for (const char* information :
+         {"100 Continue", "101 Switching Protocols", "102 Processing", "103 Early Hints"}) {
+        FaultServer server([&](Connection& client) {
+            client.send("HTTP/1.1 " + std::string(information) +
+                        "\r\nContent-Type: text/plain\r\n\r\n");
+        });
+        net::HttpGetService service;
+        const Outcome outcome = outcomeOf(service, server.url());
+        EXPECT_EQ(outcome.body, std::nullopt) << information;
+        EXPECT_FALSE(outcome.response) << information;
+        EXPECT_TRUE(outcome.error) << information;
+    }
+    EXPECT_EQ(bodyFrom([](Connection& client) {
+                  client.send(
+                      "HTTP/1.1 103 Early Hints\r\nContent-Encoding: own\r\n\r\n"
+                      "HTTP/1.1 102 Processing\r\n\r\n");
+                  client.answer("200 OK", "hello");
+              }),
+              "hello");
+}
+
 TEST(Fault, GivesNoBodyWhereThereIsNoServer) {
     const HeldPort held = holdPort();
     EXPECT_EQ(bodyOf("http://127.0.0.1:" + std::to_string(held.port) + "/"), std::nullopt);
@@ -293,6 +480,85 @@ TEST(Fault, WaitsForASlowAnswerForAsLongAsItMoves) {
                   "hello hello");
         EXPECT_GE(Clock::now() - begin, 1s);
     }
+}
+
+TEST(Fault, WaitsForASlowHeaderForAsLongAsItMoves) {
+    // No line is whole for more than two idle times.
+    const std::string answer =
+        "HTTP/1.1 200 OK\r\nX-Long: " + std::string(40, 'x') + "\r\nContent-Length: 5\r\n\r\nhello";
+    EXPECT_EQ(bodyFrom(
+                  [&](Connection& client) {
+                      for (const char byte : answer) {
+                          client.send({&byte, 1});
+                          client.pause(40ms);
+                      }
+                  },
+                  {.idleTime = 800ms}),
+              "hello");
+}
+
+/// Hands each connection on to a server, whose bytes arrive a few at a time.
+class SlowWay {
+public:
+    explicit SlowWay(int port) : port_(port), thread_([this] { carry(); }) {}
+    ~SlowWay() {
+        ::shutdown(held_.socket, SHUT_RDWR);
+        thread_.join();
+        ::close(held_.socket);
+    }
+    SlowWay(const SlowWay&) = delete;
+    SlowWay& operator=(const SlowWay&) = delete;
+
+    int port() const { return held_.port; }
+
+private:
+    void carry() {
+        const int client = ::accept4(held_.socket, nullptr, nullptr, SOCK_CLOEXEC);
+        const int server = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(static_cast<std::uint16_t>(port_));
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        if (client >= 0 &&
+            ::connect(server, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
+            std::array<pollfd, 2> ends{{{client, POLLIN, 0}, {server, POLLIN, 0}}};
+            std::array<char, 4096> bytes;
+            for (bool isOpen = true; isOpen && ::poll(ends.data(), ends.size(), -1) > 0;) {
+                if (ends[0].revents != 0) {
+                    const ssize_t count = ::recv(client, bytes.data(), bytes.size(), 0);
+                    isOpen = count > 0 && ::send(server, bytes.data(),
+                                                 static_cast<std::size_t>(count), MSG_NOSIGNAL) > 0;
+                } else if (ends[1].revents != 0) {
+                    const ssize_t count = ::recv(server, bytes.data(), 25, 0);
+                    isOpen = count > 0 && ::send(client, bytes.data(),
+                                                 static_cast<std::size_t>(count), MSG_NOSIGNAL) > 0;
+                    std::this_thread::sleep_for(40ms);
+                }
+            }
+        }
+        ::close(client);
+        ::close(server);
+    }
+
+    const int port_;
+    const HeldPort held_ = [] {
+        const HeldPort held = holdPort();
+        ::listen(held.socket, 1);
+        return held;
+    }();
+    std::thread thread_;
+};
+
+TEST(Fault, WaitsForSlowTlsForAsLongAsItMoves) {
+    const files::TemporaryFolder folder;
+    writeIdentity(folder / "identity.pem");
+    FaultServer server([](Connection& client) { client.answer("200 OK", "hello"); },
+                       folder / "identity.pem");
+    const SlowWay way(server.port());
+    // The server's part of a handshake is some 900 bytes.
+    EXPECT_EQ(bodyOf("https://127.0.0.1:" + std::to_string(way.port()) + "/",
+                     {.idleTime = 700ms, .trustedCertificates = folder / "identity.pem"}),
+              "hello");
 }
 
 TEST(Fault, FollowsTwentyRedirects) {
@@ -422,6 +688,14 @@ TEST(Fault, GivesUpOnHeadersWithoutEnd) {
         EXPECT_EQ(bodyFrom(endless(one.beginning, one.piece, bytes)), std::nullopt);
         EXPECT_LT(bytes, 20U << 20);
     }
+}
+
+TEST(Fault, GivesUpOnChunksWithoutEnd) {
+    // Neither header nor body.
+    std::atomic<std::size_t> bytes = 0;
+    EXPECT_EQ(bodyFrom(endless(std::string(chunked) + "5;", std::string(64 * 1024, 'x'), bytes)),
+              std::nullopt);
+    EXPECT_LT(bytes, 20U << 20);
 }
 
 TEST(Fault, IsNotFilledByABomb) {

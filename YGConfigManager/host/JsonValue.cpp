@@ -283,7 +283,7 @@ std::optional<bool> JsonValue::boolean() const {
     return value == nullptr ? std::nullopt : std::optional(*value);
 }
 
-const std::string* JsonValue::number() const {
+const std::string* JsonValue::number() const& {
     const Number* value = std::get_if<Number>(&value_);
     return value == nullptr ? nullptr : &value->decimal;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A JSON value as it was read: immutable, cheap to copy, safe from any thread.
+// A JSON value as it was read: immutable, cheap to copy, safe from any thread. What list() and
+// object() point at lives as long as somebody holds it: keep the answer while going through it.
 #pragma once
 
 #include <cstddef>
@@ -49,14 +50,16 @@ public:
     std::optional<bool> boolean() const;
 
     /// The text; a null pointer for any other kind. Lives as long as this value.
-    const std::string* text() const { return std::get_if<std::string>(&value_); }
+    const std::string* text() const& { return std::get_if<std::string>(&value_); }
+    const std::string* text() const&& = delete;
 
     /// The number in decimal: a whole number with all its digits, any other in the shortest form
     /// that reads back to the same double, with an exponent below 0.0001 and from 1e17 on ("1.50"
     /// is "1.5", "1e5" is "100000"). What is too small for a double is "0" or "-0"; the minus sign
     /// of a 0 is kept. The locale has no say. A null pointer for any other kind. Lives as long as
     /// this value.
-    const std::string* number() const;
+    const std::string* number() const&;
+    const std::string* number() const&& = delete;
 
     /// The list; null for any other kind.
     std::shared_ptr<const List> list() const;

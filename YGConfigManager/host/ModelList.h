@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The list field of a model (JsonModel.h): first the JSON list as it stands, later the models made
-// of it. One thread at a time may change it, as any value.
+// of it. What json() and items() point at lives as long as somebody holds it: keep the answer while
+// going through it. One thread at a time may change it, as any value.
 #pragma once
 
 #include <memory>

@@ -103,6 +103,9 @@ std::shared_ptr<PanelMap> YGStyleConfigLoad::loadMagicGroup(const xml::Element& 
         if (members->set(*name, panel))
             report(rules::duplicateName, member, "name", *name);
     }
+    // The panel that slots of the group show, see placeMagicPanel.
+    if (!members->empty() && !members->begin()->value->prepareToShow(groupName))
+        throw std::bad_alloc();
     return members;
 }
 

@@ -154,8 +154,7 @@ void YGStyleConfigLoad::placeMagicPanel(const xml::Element& element,
     const std::shared_ptr<PanelConfigInfo>& panel = (*group)->begin()->value;
     {
         const std::lock_guard lock(markLock_);
-        if (panel->magicPanelsName() != *groupName &&
-            !panel->setMagicPanelsName(std::string(*groupName)))
+        if (!panel->show(*groupName))
             throw std::bad_alloc();
         if (!panel->isMagicPanels())
             panel->setIsMagicPanels(true);

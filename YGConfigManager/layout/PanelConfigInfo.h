@@ -3,15 +3,18 @@
 // One panel of a page, also called a pane: it holds child panels and elements. A plain record, held
 // by shared pointers: a reuse panel or a magic panel stands as one and the same record in every
 // page that names it, so copy a record before changing it for one page. Not synchronised: a record
-// that one thread changes must not be read by another. Setters that need memory of their own answer
-// false, and change nothing, when that does not suffice.
+// that one thread changes must not be read by another, but a page that shows the panel changes
+// nothing in this sense, see magicPanelsName(). Setters that need memory of their own answer false,
+// and change nothing, when that does not suffice.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <new>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -94,10 +97,17 @@ public:
         return setRare(&RareTexts::foldPosition, std::move(position));
     }
 
-    /// The magic panel group that the panel came from, once a page's slot has shown it.
-    const std::optional<std::string>& magicPanelsName() const { return rare().magicPanelsName; }
+    /// The magic panel group that the panel came from, once a page's slot has shown it. The loader
+    /// may show it on another thread meanwhile.
+    const std::optional<std::string>& magicPanelsName() const {
+        static const std::optional<std::string> none;
+        return shown().load(std::memory_order_acquire) ? rare().magicPanelsName : none;
+    }
     bool setMagicPanelsName(OwnedText name) noexcept {
-        return setRare(&RareTexts::magicPanelsName, std::move(name));
+        if (!setRare(&RareTexts::magicPanelsName, std::move(name)))
+            return false;
+        isShown_ = true;
+        return true;
     }
 
     /// Which borders are drawn, as written in the file ("display_border").
@@ -170,7 +180,23 @@ private:
     }
 
     friend class StyleConfigInfo;
+    friend class YGStyleConfigLoad;
     std::shared_ptr<PanelConfigInfo> copied() const;
+
+    /// Keeps the name of the panel's group, so that showing the panel only sets a flag. False when
+    /// memory does not suffice.
+    bool prepareToShow(std::string_view group) {
+        return setRare(&RareTexts::magicPanelsName, std::string(group));
+    }
+    /// Makes the name of the group the panel's. False when memory does not suffice, which cannot be
+    /// if that name was prepared.
+    bool show(std::string_view group) {
+        if (rare().magicPanelsName != group)
+            return setMagicPanelsName(group);
+        shown().store(true, std::memory_order_release);
+        return true;
+    }
+    std::atomic_ref<bool> shown() const { return std::atomic_ref<bool>(isShown_); }
 
     std::optional<std::string> panelName_;
     std::unique_ptr<RareTexts> rare_;
@@ -189,6 +215,9 @@ private:
     bool isBorderRightAngle_ = false;
     bool isMagicPanels_ = false;
     bool isEditable_ = false;
+    /// Whether a slot has shown the panel; set while others read. No std::atomic, which could not
+    /// be moved.
+    mutable bool isShown_ = false;
 };
 
 template <>

@@ -3,11 +3,13 @@
 // The layout of the terminal: reads the style files, the tab styles, the magic panels and the reuse
 // panels into records and answers styles by name, those of custom pages built on demand.
 //
-// Load once, from one thread; afterwards lookups may run on any thread, apart from
-// setDefaultStyleName and replaceMagicPanel, which change things. Nothing is thrown: a file that
-// cannot be read is logged as "load style config fail:" with the reason and contributes nothing.
-// When memory does not suffice, that is logged, the answer is null or empty and everything stays as
-// it was.
+// Load once, from one thread; afterwards lookups may run on any thread, and others may read the
+// records meanwhile. A lookup changes one thing only: the first page that shows the panel of a
+// magic panel group gives that panel the group's name (PanelConfigInfo::magicPanelsName). Only
+// setDefaultStyleName and replaceMagicPanel must not run beside others. Nothing is thrown: a file
+// that cannot be read is logged as "load style config fail:" with the reason and contributes
+// nothing. When memory does not suffice, that is logged, the answer is null or empty and everything
+// stays as it was.
 #pragma once
 
 #include <cstddef>

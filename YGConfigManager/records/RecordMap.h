@@ -2,7 +2,9 @@
 //
 // A map from text to a value that keeps the order in which keys were first stored, which for a
 // loader is the order of the file. Looking up allocates nothing, and takes the same time whatever
-// names a file holds. Reading from several threads is safe as long as none of them changes the map.
+// names a file holds. Entries live as long as the map: where a map is answered by shared pointer,
+// keep the pointer while going through it. Reading from several threads is safe as long as none of
+// them changes the map.
 #pragma once
 
 #include <algorithm>

@@ -1,50 +1,90 @@
 // SPDX-License-Identifier: MIT
 //
-// A shared pointer that one thread may replace while others read it, as one step each. The
-// standard's own, std::atomic<std::shared_ptr>, is missing from some C++20 libraries and races with
-// itself in others.
+// A shared pointer that one thread may replace while others read it, as one step each. Neither
+// waits: a thread that stops in the middle, or that a fork leaves behind, keeps no other from
+// going on. The standard's own, std::atomic<std::shared_ptr>, is missing from some C++20 libraries
+// and races with itself in others.
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
-#include <thread>
 #include <utility>
 
 namespace yg {
 
 template <class T>
 class AtomicReference {
+    /// A pointer that was stored. It goes when it is no longer the newest and nobody copies it:
+    /// each reader that comes too late to leave by the word takes one off, and the writer that
+    /// replaces it adds all that came.
+    struct alignas(64) Version {
+        explicit Version(std::shared_ptr<T> of) : pointer(std::move(of)) {}
+        const std::shared_ptr<T> pointer;
+        std::atomic<std::int64_t> readers = 0;
+    };
+
 public:
+    /// A pointer to be stored, with the memory that storing it takes.
+    class Next {
+    public:
+        explicit Next(std::shared_ptr<T> pointer)
+            : version_(std::make_unique<Version>(std::move(pointer))) {}
+
+    private:
+        friend class AtomicReference;
+        std::unique_ptr<Version> version_;
+    };
+
+    /// Holds null.
+    AtomicReference() = default;
+    AtomicReference(const AtomicReference&) = delete;
+    AtomicReference& operator=(const AtomicReference&) = delete;
+    ~AtomicReference() { delete versionOf(word_.load(std::memory_order_acquire)); }
+
     /// The pointer stored last. The object stays as long as the answer is held.
-    std::shared_ptr<T> load() const {
-        const Hold hold(busy_);
-        return pointer_;
+    std::shared_ptr<T> load() const noexcept {
+        std::uint64_t word = word_.fetch_add(1, std::memory_order_acquire) + 1;
+        Version* const version = versionOf(word);
+        std::shared_ptr<T> pointer = version ? version->pointer : nullptr;
+        while (versionOf(word) == version) {
+            if (word_.compare_exchange_weak(word, word - 1, std::memory_order_release,
+                                            std::memory_order_relaxed))
+                return pointer;
+        }
+        leave(version, -1);
+        return pointer;
     }
 
     /// Replaces the pointer. The object before goes when nobody holds it any more.
-    void store(std::shared_ptr<T> pointer) {
-        const Hold hold(busy_);
-        pointer_.swap(pointer);
+    void store(Next next) noexcept {
+        const std::uint64_t word =
+            word_.exchange(wordOf(next.version_.release()), std::memory_order_acq_rel);
+        leave(versionOf(word), static_cast<std::int64_t>(word & mostReaders));
     }
 
 private:
-    /// Copying or swapping a pointer takes a few nanoseconds, too few to put a thread to sleep for.
-    class Hold {
-    public:
-        explicit Hold(std::atomic_flag& busy) : busy_(busy) {
-            while (busy_.test_and_set(std::memory_order_acquire))
-                std::this_thread::yield();
-        }
-        ~Hold() { busy_.clear(std::memory_order_release); }
-        Hold(const Hold&) = delete;
-        Hold& operator=(const Hold&) = delete;
+    // One word holds where the newest version lies and how many readers are copying its pointer. A
+    // version is aligned to 64 bytes and addresses have at most 48 bits, so 22 bits are left for
+    // the readers: as many as there can be threads.
+    static_assert(sizeof(void*) == sizeof(std::uint64_t));
+    static constexpr unsigned readerBits = 22;
+    static constexpr unsigned alignmentBits = 6;
+    static constexpr std::uint64_t mostReaders = (std::uint64_t{1} << readerBits) - 1;
 
-    private:
-        std::atomic_flag& busy_;
-    };
+    static std::uint64_t wordOf(Version* version) {
+        return reinterpret_cast<std::uintptr_t>(version) << (readerBits - alignmentBits);
+    }
+    static Version* versionOf(std::uint64_t word) {
+        return reinterpret_cast<Version*>((word & ~mostReaders) >> (readerBits - alignmentBits));
+    }
 
-    mutable std::atomic_flag busy_;
-    std::shared_ptr<T> pointer_;
+    static void leave(Version* version, std::int64_t change) {
+        if (version && version->readers.fetch_add(change, std::memory_order_acq_rel) + change == 0)
+            delete version;
+    }
+
+    mutable std::atomic<std::uint64_t> word_ = 0;
 };
 
 }  // namespace yg

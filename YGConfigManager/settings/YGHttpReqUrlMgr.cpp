@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 
+#include <exception>
 #include <new>
 #include <utility>
 
@@ -37,6 +38,42 @@ std::string configServer() {
 std::optional<std::string> digestOf(const std::shared_ptr<const YGHttpReqUrlModel>& model) {
     return model ? model->md5Value() : std::nullopt;
 }
+
+/// Tells the sink. Whatever it throws, the list is taken.
+template <class Report>
+void reporting(Report report) {
+    guarded("report request urls", report);
+}
+
+/// Calls what the application gave, which may throw.
+template <class Completion, class... Arguments>
+void complete(const Completion& completion, Arguments&&... arguments) {
+    guarded("request completion", [&] {
+        if (completion)
+            completion(std::forward<Arguments>(arguments)...);
+    });
+}
+
+/// The completion of one request, which comes once: a transport may throw after it has called it,
+/// or before.
+template <class Completion>
+class Once {
+public:
+    /// Before the request is begun.
+    void keep(Completion completion) noexcept { completion_ = std::move(completion); }
+
+    template <class... Arguments>
+    void call(Arguments&&... arguments) {
+        if (isCalled_.exchange(true))
+            return;
+        const Completion completion = std::exchange(completion_, nullptr);
+        complete(completion, std::forward<Arguments>(arguments)...);
+    }
+
+private:
+    Completion completion_;
+    std::atomic<bool> isCalled_ = false;
+};
 
 }  // namespace
 
@@ -79,60 +116,81 @@ void YGHttpReqUrlMgr::read() {
     const Reporter reporter(sink_);
     const std::optional<std::string> path = storagePath(listFileName, false);
     writeBusCommonLogInside("%s L%d filePath: %@", readName, 71, path);
-    reporter.reading(path.value_or(""));
+    reporting([&] { reporter.reading(path.value_or("")); });
     if (!path || path->empty() || !files::fileExists(*path)) {
         writeBusCommonLogInside("%s L%d [%@]文件不存在", readName, 75, path);
         reporter.report(rules::unreadableUrlList, {}, {}, path.value_or(""));
         return;
     }
-    const files::FileReading file = files::readWholeFile(*path);
+    files::FileReading file;
+    std::shared_ptr<const YGHttpReqUrlModel> model;
+    {
+        // No download may write between what is read here and what becomes the list.
+        const std::lock_guard lock(lock_);
+        file = files::readWholeFile(*path);
+        if (file) {
+            model = YGHttpReqUrlModel::read(file.bytes);
+            urlModel_.store(Reference::Next(model));
+            if (model)
+                taken_ = ++begun_;
+        }
+    }
     if (!file) {
         writeBusCommonLogInside("%s L%d 读不到数据", readName, 84);
         reporter.report(rules::unreadableUrlList, {}, {}, file.error);
         return;
     }
-    const std::shared_ptr<const YGHttpReqUrlModel> model = YGHttpReqUrlModel::read(file.bytes);
-    urlModel_.store(model);
     writeBusCommonLogInside("%s L%d _urlModel.Md5: %@", readName, 91, digestOf(model));
     reportUrlList(file.bytes, reporter);
 }
 
 void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
+    std::shared_ptr<Once<std::function<void()>>> once;
     const bool isStarted = guarded("download request urls", [&] {
         const std::string server = configServer();
         if (server.empty())
             return false;
         std::string url = "http://" + server + std::string(listUrlPath);
         // Memory is taken before `ended` is given away.
-        auto finish = std::make_shared<std::function<void()>>();
-        net::GetCompletion completion = [self = shared_from_this(), finish](
+        once = std::make_shared<Once<std::function<void()>>>();
+        net::GetCompletion completion = [self = shared_from_this(), once, number = ++begun_](
                                             const std::optional<std::string>& body,
                                             const auto&...) {
-            guarded("download request urls", [&] { self->take(body); });
-            if (*finish)
-                (*finish)();
+            guarded("download request urls", [&] { self->take(number, body); });
+            once->call();
         };
-        *finish = std::exchange(ended, nullptr);
+        once->keep(std::exchange(ended, nullptr));
         startGet(std::move(url), std::move(completion));
         return true;
     });
-    if (!isStarted && ended)
-        ended();
+    if (!isStarted) {
+        complete(ended);
+        if (once)
+            once->call();
+    }
 }
 
-/// Takes what was downloaded. Neither status nor error count: any body that can be read does.
-void YGHttpReqUrlMgr::take(const std::optional<std::string>& body) {
+/// Takes what was downloaded by the request of that number. Neither status nor error count: any
+/// body that can be read does.
+void YGHttpReqUrlMgr::take(std::uint64_t number, const std::optional<std::string>& body) {
     const Reporter reporter(sink_);
     if (!body)
         return;
-    reportUrlList(*body, reporter);
-    std::shared_ptr<const YGHttpReqUrlModel> model = YGHttpReqUrlModel::read(*body);
+    reporting([&] { reportUrlList(*body, reporter); });
+    const std::shared_ptr<const YGHttpReqUrlModel> model = YGHttpReqUrlModel::read(*body);
     const std::optional<std::string> digest = digestOf(model);
     if (!digest || digest->empty())
+        return;
+    Reference::Next next(model);
+    std::unique_lock lock(lock_);
+    // What began later has been taken before.
+    if (number < taken_)
         return;
     const auto current = urlModel_.load();
     const std::optional<std::string> currentDigest = digestOf(current);
     if (digest == currentDigest) {
+        taken_ = number;
+        lock.unlock();
         if (!haveSameEntries(*model, *current))
             reporter.report(rules::sameDigestOtherEntries, {}, "md5Value", *digest);
         return;
@@ -144,7 +202,9 @@ void YGHttpReqUrlMgr::take(const std::optional<std::string>& body) {
                             currentDigest);
     // The next start begins with the old list when it cannot be written; this one goes on.
     const bool isSaved = writeStoredFile(path, *body).ok;
-    urlModel_.store(std::move(model));
+    urlModel_.store(std::move(next));
+    taken_ = number;
+    lock.unlock();
     if (!isSaved)
         reporter.report(rules::unsavedFile, {}, {}, *path);
 }
@@ -165,13 +225,38 @@ std::optional<std::string> YGHttpReqUrlMgr::httpReqUrlStringWithUrlKey(OptionalT
 }
 
 void YGHttpReqUrlMgr::requestUrl(OptionalText url, Finish finish) const {
+    std::shared_ptr<Once<Finish>> once;
+    std::string error(outOfMemory);
     const bool isStarted = guarded("request url", [&] {
         std::string address(*url);
-        startGet(std::move(address), std::exchange(finish, nullptr));
+        net::GetCompletion completion;
+        if (finish) {
+            once = std::make_shared<Once<Finish>>();
+            completion = [once](std::optional<std::string> body,
+                                std::optional<HttpResponse> response,
+                                std::optional<std::string> cause) {
+                once->call(std::move(body), std::move(response), std::move(cause));
+            };
+            once->keep(std::exchange(finish, nullptr));
+        }
+        try {
+            startGet(std::move(address), std::move(completion));
+        } catch (const std::bad_alloc&) {
+            throw;
+        } catch (const std::exception& thrown) {
+            error = thrown.what();
+            throw;
+        } catch (...) {
+            error = "unknown exception";
+            throw;
+        }
         return true;
     });
-    if (!isStarted && finish)
-        finish(std::nullopt, std::nullopt, std::string(outOfMemory));
+    if (!isStarted) {
+        complete(finish, std::nullopt, std::nullopt, error);
+        if (once)
+            once->call(std::nullopt, std::nullopt, error);
+    }
 }
 
 }  // namespace yg

@@ -4,14 +4,23 @@
 // "request_urls_json.txt", and is refreshed from the configuration download server: a download with
 // another digest takes the place of the list and of the file, byte for byte.
 //
-// Any thread may call. A lookup works on the list that it finds when it begins; a download replaces
-// the list in one step, on the network service's thread. Nothing waits for the network. Nothing is
-// thrown: when memory does not suffice, which is logged, there is no manager or no address, and a
+// Any thread may call. A lookup works on the list that it finds when it begins, and waits for
+// nothing; a download replaces the list in one step, on the network service's thread. Nothing waits
+// for the network. Downloads and readings of the file end in any order, and the one begun last
+// wins: what was begun before another that gave a list changes nothing. List and file change
+// together, so they agree as far as the file could be written. Of several managers on one file each
+// has a list of its own, and the file is the one that was written last.
+//
+// Nothing is thrown, and what the application's functions and sinks throw is logged and changes
+// nothing: when memory does not suffice, which is logged, there is no manager or no address, and a
 // list stays as it is.
 #pragma once
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -62,7 +71,8 @@ public:
     /// list and stored file if it has a digest, and another one than the list. Anything else
     /// changes nothing. Without a configuration download server nothing is downloaded. `ended`, if
     /// there is one, is called once when all this has ended, on the network's thread; inside the
-    /// call when there is no server or no memory to begin. The manager is held until then.
+    /// call when there is no server or no memory to begin; never when the process ends first. The
+    /// manager is held until then.
     void updateHttpReqUrls(std::function<void()> ended = nullptr);
 
     /// The address of the first entry with exactly this key; absent when it has none, when there is
@@ -79,9 +89,13 @@ public:
 
 private:
     void read();
-    void take(const std::optional<std::string>& body);
+    void take(std::uint64_t number, const std::optional<std::string>& body);
 
-    AtomicReference<const YGHttpReqUrlModel> urlModel_;
+    using Reference = AtomicReference<const YGHttpReqUrlModel>;
+    Reference urlModel_;
+    std::atomic<std::uint64_t> begun_ = 0;  ///< downloads and readings, numbered from 1
+    std::mutex lock_;                       ///< held while list and file change, never by a lookup
+    std::uint64_t taken_ = 0;               ///< the number of the one taken last, under the lock
     DiagnosticsSink* const sink_;
 };
 

@@ -174,7 +174,7 @@ std::optional<std::string_view> Element::attribute(OptionalText name) const {
 }
 
 Attributes Element::attributes() const {
-    return Attributes(handle(Tree::raw(*this).first_attribute()));
+    return {tree_, handle(Tree::raw(*this).first_attribute())};
 }
 
 bool Element::setAttribute(OptionalText name, OptionalText value) {

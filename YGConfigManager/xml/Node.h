@@ -45,7 +45,8 @@ struct Position {
     std::uint32_t column;  ///< in characters, from 1
 };
 
-/// One attribute as it is read. The texts live as long as the tree and until the value is changed.
+/// One attribute as it is read. The texts live until the value is changed, and as long as there is
+/// a handle, or a range of children or attributes, into the tree.
 struct Attribute {
     std::string_view name;   ///< with its prefix, as written
     std::string_view value;  ///< entities resolved, never trimmed
@@ -161,7 +162,8 @@ private:
     Node first_;
 };
 
-/// The attributes of an element in their order, namespace declarations included.
+/// The attributes of an element in their order, namespace declarations included. Keeps the tree
+/// alive; its iterators and what they answer do not.
 class YG_EXPORT Attributes {
 public:
     class YG_EXPORT Iterator {
@@ -189,7 +191,9 @@ public:
 
 private:
     friend class Element;
-    explicit Attributes(RawAttribute* first) : first_(first) {}
+    Attributes(std::shared_ptr<const Tree> tree, RawAttribute* first)
+        : tree_(std::move(tree)), first_(first) {}
+    std::shared_ptr<const Tree> tree_;
     RawAttribute* first_;
 };
 
@@ -209,7 +213,7 @@ public:
     /// same as "". Lives as long as the tree and until the value is changed.
     std::optional<std::string_view> attribute(OptionalText name) const;
 
-    /// All attributes; valid as long as this handle or another into the tree.
+    /// All attributes.
     Attributes attributes() const;
 
     /// Adds an attribute, or replaces the value of the one that is there. Characters that XML

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Custom pages: a template with chosen panels in its slots, pattern members included.
+#include <atomic>
 #include <memory>
 #include <optional>
 #include <string>
@@ -456,6 +457,53 @@ TEST_F(CustomPages, AreTheSameFromSeveralThreadsAtOnce) {
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_THAT(failures, ::testing::Each(std::string()));
+}
+
+TEST_F(CustomPages, MarkPanelsThatOtherThreadsRead) {
+    // Each page is the first to show its group's panel.
+    constexpr int groups = 100;
+    std::string styles = "<s>";
+    std::string late = "<m>";
+    for (int group = 0; group < groups; ++group) {
+        const std::string name = "late" + std::to_string(group);
+        styles += "<style name='" + name + "'><magic_panels name='" + name + "'/></style>";
+        late += "<magic_panels name='" + name +
+                "'><magic_panel name='x'><panel name='p' foldPosition='left'/></magic_panel>"
+                "</magic_panels>";
+    }
+    write(LayoutFile::styles, styles + "</s>");
+    write(LayoutFile::softMagicPanels, late + "</m>");
+    YGStyleConfigLoad fresh;
+    load(fresh);
+    std::atomic<int> ready = 0;
+    std::atomic<int> failures = 0;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (++ready; ready < 4;)
+                std::this_thread::yield();
+            for (int group = 0; group < groups; ++group) {
+                const std::string name = "late" + std::to_string(group);
+                if (thread < 2) {
+                    fresh.loadStyleConfigInfoWithName(name + "-x");
+                    continue;
+                }
+                const auto panel = (*fresh.magicPanelInfos()->find(name))->begin()->value;
+                const std::optional<std::string> shown = panel->magicPanelsName();
+                if ((shown && *shown != name) || !panel->isMagicPanels() ||
+                    panel->foldPosition() != "left" || RecordText::of(panel).empty() ||
+                    panel->copyWithZone() == nullptr)
+                    ++failures;
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(failures, 0);
+    for (int group = 0; group < groups; ++group) {
+        const std::string name = "late" + std::to_string(group);
+        EXPECT_EQ((*fresh.magicPanelInfos()->find(name))->begin()->value->magicPanelsName(), name);
+    }
 }
 
 }  // namespace

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -13,6 +18,7 @@
 
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 
+#include "Proof.h"
 #include "settings/SettingsFixture.h"
 
 namespace yg {
@@ -277,6 +283,121 @@ TEST_F(RequestUrls, AHostThatThrowsHasNoServer) {
     const yg::testing::ScopedHost<ThrowingHost> throwing;
     YGHttpReqUrlMgr::init();
     EXPECT_THAT(transport.urls(), IsEmpty());
+}
+
+// ---- Several at once ---------------------------------------------------------------------------
+
+/// A list whose digest and whose address of "k" are `digest`.
+std::string listOf(const std::string& digest) {
+    return R"({"md5Value":")" + digest + R"(","urlConfigList":[{"urlKey":"k","urlValue":")" +
+           digest + R"("}]})";
+}
+
+/// Downloads that are answered in another order than they were begun in.
+class RequestUrlsAtOnce : public RequestUrls {
+protected:
+    RequestUrlsAtOnce() {
+        setTransport([this](const std::string&, net::GetCompletion completion) {
+            completions.push_back(std::move(completion));
+        });
+    }
+
+    /// Ends a download, numbered from 0.
+    void answer(std::size_t download, const std::optional<std::string>& body) {
+        completions.at(download)(body, std::nullopt, std::nullopt);
+    }
+    void expectListAndFile(const YGHttpReqUrlMgr& manager, const std::string& digest) {
+        EXPECT_EQ(manager.httpReqUrlStringWithUrlKey("k"), digest);
+        EXPECT_EQ(contentOf(name), listOf(digest));
+    }
+
+    std::vector<net::GetCompletion> completions;
+};
+
+TEST_F(RequestUrlsAtOnce, TheDownloadBegunLastWinsInWhateverOrderTheyEnd) {
+    std::vector<std::size_t> order{0, 1, 2};
+    do {
+        completions.clear();
+        const auto manager = open(listOf("stored"));  // begins the first
+        manager->updateHttpReqUrls();
+        manager->updateHttpReqUrls();
+        for (const std::size_t download : order)
+            answer(download, listOf(std::to_string(download)));
+        expectListAndFile(*manager, "2");
+    } while (std::next_permutation(order.begin(), order.end()));
+}
+
+TEST_F(RequestUrlsAtOnce, ADownloadThatFailsLetsAnOlderOneWin) {
+    for (const std::optional<std::string>& failed :
+         {std::optional<std::string>(), std::optional<std::string>("{}"),
+          std::optional<std::string>("no JSON")}) {
+        completions.clear();
+        const auto manager = open(listOf("stored"));
+        manager->updateHttpReqUrls();
+        answer(1, failed);
+        answer(0, listOf("older"));
+        expectListAndFile(*manager, "older");
+    }
+}
+
+TEST_F(RequestUrlsAtOnce, ADownloadWithTheDigestOfTheListWinsToo) {
+    const auto manager = open(listOf("stored"));
+    manager->updateHttpReqUrls();
+    answer(1, listOf("stored"));
+    host->clear();
+    answer(0, listOf("older"));
+    expectListAndFile(*manager, "stored");
+    EXPECT_THAT(host->log(), IsEmpty());
+}
+
+TEST_F(RequestUrlsAtOnce, AFileReadAfterADownloadWasBegunWins) {
+    const auto manager = open(listOf("stored"));
+    put(name, listOf("put"));
+    manager->readUrlModelFromFile();
+    answer(0, listOf("older"));
+    expectListAndFile(*manager, "put");
+    manager->updateHttpReqUrls();
+    answer(1, listOf("newer"));
+    expectListAndFile(*manager, "newer");
+}
+
+TEST_F(RequestUrlsAtOnce, AFileWithoutAListLetsAnOlderDownloadWin) {
+    const auto manager = open(listOf("stored"));
+    put(name, "no JSON");
+    manager->readUrlModelFromFile();
+    EXPECT_EQ(manager->urlModel(), nullptr);
+    answer(0, listOf("older"));
+    expectListAndFile(*manager, "older");
+}
+
+/// Downloads and readings of the file that end at the same time, on threads of their own.
+class RequestUrlsProof : public RequestUrlsAtOnce {};
+
+TEST_F(RequestUrlsProof, ListAndFileAgreeWhateverEndsAtTheSameTime) {
+    const int rounds = yg::testing::repeats(200, 20'000);
+    for (int round = 0; round < rounds; ++round) {
+        completions.clear();
+        const auto manager = open(listOf("stored"));
+        manager->updateHttpReqUrls();
+        manager->updateHttpReqUrls();
+        std::atomic<int> ready = 0;
+        std::vector<std::thread> threads;
+        for (std::size_t thread = 0; thread < 4; ++thread) {
+            threads.emplace_back([&, thread] {
+                for (++ready; ready < 4;)
+                    std::this_thread::yield();
+                if (thread < 3)
+                    answer(thread, listOf(std::to_string(thread)));
+                else
+                    manager->readUrlModelFromFile();
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+        const std::optional<std::string> digest = manager->httpReqUrlStringWithUrlKey("k");
+        ASSERT_TRUE(digest);
+        ASSERT_EQ(contentOf(name), listOf(*digest));
+    }
 }
 
 // ---- Requests --------------------------------------------------------------------------------

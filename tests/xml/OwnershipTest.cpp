@@ -30,6 +30,39 @@ TEST(Ownership, AnElementOutlivesItsDocument) {
     EXPECT_EQ(plain(root), R"(<a b="1"><c>x</c></a>)");
 }
 
+TEST(Ownership, AttributesOfATemporaryCanBeGoneThrough) {
+    std::vector<std::string> found;
+    for (const Attribute attribute :
+         Document::parseText("<a k='1' l='2'/>").document.root().attributes())
+        found.push_back(std::string(attribute.name) + "=" + std::string(attribute.value));
+    for (const Attribute attribute :
+         Element(Document::parseText("<a><b m='3'/></a>").document.root().firstChild())
+             .copy()
+             .parent()
+             .attributes())
+        found.emplace_back(attribute.name);
+    for (const Attribute attribute :
+         Element(documentOf("<a><b m='3'/></a>").root().children().begin()->copy()).attributes())
+        found.emplace_back(attribute.value);
+    EXPECT_THAT(found, ElementsAre("k=1", "l=2", "3"));
+}
+
+TEST(Ownership, AttributesMayBeKeptAfterTheirElement) {
+    Attributes attributes = Element().attributes();
+    EXPECT_EQ(attributes.begin(), attributes.end());
+    attributes = Document::parseText("<a k='1'/>").document.root().attributes();
+    const Attribute attribute = *attributes.begin();
+    EXPECT_EQ(attribute.name, "k");
+    EXPECT_EQ(attribute.value, "1");
+}
+
+TEST(Ownership, ChildrenOfATemporaryCanBeGoneThrough) {
+    std::string found;
+    for (const Node& child : Document::parseText("<a><b/><c/></a>").document.root().children())
+        found += child.name();
+    EXPECT_EQ(found, "bc");
+}
+
 TEST(Ownership, AnInnerElementKeepsTheWholeTree) {
     std::optional<Document> document = documentOf("<a><b><c/></b><d/></a>");
     Element c = elementAt(*document, "//c");

@@ -94,7 +94,7 @@ void YGHttpReqUrlMgr::read() {
     const std::shared_ptr<const YGHttpReqUrlModel> model = YGHttpReqUrlModel::read(file.bytes);
     urlModel_.store(model);
     writeBusCommonLogInside("%s L%d _urlModel.Md5: %@", readName, 91, digestOf(model));
-    reportUrlList(file.bytes, reporter);
+    reportUrlList(file.bytes, rules::unreadableUrlList, reporter);
 }
 
 void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
@@ -105,10 +105,10 @@ void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
         std::string url = "http://" + server + std::string(listUrlPath);
         // Memory is taken before `ended` is given away.
         auto finish = std::make_shared<std::function<void()>>();
-        net::GetCompletion completion = [self = shared_from_this(), finish](
-                                            const std::optional<std::string>& body,
-                                            const auto&...) {
-            guarded("download request urls", [&] { self->take(body); });
+        net::GetCompletion completion = [self = shared_from_this(), finish, url](
+                                            const std::optional<std::string>& body, const auto&,
+                                            const std::optional<std::string>& error) {
+            guarded("download request urls", [&] { self->take(url, body, error); });
             if (*finish)
                 (*finish)();
         };
@@ -121,11 +121,15 @@ void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
 }
 
 /// Takes what was downloaded. Neither status nor error count: any body that can be read does.
-void YGHttpReqUrlMgr::take(const std::optional<std::string>& body) {
+void YGHttpReqUrlMgr::take(std::string_view url, const std::optional<std::string>& body,
+                           const std::optional<std::string>& error) {
     const Reporter reporter(sink_);
-    if (!body)
+    reporter.reading(url);
+    if (!body) {
+        reporter.report(rules::failedDownload, {}, {}, error.value_or(""));
         return;
-    reportUrlList(*body, reporter);
+    }
+    reportUrlList(*body, rules::failedDownload, reporter);
     std::shared_ptr<const YGHttpReqUrlModel> model = YGHttpReqUrlModel::read(*body);
     const std::optional<std::string> digest = digestOf(model);
     if (!digest || digest->empty())
@@ -138,15 +142,17 @@ void YGHttpReqUrlMgr::take(const std::optional<std::string>& body) {
         return;
     }
     const std::optional<std::string> path = storagePath(listFileName, true);
-    if (!path || path->empty())
+    if (!path || path->empty()) {
+        reporter.unsaved(listFileName, files::describeFailure(listFileName, rules::noPathToWrite));
         return;
+    }
     writeBusCommonLogInside("%s L%d newMd5Value : [%@]; oldMd5Value : [%@]", takeName, 110, digest,
                             currentDigest);
     // The next start begins with the old list when it cannot be written; this one goes on.
-    const bool isSaved = writeStoredFile(path, *body).ok;
+    const files::FileWriting writing = writeStoredFile(listFileName, path, *body);
     urlModel_.store(std::move(model));
-    if (!isSaved)
-        reporter.report(rules::unsavedFile, {}, {}, *path);
+    if (!writing)
+        reporter.unsaved(listFileName, writing.error);
 }
 
 std::optional<std::string> YGHttpReqUrlMgr::httpReqUrlStringWithUrlKey(

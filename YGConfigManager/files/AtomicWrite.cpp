@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/files/AtomicWrite.h"
 
-#include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <new>
 #include <optional>
 #include <string>
 #include <unistd.h>
 
 #include "YGConfigManager/files/FileLayer.h"
+#include "YGConfigManager/files/FileRights.h"
+#include "YGConfigManager/files/Leftovers.h"
 #include "YGConfigManager/files/Place.h"
 #include "YGConfigManager/files/ReadFile.h"
-#include "YGConfigManager/text/Format.h"
 
 namespace yg::files {
 
@@ -21,7 +20,7 @@ namespace {
 /// Names are unique but for leftovers, so a few attempts are plenty.
 constexpr int maxNameAttempts = 100;
 
-constexpr mode_t accessRights = 0777;
+constexpr mode_t accessRights = S_IRWXU | S_IRWXG | S_IRWXO;
 constexpr mode_t ownerReadWrite = 0600;
 constexpr mode_t everyoneReadWrite = 0666;
 
@@ -42,10 +41,13 @@ public:
 
     bool create(mode_t mode) {
         for (int attempt = 0; attempt < maxNameAttempts; ++attempt) {
-            name_ = nextName();
+            name_ = nextTempName();
             number_ = uninterrupted([&] { return layer_.openNew(folder_, name_.c_str(), mode); });
             if (number_ >= 0) {
                 exists_ = true;
+                // Tells others that it is not left over; where nothing can be locked they know
+                // none.
+                layer_.lock(number_);
                 return true;
             }
             if (errno != EEXIST) {
@@ -68,7 +70,11 @@ public:
         return true;
     }
 
-    bool changeMode(mode_t mode) { return layer_.changeMode(number_, mode) == 0; }
+    bool giveRights(const FileRights& rights) { return files::giveRights(number_, rights, layer_); }
+
+    void clearLeftovers(const std::optional<FileRights>& target) const {
+        files::clearLeftovers(folder_, number_, target ? target->user : ::geteuid(), layer_);
+    }
 
     bool sync() {
         return uninterrupted([this] { return layer_.sync(number_); }) == 0;
@@ -90,13 +96,6 @@ public:
     }
 
 private:
-    /// Differs between processes, threads and moments.
-    static std::string nextName() {
-        static std::atomic<unsigned> counter = 0;
-        const auto now = std::chrono::system_clock::now().time_since_epoch();
-        return text::format(".yg-%d-%d-%d.tmp", ::getpid(), now.count(), ++counter);
-    }
-
     int folder_;
     FileLayer& layer_;
     std::string name_;
@@ -104,16 +103,19 @@ private:
     bool exists_ = false;
 };
 
-/// The mode of the file to replace, none if there is nothing yet. False if it cannot be replaced.
-bool lookAtTarget(int folder, const std::string& name, FileLayer& layer,
-                  std::optional<mode_t>& mode) {
+/// The rights of the file to replace, none if there is nothing yet. False if it cannot be replaced.
+bool lookAtTarget(int folder, const Place& place, FileLayer& layer,
+                  std::optional<FileRights>& rights) {
     struct stat state;
-    if (layer.status(folder, name.c_str(), state) != 0) {
+    if (layer.status(folder, place.name.c_str(), state) != 0) {
         return errno == ENOENT;
     }
-    mode = state.st_mode & accessRights;
-    errno = S_ISDIR(state.st_mode) ? EISDIR : 0;
-    return S_ISREG(state.st_mode);
+    if (!S_ISREG(state.st_mode)) {
+        errno = S_ISDIR(state.st_mode) ? EISDIR : 0;
+        return false;
+    }
+    rights = FileRights{state.st_uid, state.st_gid, state.st_mode & accessRights};
+    return readAccessList(place.folder + place.name, *rights, layer);
 }
 
 FileWriting failure(std::string_view path, int cause) {
@@ -131,16 +133,20 @@ FileWriting write(std::string_view path, std::string_view bytes, FileLayer& laye
     }
     // Opened before anything is written, so that a folder that cannot be synced changes nothing.
     const OpenFolder folder(place->folder, layer);
-    std::optional<mode_t> mode;
-    if (folder.number() < 0 || !lookAtTarget(folder.number(), place->name, layer, mode)) {
+    std::optional<FileRights> target;
+    if (folder.number() < 0 || !lookAtTarget(folder.number(), *place, layer, target)) {
         return failure(path, errno);
     }
     TempFile file(folder.number(), layer);
-    // A new file gets its mode from the system, which takes off the umask. For a replaced one the
-    // umask must not count, so its mode comes with a call of its own, before the sync so that it is
-    // on the disk with the bytes.
-    if (file.create(mode ? *mode & ownerReadWrite : everyoneReadWrite) && file.write(bytes) &&
-        (!mode || file.changeMode(*mode)) && file.sync() && file.close() &&
+    // A new file gets its mode from the system, which takes off the umask. One that replaces
+    // another is for its owner alone until it is written; its rights come before the sync, so that
+    // they are on the disk with the bytes.
+    if (!file.create(target ? target->mode & ownerReadWrite : everyoneReadWrite)) {
+        return failure(path, errno);
+    }
+    // Before the bytes, for which leftovers may have taken all the place.
+    file.clearLeftovers(target);
+    if (file.write(bytes) && (!target || file.giveRights(*target)) && file.sync() && file.close() &&
         file.takePlaceOf(place->name) && folder.sync()) {
         return {true};
     }

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -32,11 +33,23 @@ public:
     /// The state of the file, or of the link if it is one, or of the open file.
     virtual int status(int folder, const char* name, struct stat& state) = 0;
 
+    /// Opens a file for reading, no link, and without waiting for anything.
+    virtual int openOld(int folder, const char* name) = 0;
+
     /// Creates a file for writing, with the mode less the umask; EEXIST if anything has that name.
     virtual int openNew(int folder, const char* name, mode_t mode) = 0;
 
     virtual ssize_t write(int file, const void* bytes, std::size_t size) = 0;
     virtual int changeMode(int file, mode_t mode) = 0;
+
+    /// The group alone where the user is -1.
+    virtual int changeOwner(int file, uid_t user, gid_t group) = 0;
+
+    /// The bytes of the access list (AccessList.h) of the file, or of the link if it is one;
+    /// ENODATA if it has none beside its mode, ENOTSUP if the file system has none.
+    virtual ssize_t readAccessList(const char* path, void* buffer, std::size_t size) = 0;
+    virtual int setAccessList(int file, const void* bytes, std::size_t size) = 0;
+    virtual int removeAccessList(int file) = 0;
 
     /// Brings a file, or the names in a folder, to the disk.
     virtual int sync(int fileOrFolder) = 0;
@@ -46,6 +59,14 @@ public:
 
     virtual int rename(int folder, const char* from, const char* to) = 0;
     virtual int unlink(int folder, const char* name) = 0;
+
+    /// Hands over the names in the folder, so many at most.
+    virtual int eachName(int folder, std::size_t most,
+                         const std::function<void(const char* name)>& take) = 0;
+
+    /// Makes a folder with all rights less the umask.
+    virtual int makeFolder(const char* path) = 0;
+    virtual int removeFolder(const char* path) = 0;
 
     /// Takes the lock of the open file or folder for this opening of it, without waiting;
     /// EWOULDBLOCK if another opening has it, in this process too. It is released when all copies

@@ -14,14 +14,6 @@ namespace {
 /// As the kernel allows in one path.
 constexpr int maxLinks = 40;
 
-Place placeOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos) {
-        return {"./", path};
-    }
-    return {path.substr(0, slash + 1), path.substr(slash + 1)};
-}
-
 /// Whether a link in the folder may be followed; `errno` says why not.
 bool mayFollow(const struct stat& link, const std::string& folder, FileLayer& layer) {
     if (link.st_uid == ::geteuid()) {
@@ -68,6 +60,14 @@ ssize_t readLink(const std::string& path, const std::string& folder, LinkText& t
 }
 
 }  // namespace
+
+Place placeOf(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) {
+        return {"./", path};
+    }
+    return {path.substr(0, slash + 1), path.substr(slash + 1)};
+}
 
 std::optional<Place> finalPlace(std::string path, FileLayer& layer) {
     for (int links = 0; links <= maxLinks; ++links) {

@@ -28,6 +28,9 @@ struct Place {
     std::string name;
 };
 
+/// The place as the path has it, links and all. Throws std::bad_alloc.
+Place placeOf(const std::string& path);
+
 /// The place that the path names once all links at its end are followed; whether something is there
 /// does not matter. Links of folders on the way are left to the system. None, and `errno`, if links
 /// go in a circle, cannot be read, or one of them may not be followed: in a folder that everyone

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "YGConfigManager/files/MakeFolder.h"
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/JsonValue.h"
@@ -223,7 +224,10 @@ std::optional<std::string> StandAloneHost::getStorageFilePath(
         }
         if (isNeedWrite) {
             const std::string folder = text::joinPath(root_, "user");
-            return ::mkdir(folder.c_str(), 0777) == 0 || isFolder(folder) ? userCopy : std::nullopt;
+            if (!userFolderIsSafe_ || !isFolder(folder)) {
+                userFolderIsSafe_ = files::makeFolder(folder);
+            }
+            return userFolderIsSafe_ ? userCopy : std::nullopt;
         }
         if (isFile(*userCopy)) {
             return userCopy;

@@ -22,6 +22,7 @@
 // Safe from any thread. Without memory for an answer there is none, which is logged.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -68,9 +69,10 @@ public:
     void overrideUserRight(std::optional<std::string> userRight);
 
     /// user/FILE when it exists and is no folder, else storage/FILE likewise, else user/FILE. With
-    /// `isNeedWrite` it is user/FILE; the folder is made, and when it cannot be there is no
-    /// location. None either for an area other than 1, for any sub-folder that is not empty, and
-    /// for a file name that is absent, empty, "." or ".." or has a slash in it.
+    /// `isNeedWrite` it is user/FILE; the folder is made, and when it cannot be, or its name cannot
+    /// be brought to the disk, there is no location. None either for an area other than 1, for any
+    /// sub-folder that is not empty, and for a file name that is absent, empty, "." or ".." or has
+    /// a slash in it.
     std::optional<std::string> getStorageFilePath(std::int64_t area,
                                                   std::optional<std::string_view> subFolderPath,
                                                   std::optional<std::string_view> fileName,
@@ -115,6 +117,7 @@ private:
 
     const std::string root_;
     Settings settings_;  // set before the host is handed out, never changed
+    std::atomic<bool> userFolderIsSafe_ = false;  // made, and its name on the disk
     std::mutex mutex_;
     std::optional<std::string> userRightOverride_;
 };

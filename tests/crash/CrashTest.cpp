@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A program that is killed while it writes settings leaves a whole file, with the value that it
-// acknowledged last or the one that it was writing.
+// A program that is killed while it saves a file, by any of the savers, leaves it whole, with what
+// it acknowledged last or what it was writing.
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -18,15 +18,14 @@
 #include <thread>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "YGConfigManager/xml/Document.h"
-#include "YGConfigManager/xml/Node.h"
-
 #include "Proof.h"
-#include "crash/Counting.h"
+#include "crash/Savers.h"
+#include "crash/WriterLoop.h"
 #include "files/TemporaryFolder.h"
 
 namespace yg::testing {
@@ -39,7 +38,9 @@ using files::TemporaryFolder;
 /// The program from its start until it is killed.
 class Writer {
 public:
-    explicit Writer(std::string root) {
+    /// Saves numbers from the first one on, for ever or so many.
+    Writer(std::string program, std::string saver, std::string root, long first,
+           std::optional<long> count = std::nullopt) {
         std::array<int, 2> ends{};
         if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
             throw std::runtime_error("no pipe");
@@ -47,10 +48,18 @@ public:
         posix_spawn_file_actions_t actions;
         ::posix_spawn_file_actions_init(&actions);
         ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-        std::string name = YG_WRITER_PROGRAM;
-        std::array<char*, 3> words{name.data(), root.data(), nullptr};
+        // What the tool's host logs is not wanted here.
+        ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+        std::string begin = std::to_string(first);
+        std::string number = std::to_string(count.value_or(0));
+        std::array<char*, 6> words{program.data(),
+                                   saver.data(),
+                                   root.data(),
+                                   begin.data(),
+                                   count ? number.data() : nullptr,
+                                   nullptr};
         const int failure =
-            ::posix_spawn(&process_, YG_WRITER_PROGRAM, &actions, nullptr, words.data(), environ);
+            ::posix_spawn(&process_, program.c_str(), &actions, nullptr, words.data(), environ);
         ::posix_spawn_file_actions_destroy(&actions);
         ::close(ends[1]);
         acknowledgements_ = ends[0];
@@ -105,7 +114,26 @@ private:
     std::string lines_;
 };
 
-constexpr std::string_view beginning =
+/// A saver that is killed, in a program of its own.
+struct KilledSaver {
+    std::string program;
+    std::string name;
+    std::string file;
+};
+
+std::vector<KilledSaver> killedSavers() {
+    std::vector<KilledSaver> all;
+#ifdef YG_IMAGE_PROGRAM
+    all.push_back({YG_IMAGE_PROGRAM, "image", "out.png"});
+#endif
+    for (const Saver& saver : savers()) {
+        all.push_back({YG_WRITER_PROGRAM, std::string(saver.name), std::string(saver.file)});
+    }
+    return all;
+}
+
+/// What stands in the settings file beside the value that is counted.
+constexpr std::string_view settings =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<!-- of the user -->\n"
     "<config>\n"
@@ -116,38 +144,70 @@ constexpr std::string_view beginning =
     "    </counting>\n"
     "</config>\n";
 
-/// The number of the value in the file, which has to be whole; -1 if it is not.
-long numberIn(const std::string& path) {
-    const auto read = xml::Document::parseFile(path);
-    EXPECT_TRUE(read) << read.error;
-    if (!read) {
-        return -1;
+/// Makes a root with everything that a saver needs.
+void fill(const TemporaryFolder& root) {
+    for (const std::string_view folder : {"user", "storage", "images"}) {
+        fs::create_directory(root / folder);
     }
-    const xml::Document& document = read.document;
-    const auto values = document.query("config/counting/value[@description='counts']");
-    EXPECT_EQ(values.size(), 1U);
-    EXPECT_EQ(document.query("config/comment()").size(), 1U);
-    EXPECT_EQ(document.query("config/other[@a='b']/unknown").size(), 1U);
-    if (values.size() != 1) {
-        return -1;
-    }
-    const std::string text = values[0].stringValue();
-    const long number = std::atol(text.c_str());
-    EXPECT_TRUE(text == "0" || text == textOf(number)) << text;
-    return number;
+    files::put(root / "user/settings.xml", settings);
+    files::put(root / "storage/palette_white.xml",
+               "<ROOT><SWPALETTE><BITMAPS><i NAME='strip' PATH='strip.png'/></BITMAPS>"
+               "</SWPALETTE></ROOT>");
+    fs::copy_file(YG_IMAGE_FILE, root / "images/strip.png");
 }
 
-TEST(CrashProof, LeavesTheValueAcknowledgedLastOrTheOneBeingWritten) {
-    const int kills = repeats(100, 10'000);
+/// The bytes of the file after each number, as a run that nobody disturbs has them.
+class Expected {
+public:
+    explicit Expected(const KilledSaver& saver) {
+        const bool isImage = saver.name == "image";
+        const long numbers = isImage ? imageWidths : 1;
+        const TemporaryFolder root;
+        fill(root);
+        for (long number = 0; number < numbers; ++number) {
+            Writer writer(saver.program, saver.name, root.path(), number, 1);
+            EXPECT_EQ(writer.lastNumber(), number);
+            contents_.push_back(files::contentOf(root / ("user/" + saver.file)));
+        }
+        if (!isImage) {
+            const std::size_t begin = contents_[0].find(textOf(0));
+            EXPECT_NE(begin, std::string::npos);
+            end_ = contents_[0].substr(begin + textOf(0).size());
+            contents_[0].resize(begin);
+        }
+    }
+
+    bool areOf(long number, const std::string& bytes) const {
+        return contents_.size() > 1
+                   ? bytes == contents_[static_cast<std::size_t>(number) % contents_.size()]
+                   : bytes == contents_[0] + textOf(number) + end_;
+    }
+
+private:
+    /// For an image those of all widths; else what stands before the text.
+    std::vector<std::string> contents_;
+    std::string end_;
+};
+
+class CrashProof : public ::testing::TestWithParam<KilledSaver> {};
+
+INSTANTIATE_TEST_SUITE_P(Savers, CrashProof, ::testing::ValuesIn(killedSavers()),
+                         [](const auto& parameter) { return parameter.param.name; });
+
+TEST_P(CrashProof, LeavesWhatWasAcknowledgedLastOrWhatWasBeingWritten) {
+    const int kills = repeats(100, 10'000) / static_cast<int>(killedSavers().size()) + 1;
+    const KilledSaver& saver = GetParam();
+    const Expected expected(saver);
     const TemporaryFolder root;
+    fill(root);
     // The user keeps the file elsewhere and private.
-    fs::create_directory(root / "user");
     fs::create_directory(root / "elsewhere");
-    const std::string file = root / "elsewhere/mine.xml";
-    const std::string link = root / "user/settings.xml";
-    files::put(file, beginning);
+    const std::string file = root / "elsewhere/mine";
+    const std::string link = root / ("user/" + saver.file);
+    EXPECT_EQ(Writer(saver.program, saver.name, root.path(), 0, 1).lastNumber(), 0);
+    fs::rename(link, file);
     fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
-    fs::create_symlink("../elsewhere/mine.xml", link);
+    fs::create_symlink("../elsewhere/mine", link);
 
     const unsigned seed = std::random_device()();
     std::mt19937 random(seed);
@@ -156,7 +216,7 @@ TEST(CrashProof, LeavesTheValueAcknowledgedLastOrTheOneBeingWritten) {
     int beingWritten = 0;
     int early = 0;
     for (int i = 0; i < kills; ++i) {
-        Writer writer(root.path());
+        Writer writer(saver.program, saver.name, root.path(), number + 1);
         // Some die before their first write is done, the others anywhere between two writes.
         if (random() % 10 != 0) {
             for (unsigned left = random() % 4 + 1; left > 0; --left) {
@@ -168,12 +228,13 @@ TEST(CrashProof, LeavesTheValueAcknowledgedLastOrTheOneBeingWritten) {
         const std::optional<long> last = writer.lastNumber();
         early += last ? 0 : 1;
 
-        const long expected = last.value_or(number);
-        ASSERT_GE(expected, number);
-        number = numberIn(link);
-        ASSERT_TRUE(number == expected || number == expected + 1)
-            << "seed " << seed << ", kill " << i << ": " << number << " instead of " << expected;
-        ++(number == expected ? acknowledged : beingWritten);
+        number = last.value_or(number);
+        const std::string bytes = files::contentOf(link);
+        const bool isNext = !expected.areOf(number, bytes);
+        number += isNext ? 1 : 0;
+        ASSERT_TRUE(expected.areOf(number, bytes))
+            << "seed " << seed << ", kill " << i << ": neither " << number - 1 << " nor the next";
+        ++(isNext ? beingWritten : acknowledged);
         ASSERT_TRUE(fs::is_symlink(link));
         ASSERT_EQ(files::modeOf(file), 0600U);
     }
@@ -181,18 +242,23 @@ TEST(CrashProof, LeavesTheValueAcknowledgedLastOrTheOneBeingWritten) {
     // What a kill leaves beside the file is a hidden, private file, at most one for each.
     int leftOver = 0;
     for (const std::string& name : root.names("elsewhere")) {
-        if (name != "mine.xml") {
+        if (name != "mine") {
             ++leftOver;
             EXPECT_THAT(name, ::testing::StartsWith(".yg-"));
             EXPECT_EQ(files::modeOf(root / ("elsewhere/" + name)) & 077U, 0U);
         }
     }
     EXPECT_LE(leftOver, kills);
-    EXPECT_EQ(root.names("user"), std::set<std::string>{"settings.xml"});
     EXPECT_GT(number, 0);
+
+    // A write removes them once they are old.
+    files::ageTempFiles(root / "elsewhere");
+    const long next = number + 1;
+    EXPECT_EQ(Writer(saver.program, saver.name, root.path(), next, 1).lastNumber(), next);
+    EXPECT_THAT(root.names("elsewhere"), ::testing::ElementsAre("mine"));
     std::printf(
-        "%d kills after %ld writes, %d before the first of a run: %d files with the value "
-        "acknowledged last, %d with the next one, %d unfinished neighbours\n",
+        "%d kills after %ld writes, %d before the first of a run: %d files with what was "
+        "acknowledged last, %d with the next, %d hidden files, which a later write removed\n",
         kills, number, early, acknowledged, beingWritten, leftOver);
 }
 

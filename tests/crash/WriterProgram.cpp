@@ -1,33 +1,19 @@
 // SPDX-License-Identifier: MIT
 //
-// Counts in a settings file for ever: WriterProgram ROOT. Each value that is safe is acknowledged
-// as a line on standard output; whoever reads it ends the program as roughly as it likes.
-#include <cstdlib>
-#include <memory>
-#include <string>
-#include <unistd.h>
+// Saves by one of the library's savers (WriterLoop.h).
+#include <string_view>
 
-#include "YGConfigManager/host/Host.h"
-#include "YGConfigManager/host/StandAloneHost.h"
-#include "YGConfigManager/settings/YGAppConfigManager.h"
-
-#include "crash/Counting.h"
+#include "crash/WriterLoop.h"
 
 int main(int count, char** arguments) {
-    if (count != 2) {
+    if (count < 4) {
         return 2;
     }
-    yg::setHost(std::make_shared<yg::StandAloneHost>(arguments[1]));
-    const auto store = yg::YGAppConfigManager::initWithFileName("settings.xml");
-    if (!store) {
-        return 1;
-    }
-    const auto known = store->getItemText("counting", "value");
-    for (long number = known ? std::atol(known->c_str()) + 1 : 1;; ++number) {
-        store->setConfigItem("counting", "value", std::nullopt, yg::testing::textOf(number));
-        const std::string line = std::to_string(number) + "\n";
-        if (::write(STDOUT_FILENO, line.data(), line.size()) < 0) {
-            return 0;
+    yg::setHost(yg::testing::quietHost(arguments[2]));
+    for (const yg::testing::Saver& saver : yg::testing::savers()) {
+        if (saver.name == std::string_view(arguments[1])) {
+            return yg::testing::saveOnAndOn(saver.open(), count, arguments);
         }
     }
+    return 2;
 }

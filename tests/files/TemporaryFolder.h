@@ -4,6 +4,9 @@
 // look at files and to change them without the code under test.
 #pragma once
 
+#include <array>
+#include <ctime>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -60,6 +63,22 @@ inline mode_t modeOf(const std::string& path) {
     struct stat state = {};
     ::lstat(path.c_str(), &state);
     return state.st_mode & 07777;
+}
+
+/// Sets the last change of the file, or of the link, so many seconds back.
+inline void age(const std::string& path, time_t seconds) {
+    const timespec when = {std::time(nullptr) - seconds, 0};
+    const std::array<timespec, 2> times = {when, when};
+    ::utimensat(AT_FDCWD, path.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
+}
+
+/// Makes the hidden files that writes left in the folder some hours old.
+inline void ageTempFiles(const std::string& folder) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().filename().string().starts_with(".yg-")) {
+            age(entry.path(), 10'000);
+        }
+    }
 }
 
 }  // namespace yg::files

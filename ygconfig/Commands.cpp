@@ -71,24 +71,38 @@ constexpr std::string_view deliveryNotes =
     "It is false for what is no XML, and nothing is written then. Otherwise the file is written "
     "to\n"
     "ROOT/user under the name for the right level and --gray, with MD5 as md5 of its root; what\n"
-    "stands in ROOT/storage stays. A DATA file that cannot be read is an error (exit status 2).\n";
+    "stands in ROOT/storage stays. Whenever nothing was stored, also when the answer is true, a "
+    "line\n"
+    "on standard error says why. A DATA file that cannot be read is an error (exit status 2).\n";
 
 constexpr std::string_view settingsNotes =
     "It is written to ROOT/user, with all that is in FILE; what stands in ROOT/storage stays. A "
     "new\n"
     "item needs a FILE with a root element: without one the text is lost, and the answer is true.\n"
-    "False are names that no XML element can have, and --readonly.\n";
+    "False are names that no XML element can have, and --readonly. Whenever nothing was stored, "
+    "also\n"
+    "when the answer is true, a line on standard error says why.\n"
+    "\n"
+    "Several of these commands at the same time lose nothing to each other, nor to an application "
+    "that\n"
+    "opens FILE with OtherWriters::merged. An application that opens it otherwise does not see "
+    "what "
+    "is\n"
+    "stored here while it runs, and undoes it when it next stores something itself.\n";
 
 constexpr std::string_view webPageNotes =
     "Without an address the answer is \"about:blank\", and a line on standard error says why.\n"
-    "--replace is true once the new table is written to ROOT/user, and false for what is no XML.\n"
+    "--replace is true once the new table is written to ROOT/user; otherwise it is false, and a "
+    "line\n"
+    "on standard error says why.\n"
     "Each \"&\" of the new table stands for itself, also in \"&amp;\".\n";
 
 constexpr std::string_view requestUrlNotes =
     "--refresh downloads http://SERVER/mac/mac_free_free_request_urls_json.txt from the "
     "configServer\n"
     "of host.json and waits for the end. A list with another digest is written to ROOT/user and\n"
-    "answers; after any failure the list that was stored does. Nothing is downloaded without it.\n";
+    "answers; after any failure the list that was stored does. Nothing is downloaded without it.\n"
+    "A line on standard error says why a list could not be had or not be stored.\n";
 
 constexpr std::string_view chooseNotes =
     "Each item that says host:port or weight:host:port has the same chance, whatever its weight, "

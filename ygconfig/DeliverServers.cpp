@@ -6,6 +6,7 @@
 #include "ygconfig/Display.h"
 #include "ygconfig/Input.h"
 #include "ygconfig/Json.h"
+#include "ygconfig/NothingStored.h"
 #include "ygconfig/Servers.h"
 
 namespace yg::tool {
@@ -17,10 +18,13 @@ Answer deliverServers(const Session& session) {
         return {"", ExitCode::unusable,
                 "ygconfig servers deliver: \"" + printable(arguments.data) +
                     "\": " + std::strerror(error)};
-    const auto loader = loadServers(arguments);
+    NothingStored nothing(arguments.data == "-" ? "standard input" : arguments.data);
+    const auto loader = loadServers(arguments, &nothing);
     if (!loader)
         return jsonAnswer(nullptr);
-    return jsonAnswer(loader->reloadServerConfigWithData(bytes, arguments.md5));
+    Answer answer = jsonAnswer(loader->reloadServerConfigWithData(bytes, arguments.md5));
+    answer.complaint = nothing.complaint();
+    return answer;
 }
 
 }  // namespace yg::tool

@@ -5,10 +5,8 @@
 
 namespace yg::tool {
 
-Answer dumpRequestUrls(const Session& session) {
-    std::string complaint;
-    const auto manager = loadRequestUrls(session.arguments, complaint);
-    return jsonAnswer(manager->urlModel());
+Answer dumpRequestUrls(const Session&) {
+    return jsonAnswer(loadRequestUrls()->urlModel());
 }
 
 }  // namespace yg::tool

@@ -8,6 +8,8 @@
 #include "ygconfig/Display.h"
 #include "ygconfig/Input.h"
 #include "ygconfig/Json.h"
+#include "ygconfig/NothingStored.h"
+#include "ygconfig/Settings.h"
 
 namespace yg::tool {
 
@@ -24,12 +26,16 @@ Answer findWebPage(const Session& session) {
                     "ygconfig web-page: \"" + printable(*arguments.replacement) +
                         "\": " + std::strerror(error)};
     }
-    const auto config = YGWebPageUrlConfig::initWithFileName(arguments.file);
+    NothingStored nothing(arguments.replacement == "-" ? "standard input"
+                                                       : arguments.replacement.value_or(""));
+    const auto config = YGWebPageUrlConfig::initWithFileName(arguments.file, &nothing);
     if (!config)
-        return jsonAnswer(nullptr);
-    if (arguments.replacement)
-        return jsonAnswer(config->replaceDataFromServer(table));
-    return jsonAnswer(config->getWebPageUrlByKey(arguments.key));
+        return arguments.replacement ? withoutStore(arguments.file) : jsonAnswer(nullptr);
+    if (!arguments.replacement)
+        return jsonAnswer(config->getWebPageUrlByKey(arguments.key));
+    Answer answer = jsonAnswer(config->replaceDataFromServer(table));
+    answer.complaint = nothing.complaint();
+    return answer;
 }
 
 }  // namespace yg::tool

@@ -11,6 +11,7 @@
 #include "YGConfigManager/host/Host.h"
 
 #include "ygconfig/Display.h"
+#include "ygconfig/Json.h"
 
 namespace yg::tool {
 
@@ -91,19 +92,29 @@ void declareRefresh(CLI::App& app, Arguments& arguments) {
                 "download the list first, and keep it if its digest is another");
 }
 
-std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(const Arguments& arguments, std::string& complaint,
-                                                 DiagnosticsSink* sink) {
+Answer withoutStore(std::string_view fileName) {
+    Answer answer = jsonAnswer(nullptr);
+    answer.complaint =
+        "ygconfig: nothing was stored: there is no path for '" + printable(fileName) + "'";
+    return answer;
+}
+
+std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(DiagnosticsSink* sink) {
     auto manager = YGHttpReqUrlMgr::make(sink);
     if (!manager)
         throw std::bad_alloc();
     manager->readUrlModelFromFile();
-    if (arguments.refresh) {
-        if (const auto server = currentHost()->configServer())
-            refresh(*manager, *server);
-        else
-            complaint = "ygconfig: host.json names no configServer to download from";
-    }
     return manager;
+}
+
+std::string refreshRequestUrls(YGHttpReqUrlMgr& manager, const Arguments& arguments) {
+    if (!arguments.refresh)
+        return "";
+    const auto server = currentHost()->configServer();
+    if (!server)
+        return "ygconfig: host.json names no configServer to download from";
+    refresh(manager, *server);
+    return "";
 }
 
 }  // namespace yg::tool

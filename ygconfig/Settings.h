@@ -6,9 +6,11 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 
+#include "ygconfig/Answer.h"
 #include "ygconfig/Arguments.h"
 
 namespace yg::tool {
@@ -32,10 +34,14 @@ void declareWebPageFile(CLI::App& app, Arguments& arguments);
 /// Declares --refresh.
 void declareRefresh(CLI::App& app, Arguments& arguments);
 
-/// A manager that has read the stored list. With --refresh it waits for a download to end, and says
-/// so on standard error when that takes longer than a second. `complaint` gets what speaks against
-/// a download. The host of the root folder must be installed.
-std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(const Arguments& arguments, std::string& complaint,
-                                                 DiagnosticsSink* sink = nullptr);
+/// What a command that stores answers when there is no path for a file of this name.
+Answer withoutStore(std::string_view fileName);
+
+/// A manager that has read the stored list. The host of the root folder must be installed.
+std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(DiagnosticsSink* sink = nullptr);
+
+/// With --refresh, waits for a download to end, and says so on standard error when that takes
+/// longer than a second. Answers a line on why there can be no download; "" otherwise.
+std::string refreshRequestUrls(YGHttpReqUrlMgr& manager, const Arguments& arguments);
 
 }  // namespace yg::tool

@@ -10,9 +10,9 @@
 namespace yg::tool {
 
 Answer showRequestUrls(const Session& session) {
-    std::string complaint;
     UnreadableFiles unreadable;
-    const auto manager = loadRequestUrls(session.arguments, complaint, &unreadable);
+    const auto manager = loadRequestUrls(&unreadable);
+    std::string complaint = refreshRequestUrls(*manager, session.arguments);
     if (complaint.empty())
         complaint = unreadable.complaint();
     const auto path = withoutRoot(

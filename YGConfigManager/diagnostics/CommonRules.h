@@ -10,6 +10,9 @@ namespace yg::rules {
 inline constexpr Rule unreadableFile{
     "unreadable-file", Handling::unresolved,
     "The file is missing or is not well-formed XML, so it contributes nothing."};
+inline constexpr Rule unsavedFile{
+    "unsaved-file", Handling::unresolved,
+    "The file could not be written; what was to be in it is not there at the next start."};
 inline constexpr Rule unknownAttribute{"unknown-attribute", Handling::dropped,
                                        "No attribute of this name is read here."};
 inline constexpr Rule unknownElement{"unknown-element", Handling::dropped,
@@ -24,5 +27,8 @@ inline constexpr Rule oddNumber{
     "without one, the nearest bound when it is too large."};
 inline constexpr Rule emptyList{"empty-list", Handling::defaulted,
                                 "An empty list counts as no list."};
+
+/// What `unsaved-file` says of a file that the host has no path for.
+inline constexpr std::string_view noPathToWrite = "there is no path to write to";
 
 }  // namespace yg::rules

@@ -55,7 +55,8 @@ public:
     /// Called for each attribute whose value is taken as it stands.
     virtual void usedAttribute(const xml::Element&, std::string_view /*attribute*/) {}
 
-    /// Called before a file is read, with its path as it was given.
+    /// Called before a file is read, with its path as it was given, and before a download is, with
+    /// its URL: what is then reported on the same thread is in it.
     virtual void readingFile(std::string_view /*path*/) {}
 };
 

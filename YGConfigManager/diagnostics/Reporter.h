@@ -8,6 +8,7 @@
 
 #include "YGConfigManager/diagnostics/CommonRules.h"
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
+#include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/xml/Document.h"
 
@@ -38,6 +39,15 @@ public:
                 std::string_view value = {}) const {
         if (sink_)
             sink_->report({rule, node, std::string(attribute), std::string(value)});
+    }
+
+    /// A file that was not written. The error names it, unless memory did not suffice for that.
+    void unsaved(std::string_view fileName, std::string_view error) const {
+        if (!sink_)
+            return;
+        const bool isNamed = !error.empty() && error != outOfMemory;
+        report(rules::unsavedFile, {}, {},
+               isNamed ? std::string(error) : files::describeFailure(fileName, outOfMemory));
     }
 
     void used(const xml::Element& element) const {

@@ -6,6 +6,7 @@
 
 #include "YGConfigManager/diagnostics/Reporter.h"
 #include "YGConfigManager/files/AtomicWrite.h"
+#include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
@@ -140,7 +141,7 @@ bool YGServerCfgLoader::deliver(std::optional<std::string_view> data,
     root.setAttribute("md5", serverConfigMd5);
     Loaded loaded = read(root);
     const std::string bytes = parsed.document.serialise(xml::Form::pretty);
-    if (!xml::Document::canBeRead(bytes)) {
+    if (!xml::Document::canBeRead(bytes) || bytes.size() > files::largestFileRead) {
         constexpr std::string_view reason = "it could not be read again";
         writeRuntimeLog("set style config fail:%@", reason);
         reporter.report(rules::unreadableDelivery, {}, {}, reason);
@@ -148,11 +149,19 @@ bool YGServerCfgLoader::deliver(std::optional<std::string_view> data,
     }
     take(std::move(loaded));
 
-    const auto path = storagePath(currentFileName(isGrayScaleUser_), true);
+    const std::string_view fileName = currentFileName(isGrayScaleUser_);
+    const auto path = storagePath(fileName, true);
     writeRuntimeLog("(Login Server)reloadServerConfigWithData(%@)", path);
     // What was delivered counts from now on, whether or not the next start will find it.
-    if (path && !bytes.empty())
-        files::writeFileAtomically(*path, bytes);
+    const files::FileWriting writing =
+        path && !path->empty() ? files::writeFileAtomically(*path, bytes) : files::FileWriting{};
+    guarded(deliverName, [&] {
+        if (!writing)
+            reporter.unsaved(fileName,
+                             path && !path->empty()
+                                 ? writing.error
+                                 : files::describeFailure(fileName, rules::noPathToWrite));
+    });
     return true;
 }
 

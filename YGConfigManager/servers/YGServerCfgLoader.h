@@ -53,8 +53,9 @@ public:
     /// `serverConfigMd5` becomes `configMd5` and the root's "md5", in the place of one that is
     /// there. Then saves it as the file for the right level as it is now; `configPath` stays.
     /// False, with nothing changed or written, when the bytes are absent, empty or not XML, when
-    /// the file that they make could not be read again (the limits of xml::Document hold for it),
-    /// or when memory does not suffice. True once it is applied, also when it could not be saved.
+    /// the file that they make could not be read again (the limits of xml::Document and 256 MiB
+    /// hold for it), or when memory does not suffice. True once it is applied, also when it could
+    /// not be saved: the finding `unsaved-file` says why.
     bool reloadServerConfigWithData(OptionalText data, OptionalText serverConfigMd5);
 
     /// Replaces all groups, and `configMd5` if the root has one, by those of a document. False,

@@ -16,15 +16,16 @@ inline constexpr Rule settingsRootName{
 inline constexpr Rule lostSetting{
     "lost-setting", Handling::dropped,
     "Without a root element named \"config\" an item cannot be read again once it is written."};
-inline constexpr Rule unsavedFile{
-    "unsaved-file", Handling::unresolved,
-    "The file could not be written, so the change lasts until the program ends."};
 inline constexpr Rule duplicateItem{
     "duplicate-item", Handling::dropped,
     "Of the items of one name in the sections of one name only the first is read."};
 inline constexpr Rule noElementName{
     "no-element-name", Handling::unresolved,
     "Sections and items are named like elements; this is no such name."};
+
+inline constexpr Rule unreadableSetting{
+    "unreadable-setting", Handling::dropped,
+    "With this item the file could not be read again at the next start, so nothing changes."};
 
 // Settings and web pages.
 inline constexpr Rule elementInText{"element-in-text", Handling::defaulted,
@@ -58,7 +59,10 @@ inline constexpr Rule blanksAroundAddress{
 // Request URLs.
 inline constexpr Rule unreadableUrlList{
     "unreadable-url-list", Handling::unresolved,
-    "The file or the download is missing or is no JSON object, so there is no list."};
+    "The file is missing or is no JSON object, so there is no list."};
+inline constexpr Rule failedDownload{
+    "failed-download", Handling::unresolved,
+    "The download did not end with a whole answer or is no JSON object, so the list stays."};
 inline constexpr Rule unknownMember{"unknown-member", Handling::dropped,
                                     "No member of this name is read here."};
 inline constexpr Rule memberOfWrongType{

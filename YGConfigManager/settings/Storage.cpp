@@ -3,6 +3,7 @@
 
 #include <cstddef>
 
+#include "YGConfigManager/diagnostics/CommonRules.h"
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 
@@ -12,9 +13,10 @@ std::optional<std::string> storagePath(std::optional<std::string_view> fileName,
     return YGFrameComFun::getStorageFilePath(1, std::nullopt, fileName, isNeedWrite);
 }
 
-files::FileWriting writeStoredFile(const std::optional<std::string>& path, std::string_view bytes) {
+files::FileWriting writeStoredFile(std::string_view fileName,
+                                   const std::optional<std::string>& path, std::string_view bytes) {
     if (!path || path->empty())
-        return {false, "there is no path to write to"};
+        return {false, files::describeFailure(fileName, rules::noPathToWrite)};
     if (bytes.size() > files::largestFileRead)
         return {false, files::describeFailure(*path, "too large to be read again")};
     return files::writeFileAtomically(*path, bytes);

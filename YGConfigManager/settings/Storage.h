@@ -14,8 +14,12 @@ namespace yg {
 /// The host's path of a file in the user's storage, to be written if `isNeedWrite`; unchanged.
 std::optional<std::string> storagePath(std::optional<std::string_view> fileName, bool isNeedWrite);
 
-/// Writes a file durably and atomically; false as well when there is no path, and for more bytes
-/// than a file that is read may have.
-files::FileWriting writeStoredFile(const std::optional<std::string>& path, std::string_view bytes);
+/// Why a file is not written whose bytes its reader would refuse.
+inline constexpr std::string_view couldNotBeReadAgain = "it could not be read again";
+
+/// Writes a file durably and atomically; false as well when there is no path, which the error then
+/// says of the file's name, and for more bytes than a file that is read may have.
+files::FileWriting writeStoredFile(std::string_view fileName,
+                                   const std::optional<std::string>& path, std::string_view bytes);
 
 }  // namespace yg

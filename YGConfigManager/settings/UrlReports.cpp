@@ -83,13 +83,13 @@ bool hasBlanksAround(std::string_view address) {
     return !address.empty() && (isBlank(address.front()) || isBlank(address.back()));
 }
 
-void reportUrlList(std::string_view json, const Reporter& reporter) {
+void reportUrlList(std::string_view json, const Rule& unreadable, const Reporter& reporter) {
     if (!reporter)
         return;
     const JsonValue::Parsed parsed = JsonValue::parse(json);
     const auto list = parsed ? parsed.value->object() : nullptr;
     if (!list) {
-        reporter.report(rules::unreadableUrlList, {}, {},
+        reporter.report(unreadable, {}, {},
                         parsed ? "not a JSON object" : std::string_view(parsed.error));
         return;
     }

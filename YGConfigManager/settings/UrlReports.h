@@ -13,8 +13,9 @@ namespace yg {
 /// Whether blanks stand before or behind the address.
 bool hasBlanksAround(std::string_view address);
 
-/// Reports what in the JSON of a list has no effect; nothing without a listener.
-void reportUrlList(std::string_view json, const Reporter& reporter);
+/// Reports what in the JSON of a list has no effect, by the rule `unreadable` when that is all of
+/// it; nothing without a listener.
+void reportUrlList(std::string_view json, const Rule& unreadable, const Reporter& reporter);
 
 /// Whether two lists have the same keys and values in the same order.
 bool haveSameEntries(const YGHttpReqUrlModel& left, const YGHttpReqUrlModel& right);

@@ -141,7 +141,7 @@ void YGHttpReqUrlMgr::read() {
         return;
     }
     writeBusCommonLogInside("%s L%d _urlModel.Md5: %@", readName, 91, digestOf(model));
-    reportUrlList(file.bytes, reporter);
+    reportUrlList(file.bytes, rules::unreadableUrlList, reporter);
 }
 
 void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
@@ -153,10 +153,10 @@ void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
         std::string url = "http://" + server + std::string(listUrlPath);
         // Memory is taken before `ended` is given away.
         once = std::make_shared<Once<std::function<void()>>>();
-        net::GetCompletion completion = [self = shared_from_this(), once, number = ++begun_](
-                                            const std::optional<std::string>& body,
-                                            const auto&...) {
-            guarded("download request urls", [&] { self->take(number, body); });
+        net::GetCompletion completion = [self = shared_from_this(), once, number = ++begun_, url](
+                                            const std::optional<std::string>& body, const auto&,
+                                            const std::optional<std::string>& error) {
+            guarded("download request urls", [&] { self->take(number, url, body, error); });
             once->call();
         };
         once->keep(std::exchange(ended, nullptr));
@@ -170,13 +170,18 @@ void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
     }
 }
 
-/// Takes what was downloaded by the request of that number. Neither status nor error count: any
-/// body that can be read does.
-void YGHttpReqUrlMgr::take(std::uint64_t number, const std::optional<std::string>& body) {
+/// Takes what the request of that number has downloaded. Neither status nor error count: any body
+/// that can be read does.
+void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
+                           const std::optional<std::string>& body,
+                           const std::optional<std::string>& error) {
     const Reporter reporter(sink_);
-    if (!body)
+    reporting([&] { reporter.reading(url); });
+    if (!body) {
+        reporter.report(rules::failedDownload, {}, {}, error.value_or(""));
         return;
-    reporting([&] { reportUrlList(*body, reporter); });
+    }
+    reporting([&] { reportUrlList(*body, rules::failedDownload, reporter); });
     const std::shared_ptr<const YGHttpReqUrlModel> model = YGHttpReqUrlModel::read(*body);
     const std::optional<std::string> digest = digestOf(model);
     if (!digest || digest->empty())
@@ -196,17 +201,20 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, const std::optional<std::string
         return;
     }
     const std::optional<std::string> path = storagePath(listFileName, true);
-    if (!path || path->empty())
+    if (!path || path->empty()) {
+        lock.unlock();
+        reporter.unsaved(listFileName, files::describeFailure(listFileName, rules::noPathToWrite));
         return;
+    }
     writeBusCommonLogInside("%s L%d newMd5Value : [%@]; oldMd5Value : [%@]", takeName, 110, digest,
                             currentDigest);
     // The next start begins with the old list when it cannot be written; this one goes on.
-    const bool isSaved = writeStoredFile(path, *body).ok;
+    const files::FileWriting writing = writeStoredFile(listFileName, path, *body);
     urlModel_.store(std::move(next));
     taken_ = number;
     lock.unlock();
-    if (!isSaved)
-        reporter.report(rules::unsavedFile, {}, {}, *path);
+    if (!writing)
+        reporter.unsaved(listFileName, writing.error);
 }
 
 std::optional<std::string> YGHttpReqUrlMgr::httpReqUrlStringWithUrlKey(OptionalText urlKey) const {

@@ -51,8 +51,9 @@ public:
     static const std::shared_ptr<YGHttpReqUrlMgr>& shared();
 
     /// A manager that has read the stored file and has started a download, which it does not wait
-    /// for. `sink` hears of what is wrong with both, also on the network's thread and from several
-    /// threads at the same time, and must outlive both manager and download.
+    /// for. `sink` hears of what is wrong with both, of a download that fails too, also on the
+    /// network's thread and from several threads at the same time, and must outlive both manager
+    /// and download.
     static std::shared_ptr<YGHttpReqUrlMgr> init(DiagnosticsSink* sink = nullptr);
 
     /// A manager without a list, which has read and started nothing.
@@ -89,7 +90,8 @@ public:
 
 private:
     void read();
-    void take(std::uint64_t number, const std::optional<std::string>& body);
+    void take(std::uint64_t number, std::string_view url, const std::optional<std::string>& body,
+              const std::optional<std::string>& error);
 
     using Reference = AtomicReference<const YGHttpReqUrlModel>;
     Reference urlModel_;

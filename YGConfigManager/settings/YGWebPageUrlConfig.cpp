@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "YGConfigManager/diagnostics/Reporter.h"
+#include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/settings/SettingsRules.h"
@@ -118,6 +119,11 @@ std::optional<std::string> YGWebPageUrlConfig::getFilePath(OptionalText fileName
 }
 
 xml::Document YGWebPageUrlConfig::docment() const {
+    return guarded("copy web pages", [this] { return current().copy(); });
+}
+
+/// The document as it is now. None that was current is ever changed, so it needs no lock.
+xml::Document YGWebPageUrlConfig::current() const {
     const std::lock_guard lock(lock_);
     return docment_;
 }
@@ -152,7 +158,7 @@ std::optional<std::string> YGWebPageUrlConfig::find(std::string_view key) const 
     }
     // The apostrophe ends the key inside the query, which then hardly ever is one.
     // The work that it may be has no bound, and nobody is to wait for it.
-    const xml::Document document = docment();
+    const xml::Document document = current();
     const std::vector<xml::Node> found =
         document.query("urls/url[@key='" + std::string(key) + "']");
     return found.empty() ? std::nullopt : std::optional(found.front().stringValue());
@@ -174,7 +180,7 @@ bool YGWebPageUrlConfig::replace(std::string_view text) {
         reportTable(parsed.document.root(), reporter);
     std::uint64_t written = 0;
     std::uint64_t current = install(parsed.document);
-    bool isWritten = false;
+    files::FileWriting writing{};
     // A table that replaces this one meanwhile may have been written before it: then once more.
     while (written != current) {
         const std::optional<std::string> path = getFilePath(fileName_, true);
@@ -184,18 +190,20 @@ bool YGWebPageUrlConfig::replace(std::string_view text) {
             document = docment_;
             written = generation_;
         }
-        isWritten = guarded("write web pages", [&] {
+        writing = guarded("write web pages", [&]() -> files::FileWriting {
             const std::string bytes = document.serialise(xml::Form::pretty);
-            return xml::Document::canBeRead(bytes) && writeStoredFile(path, bytes).ok;
+            if (!xml::Document::canBeRead(bytes))
+                return {false, files::describeFailure(fileName_, couldNotBeReadAgain)};
+            return writeStoredFile(fileName_, path, bytes);
         });
         const std::lock_guard lock(lock_);
         current = generation_;
     }
     guarded("report web pages", [&] {
-        if (!isWritten)
-            reporter.report(rules::unsavedFile, {}, {}, fileName_);
+        if (!writing)
+            reporter.unsaved(fileName_, writing.error);
     });
-    return isWritten;
+    return writing.ok;
 }
 
 /// Makes a document the table; answers how many there were.

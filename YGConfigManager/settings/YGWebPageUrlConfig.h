@@ -7,7 +7,8 @@
 //   </urls>
 //
 // that a server may replace as a whole. Any thread may look up, and replace, at the same time.
-// Nothing is thrown: when memory does not suffice, which is logged, there is no table or no change.
+// Nothing is thrown: when memory does not suffice, which is logged, there is no table, no change or
+// a document without a root element.
 #pragma once
 
 #include <cstdint>
@@ -62,8 +63,8 @@ public:
     /// The host's path of a file in the user's storage, one that can be written if `isNeedWrite`.
     static std::optional<std::string> getFilePath(OptionalText fileName, bool isNeedWrite);
 
-    /// The whole table (the name is spelt so in the interface), which nobody may change; without a
-    /// root element when the file was missing or damaged.
+    /// A copy of the whole table as it stands in memory (the name is spelt so in the interface);
+    /// without a root element when the file was missing or damaged.
     xml::Document docment() const;
 
     /// The name given at construction.
@@ -76,11 +77,12 @@ private:
 
     std::optional<std::string> find(std::string_view key) const;
     bool replace(std::string_view text);
+    xml::Document current() const;
     std::uint64_t install(xml::Document document);
 
     xml::Document docment_;
     const std::string fileName_;
-    /// Guards `docment_`, `addresses_` and `generation_`.
+    /// Guards `docment_`, which is replaced and never changed, `addresses_` and `generation_`.
     mutable std::mutex lock_;
     /// What a query by a key without an apostrophe finds.
     Addresses addresses_;

@@ -2,7 +2,8 @@
 //
 // Settings, web pages and request URLs when memory runs out: the fallback, no lock left behind, and
 // a stored file that is the old one or the new one.
-#include <deque>
+#include <cstddef>
+#include <filesystem>
 
 #include "YGConfigManager/settings/Transport.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
@@ -89,6 +90,60 @@ TEST_F(SettingsMemory, AnItemIsStoredOrNothingChanges) {
     }
 }
 
+// Whatever fails, the file keeps what another store has written, and what this one has acknowledged
+// is in it at the latest with its next save.
+TEST_F(SettingsMemory, AStoreThatMergesLosesNothing) {
+    const std::string fileBefore = contentOf("app.xml");
+    std::shared_ptr<YGAppConfigManager> store;
+    const auto open = [&] {
+        return YGAppConfigManager::initWithFileName("app.xml", &testing::silentSink,
+                                                    OtherWriters::merged);
+    };
+    const auto prepare = [&] {
+        put("app.xml", fileBefore);
+        store = open();
+        EXPECT_TRUE(open()->setConfigItem("a", "other", "", text));
+    };
+    const std::string stored = text + "new";
+    for (const auto& [section, item] :
+         {std::pair("a", "b"), {"a", "c"}, {"new", "c"}, {"*", "b"}}) {
+        const auto set = [&, section = section, item = item] {
+            return store->setConfigItem(section, item, text, stored);
+        };
+        const auto textOf = [&, section = section, item = item](bool isChanged) {
+            EXPECT_EQ(open()->getItemText("a", "other"), text);
+            EXPECT_EQ(store->getItemText(section, item) == stored, isChanged);
+            EXPECT_TRUE(store->setConfigItem("a", "after", "", text));
+            const auto next = open();
+            EXPECT_EQ(next->getItemText("a", "other"), text);
+            EXPECT_EQ(next->getItemText("a", "after"), text);
+            EXPECT_EQ(next->getItemText(section, item) == stored, isChanged);
+            prepare();
+            return isChanged ? "stored" : "not stored";
+        };
+        everyAllocationFails(Operation{set, textOf, "not stored", prepare});
+    }
+}
+
+// A change that cannot be saved is kept for the next save, once, however often it is made.
+TEST_F(SettingsMemory, ChangesThatCannotBeSavedTakeTheMemoryOfOne) {
+    const auto store =
+        YGAppConfigManager::initWithFileName("app.xml", nullptr, OtherWriters::merged);
+    ASSERT_TRUE(std::filesystem::remove(root.at("app.xml")));
+    std::filesystem::create_directory(root.at("app.xml"));
+    const auto change = [&](const std::string& item) {
+        EXPECT_TRUE(store->setConfigItem("a", item, "", text));
+    };
+    change("b");
+    change("c");
+    const std::ptrdiff_t before = testing::liveAllocations();
+    for (int i = 0; i < 20; ++i) {
+        change("b");
+        change("c");
+    }
+    EXPECT_EQ(testing::liveAllocations(), before);
+}
+
 TEST_F(SettingsMemory, ADocumentIsHandedOutAndSavedOrNot) {
     const auto store = YGAppConfigManager::initWithFileName("app.xml");
     everyAllocationFails(Operation{
@@ -111,6 +166,13 @@ TEST_F(SettingsMemory, ATableOfWebPagesIsReadOrThereIsNone) {
         [](const auto& table) { return table ? table->getWebPageUrlByKey("k") : "null"; }, "null"};
     everyAllocationOfTheFirstCallFails(operation);
     everyAllocationFails(operation);
+}
+
+TEST_F(SettingsMemory, ATableIsHandedOutOrNot) {
+    const auto table = YGWebPageUrlConfig::initWithFileName("pages.xml");
+    everyAllocationFails(Operation{
+        [&] { return table->docment(); },
+        [](const xml::Document& document) { return document.serialise(xml::Form::plain); }, ""});
 }
 
 TEST_F(SettingsMemory, AWebPageIsBlankWithAMessageOfItsOwn) {

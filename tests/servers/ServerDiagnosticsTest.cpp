@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
 // What a sink hears of a server configuration.
+#include <optional>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -197,6 +200,23 @@ TEST_F(ServerDiagnostics, Deliveries) {
                                           ::testing::StartsWith("unreadable-delivery =Line 1: "),
                                           "1: replaced-md5 md5=theirs", "1: unknown-element =x"));
     EXPECT_THAT(sink.unaccounted(), IsEmpty());
+}
+
+TEST_F(ServerDiagnostics, DeliveriesThatCannotBeSaved) {
+    RecordingSink sink;
+    const std::string delivery = "<application/>";
+    const auto loader = load(delivery, &sink);
+    ASSERT_EQ(::unlink((folder / "skeleton_v1.xml").c_str()), 0);
+    ASSERT_EQ(::mkdir((folder / "skeleton_v1.xml").c_str(), 0700), 0);
+    EXPECT_TRUE(loader->reloadServerConfigWithData(delivery, "d"));
+    host->paths["skeleton_v1.xml"] = "";
+    EXPECT_TRUE(loader->reloadServerConfigWithData(delivery, "d"));
+    host->paths["skeleton_v1.xml"] = std::nullopt;
+    EXPECT_TRUE(loader->reloadServerConfigWithData(delivery, "d"));
+    const std::string none = "unsaved-file =skeleton_v1.xml: there is no path to write to";
+    EXPECT_THAT(sink.lines(),
+                ElementsAre("unsaved-file =" + (folder / "skeleton_v1.xml") + ": Is a directory",
+                            none, none));
 }
 
 TEST_F(ServerDiagnostics, OfOneGroupAlone) {

@@ -134,8 +134,8 @@ TEST_F(SettingsDiagnostics, NamesThatAreNoElementNames) {
     store->getItemText("1", "x");
     store->setConfigItem("a", "<x>", "", "1");
     store->setConfigItem("", "x", "", "1");
-    EXPECT_THAT(findings(),
-                ElementsAre("no-element-name =x y", "no-element-name =1", "no-element-name =<x>"));
+    EXPECT_THAT(findings(), ElementsAre("no-element-name =x y", "no-element-name =1",
+                                        "no-element-name =<x>", "no-element-name"));
 }
 
 TEST_F(SettingsDiagnostics, FilesThatCannotBeWritten) {
@@ -147,8 +147,59 @@ TEST_F(SettingsDiagnostics, FilesThatCannotBeWritten) {
     store->setConfigItem("a", "x", "", "1");
     table->replaceDataFromServer("<urls/>");
     transport.answer("{\"md5Value\":\"n\"}");
-    EXPECT_THAT(findings(), ElementsAre("unsaved-file =app.xml", "unsaved-file =pages.xml",
-                                        "unsaved-file =" + (folder / urlsName)));
+    const std::string cause = ": No space left on device";
+    EXPECT_THAT(findings(), ElementsAre("unsaved-file =" + (folder / "app.xml") + cause,
+                                        "unsaved-file =" + (folder / "pages.xml") + cause,
+                                        "unsaved-file =" + (folder / urlsName) + cause));
+}
+
+TEST_F(SettingsDiagnostics, FilesWithoutAPathToWriteTo) {
+    const auto store = openSettings("<config/>");
+    const auto table = openPages("<urls/>");
+    const auto manager = openUrls("{\"md5Value\":\"m\"}");
+    for (const auto& path : {std::optional<std::string>(), std::optional<std::string>("")}) {
+        for (const std::string_view name :
+             {std::string_view("app.xml"), std::string_view("pages.xml"), urlsName})
+            host->paths[std::string(name)] = path;
+        store->setConfigItem("a", "x", "", "1");
+        EXPECT_FALSE(table->replaceDataFromServer("<urls/>"));
+        manager->updateHttpReqUrls();
+        transport.answer("{\"md5Value\":\"n\"}");
+        const std::string cause = ": there is no path to write to";
+        EXPECT_THAT(findings(),
+                    ElementsAre("unsaved-file =app.xml" + cause, "unsaved-file =pages.xml" + cause,
+                                "unsaved-file =" + std::string(urlsName) + cause));
+    }
+}
+
+TEST_F(SettingsDiagnostics, WhatCouldNotBeReadAgain) {
+    const auto store = openSettings("<config/>");
+    const auto table = openPages("<urls/>");
+    const std::string longest(2'600'000, '>');
+    EXPECT_FALSE(store->setConfigItem("a", "x", "", longest));
+    EXPECT_FALSE(table->replaceDataFromServer("<urls><url key='k'>" + longest + "</url></urls>"));
+    EXPECT_THAT(findings(), ElementsAre("unreadable-setting =a/x",
+                                        "unsaved-file =pages.xml: it could not be read again"));
+}
+
+TEST_F(SettingsDiagnostics, DocumentsThatCannotBeSaved) {
+    const auto store = openSettings("<config/>");
+    const xml::Document document = store->docment();
+    host->paths["none.xml"] = std::nullopt;
+    store->saveAppConfigFile(&document, "none.xml");
+    {
+        ScopedFileLayer disk;
+        disk->errorOf = [](std::string_view call) { return call == "sync" ? EIO : 0; };
+        store->saveAppConfigFile(&document, "app.xml");
+    }
+    document.root().setAttribute("a", std::string(10'000'001, 'x'));
+    store->saveAppConfigFile(&document, "app.xml");
+    const xml::Document empty;
+    store->saveAppConfigFile(&empty, "app.xml");
+    EXPECT_THAT(findings(),
+                ElementsAre("unsaved-file =none.xml: there is no path to write to",
+                            "unsaved-file =" + (folder / "app.xml") + ": Input/output error",
+                            "unsaved-file =app.xml: it could not be read again"));
 }
 
 // A sink may ask the store that it hears from.
@@ -225,6 +276,30 @@ TEST_F(SettingsDiagnostics, TablesFromAServer) {
     EXPECT_THAT(findings(), ElementsAre("2: escaped-twice =?a&amp;b", "2: web-page-without-key"));
     table->replaceDataFromServer("<urls>");
     EXPECT_THAT(sink.rules(), ElementsAre("unreadable-web-pages"));
+}
+
+// ---- Downloads -------------------------------------------------------------------------------
+
+TEST_F(SettingsDiagnostics, OfADownloadNameItAndThoseOfTheFileTheFile) {
+    const std::string url = "http://127.0.0.1:1/mac/mac_free_free_request_urls_json.txt";
+    const auto manager = openUrls("[]");
+    EXPECT_THAT(sink.files, ElementsAre(folder / urlsName));
+    EXPECT_THAT(findings(), ElementsAre("unreadable-url-list =not a JSON object"));
+    transport.answer("[]");
+    EXPECT_THAT(sink.files, ElementsAre(url));
+    EXPECT_THAT(findings(), ElementsAre("failed-download =not a JSON object"));
+    manager->updateHttpReqUrls();
+    transport.answer("{\"x\":1}");
+    EXPECT_THAT(sink.files, ElementsAre(url));
+    EXPECT_THAT(findings(), ElementsAre("unknown-member x=1", "list-without-digest md5Value="));
+    manager->readUrlModelFromFile();
+    EXPECT_THAT(sink.files, ElementsAre(folder / urlsName));
+    findings();
+    manager->updateHttpReqUrls();
+    transport.answer(std::nullopt, "nobody is there");
+    EXPECT_THAT(sink.files, ElementsAre(url));
+    EXPECT_THAT(findings(), ElementsAre("failed-download =nobody is there"));
+    EXPECT_EQ(manager->urlModel(), nullptr);
 }
 
 // ---- Request URLs ----------------------------------------------------------------------------

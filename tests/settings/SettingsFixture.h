@@ -66,7 +66,7 @@ public:
     }
 
     /// Ends the request made last, and returns when its completion did.
-    void answer(std::optional<std::string> body) {
+    void answer(std::optional<std::string> body, std::optional<std::string> error = std::nullopt) {
         net::GetCompletion completion;
         {
             const std::lock_guard lock(mutex_);
@@ -74,7 +74,7 @@ public:
         }
         std::thread([&] {
             if (completion)
-                completion(std::move(body), std::nullopt, std::nullopt);
+                completion(std::move(body), std::nullopt, std::move(error));
         }).join();
     }
 

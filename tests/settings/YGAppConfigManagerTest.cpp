@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <type_traits>
 #include <unistd.h>
 #include <vector>
@@ -319,6 +320,26 @@ TEST_F(AppConfig, ChangingOneItemManyTimesTakesNoMoreMemory) {
     changes();
     EXPECT_EQ(store->getItemText("login", "user"), "x");
     EXPECT_EQ(store->docment().serialise(xml::Form::pretty), with(">li<", ">x<"));
+}
+
+TEST_F(AppConfig, IsReadWhileAnItemIsSaved) {
+    const auto store = open(stored);
+    int reads = 0;
+    {
+        ScopedFileLayer disk;
+        disk->after = [&](std::string_view call) {
+            if (call != "sync")
+                return;
+            std::thread([&] {
+                EXPECT_EQ(store->getItemText("login", "user"), "li");
+                EXPECT_EQ(store->docment().serialise(xml::Form::pretty), stored);
+                ++reads;
+            }).join();
+        };
+        EXPECT_TRUE(store->setConfigItem("login", "user", "", "wang"));
+    }
+    EXPECT_GT(reads, 0);
+    EXPECT_EQ(store->getItemText("login", "user"), "wang");
 }
 
 TEST_F(AppConfig, KeepsModeAndLinkOfTheFile) {

@@ -211,9 +211,14 @@ TEST_F(WebPages, ReplaceSubstringIgnoresCaseOnceItAgrees) {
     EXPECT_EQ(replaced(text, std::string(5'000'000, 'a') + 'b', "x"), text);
 }
 
-TEST_F(WebPages, HandOutTheTable) {
-    const auto table = open(old);
-    EXPECT_EQ(table->docment().root().name(), "urls");
+// A change in what was handed out was seen by some look-ups and not by others.
+TEST_F(WebPages, HandOutACopyOfTheTable) {
+    const auto table = open("<urls><url key='k'>1</url></urls>");
+    const xml::Document copy = table->docment();
+    EXPECT_TRUE(xml::Element(copy.query("urls/url").front()).setContent("changed"));
+    EXPECT_EQ(table->getWebPageUrlByKey("k"), "1");
+    EXPECT_EQ(table->getWebPageUrlByKey("' or @key='k"), "1");
+    EXPECT_EQ(table->docment().serialise(xml::Form::plain), "<urls><url key=\"k\">1</url></urls>");
     EXPECT_EQ(YGWebPageUrlConfig::getFilePath("x", true), folder / "x");
 }
 

@@ -8,7 +8,6 @@
 #include <stdlib.h>
 #include <string_view>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -85,22 +84,21 @@ Pipe newPipe() {
     return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
-/// Programs started while it lives have no more address space than this.
-class MemoryLimit {
-public:
-    explicit MemoryLimit(std::size_t bytes) {
-        ::getrlimit(RLIMIT_AS, &before_);
-        const rlimit limit{bytes == 0 ? before_.rlim_cur : bytes, before_.rlim_max};
-        if (::setrlimit(RLIMIT_AS, &limit) != 0)
-            throw std::runtime_error("no limit of memory");
-    }
-    MemoryLimit(const MemoryLimit&) = delete;
-    MemoryLimit& operator=(const MemoryLimit&) = delete;
-    ~MemoryLimit() { ::setrlimit(RLIMIT_AS, &before_); }
-
-private:
-    rlimit before_{};
-};
+/// What to run so that the tool runs with the limits of the setting.
+std::vector<std::string> commandOf(const std::vector<std::string>& arguments,
+                                   const ToolSetting& setting) {
+    std::vector<std::string> words;
+    std::string limits;
+    if (setting.memory > 0)
+        limits += "ulimit -v " + std::to_string(setting.memory / 1024) + "; ";
+    if (setting.fileSize > 0)
+        limits += "trap '' XFSZ; ulimit -f " + std::to_string(setting.fileSize / 512) + "; ";
+    if (!limits.empty())
+        words = {"/bin/sh", "-c", limits + "exec \"$@\"", "sh"};
+    words.emplace_back(YG_TOOL);
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return words;
+}
 
 Descriptor newTerminal() {
     Descriptor terminal(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
@@ -143,8 +141,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
 }  // namespace
 
 ToolRun runTool(const std::vector<std::string>& arguments, const ToolSetting& setting) {
-    std::vector<std::string> words{YG_TOOL};
-    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> words = commandOf(arguments, setting);
     std::vector<std::string> environment = environmentOf(setting);
 
     const bool isTerminal = setting.outputTo == OutputTo::terminal;
@@ -175,12 +172,8 @@ ToolRun runTool(const std::vector<std::string>& arguments, const ToolSetting& se
     else
         ::posix_spawn_file_actions_adddup2(&actions, output.number(), STDOUT_FILENO);
     pid_t child = -1;
-    int failure = 0;
-    {
-        const MemoryLimit limit(setting.memory);
-        failure = ::posix_spawn(&child, YG_TOOL, &actions, nullptr, pointersTo(words).data(),
-                                pointersTo(environment).data());
-    }
+    const int failure = ::posix_spawn(&child, words[0].c_str(), &actions, nullptr,
+                                      pointersTo(words).data(), pointersTo(environment).data());
     ::posix_spawn_file_actions_destroy(&actions);
     if (failure != 0)
         throw std::runtime_error("the tool cannot be run");

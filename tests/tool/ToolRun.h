@@ -29,6 +29,9 @@ struct ToolSetting {
     std::string input = {};
     /// How many bytes of address space the run has; 0 for no limit.
     std::size_t memory = 0;
+    /// How large a file that the run writes may become, as if the disk were full then; 0 for no
+    /// limit.
+    std::size_t fileSize = 0;
 };
 
 struct ToolRun {

@@ -120,7 +120,7 @@ NotificationCenter& NotificationCenter::standard() noexcept {
     return *standard;
 }
 
-NotificationCenter::Token NotificationCenter::addObserver(std::string name, const void* sender,
+NotificationCenter::Token NotificationCenter::addObserver(OptionalText name, const void* sender,
                                                           Observer observer) noexcept {
     return guarded("notification observer", [&] {
         std::shared_ptr<State> state;
@@ -132,14 +132,13 @@ NotificationCenter::Token NotificationCenter::addObserver(std::string name, cons
             state = state_;
         }
         Token token;
-        token.id_ = state->add(std::move(name), sender, std::move(observer));
+        token.id_ = state->add(std::string(*name), sender, std::move(observer));
         token.state_ = state;
         return token;
     });
 }
 
-void NotificationCenter::post(const std::string& name,
-                              const std::shared_ptr<void>& sender) noexcept {
+void NotificationCenter::post(OptionalText name, const std::shared_ptr<void>& sender) noexcept {
     // A share of its own: an observer may let the centre go.
     std::shared_ptr<State> state;
     {
@@ -147,7 +146,7 @@ void NotificationCenter::post(const std::string& name,
         state = state_;
     }
     if (state != nullptr) {
-        guarded("notification", [&] { state->notify({name, sender}); });
+        guarded("notification", [&] { state->notify({std::string(*name), sender}); });
     }
 }
 

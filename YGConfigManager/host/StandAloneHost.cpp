@@ -159,9 +159,9 @@ std::optional<StandAloneHost::Settings> StandAloneHost::readSettings(const std::
 }
 
 // Neither of these two logs what is thrown: the log's own host is made here.
-StandAloneHost::Opened StandAloneHost::open(std::string_view root) {
+StandAloneHost::Opened StandAloneHost::open(OptionalText root) {
     try {
-        return tryToOpen(root);
+        return tryToOpen(*root);
     } catch (const std::bad_alloc&) {
         return {nullptr, std::string(outOfMemory)};
     }
@@ -189,7 +189,7 @@ StandAloneHost::Opened StandAloneHost::tryToOpen(std::string_view root) {
     return opened;
 }
 
-std::shared_ptr<StandAloneHost> StandAloneHost::openOrDefaults(std::string_view root) {
+std::shared_ptr<StandAloneHost> StandAloneHost::openOrDefaults(OptionalText root) {
     Opened opened = open(root);
     if (opened) {
         return opened.host;
@@ -202,11 +202,11 @@ std::shared_ptr<StandAloneHost> StandAloneHost::openOrDefaults(std::string_view 
     }
 }
 
-StandAloneHost::StandAloneHost(std::string_view root) : root_(root) {}
+StandAloneHost::StandAloneHost(OptionalText root) : root_(*root) {}
 
 StandAloneHost::~StandAloneHost() = default;
 
-void StandAloneHost::overrideUserRight(std::optional<std::string> userRight) {
+void StandAloneHost::overrideUserRight(OwnedText userRight) {
     const std::lock_guard lock(mutex_);
     userRightOverride_ = std::move(userRight);
 }

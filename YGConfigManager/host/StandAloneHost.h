@@ -33,6 +33,8 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/host/Host.h"
+#include "YGConfigManager/text/OptionalText.h"
+#include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {
 
@@ -51,22 +53,22 @@ public:
     /// JSON object or has a member of the wrong type; the error line then names the file, and the
     /// line and column or the member. A missing host.json is not an error. When memory runs out,
     /// the error is "out of memory".
-    static Opened open(std::string_view root);
+    static Opened open(OptionalText root);
 
     /// The same, but there is always a host: what open() finds wrong is written to standard error,
     /// once, and no setting is set. The process's default host is made so. Null only when memory
     /// does not suffice.
-    static std::shared_ptr<StandAloneHost> openOrDefaults(std::string_view root);
+    static std::shared_ptr<StandAloneHost> openOrDefaults(OptionalText root);
 
     /// A host on folder `root`, no setting set. Neither the folder nor host.json is looked at. An
     /// empty root is the current folder; a relative one follows the process's current folder.
-    explicit StandAloneHost(std::string_view root);
+    explicit StandAloneHost(OptionalText root);
 
     ~StandAloneHost() override;
 
     /// Replaces the right level of host.json, with an empty text too; absent: that of host.json
     /// again.
-    void overrideUserRight(std::optional<std::string> userRight);
+    void overrideUserRight(OwnedText userRight);
 
     /// user/FILE when it exists and is no folder, else storage/FILE likewise, else user/FILE. With
     /// `isNeedWrite` it is user/FILE; the folder is made, and when it cannot be, or its name cannot

@@ -12,7 +12,7 @@
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/Log.h"
-#include "YGConfigManager/process/Fork.h"
+#include "YGConfigManager/process/ForkMutex.h"
 
 namespace yg {
 
@@ -20,8 +20,7 @@ namespace {
 
 /// Guards the observers of all centres and what all tokens stand for: a token may be used by
 /// several threads, and the centre that it belongs to may have gone.
-std::mutex centers;
-const int forks = holdForForks<centers>();
+constinit ForkMutex centers;
 
 }  // namespace
 

@@ -25,7 +25,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -115,7 +114,6 @@ private:
 
     const std::string root_;
     Settings settings_;  // set before the host is handed out, never changed
-    std::mutex mutex_;
     std::optional<std::string> userRightOverride_;
 };
 

@@ -7,13 +7,6 @@
 
 namespace yg::text {
 
-bool isControl(char32_t character) {
-    return character < 0x20 || (character >= 0x7F && character < 0xA0) || character == 0x061C ||
-           character == 0x200E || character == 0x200F ||
-           (character >= 0x2028 && character <= 0x202E) ||
-           (character >= 0x2066 && character <= 0x2069);
-}
-
 std::size_t copyWithoutControls(std::string_view text, char* out) {
     char* end = out;
     while (!text.empty()) {

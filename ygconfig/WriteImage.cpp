@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <cerrno>
 #include <cstdint>
-#include <cstdio>
-#include <cstring>
 #include <optional>
 #include <string>
 
@@ -10,6 +7,7 @@
 #include "ygconfig/Display.h"
 #include "ygconfig/Json.h"
 #include "ygconfig/Palette.h"
+#include "ygconfig/WriteOutput.h"
 
 namespace yg::tool {
 
@@ -40,19 +38,6 @@ std::optional<Image> imageOf(const YGPaletteLoad& loader, const Arguments& argum
                     : YGPaletteLoad::getImageByImageAndGroupIndex(image, count, index);
 }
 
-/// Writes a file whole; 0, or the error number, and then no part of it stays.
-int writeFile(const std::string& path, const std::string& bytes) {
-    std::FILE* file = std::fopen(path.c_str(), "wbe");
-    if (!file)
-        return errno;
-    int error = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() ? 0 : errno;
-    if (std::fclose(file) != 0 && error == 0)
-        error = errno;
-    if (error != 0)
-        std::remove(path.c_str());
-    return error;
-}
-
 }  // namespace
 
 Answer writeImage(const Session& session) {
@@ -64,10 +49,9 @@ Answer writeImage(const Session& session) {
     const auto png = image ? image->toPng() : std::nullopt;
     if (!png)
         return jsonAnswer(nullptr);
-    if (const int error = writeFile(*arguments.output, *png); error != 0)
-        return {
-            "", ExitCode::failed,
-            "ygconfig image: \"" + printable(*arguments.output) + "\": " + std::strerror(error)};
+    if (const std::string error = writeOutput(*arguments.output, *png); !error.empty())
+        return {"", ExitCode::failed,
+                "ygconfig image: \"" + printable(*arguments.output) + "\": " + error};
     return jsonAnswer(*image);
 }
 

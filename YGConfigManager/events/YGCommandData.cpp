@@ -5,15 +5,16 @@
 
 namespace yg {
 
-std::shared_ptr<YGCommandData> YGCommandData::initWithCommandInfo(
-    std::optional<std::string_view> commandName, std::optional<std::string_view> changeStyleName,
-    std::optional<std::string_view> dispatchParam, std::optional<std::string_view> addtionData) {
+std::shared_ptr<YGCommandData> YGCommandData::initWithCommandInfo(OptionalText commandName,
+                                                                  OptionalText changeStyleName,
+                                                                  OptionalText dispatchParam,
+                                                                  OptionalText addtionData) {
     return guarded("command record", [&] {
         auto record = std::make_shared<YGCommandData>();
-        record->commandName_ = commandName;
-        record->changeStyleName_ = changeStyleName;
-        record->dispatchParam_ = dispatchParam;
-        record->addtionData_ = addtionData;
+        record->setCommandName(commandName);
+        record->setChangeStyleName(changeStyleName);
+        record->setDispatchParam(dispatchParam);
+        record->setAddtionData(addtionData);
         return record;
     });
 }

@@ -14,6 +14,8 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/text/OptionalText.h"
+#include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {
 
@@ -21,27 +23,27 @@ class YG_EXPORT YGCommandData {
 public:
     /// A new record with these four texts, each of which may be absent; null when memory does not
     /// suffice.
-    static std::shared_ptr<YGCommandData> initWithCommandInfo(
-        std::optional<std::string_view> commandName,
-        std::optional<std::string_view> changeStyleName,
-        std::optional<std::string_view> dispatchParam, std::optional<std::string_view> addtionData);
+    static std::shared_ptr<YGCommandData> initWithCommandInfo(OptionalText commandName,
+                                                              OptionalText changeStyleName,
+                                                              OptionalText dispatchParam,
+                                                              OptionalText addtionData);
 
     /// The command's name, the key under which it is stored ("name").
     const std::optional<std::string>& commandName() const { return commandName_; }
-    void setCommandName(std::optional<std::string> name) { commandName_ = std::move(name); }
+    void setCommandName(OwnedText name) { commandName_ = std::move(name); }
 
     /// The style to change to ("change_style").
     const std::optional<std::string>& changeStyleName() const { return changeStyleName_; }
-    void setChangeStyleName(std::optional<std::string> name) { changeStyleName_ = std::move(name); }
+    void setChangeStyleName(OwnedText name) { changeStyleName_ = std::move(name); }
 
     /// What is dispatched, for the host to understand ("dispatch").
     const std::optional<std::string>& dispatchParam() const { return dispatchParam_; }
-    void setDispatchParam(std::optional<std::string> param) { dispatchParam_ = std::move(param); }
+    void setDispatchParam(OwnedText param) { dispatchParam_ = std::move(param); }
 
     /// Additional data, for the host to understand ("addtion_data"). Spelt so in the interface and
     /// in files.
     const std::optional<std::string>& addtionData() const { return addtionData_; }
-    void setAddtionData(std::optional<std::string> data) { addtionData_ = std::move(data); }
+    void setAddtionData(OwnedText data) { addtionData_ = std::move(data); }
 
 private:
     std::optional<std::string> commandName_;

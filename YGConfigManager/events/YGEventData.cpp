@@ -5,17 +5,18 @@
 
 namespace yg {
 
-std::shared_ptr<YGEventData> YGEventData::initWithEventInfo(
-    std::optional<std::string_view> eventName, std::optional<std::string_view> command,
-    std::optional<std::string_view> changeStyleName, std::optional<std::string_view> dispatchParam,
-    std::optional<std::string_view> addtionData) {
+std::shared_ptr<YGEventData> YGEventData::initWithEventInfo(OptionalText eventName,
+                                                            OptionalText command,
+                                                            OptionalText changeStyleName,
+                                                            OptionalText dispatchParam,
+                                                            OptionalText addtionData) {
     return guarded("event record", [&] {
         auto record = std::make_shared<YGEventData>();
-        record->eventName_ = eventName;
-        record->command_ = command;
-        record->changeStyleName_ = changeStyleName;
-        record->dispatchParam_ = dispatchParam;
-        record->addtionData_ = addtionData;
+        record->setEventName(eventName);
+        record->setCommand(command);
+        record->setChangeStyleName(changeStyleName);
+        record->setDispatchParam(dispatchParam);
+        record->setAddtionData(addtionData);
         return record;
     });
 }

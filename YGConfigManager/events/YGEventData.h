@@ -14,6 +14,8 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/text/OptionalText.h"
+#include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {
 
@@ -21,32 +23,33 @@ class YG_EXPORT YGEventData {
 public:
     /// A new record with these five texts, each of which may be absent; null when memory does not
     /// suffice.
-    static std::shared_ptr<YGEventData> initWithEventInfo(
-        std::optional<std::string_view> eventName, std::optional<std::string_view> command,
-        std::optional<std::string_view> changeStyleName,
-        std::optional<std::string_view> dispatchParam, std::optional<std::string_view> addtionData);
+    static std::shared_ptr<YGEventData> initWithEventInfo(OptionalText eventName,
+                                                          OptionalText command,
+                                                          OptionalText changeStyleName,
+                                                          OptionalText dispatchParam,
+                                                          OptionalText addtionData);
 
     /// The event's name, the key under which it is stored in its group ("name").
     const std::optional<std::string>& eventName() const { return eventName_; }
-    void setEventName(std::optional<std::string> name) { eventName_ = std::move(name); }
+    void setEventName(OwnedText name) { eventName_ = std::move(name); }
 
     /// The command that the event triggers, a name for YGEventLoader::commandByName ("command").
     const std::optional<std::string>& command() const { return command_; }
-    void setCommand(std::optional<std::string> command) { command_ = std::move(command); }
+    void setCommand(OwnedText command) { command_ = std::move(command); }
 
     /// The style to change to ("change_style").
     const std::optional<std::string>& changeStyleName() const { return changeStyleName_; }
-    void setChangeStyleName(std::optional<std::string> name) { changeStyleName_ = std::move(name); }
+    void setChangeStyleName(OwnedText name) { changeStyleName_ = std::move(name); }
 
     /// What is dispatched, for the host to understand: "disptch" in a template, spelt so in files,
     /// "dispatch" in a group.
     const std::optional<std::string>& dispatchParam() const { return dispatchParam_; }
-    void setDispatchParam(std::optional<std::string> param) { dispatchParam_ = std::move(param); }
+    void setDispatchParam(OwnedText param) { dispatchParam_ = std::move(param); }
 
     /// Additional data, for the host to understand ("addtion_data"). Spelt so in the interface and
     /// in files.
     const std::optional<std::string>& addtionData() const { return addtionData_; }
-    void setAddtionData(std::optional<std::string> data) { addtionData_ = std::move(data); }
+    void setAddtionData(OwnedText data) { addtionData_ = std::move(data); }
 
 private:
     std::optional<std::string> eventName_;

@@ -24,8 +24,8 @@ constexpr std::string_view loadName = "load palette config";
 YGEventLoader::YGEventLoader(std::optional<std::string_view> path, DiagnosticsSink* sink)
     : configPath_(path), sink_(sink) {}
 
-std::shared_ptr<YGEventLoader> YGEventLoader::initWithEventConfigPath(
-    std::optional<std::string_view> path, DiagnosticsSink* sink) {
+std::shared_ptr<YGEventLoader> YGEventLoader::initWithEventConfigPath(OptionalText path,
+                                                                      DiagnosticsSink* sink) {
     auto loader = guarded(
         loadName, [&] { return std::shared_ptr<YGEventLoader>(new YGEventLoader(path, sink)); });
     if (loader) {
@@ -137,17 +137,15 @@ void YGEventLoader::readCommands(const xml::Element& section) {
     }
 }
 
-std::shared_ptr<YGCommandData> YGEventLoader::commandByName(
-    const std::optional<std::string_view>& name) const {
+std::shared_ptr<YGCommandData> YGEventLoader::commandByName(OptionalText name) const {
     if (!name || name->empty())
         return nullptr;
     const auto* command = tables_.commandDatas.find(*name);
     return command ? *command : nullptr;
 }
 
-std::shared_ptr<YGEventData> YGEventLoader::eventByName(
-    const std::optional<std::string_view>& groupName,
-    const std::optional<std::string_view>& eventName) const {
+std::shared_ptr<YGEventData> YGEventLoader::eventByName(OptionalText groupName,
+                                                        OptionalText eventName) const {
     if (!groupName || groupName->empty() || !eventName || eventName->empty())
         return nullptr;
     const EventMap* group = tables_.elementEventDatas.find(*groupName);

@@ -21,6 +21,7 @@
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/records/Fields.h"
 #include "YGConfigManager/records/RecordMap.h"
+#include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/xml/Node.h"
 
 namespace yg {
@@ -43,21 +44,19 @@ public:
     /// when the path is absent or empty, which is not logged, and when the file cannot be read,
     /// which is. With a sink, what the load passes over is reported to it; the sink is not used
     /// afterwards.
-    static std::shared_ptr<YGEventLoader> initWithEventConfigPath(
-        std::optional<std::string_view> path, DiagnosticsSink* sink = nullptr);
+    static std::shared_ptr<YGEventLoader> initWithEventConfigPath(OptionalText path,
+                                                                  DiagnosticsSink* sink = nullptr);
 
     YGEventLoader(const YGEventLoader&) = delete;
     YGEventLoader& operator=(const YGEventLoader&) = delete;
     ~YGEventLoader() = default;
 
     /// The command of exactly that name; null when there is none and for an absent or empty name.
-    std::shared_ptr<YGCommandData> commandByName(const std::optional<std::string_view>& name) const;
+    std::shared_ptr<YGCommandData> commandByName(OptionalText name) const;
 
     /// The event of exactly that name in the group of exactly that name; null when there is none
     /// and when either name is absent or empty. Neither templates nor other groups are looked at.
-    std::shared_ptr<YGEventData> eventByName(
-        const std::optional<std::string_view>& groupName,
-        const std::optional<std::string_view>& eventName) const;
+    std::shared_ptr<YGEventData> eventByName(OptionalText groupName, OptionalText eventName) const;
 
     // The steps of a load, in the order in which initWithEventConfigPath takes them. Each adds to
     // the tables, so only call them yourself while no other thread looks anything up. A step for

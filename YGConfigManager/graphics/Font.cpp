@@ -13,8 +13,8 @@ namespace yg {
 Font::Font(std::shared_ptr<const FontFace> face, double size)
     : face_(std::move(face)), pointSize_(size) {}
 
-std::optional<Font> Font::named(std::string_view face, double size) {
-    return guarded("find font", [=] { return FontServices::shared().named(face, size); });
+std::optional<Font> Font::named(OptionalText face, double size) {
+    return guarded("find font", [=] { return FontServices::shared().named(*face, size); });
 }
 
 Font Font::system(double size) {
@@ -28,7 +28,7 @@ const std::string& Font::faceName() const {
     return face_ ? face_->name() : *none;
 }
 
-double Font::widthOf(const std::optional<std::string_view>& text) const {
+double Font::widthOf(OptionalText text) const {
     return guarded("measure text", [&] { return FontServices::widthOf(*this, text); });
 }
 

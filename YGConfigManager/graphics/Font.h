@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg {
 
@@ -31,7 +32,7 @@ public:
     /// out. A size of 0 or less, or NaN, gives the default size. A font file is read into memory
     /// once. A file of more than 256 MiB, or one that would bring all open files above 512 MiB,
     /// counts as not installed.
-    static std::optional<Font> named(std::string_view face, double size);
+    static std::optional<Font> named(OptionalText face, double size);
 
     /// The machine's font for user interfaces at `size` points, sizes as in named(). Never fails:
     /// with no font installed at all, or no memory to find one, the face is called "sans-serif",
@@ -51,7 +52,7 @@ public:
     /// that the face lacks are measured in the face that stands in for it; a tab counts as a blank,
     /// other control characters as nothing, broken UTF-8 as replacement characters. Absent: 0; so
     /// it is when memory does not suffice.
-    double widthOf(const std::optional<std::string_view>& text) const;
+    double widthOf(OptionalText text) const;
 
     /// Fonts are equal when their face names and sizes are.
     friend YG_EXPORT bool operator==(const Font& left, const Font& right);

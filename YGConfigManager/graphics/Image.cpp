@@ -46,13 +46,13 @@ Image::Image(std::shared_ptr<const PixelBuffer> buffer, std::size_t left, std::s
       pointWidth_(pointWidth),
       pointHeight_(pointHeight) {}
 
-std::optional<Image> Image::fromFile(std::string_view path) {
-    return guarded("load image", [path] { return ImageFileReader().read(path).image; });
+std::optional<Image> Image::fromFile(OptionalText path) {
+    return guarded("load image", [path] { return ImageFileReader().read(*path).image; });
 }
 
-std::optional<Image> Image::fromBytes(std::string_view bytes) {
+std::optional<Image> Image::fromBytes(OptionalText bytes) {
     std::size_t pixels = 0;
-    return fromBytes(bytes, pixels);
+    return fromBytes(*bytes, pixels);
 }
 
 std::optional<Image> Image::fromBytes(std::string_view bytes, std::size_t& pixels) {

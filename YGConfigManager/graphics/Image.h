@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg {
 
@@ -28,7 +29,7 @@ public:
 
     /// The image in a PNG or JPEG file; none when the file is missing, larger than 64 MiB, no
     /// regular file, or not readable by fromBytes(). Never waits for anything but the disk.
-    static std::optional<Image> fromFile(std::string_view path);
+    static std::optional<Image> fromFile(OptionalText path);
 
     /// The image in the bytes of a PNG or JPEG file. None when they are of another format, cut
     /// short, damaged, or have more pixels than allowed: that is found out before memory is taken.
@@ -36,7 +37,7 @@ public:
     /// 1 Gi pixels together. What a PNG has packed behind its last row is not looked at.
     /// The size in points is pixels × 72 / the file's density, rounded to whole dots per inch; a
     /// file that states none has a point for each pixel.
-    static std::optional<Image> fromBytes(std::string_view bytes);
+    static std::optional<Image> fromBytes(OptionalText bytes);
 
     /// The image of these rows from the top, four bytes a pixel: red, green, blue, alpha, not
     /// multiplied. None when a size is 0 or too large, when `rgba` has not exactly that many bytes,

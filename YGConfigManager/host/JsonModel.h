@@ -43,6 +43,7 @@
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/host/JsonValue.h"
 #include "YGConfigManager/host/ModelList.h"
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg {
 
@@ -166,7 +167,7 @@ void appendModel(std::string& out, const Model& model) {
 /// than one JSON object (JsonValue::parse says how strictly). Members without a field are ignored,
 /// fields without a member stay absent.
 template <class Model>
-std::shared_ptr<Model> modelWithJSON(std::string_view bytes) {
+std::shared_ptr<Model> modelWithJSON(OptionalText bytes) {
     const JsonValue::Parsed parsed = JsonValue::parse(bytes);
     const auto object = parsed ? parsed.value->object() : nullptr;
     return detail::orNothing(

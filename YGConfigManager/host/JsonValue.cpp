@@ -256,17 +256,17 @@ private:
     std::string error_;
 };
 
-JsonValue::Parsed JsonValue::parse(std::string_view bytes) noexcept {
+JsonValue::Parsed JsonValue::parse(OptionalText bytes) noexcept {
     try {
-        if (const std::size_t valid = text::validUtf8Prefix(bytes); valid < bytes.size()) {
-            return {std::nullopt, located(bytes, valid, "invalid UTF-8")};
+        if (const std::size_t valid = text::validUtf8Prefix(*bytes); valid < bytes->size()) {
+            return {std::nullopt, located(*bytes, valid, "invalid UTF-8")};
         }
         // The reader takes a NUL byte for the end of the text and ignores what follows.
-        if (const std::size_t nul = bytes.find('\0'); nul != std::string_view::npos) {
-            return {std::nullopt, located(bytes, nul, "not valid JSON")};
+        if (const std::size_t nul = bytes->find('\0'); nul != std::string_view::npos) {
+            return {std::nullopt, located(*bytes, nul, "not valid JSON")};
         }
-        JsonBuilder builder(bytes);
-        const bool isWhole = nlohmann::json::sax_parse(withoutDecimals(bytes), &builder);
+        JsonBuilder builder(*bytes);
+        const bool isWhole = nlohmann::json::sax_parse(withoutDecimals(*bytes), &builder);
         Parsed parsed = std::move(builder).result();
         if (!isWhole) {
             // A value that was complete before text behind it turned out to be wrong.
@@ -331,8 +331,8 @@ void JsonValue::append(std::string& out) const {
     }
 }
 
-bool appendJsonText(std::string& out, std::string_view text) noexcept {
-    return appendWhole(out, [&] { appendText(out, text); });
+bool appendJsonText(std::string& out, OptionalText text) noexcept {
+    return appendWhole(out, [&] { appendText(out, *text); });
 }
 
 }  // namespace yg

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg {
 
@@ -37,7 +38,7 @@ public:
     /// trailing commas, no NaN, no number beyond a double, valid UTF-8 only. A UTF-8 byte-order
     /// mark is skipped. Of members with the same name the last one counts. Never throws; the error
     /// is "out of memory" when that does not suffice.
-    static Parsed parse(std::string_view bytes) noexcept;
+    static Parsed parse(OptionalText bytes) noexcept;
 
     /// Null.
     JsonValue() = default;
@@ -93,6 +94,6 @@ using JsonList = std::shared_ptr<const JsonValue::List>;
 
 /// Appends `text` as a JSON text in quotes: UTF-8 as it stands, each byte sequence that is no UTF-8
 /// replaced by U+FFFD. False, and nothing appended, when memory does not suffice.
-YG_EXPORT bool appendJsonText(std::string& out, std::string_view text) noexcept;
+YG_EXPORT bool appendJsonText(std::string& out, OptionalText text) noexcept;
 
 }  // namespace yg

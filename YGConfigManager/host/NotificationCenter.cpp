@@ -6,6 +6,7 @@
 #include <exception>
 #include <iterator>
 #include <mutex>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -56,7 +57,7 @@ public:
         return removed;
     }
 
-    Places concernedBy(const std::string& name, const void* sender) const {
+    Places concernedBy(std::string_view name, const void* sender) const {
         Places concerned;
         std::copy_if(
             places_.begin(), places_.end(), std::back_inserter(concerned), [&](const auto& place) {
@@ -133,11 +134,11 @@ NotificationCenter& NotificationCenter::standard() noexcept {
     return *standard;
 }
 
-NotificationCenter::Token NotificationCenter::addObserver(std::string name, const void* sender,
+NotificationCenter::Token NotificationCenter::addObserver(OptionalText name, const void* sender,
                                                           Observer observer) noexcept {
     return guarded("notification observer", [&] {
         const auto place = std::make_shared<State::Place>();
-        place->name = std::move(name);
+        place->name = *name;
         place->sender = sender;
         place->observer = std::move(observer);
         Token token;
@@ -153,19 +154,18 @@ NotificationCenter::Token NotificationCenter::addObserver(std::string name, cons
     });
 }
 
-void NotificationCenter::post(const std::string& name,
-                              const std::shared_ptr<void>& sender) noexcept {
+void NotificationCenter::post(OptionalText name, const std::shared_ptr<void>& sender) noexcept {
     guarded("notification", [&] {
         State::Places concerned;
         {
             const std::lock_guard lock(centers);
             if (state_ != nullptr) {
-                concerned = state_->concernedBy(name, sender.get());
+                concerned = state_->concernedBy(*name, sender.get());
             }
         }
         // From here on without the centre: an observer may let it go.
         if (!concerned.empty()) {
-            State::notify(concerned, {name, sender});
+            State::notify(concerned, {std::string(*name), sender});
         }
     });
 }

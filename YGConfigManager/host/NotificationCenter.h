@@ -10,6 +10,7 @@
 #include <string>
 
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg {
 
@@ -61,14 +62,14 @@ public:
     /// Has `observer` called for each notification `name` from `sender`, from any sender when that
     /// is null, until the token answered goes. The sender is only compared, never kept alive. An
     /// empty observer is never called. Without memory for it a default token, which is logged.
-    [[nodiscard]] Token addObserver(std::string name, const void* sender,
+    [[nodiscard]] Token addObserver(OptionalText name, const void* sender,
                                     Observer observer) noexcept;
 
     /// Calls the observers of `name` from `sender`, one after the other in the order in which they
     /// were added, and returns after the last. Those added meanwhile are not called, those removed
     /// meanwhile neither. No lock is held: an observer may add, remove and post. One that throws is
     /// logged, and the others are still called. Without memory nobody is called, which is logged.
-    void post(const std::string& name, const std::shared_ptr<void>& sender) noexcept;
+    void post(OptionalText name, const std::shared_ptr<void>& sender) noexcept;
 
 private:
     std::shared_ptr<State> state_;  // null until there is an observer

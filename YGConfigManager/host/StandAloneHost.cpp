@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "YGConfigManager/files/MakeFolder.h"
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/JsonValue.h"
@@ -163,9 +164,9 @@ std::optional<StandAloneHost::Settings> StandAloneHost::readSettings(const std::
 }
 
 // Neither of these two logs what is thrown: the log's own host is made here.
-StandAloneHost::Opened StandAloneHost::open(std::string_view root) {
+StandAloneHost::Opened StandAloneHost::open(OptionalText root) {
     try {
-        return tryToOpen(root);
+        return tryToOpen(*root);
     } catch (const std::bad_alloc&) {
         return {nullptr, std::string(outOfMemory)};
     }
@@ -193,7 +194,7 @@ StandAloneHost::Opened StandAloneHost::tryToOpen(std::string_view root) {
     return opened;
 }
 
-std::shared_ptr<StandAloneHost> StandAloneHost::openOrDefaults(std::string_view root) {
+std::shared_ptr<StandAloneHost> StandAloneHost::openOrDefaults(OptionalText root) {
     Opened opened = open(root);
     if (opened) {
         return opened.host;
@@ -206,11 +207,11 @@ std::shared_ptr<StandAloneHost> StandAloneHost::openOrDefaults(std::string_view 
     }
 }
 
-StandAloneHost::StandAloneHost(std::string_view root) : root_(root) {}
+StandAloneHost::StandAloneHost(OptionalText root) : root_(*root) {}
 
 StandAloneHost::~StandAloneHost() = default;
 
-void StandAloneHost::overrideUserRight(std::optional<std::string> userRight) {
+void StandAloneHost::overrideUserRight(OwnedText userRight) {
     const std::lock_guard lock(overriding);
     userRightOverride_ = std::move(userRight);
 }
@@ -228,7 +229,10 @@ std::optional<std::string> StandAloneHost::getStorageFilePath(
         }
         if (isNeedWrite) {
             const std::string folder = text::joinPath(root_, "user");
-            return ::mkdir(folder.c_str(), 0777) == 0 || isFolder(folder) ? userCopy : std::nullopt;
+            if (!userFolderIsSafe_ || !isFolder(folder)) {
+                userFolderIsSafe_ = files::makeFolder(folder);
+            }
+            return userFolderIsSafe_ ? userCopy : std::nullopt;
         }
         if (isFile(*userCopy)) {
             return userCopy;

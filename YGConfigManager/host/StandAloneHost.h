@@ -22,6 +22,7 @@
 // Safe from any thread. Without memory for an answer there is none, which is logged.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -31,6 +32,8 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/host/Host.h"
+#include "YGConfigManager/text/OptionalText.h"
+#include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {
 
@@ -49,27 +52,28 @@ public:
     /// JSON object or has a member of the wrong type; the error line then names the file, and the
     /// line and column or the member. A missing host.json is not an error. When memory runs out,
     /// the error is "out of memory".
-    static Opened open(std::string_view root);
+    static Opened open(OptionalText root);
 
     /// The same, but there is always a host: what open() finds wrong is written to standard error,
     /// once, and no setting is set. The process's default host is made so. Null only when memory
     /// does not suffice.
-    static std::shared_ptr<StandAloneHost> openOrDefaults(std::string_view root);
+    static std::shared_ptr<StandAloneHost> openOrDefaults(OptionalText root);
 
     /// A host on folder `root`, no setting set. Neither the folder nor host.json is looked at. An
     /// empty root is the current folder; a relative one follows the process's current folder.
-    explicit StandAloneHost(std::string_view root);
+    explicit StandAloneHost(OptionalText root);
 
     ~StandAloneHost() override;
 
     /// Replaces the right level of host.json, with an empty text too; absent: that of host.json
     /// again.
-    void overrideUserRight(std::optional<std::string> userRight);
+    void overrideUserRight(OwnedText userRight);
 
     /// user/FILE when it exists and is no folder, else storage/FILE likewise, else user/FILE. With
-    /// `isNeedWrite` it is user/FILE; the folder is made, and when it cannot be there is no
-    /// location. None either for an area other than 1, for any sub-folder that is not empty, and
-    /// for a file name that is absent, empty, "." or ".." or has a slash in it.
+    /// `isNeedWrite` it is user/FILE; the folder is made, and when it cannot be, or its name cannot
+    /// be brought to the disk, there is no location. None either for an area other than 1, for any
+    /// sub-folder that is not empty, and for a file name that is absent, empty, "." or ".." or has
+    /// a slash in it.
     std::optional<std::string> getStorageFilePath(std::int64_t area,
                                                   std::optional<std::string_view> subFolderPath,
                                                   std::optional<std::string_view> fileName,
@@ -114,6 +118,7 @@ private:
 
     const std::string root_;
     Settings settings_;  // set before the host is handed out, never changed
+    std::atomic<bool> userFolderIsSafe_ = false;  // made, and its name on the disk
     std::optional<std::string> userRightOverride_;
 };
 

@@ -19,9 +19,10 @@ std::invoke_result_t<Ask, Host&> answerOfHost(Ask ask) noexcept {
 
 }  // namespace
 
-std::optional<std::string> YGFrameComFun::getStorageFilePath(
-    std::int64_t area, std::optional<std::string_view> subFolderPath,
-    std::optional<std::string_view> fileName, bool isNeedWrite) noexcept {
+std::optional<std::string> YGFrameComFun::getStorageFilePath(std::int64_t area,
+                                                             OptionalText subFolderPath,
+                                                             OptionalText fileName,
+                                                             bool isNeedWrite) noexcept {
     return answerOfHost([&](Host& host) {
         return host.getStorageFilePath(area, subFolderPath, fileName, isNeedWrite);
     });
@@ -32,20 +33,19 @@ std::optional<std::string> YGFrameComFun::getUserRightDescription() noexcept {
 }
 
 std::optional<std::string> YGFrameComFun::getSoftOptimizeConfigFilePath(
-    std::int64_t kind, std::string_view fileName) noexcept {
+    std::int64_t kind, OptionalText fileName) noexcept {
     return answerOfHost(
-        [&](Host& host) { return host.getSoftOptimizeConfigFilePath(kind, fileName); });
+        [&](Host& host) { return host.getSoftOptimizeConfigFilePath(kind, *fileName); });
 }
 
 std::optional<std::string> YGFrameComFun::getBaseOptimizeConfigFilePath(
-    std::int64_t kind, std::string_view fileName) noexcept {
+    std::int64_t kind, OptionalText fileName) noexcept {
     return answerOfHost(
-        [&](Host& host) { return host.getBaseOptimizeConfigFilePath(kind, fileName); });
+        [&](Host& host) { return host.getBaseOptimizeConfigFilePath(kind, *fileName); });
 }
 
-std::shared_ptr<const MappingDic> YGFrameComFun::getMappingDicForKey(
-    std::string_view key) noexcept {
-    return answerOfHost([&](Host& host) { return host.getMappingDicForKey(key); });
+std::shared_ptr<const MappingDic> YGFrameComFun::getMappingDicForKey(OptionalText key) noexcept {
+    return answerOfHost([&](Host& host) { return host.getMappingDicForKey(*key); });
 }
 
 std::optional<std::string> YGFrameComFun::getDefualtFolderPath(std::int64_t kind) noexcept {

@@ -13,6 +13,7 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/host/Host.h"
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg {
 
@@ -21,25 +22,26 @@ public:
     YGFrameComFun() = delete;
 
     /// The path of a file in the user's storage, see Host::getStorageFilePath.
-    static std::optional<std::string> getStorageFilePath(
-        std::int64_t area, std::optional<std::string_view> subFolderPath,
-        std::optional<std::string_view> fileName, bool isNeedWrite) noexcept;
+    static std::optional<std::string> getStorageFilePath(std::int64_t area,
+                                                         OptionalText subFolderPath,
+                                                         OptionalText fileName,
+                                                         bool isNeedWrite) noexcept;
 
     /// The user's right level, see Host::getUserRightDescription.
     static std::optional<std::string> getUserRightDescription() noexcept;
 
     /// The path of a file in the software's configuration folder, see
     /// Host::getSoftOptimizeConfigFilePath.
-    static std::optional<std::string> getSoftOptimizeConfigFilePath(
-        std::int64_t kind, std::string_view fileName) noexcept;
+    static std::optional<std::string> getSoftOptimizeConfigFilePath(std::int64_t kind,
+                                                                    OptionalText fileName) noexcept;
 
     /// The path of a file in the base configuration folder, see
     /// Host::getBaseOptimizeConfigFilePath.
-    static std::optional<std::string> getBaseOptimizeConfigFilePath(
-        std::int64_t kind, std::string_view fileName) noexcept;
+    static std::optional<std::string> getBaseOptimizeConfigFilePath(std::int64_t kind,
+                                                                    OptionalText fileName) noexcept;
 
     /// The mapping table `key`, null when there is none, see Host::getMappingDicForKey.
-    static std::shared_ptr<const MappingDic> getMappingDicForKey(std::string_view key) noexcept;
+    static std::shared_ptr<const MappingDic> getMappingDicForKey(OptionalText key) noexcept;
 
     /// The path of a folder, see Host::getDefualtFolderPath (the name is spelt so in the
     /// interface).

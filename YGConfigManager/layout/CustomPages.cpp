@@ -173,16 +173,16 @@ std::optional<std::string> YGStyleConfigLoad::wildCardKey(std::string_view value
     return std::nullopt;
 }
 
-xml::Element YGStyleConfigLoad::searchNodeWithNodeName(
-    std::string_view nodeName, std::optional<std::string_view> attributeName,
-    const xml::Element& rootElement) {
+xml::Element YGStyleConfigLoad::searchNodeWithNodeName(OptionalText nodeName,
+                                                       OptionalText attributeName,
+                                                       const xml::Element& rootElement) {
     if (!attributeName)
         return {};
     for (const xml::Node& child : rootElement.children()) {
-        if (child.name() != nodeName || !child.isElement())
+        if (child.name() != *nodeName || !child.isElement())
             continue;
         xml::Element element(child);
-        if (element.attribute("name") == attributeName)
+        if (element.attribute("name") == *attributeName)
             return element;
     }
     return {};

@@ -14,6 +14,7 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {
 
@@ -23,25 +24,23 @@ public:
 
     /// The element's name, its kind of view ("name"); never empty in an element read from a file.
     const std::optional<std::string>& elementName() const { return elementName_; }
-    void setElementName(std::optional<std::string> name) { elementName_ = std::move(name); }
+    void setElementName(OwnedText name) { elementName_ = std::move(name); }
 
     /// Free parameter text for the view ("param").
     const std::optional<std::string>& elementParam() const { return elementParam_; }
-    void setElementParam(std::optional<std::string> param) { elementParam_ = std::move(param); }
+    void setElementParam(OwnedText param) { elementParam_ = std::move(param); }
 
     /// Free property text for the view ("property").
     const std::optional<std::string>& elementProperty() const { return elementProperty_; }
-    void setElementProperty(std::optional<std::string> property) {
-        elementProperty_ = std::move(property);
-    }
+    void setElementProperty(OwnedText property) { elementProperty_ = std::move(property); }
 
     /// The element's identifier ("uuid").
     const std::optional<std::string>& elementUuid() const { return elementUuid_; }
-    void setElementUuid(std::optional<std::string> uuid) { elementUuid_ = std::move(uuid); }
+    void setElementUuid(OwnedText uuid) { elementUuid_ = std::move(uuid); }
 
     /// The element event group of the event configuration that belongs to the element ("event").
     const std::optional<std::string>& elementEvent() const { return elementEvent_; }
-    void setElementEvent(std::optional<std::string> event) { elementEvent_ = std::move(event); }
+    void setElementEvent(OwnedText event) { elementEvent_ = std::move(event); }
 
     /// Where the element's events go ("event_dispatch_dest"): names between ";". Null when the
     /// attribute is missing or empty. Spelt so in the interface.

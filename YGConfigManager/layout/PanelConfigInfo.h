@@ -19,6 +19,7 @@
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/layout/ElementConfigInfo.h"
 #include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {
 
@@ -33,7 +34,7 @@ public:
     /// The panel's name ("name"). An editable panel inside a magic panel is named
     /// group-member-name.
     const std::optional<std::string>& panelName() const { return panelName_; }
-    void setPanelName(std::optional<std::string> name) { panelName_ = std::move(name); }
+    void setPanelName(OwnedText name) { panelName_ = std::move(name); }
 
     /// Children are laid out one below the other, otherwise side by side ("vertical").
     bool paneVertical() const { return paneVertical_; }
@@ -83,25 +84,25 @@ public:
     const std::optional<std::string>& switchExpandPanelName() const {
         return rare().switchExpandPanelName;
     }
-    bool setSwitchExpandPanelName(std::optional<std::string> name) noexcept {
+    bool setSwitchExpandPanelName(OwnedText name) noexcept {
         return setRare(&RareTexts::switchExpandPanelName, std::move(name));
     }
 
     /// Where the panel folds ("foldPosition").
     const std::optional<std::string>& foldPosition() const { return rare().foldPosition; }
-    bool setFoldPosition(std::optional<std::string> position) noexcept {
+    bool setFoldPosition(OwnedText position) noexcept {
         return setRare(&RareTexts::foldPosition, std::move(position));
     }
 
     /// The magic panel group that the panel came from, once a page's slot has shown it.
     const std::optional<std::string>& magicPanelsName() const { return rare().magicPanelsName; }
-    bool setMagicPanelsName(std::optional<std::string> name) noexcept {
+    bool setMagicPanelsName(OwnedText name) noexcept {
         return setRare(&RareTexts::magicPanelsName, std::move(name));
     }
 
     /// Which borders are drawn, as written in the file ("display_border").
     const std::optional<std::string>& displayBorders() const { return rare().displayBorders; }
-    bool setDisplayBorders(std::optional<std::string> borders) noexcept {
+    bool setDisplayBorders(OwnedText borders) noexcept {
         return setRare(&RareTexts::displayBorders, std::move(borders));
     }
 
@@ -111,7 +112,7 @@ public:
 
     /// Command information ("excute_command_info"). Spelt so in the interface and in the file.
     const std::optional<std::string>& excuteCommandInfo() const { return rare().excuteCommandInfo; }
-    bool setExcuteCommandInfo(std::optional<std::string> info) noexcept {
+    bool setExcuteCommandInfo(OwnedText info) noexcept {
         return setRare(&RareTexts::excuteCommandInfo, std::move(info));
     }
 

@@ -55,9 +55,9 @@ const std::shared_ptr<YGStyleConfigLoad>& YGStyleConfigLoad::getShareInstance() 
     return known ? *known : *none;
 }
 
-YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(
-    std::optional<std::string_view> styleConfigPath, std::optional<std::string_view> tabStylePath,
-    std::optional<std::string_view> magicPanelPath) {
+YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(OptionalText styleConfigPath,
+                                                              OptionalText tabStylePath,
+                                                              OptionalText magicPanelPath) {
     guarded(loadName, [&] {
         // Read aside, by a loader that begins where this one stands.
         YGStyleConfigLoad loaded;
@@ -81,7 +81,7 @@ YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(
 }
 
 std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::loadStyleConfigInfoWithName(
-    const std::optional<std::string_view>& name) const {
+    OptionalText name) const {
     if (!name)
         return nullptr;
     if (styleInfos_) {
@@ -103,8 +103,7 @@ std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::loadStyleConfigInfoWithName(
     });
 }
 
-std::shared_ptr<StyleMap> YGStyleConfigLoad::loadConfig(std::optional<std::string_view> path,
-                                                        bool isMainStyleConfig) {
+std::shared_ptr<StyleMap> YGStyleConfigLoad::loadConfig(OptionalText path, bool isMainStyleConfig) {
     return guarded(loadName, [&] {
         std::optional<std::string> before = defaultStyleName_;
         try {
@@ -121,11 +120,11 @@ std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::parseStyleConfig(
     return guarded(loadName, [&] { return readStyle(style); });
 }
 
-void YGStyleConfigLoad::parsePaneOrElement(
-    const xml::Node& node, const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
-    const std::shared_ptr<PanelConfigInfo>& parentPaneInfo, bool* hasMagicPanels,
-    std::optional<std::string_view> superMagicPanelName,
-    std::optional<std::string_view> superMagicPanelsName) const {
+void YGStyleConfigLoad::parsePaneOrElement(const xml::Node& node,
+                                           const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
+                                           const std::shared_ptr<PanelConfigInfo>& parentPaneInfo,
+                                           bool* hasMagicPanels, OptionalText superMagicPanelName,
+                                           OptionalText superMagicPanelsName) const {
     guarded(loadName, [&] {
         const Length stylePanes(parentStyleInfo ? parentStyleInfo->stylePanes() : nullptr);
         const Length panePanes(parentPaneInfo ? parentPaneInfo->panePanes() : nullptr);
@@ -146,8 +145,8 @@ void YGStyleConfigLoad::parsePaneOrElement(
 }
 
 std::shared_ptr<PanelConfigInfo> YGStyleConfigLoad::parsePaneInfo(
-    const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
-    std::optional<std::string_view> superMagicPanelsName) const {
+    const xml::Element& panel, OptionalText superMagicPanelName,
+    OptionalText superMagicPanelsName) const {
     return guarded(loadName,
                    [&] { return takePanel(panel, superMagicPanelName, superMagicPanelsName); });
 }
@@ -157,27 +156,25 @@ std::shared_ptr<ElementConfigInfo> YGStyleConfigLoad::parseElementInfo(
     return guarded(loadName, [&] { return readElement(element); });
 }
 
-xml::Element YGStyleConfigLoad::getRootElementForFile(std::optional<std::string_view> path) const {
+xml::Element YGStyleConfigLoad::getRootElementForFile(OptionalText path) const {
     return guarded(loadName, [&] { return rootOf(path); });
 }
 
-xml::Element YGStyleConfigLoad::loadStyleConfigWithBasePath(
-    std::optional<std::string_view> basePath, std::optional<std::string_view> extPath) const {
+xml::Element YGStyleConfigLoad::loadStyleConfigWithBasePath(OptionalText basePath,
+                                                            OptionalText extPath) const {
     return guarded(loadName, [&] { return mergeTemplates(basePath, extPath); });
 }
 
-std::shared_ptr<PanelMap> YGStyleConfigLoad::loadReusePanel(
-    std::optional<std::string_view> path) const {
+std::shared_ptr<PanelMap> YGStyleConfigLoad::loadReusePanel(OptionalText path) const {
     return guarded(loadName, [&] { return readReusePanels(path); });
 }
 
-std::shared_ptr<MagicPanelMap> YGStyleConfigLoad::loadMagicPanel(
-    std::optional<std::string_view> path) const {
+std::shared_ptr<MagicPanelMap> YGStyleConfigLoad::loadMagicPanel(OptionalText path) const {
     return guarded(loadName, [&] { return readMagicPanels(path); });
 }
 
-xml::Element YGStyleConfigLoad::loadMagicPanelsConfigWithMagicPath(
-    std::optional<std::string_view> magicPath, std::optional<std::string_view> reusePath) const {
+xml::Element YGStyleConfigLoad::loadMagicPanelsConfigWithMagicPath(OptionalText magicPath,
+                                                                   OptionalText reusePath) const {
     return guarded(loadName, [&] { return expandMagicPanels(magicPath, reusePath); });
 }
 
@@ -187,22 +184,21 @@ void YGStyleConfigLoad::replaceMagicPanel(const std::shared_ptr<PanelList>& pane
     guarded(panelName, [&] { putMagicPanel(panels, panelConfigInfo, isFind); });
 }
 
-xml::Element YGStyleConfigLoad::createXMLElementWithStyleName(
-    std::optional<std::string_view> styleName) const {
+xml::Element YGStyleConfigLoad::createXMLElementWithStyleName(OptionalText styleName) const {
     return guarded(pageName, [&] { return buildPage(styleName); });
 }
 
-std::optional<std::string> YGStyleConfigLoad::getWildCardKeyWithValue(std::string_view value) {
-    return guarded(pageName, [value] { return wildCardKey(value); });
+std::optional<std::string> YGStyleConfigLoad::getWildCardKeyWithValue(OptionalText value) {
+    return guarded(pageName, [value] { return wildCardKey(*value); });
 }
 
-void YGStyleConfigLoad::recursiveSearchNodeWithNodeName(std::string_view nodeName,
+void YGStyleConfigLoad::recursiveSearchNodeWithNodeName(OptionalText nodeName,
                                                         const xml::Element& rootElement,
                                                         std::vector<xml::Element>& resultList) {
     guarded(pageName, [&] {
         const std::size_t before = resultList.size();
         try {
-            collect(nodeName, rootElement, resultList);
+            collect(*nodeName, rootElement, resultList);
         } catch (...) {
             resultList.resize(before);
             throw;

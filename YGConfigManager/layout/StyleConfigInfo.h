@@ -15,6 +15,7 @@
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/layout/PanelConfigInfo.h"
 #include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {
 
@@ -24,7 +25,7 @@ public:
 
     /// The style's name, the key under which it is stored ("name").
     const std::optional<std::string>& styleName() const { return styleName_; }
-    void setStyleName(std::optional<std::string> name) { styleName_ = std::move(name); }
+    void setStyleName(OwnedText name) { styleName_ = std::move(name); }
 
     /// The style's layer number ("layer").
     std::int32_t styleLayer() const { return styleLayer_; }
@@ -32,7 +33,7 @@ public:
 
     /// The style's focus ("focus"). Spelt so in the interface.
     const std::optional<std::string>& styleFucus() const { return styleFucus_; }
-    void setStyleFucus(std::optional<std::string> focus) { styleFucus_ = std::move(focus); }
+    void setStyleFucus(OwnedText focus) { styleFucus_ = std::move(focus); }
 
     /// Names of magic panel groups, a slot for the host: the library never fills it, so it is null
     /// until the host does.

@@ -192,7 +192,7 @@ void YGStyleConfigLoad::keepTemplates(std::optional<std::string_view> basePath,
         report(rules::noTemplates, {}, {}, basePath.value_or(""));
 }
 
-bool YGStyleConfigLoad::isTureForName(std::string_view name, const xml::Element& node) {
+bool YGStyleConfigLoad::isTureForName(OptionalText name, const xml::Element& node) {
     const auto value = node.attribute(name);
     return value && isTrueText(*value);
 }

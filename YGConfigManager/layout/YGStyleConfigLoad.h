@@ -23,6 +23,8 @@
 #include "YGConfigManager/layout/PanelConfigInfo.h"
 #include "YGConfigManager/layout/StyleConfigInfo.h"
 #include "YGConfigManager/records/RecordMap.h"
+#include "YGConfigManager/text/OptionalText.h"
+#include "YGConfigManager/text/OwnedText.h"
 #include "YGConfigManager/xml/Node.h"
 
 namespace yg {
@@ -64,17 +66,14 @@ public:
     /// "magic_panels.xml" where a path is absent or empty, and "reuse_panels.xml" from the host's
     /// base-optimize folder. Soft-optimize styles and magic panel groups replace those of the same
     /// name. When the main style file yields no styles, the soft-optimize styles are dropped too.
-    YGStyleConfigLoad* initWithStyleConfigPath(std::optional<std::string_view> styleConfigPath,
-                                               std::optional<std::string_view> tabStylePath,
-                                               std::optional<std::string_view> magicPanelPath);
+    YGStyleConfigLoad* initWithStyleConfigPath(OptionalText styleConfigPath,
+                                               OptionalText tabStylePath,
+                                               OptionalText magicPanelPath);
 
     /// The style of that name. One that was loaded is answered itself, not as a copy; any other
     /// name is taken as a custom page, template-argument-argument…, and gives a new record each
-    /// time. Null when it is neither, or a page beyond the limits above. Look-ups take the name by
-    /// reference: an optional text by value is copied through memory, which costs as much as the
-    /// look-up.
-    std::shared_ptr<StyleConfigInfo> loadStyleConfigInfoWithName(
-        const std::optional<std::string_view>& name) const;
+    /// time. Null when it is neither, or a page beyond the limits above.
+    std::shared_ptr<StyleConfigInfo> loadStyleConfigInfoWithName(OptionalText name) const;
 
     /// The main styles, soft-optimize ones included; null before loading and when the main style
     /// file yields none.
@@ -92,15 +91,12 @@ public:
     /// The name of the default style: "default_style" of the root of the soft-optimize style file,
     /// else of the main one, or what the host has set. Absent when neither names one.
     const std::optional<std::string>& defaultStyleName() const { return defaultStyleName_; }
-    void setDefaultStyleName(std::optional<std::string> name) {
-        defaultStyleName_ = std::move(name);
-    }
+    void setDefaultStyleName(OwnedText name) { defaultStyleName_ = std::move(name); }
 
     /// Parses one style file into styles by name; a later style replaces an earlier one of the same
     /// name, one without a name is dropped. Null when the file cannot be read or its root has no
     /// children. Only with `isMain` does the file's "default_style" count.
-    std::shared_ptr<StyleMap> loadConfig(std::optional<std::string_view> path,
-                                         bool isMainStyleConfig);
+    std::shared_ptr<StyleMap> loadConfig(OptionalText path, bool isMainStyleConfig);
 
     /// Builds a style from its element, also from one without a name. Never null here and below,
     /// unless memory does not suffice.
@@ -113,43 +109,41 @@ public:
     void parsePaneOrElement(const xml::Node& node,
                             const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
                             const std::shared_ptr<PanelConfigInfo>& parentPaneInfo,
-                            bool* hasMagicPanels,
-                            std::optional<std::string_view> superMagicPanelName,
-                            std::optional<std::string_view> superMagicPanelsName) const;
+                            bool* hasMagicPanels, OptionalText superMagicPanelName,
+                            OptionalText superMagicPanelsName) const;
 
     /// A panel from the attributes of its element; never null.
-    std::shared_ptr<PanelConfigInfo> parsePaneInfo(
-        const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
-        std::optional<std::string_view> superMagicPanelsName) const;
+    std::shared_ptr<PanelConfigInfo> parsePaneInfo(const xml::Element& panel,
+                                                   OptionalText superMagicPanelName,
+                                                   OptionalText superMagicPanelsName) const;
 
     /// An element record from its attributes; null when "name" is missing or empty.
     std::shared_ptr<ElementConfigInfo> parseElementInfo(const xml::Element& element) const;
 
     /// True exactly when the element has the attribute and its value is "true". Spelt so in the
     /// interface.
-    static bool isTureForName(std::string_view name, const xml::Element& node);
+    static bool isTureForName(OptionalText name, const xml::Element& node);
 
     /// The root element of a file; empty, and logged, when it cannot be read or is not well-formed.
     /// An absent or empty path gives an empty element without a log line. The element keeps its
     /// tree alive.
-    xml::Element getRootElementForFile(std::optional<std::string_view> path) const;
+    xml::Element getRootElementForFile(OptionalText path) const;
 
     /// A copy of the base file's root followed by copies of the other file's elements, in which
     /// custom pages look for their templates; empty when the base file cannot be read.
-    xml::Element loadStyleConfigWithBasePath(std::optional<std::string_view> basePath,
-                                             std::optional<std::string_view> extPath) const;
+    xml::Element loadStyleConfigWithBasePath(OptionalText basePath, OptionalText extPath) const;
 
     /// The reuse panels of a file by name; never null.
-    std::shared_ptr<PanelMap> loadReusePanel(std::optional<std::string_view> path) const;
+    std::shared_ptr<PanelMap> loadReusePanel(OptionalText path) const;
 
     /// The magic panels of a file; never null. A group without a usable member is kept, empty.
-    std::shared_ptr<MagicPanelMap> loadMagicPanel(std::optional<std::string_view> path) const;
+    std::shared_ptr<MagicPanelMap> loadMagicPanel(OptionalText path) const;
 
     /// A copy of the magic panel file's root in which each reference to a reuse panel is replaced
     /// by its definition, as an element "panel"; empty when the magic panel file cannot be read.
     /// References beyond the limits above stay.
-    xml::Element loadMagicPanelsConfigWithMagicPath(
-        std::optional<std::string_view> magicPath, std::optional<std::string_view> reusePath) const;
+    xml::Element loadMagicPanelsConfigWithMagicPath(OptionalText magicPath,
+                                                    OptionalText reusePath) const;
 
     /// Puts one panel into every magic slot of a tree of panels, at any depth and of whatever
     /// group, and sets `isFind` when there was one; never clears it. Changes the lists in place:
@@ -163,19 +157,18 @@ public:
     /// argument written into it; a slot that neither serves stays. Empty when there is no such
     /// template, the number of arguments is not that of the slots or the page is beyond the limits
     /// above.
-    xml::Element createXMLElementWithStyleName(std::optional<std::string_view> styleName) const;
+    xml::Element createXMLElementWithStyleName(OptionalText styleName) const;
 
     /// The key of the host's mapping "模版通配" whose list holds the value; absent when none does.
-    static std::optional<std::string> getWildCardKeyWithValue(std::string_view value);
+    static std::optional<std::string> getWildCardKeyWithValue(OptionalText value);
 
     /// The first direct child element of that element name whose attribute "name" is
     /// `attributeName`; empty when there is none.
-    static xml::Element searchNodeWithNodeName(std::string_view nodeName,
-                                               std::optional<std::string_view> attributeName,
+    static xml::Element searchNodeWithNodeName(OptionalText nodeName, OptionalText attributeName,
                                                const xml::Element& rootElement);
 
     /// Appends all elements of that name below the root, at any depth, in document order.
-    static void recursiveSearchNodeWithNodeName(std::string_view nodeName,
+    static void recursiveSearchNodeWithNodeName(OptionalText nodeName,
                                                 const xml::Element& rootElement,
                                                 std::vector<xml::Element>& resultList);
 

@@ -21,14 +21,14 @@ std::int32_t truncated(double size) {
 }
 
 /// As fontWithName, but throws std::bad_alloc.
-Font fontOrSystem(const std::optional<std::string_view>& face, double size) {
+Font fontOrSystem(OptionalText face, double size) {
     FontServices& services = FontServices::shared();
     if (auto font = face ? services.named(*face, size) : std::nullopt)
         return *std::move(font);
     return services.system(size);
 }
 
-Font fixed(const Font& font, const std::optional<std::string_view>& stringValue, double width) {
+Font fixed(const Font& font, OptionalText stringValue, double width) {
     const std::int32_t size = truncated(font.pointSize());
     if (size <= 0)
         return font;
@@ -55,15 +55,13 @@ Font fixed(const Font& font, const std::optional<std::string_view>& stringValue,
 
 }  // namespace
 
-Font YGPaletteLoad::fontWithName(const std::optional<std::string_view>& face, double size) {
+Font YGPaletteLoad::fontWithName(OptionalText face, double size) {
     if (auto font = face ? Font::named(*face, size) : std::nullopt)
         return *std::move(font);
     return Font::system(size);
 }
 
-Font YGPaletteLoad::fixFontWithFont(const Font& font,
-                                    const std::optional<std::string_view>& stringValue,
-                                    double width) {
+Font YGPaletteLoad::fixFontWithFont(const Font& font, OptionalText stringValue, double width) {
     return guarded(
         "fit font", [&] { return fixed(font, stringValue, width); }, font);
 }

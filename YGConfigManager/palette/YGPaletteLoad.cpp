@@ -105,24 +105,22 @@ void YGPaletteLoad::loadImage(const xml::Element& section) {
     change(maps_.customImages, [&] { readImages(section); });
 }
 
-Color YGPaletteLoad::getCustomColor(const std::optional<std::string_view>& key) const {
+Color YGPaletteLoad::getCustomColor(OptionalText key) const {
     const Color* color = valueOf(key, maps_.keyColorNames, maps_.customColors);
     return color ? *color : Color::redColor();
 }
 
-Font YGPaletteLoad::getCustomFont(const std::optional<std::string_view>& key) const {
+Font YGPaletteLoad::getCustomFont(OptionalText key) const {
     const Font* font = valueOf(key, maps_.keyFontNames, maps_.customFonts);
     return font ? *font : Font::system(sizeOfMissingFont);
 }
 
-std::optional<Image> YGPaletteLoad::getCustomImage(
-    const std::optional<std::string_view>& name) const {
+std::optional<Image> YGPaletteLoad::getCustomImage(OptionalText name) const {
     const Image* image = name ? maps_.customImages.find(*name) : nullptr;
     return image ? std::optional(*image) : std::nullopt;
 }
 
-std::optional<Image> YGPaletteLoad::getImageByScale(const std::optional<std::string_view>& name,
-                                                    std::uint32_t scaleType,
+std::optional<Image> YGPaletteLoad::getImageByScale(OptionalText name, std::uint32_t scaleType,
                                                     double scaleValue) const {
     return getImageFromOriImageByScale(getCustomImage(name), scaleType, scaleValue);
 }

@@ -26,6 +26,7 @@
 #include "YGConfigManager/graphics/Image.h"
 #include "YGConfigManager/records/Fields.h"
 #include "YGConfigManager/records/RecordMap.h"
+#include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/xml/Node.h"
 
 namespace yg {
@@ -70,18 +71,18 @@ public:
 
     /// The colour of an application key; red, the mark of a missing colour, when the key is absent
     /// or unknown, or when there is no colour of the name that it has.
-    Color getCustomColor(const std::optional<std::string_view>& key) const;
+    Color getCustomColor(OptionalText key) const;
 
     /// The font of an application key; the system font of 12 points when the key is absent or
     /// unknown, or when there is no font of the name that it has.
-    Font getCustomFont(const std::optional<std::string_view>& key) const;
+    Font getCustomFont(OptionalText key) const;
 
     /// The image of this name; images have no keys. None when there is none.
-    std::optional<Image> getCustomImage(const std::optional<std::string_view>& name) const;
+    std::optional<Image> getCustomImage(OptionalText name) const;
 
     /// The image of this name, scaled as by getImageFromOriImageByScale; none when there is none.
-    std::optional<Image> getImageByScale(const std::optional<std::string_view>& name,
-                                         std::uint32_t scaleType, double scaleValue) const;
+    std::optional<Image> getImageByScale(OptionalText name, std::uint32_t scaleType,
+                                         double scaleValue) const;
 
     // ---- Groups: strips of pieces side by side, equally wide, numbered from 0 at the left. ----
 
@@ -123,15 +124,14 @@ public:
 
     /// The font of this face and size; the system font of that size when the face is absent or not
     /// installed.
-    static Font fontWithName(const std::optional<std::string_view>& face, double size);
+    static Font fontWithName(OptionalText face, double size);
 
     /// The font shrunk until the text fits: of its face, in the largest size of whole points, not
     /// above its own, at which `width` exceeds the width of the text by more than 1 point, and in
     /// the size 1 when there is none. A fraction of the font's size is dropped even when the text
     /// fits already. A font of less than 1 point comes back as it is, as any font does when memory
     /// does not suffice; an absent text is 0 wide.
-    static Font fixFontWithFont(const Font& font,
-                                const std::optional<std::string_view>& stringValue, double width);
+    static Font fixFontWithFont(const Font& font, OptionalText stringValue, double width);
 
     // ---- The steps of a load, which initWithPaletteStyle and the switch take. ----
 

@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/text/TextHash.h"
 
 namespace yg {
@@ -35,15 +36,16 @@ public:
 
     /// The value stored under exactly this key; null when there is none. Valid until the map is
     /// changed.
-    const Value* find(std::string_view key) const {
-        return slots_.empty() ? nullptr : find(key, hash_(key));
+    const Value* find(OptionalText key) const {
+        return slots_.empty() ? nullptr : find(*key, hash_(*key));
     }
 
-    bool contains(std::string_view key) const { return find(key) != nullptr; }
+    bool contains(OptionalText key) const { return find(key) != nullptr; }
 
     /// Stores a value. A key that is there keeps its place in the order and gets the new value;
     /// the answer tells whether it was there.
-    bool set(std::string_view key, Value value) {
+    bool set(OptionalText name, Value value) {
+        const std::string_view key = *name;
         if (slots_.empty()) {
             hash_ = text::TextHash::ofProcess();
             grow();

@@ -18,6 +18,7 @@
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/records/Fields.h"
 #include "YGConfigManager/servers/YGServerAddrTag.h"
+#include "YGConfigManager/text/OwnedText.h"
 #include "YGConfigManager/xml/Node.h"
 
 namespace yg {
@@ -61,13 +62,11 @@ public:
 
     /// The group's description ("name"); absent when the group or the attribute is missing.
     const std::optional<std::string>& serverDescription() const { return serverDescription_; }
-    void setServerDescription(std::optional<std::string> text) {
-        serverDescription_ = std::move(text);
-    }
+    void setServerDescription(OwnedText text) { serverDescription_ = std::move(text); }
 
     /// The messaging domain ("domain"); absent when the group or the attribute is missing.
     const std::optional<std::string>& glooxDomain() const { return glooxDomain_; }
-    void setGlooxDomain(std::optional<std::string> domain) { glooxDomain_ = std::move(domain); }
+    void setGlooxDomain(OwnedText domain) { glooxDomain_ = std::move(domain); }
 
     /// The servers in the order of the document; null when there is no group of this type, empty
     /// when it has no usable entry.

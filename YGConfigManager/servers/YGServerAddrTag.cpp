@@ -5,15 +5,16 @@
 
 namespace yg {
 
-std::shared_ptr<YGServerAddrTag> YGServerAddrTag::initWithServerAddrInfo(
-    std::optional<std::string_view> serverName, std::optional<std::string_view> serverAddr,
-    std::uint64_t serverPort, std::int32_t serverKey) {
+std::shared_ptr<YGServerAddrTag> YGServerAddrTag::initWithServerAddrInfo(OptionalText serverName,
+                                                                         OptionalText serverAddr,
+                                                                         std::uint64_t serverPort,
+                                                                         std::int32_t serverKey) {
     return guarded("server record", [&] {
         auto record = std::make_shared<YGServerAddrTag>();
-        record->serverName_ = serverName;
-        record->ipAddr_ = serverAddr;
-        record->serverPort_ = serverPort;
-        record->serverKey_ = serverKey;
+        record->setServerName(serverName);
+        record->setIpAddr(serverAddr);
+        record->setServerPort(serverPort);
+        record->setServerKey(serverKey);
         return record;
     });
 }

@@ -14,23 +14,26 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/text/OptionalText.h"
+#include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {
 
 class YG_EXPORT YGServerAddrTag {
 public:
     /// A new record with these four values, unchanged; null when memory does not suffice.
-    static std::shared_ptr<YGServerAddrTag> initWithServerAddrInfo(
-        std::optional<std::string_view> serverName, std::optional<std::string_view> serverAddr,
-        std::uint64_t serverPort, std::int32_t serverKey);
+    static std::shared_ptr<YGServerAddrTag> initWithServerAddrInfo(OptionalText serverName,
+                                                                   OptionalText serverAddr,
+                                                                   std::uint64_t serverPort,
+                                                                   std::int32_t serverKey);
 
     /// The server's name, one of those in its entry's "name".
     const std::optional<std::string>& serverName() const { return serverName_; }
-    void setServerName(std::optional<std::string> name) { serverName_ = std::move(name); }
+    void setServerName(OwnedText name) { serverName_ = std::move(name); }
 
     /// The host of the chosen address as the file has it, neither resolved nor checked.
     const std::optional<std::string>& ipAddr() const { return ipAddr_; }
-    void setIpAddr(std::optional<std::string> addr) { ipAddr_ = std::move(addr); }
+    void setIpAddr(OwnedText addr) { ipAddr_ = std::move(addr); }
 
     /// The port of the chosen address, not checked: a text that is no number gives 0, a negative
     /// number its two's complement.

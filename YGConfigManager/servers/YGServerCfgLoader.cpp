@@ -115,9 +115,9 @@ void YGServerCfgLoader::loadFile() {
     });
 }
 
-bool YGServerCfgLoader::reloadServerConfigWithData(std::optional<std::string_view> data,
-                                                   std::string_view serverConfigMd5) {
-    return guarded(deliverName, [&] { return deliver(data, serverConfigMd5); });
+bool YGServerCfgLoader::reloadServerConfigWithData(OptionalText data,
+                                                   OptionalText serverConfigMd5) {
+    return guarded(deliverName, [&] { return deliver(data, *serverConfigMd5); });
 }
 
 bool YGServerCfgLoader::deliver(std::optional<std::string_view> data,

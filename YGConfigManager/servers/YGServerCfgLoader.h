@@ -21,6 +21,8 @@
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/records/Fields.h"
 #include "YGConfigManager/servers/YGServerAddrListTag.h"
+#include "YGConfigManager/text/OptionalText.h"
+#include "YGConfigManager/text/OwnedText.h"
 #include "YGConfigManager/xml/Document.h"
 
 namespace yg {
@@ -53,8 +55,7 @@ public:
     /// False, with nothing changed or written, when the bytes are absent, empty or not XML, when
     /// the file that they make could not be read again (the limits of xml::Document hold for it),
     /// or when memory does not suffice. True once it is applied, also when it could not be saved.
-    bool reloadServerConfigWithData(std::optional<std::string_view> data,
-                                    std::string_view serverConfigMd5);
+    bool reloadServerConfigWithData(OptionalText data, OptionalText serverConfigMd5);
 
     /// Replaces all groups, and `configMd5` if the root has one, by those of a document. False,
     /// with nothing changed, for a document without a root element.
@@ -74,7 +75,7 @@ public:
 
     /// "md5" of the last document that had one; absent before.
     const std::optional<std::string>& configMd5() const { return configMd5_; }
-    void setConfigMd5(std::optional<std::string> md5) { configMd5_ = std::move(md5); }
+    void setConfigMd5(OwnedText md5) { configMd5_ = std::move(md5); }
 
     // The groups; null before a load, all replaced by it. A group that the document does not have
     // is there without description, domain and list.

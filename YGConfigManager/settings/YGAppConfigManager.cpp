@@ -105,8 +105,8 @@ std::optional<std::string> YGAppConfigManager::pathToRead(
     return path && !path->empty() ? path : std::nullopt;
 }
 
-std::shared_ptr<YGAppConfigManager> YGAppConfigManager::initWithFileName(
-    std::optional<std::string_view> fileName, DiagnosticsSink* sink) {
+std::shared_ptr<YGAppConfigManager> YGAppConfigManager::initWithFileName(OptionalText fileName,
+                                                                         DiagnosticsSink* sink) {
     return guarded("load app config", [&]() -> std::shared_ptr<YGAppConfigManager> {
         const auto path = pathToRead(fileName);
         if (!path)
@@ -128,7 +128,7 @@ YGAppConfigManager::YGAppConfigManager(std::string_view fileName, const std::str
     texts_ = indexOf(docment_);
 }
 
-std::optional<std::string> YGAppConfigManager::getFilePath(std::optional<std::string_view> fileName,
+std::optional<std::string> YGAppConfigManager::getFilePath(OptionalText fileName,
                                                            bool isNeedWrite) {
     return storagePath(fileName, isNeedWrite);
 }
@@ -143,9 +143,8 @@ xml::Document YGAppConfigManager::current() const {
     return docment_;
 }
 
-std::optional<std::string> YGAppConfigManager::getItemText(
-    const std::optional<std::string_view>& section,
-    const std::optional<std::string_view>& itemName) const {
+std::optional<std::string> YGAppConfigManager::getItemText(OptionalText section,
+                                                           OptionalText itemName) const {
     if (!section || section->empty() || !itemName || itemName->empty())
         return std::nullopt;
     // Out of memory: as if there were no such item.
@@ -167,10 +166,8 @@ std::optional<std::string> YGAppConfigManager::getItemText(
     });
 }
 
-bool YGAppConfigManager::setConfigItem(const std::optional<std::string_view>& section,
-                                       const std::optional<std::string_view>& itemName,
-                                       const std::optional<std::string_view>& itemDescription,
-                                       const std::optional<std::string_view>& itemText) {
+bool YGAppConfigManager::setConfigItem(OptionalText section, OptionalText itemName,
+                                       OptionalText itemDescription, OptionalText itemText) {
     if (!section || !itemName || section->empty() || !itemText || itemName->empty())
         return false;
     bool isSaved = true;
@@ -278,7 +275,7 @@ YGAppConfigManager::Index YGAppConfigManager::indexOf(const xml::Document& docum
 }
 
 void YGAppConfigManager::saveAppConfigFile(const xml::Document* document,
-                                           std::optional<std::string_view> fileName) const {
+                                           OptionalText fileName) const {
     guarded("save app config", [&] {
         const std::string bytes = document ? document->serialise(xml::Form::pretty) : "";
         if (xml::Document::canBeRead(bytes))

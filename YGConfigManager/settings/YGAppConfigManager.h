@@ -31,6 +31,7 @@
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/records/RecordMap.h"
+#include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/xml/Document.h"
 
 namespace yg {
@@ -41,8 +42,8 @@ public:
     /// empty, or when the host has no path for it. When the file is missing or not well-formed XML
     /// the store is empty; nothing is logged. `sink` hears of what the file has wrong and of what a
     /// call cannot do, on the calling thread and under no lock; it must outlive the store.
-    static std::shared_ptr<YGAppConfigManager> initWithFileName(
-        std::optional<std::string_view> fileName, DiagnosticsSink* sink = nullptr);
+    static std::shared_ptr<YGAppConfigManager> initWithFileName(OptionalText fileName,
+                                                                DiagnosticsSink* sink = nullptr);
 
     /// Always null: a store needs a file name.
     static std::shared_ptr<YGAppConfigManager> init() { return nullptr; }
@@ -60,27 +61,22 @@ public:
     /// of xml::Document hold for names, for the text with its escapes, and for the whole. True
     /// otherwise, also when the file could not be written (the change is
     /// then kept in memory) or has no root element (it is then lost). Waits for the disk.
-    virtual bool setConfigItem(const std::optional<std::string_view>& section,
-                               const std::optional<std::string_view>& itemName,
-                               const std::optional<std::string_view>& itemDescription,
-                               const std::optional<std::string_view>& itemText);
+    virtual bool setConfigItem(OptionalText section, OptionalText itemName,
+                               OptionalText itemDescription, OptionalText itemText);
 
     /// The item's text; absent when there is no such item, or when a name is absent or empty. Of
     /// several items of one name the first in the file counts. Names go into an XPath query as they
     /// stand, here and above; one that is not an XML name is program text, whose evaluation has no
     /// bound. No other thread waits for it.
-    std::optional<std::string> getItemText(const std::optional<std::string_view>& section,
-                                           const std::optional<std::string_view>& itemName) const;
+    std::optional<std::string> getItemText(OptionalText section, OptionalText itemName) const;
 
     /// The host's path of a file in the user's storage, one that can be written if `isNeedWrite`.
-    static std::optional<std::string> getFilePath(std::optional<std::string_view> fileName,
-                                                  bool isNeedWrite);
+    static std::optional<std::string> getFilePath(OptionalText fileName, bool isNeedWrite);
 
     /// Writes a document as the file of this name, pretty-printed. Nothing happens when there is no
     /// document, no path or no root element, or when the file could not be read again; a failed
     /// write is ignored. Takes no lock: the document must not change meanwhile.
-    void saveAppConfigFile(const xml::Document* document,
-                           std::optional<std::string_view> fileName) const;
+    void saveAppConfigFile(const xml::Document* document, OptionalText fileName) const;
 
     /// A copy of the whole file as it stands in memory (the name is spelt so in the interface);
     /// without a root element when the file was missing or damaged.

@@ -149,8 +149,7 @@ void YGHttpReqUrlMgr::take(const std::optional<std::string>& body) {
         reporter.report(rules::unsavedFile, {}, {}, *path);
 }
 
-std::optional<std::string> YGHttpReqUrlMgr::httpReqUrlStringWithUrlKey(
-    const std::optional<std::string_view>& urlKey) const {
+std::optional<std::string> YGHttpReqUrlMgr::httpReqUrlStringWithUrlKey(OptionalText urlKey) const {
     return guarded("read request urls", [&]() -> std::optional<std::string> {
         const std::shared_ptr<const YGHttpReqUrlModel> model = urlModel_.load();
         const auto entries = model && urlKey ? model->urlConfigs() : nullptr;
@@ -160,14 +159,14 @@ std::optional<std::string> YGHttpReqUrlMgr::httpReqUrlStringWithUrlKey(
                     return entry->urlValue();
             }
         }
-        Reporter(sink_).report(rules::unknownUrlKey, {}, {}, urlKey.value_or(""));
+        Reporter(sink_).report(rules::unknownUrlKey, {}, {}, *urlKey);
         return std::nullopt;
     });
 }
 
-void YGHttpReqUrlMgr::requestUrl(std::string_view url, Finish finish) const {
+void YGHttpReqUrlMgr::requestUrl(OptionalText url, Finish finish) const {
     const bool isStarted = guarded("request url", [&] {
-        std::string address(url);
+        std::string address(*url);
         startGet(std::move(address), std::exchange(finish, nullptr));
         return true;
     });

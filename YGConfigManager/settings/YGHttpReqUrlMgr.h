@@ -21,6 +21,7 @@
 #include "YGConfigManager/net/HttpResponse.h"
 #include "YGConfigManager/settings/AtomicReference.h"
 #include "YGConfigManager/settings/YGHttpReqUrlModel.h"
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg {
 
@@ -66,13 +67,12 @@ public:
 
     /// The address of the first entry with exactly this key; absent when it has none, when there is
     /// no such entry or no list, and for an absent key.
-    std::optional<std::string> httpReqUrlStringWithUrlKey(
-        const std::optional<std::string_view>& urlKey) const;
+    std::optional<std::string> httpReqUrlStringWithUrlKey(OptionalText urlKey) const;
 
     /// Starts a GET of an http or https address and returns at once. `finish`, if there is one, is
     /// called once, on the network's thread; it must not block there, and may start a request.
     /// Without memory to begin it is called inside this call.
-    void requestUrl(std::string_view url, Finish finish) const;
+    void requestUrl(OptionalText url, Finish finish) const;
 
     /// The list; null when there is none. It stays as it is, another one takes its place.
     std::shared_ptr<const YGHttpReqUrlModel> urlModel() const { return urlModel_.load(); }

@@ -5,8 +5,8 @@
 
 namespace yg {
 
-std::shared_ptr<YGHttpReqUrlModel> YGHttpReqUrlModel::modelWithJSON(std::string_view bytes) {
-    return guarded("read request urls", [bytes] { return read(bytes); });
+std::shared_ptr<YGHttpReqUrlModel> YGHttpReqUrlModel::modelWithJSON(OptionalText bytes) {
+    return guarded("read request urls", [bytes] { return read(*bytes); });
 }
 
 std::shared_ptr<YGHttpReqUrlModel> YGHttpReqUrlModel::read(std::string_view bytes) {

@@ -16,6 +16,8 @@
 #include "YGConfigManager/host/JsonModel.h"
 #include "YGConfigManager/records/Fields.h"
 #include "YGConfigManager/settings/YGHttpUrlConfigModel.h"
+#include "YGConfigManager/text/OptionalText.h"
+#include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {
 
@@ -25,12 +27,12 @@ public:
 
     /// A list from the JSON text of a stored file or a download, its entries converted; null when
     /// the bytes are no JSON object and when memory does not suffice.
-    static std::shared_ptr<YGHttpReqUrlModel> modelWithJSON(std::string_view bytes);
+    static std::shared_ptr<YGHttpReqUrlModel> modelWithJSON(OptionalText bytes);
 
     /// The digest that names this version of the list: compared, never computed. Absent when the
     /// list has none.
     const std::optional<std::string>& md5Value() const { return md5Value_; }
-    void setMd5Value(std::optional<std::string> md5) { md5Value_ = std::move(md5); }
+    void setMd5Value(OwnedText md5) { md5Value_ = std::move(md5); }
 
     /// The entries in the order of the file; absent when the file has no list.
     const List& urlConfigList() const { return urlConfigList_; }

@@ -12,6 +12,7 @@
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/host/JsonModel.h"
 #include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {
 
@@ -19,11 +20,11 @@ class YG_EXPORT YGHttpUrlConfigModel {
 public:
     /// The key by which callers ask; absent when the list has none.
     const std::optional<std::string>& urlKey() const { return urlKey_; }
-    void setUrlKey(std::optional<std::string> key) { urlKey_ = std::move(key); }
+    void setUrlKey(OwnedText key) { urlKey_ = std::move(key); }
 
     /// The address, not checked; absent when the list has none.
     const std::optional<std::string>& urlValue() const { return urlValue_; }
-    void setUrlValue(std::optional<std::string> value) { urlValue_ = std::move(value); }
+    void setUrlValue(OwnedText value) { urlValue_ = std::move(value); }
 
     /// The members that JSON fills.
     static constexpr auto modelFields() {

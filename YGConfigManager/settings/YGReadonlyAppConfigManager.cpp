@@ -8,7 +8,7 @@ namespace yg {
 YGReadonlyAppConfigManager::~YGReadonlyAppConfigManager() = default;
 
 std::shared_ptr<YGReadonlyAppConfigManager> YGReadonlyAppConfigManager::initWithFileName(
-    std::optional<std::string_view> fileName, DiagnosticsSink* sink) {
+    OptionalText fileName, DiagnosticsSink* sink) {
     return guarded("load app config", [&]() -> std::shared_ptr<YGReadonlyAppConfigManager> {
         const auto path = pathToRead(fileName);
         if (!path)
@@ -18,10 +18,8 @@ std::shared_ptr<YGReadonlyAppConfigManager> YGReadonlyAppConfigManager::initWith
     });
 }
 
-bool YGReadonlyAppConfigManager::setConfigItem(const std::optional<std::string_view>&,
-                                               const std::optional<std::string_view>&,
-                                               const std::optional<std::string_view>&,
-                                               const std::optional<std::string_view>&) {
+bool YGReadonlyAppConfigManager::setConfigItem(OptionalText, OptionalText, OptionalText,
+                                               OptionalText) {
     return false;
 }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "YGConfigManager/settings/YGAppConfigManager.h"
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg {
 
@@ -15,7 +16,7 @@ class YG_EXPORT YGReadonlyAppConfigManager : public YGAppConfigManager {
 public:
     /// A store that reads like YGAppConfigManager, and null when that is.
     static std::shared_ptr<YGReadonlyAppConfigManager> initWithFileName(
-        std::optional<std::string_view> fileName, DiagnosticsSink* sink = nullptr);
+        OptionalText fileName, DiagnosticsSink* sink = nullptr);
 
     /// Always null: a store needs a file name.
     static std::shared_ptr<YGReadonlyAppConfigManager> init() { return nullptr; }
@@ -23,10 +24,8 @@ public:
     ~YGReadonlyAppConfigManager() override;
 
     /// Always false; store and file stay as they are.
-    bool setConfigItem(const std::optional<std::string_view>& section,
-                       const std::optional<std::string_view>& itemName,
-                       const std::optional<std::string_view>& itemDescription,
-                       const std::optional<std::string_view>& itemText) override;
+    bool setConfigItem(OptionalText section, OptionalText itemName, OptionalText itemDescription,
+                       OptionalText itemText) override;
 
 private:
     using YGAppConfigManager::YGAppConfigManager;

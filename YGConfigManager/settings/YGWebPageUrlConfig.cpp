@@ -88,8 +88,8 @@ void reportTable(const xml::Element& root, const Reporter& reporter) {
 
 YGWebPageUrlConfig::~YGWebPageUrlConfig() = default;
 
-std::shared_ptr<YGWebPageUrlConfig> YGWebPageUrlConfig::initWithFileName(
-    std::optional<std::string_view> fileName, DiagnosticsSink* sink) {
+std::shared_ptr<YGWebPageUrlConfig> YGWebPageUrlConfig::initWithFileName(OptionalText fileName,
+                                                                         DiagnosticsSink* sink) {
     if (!fileName || fileName->empty())
         return nullptr;
     const std::optional<std::string> path = getFilePath(fileName, false);
@@ -112,7 +112,7 @@ YGWebPageUrlConfig::YGWebPageUrlConfig(std::string_view fileName, const std::str
     install(parsed.document);
 }
 
-std::optional<std::string> YGWebPageUrlConfig::getFilePath(std::optional<std::string_view> fileName,
+std::optional<std::string> YGWebPageUrlConfig::getFilePath(OptionalText fileName,
                                                            bool isNeedWrite) {
     return storagePath(fileName, isNeedWrite);
 }
@@ -122,8 +122,7 @@ xml::Document YGWebPageUrlConfig::docment() const {
     return docment_;
 }
 
-std::string YGWebPageUrlConfig::getWebPageUrlByKey(
-    const std::optional<std::string_view>& key) const {
+std::string YGWebPageUrlConfig::getWebPageUrlByKey(OptionalText key) const {
     std::optional<std::string> address;
     if (!key || key->empty()) {
         writeBusCommonLogInside("%s L%d 获取不到1 Key: [%@]", lookUpName, 54, key);
@@ -141,7 +140,7 @@ std::string YGWebPageUrlConfig::getWebPageUrlByKey(
     if (address)
         return std::move(*address);
     guarded("report web pages",
-            [&] { Reporter(sink_).report(rules::unknownWebPage, {}, {}, key.value_or("")); });
+            [&] { Reporter(sink_).report(rules::unknownWebPage, {}, {}, *key); });
     return "about:blank";
 }
 
@@ -159,8 +158,8 @@ std::optional<std::string> YGWebPageUrlConfig::find(std::string_view key) const 
     return found.empty() ? std::nullopt : std::optional(found.front().stringValue());
 }
 
-bool YGWebPageUrlConfig::replaceDataFromServer(std::optional<std::string_view> text) {
-    return guarded("replace web pages", [&] { return replace(text.value_or("")); });
+bool YGWebPageUrlConfig::replaceDataFromServer(OptionalText text) {
+    return guarded("replace web pages", [&] { return replace(*text); });
 }
 
 bool YGWebPageUrlConfig::replace(std::string_view text) {
@@ -208,12 +207,13 @@ std::uint64_t YGWebPageUrlConfig::install(xml::Document document) {
     return ++generation_;
 }
 
-std::optional<std::string> YGWebPageUrlConfig::replaceSubstring(
-    std::optional<std::string_view> text, std::string_view target, std::string_view replacement) {
+std::optional<std::string> YGWebPageUrlConfig::replaceSubstring(OptionalText text,
+                                                                OptionalText target,
+                                                                OptionalText replacement) {
     return guarded("replace text", [&]() -> std::optional<std::string> {
-        if (!text || target.empty() || text::findText(*text, target) == std::string_view::npos)
+        if (!text || target->empty() || text::findText(*text, *target) == std::string_view::npos)
             return text ? std::optional(std::string(*text)) : std::nullopt;
-        return text::replaceAllIgnoringCase(*text, target, replacement);
+        return text::replaceAllIgnoringCase(*text, *target, *replacement);
     });
 }
 

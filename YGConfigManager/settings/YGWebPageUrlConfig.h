@@ -20,6 +20,7 @@
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/records/RecordMap.h"
+#include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/xml/Document.h"
 
 namespace yg {
@@ -30,8 +31,8 @@ public:
     /// empty, or when the host has no path for it. When the file is missing or not well-formed XML
     /// the table is empty; nothing is logged. `sink` hears of what a table has wrong and of keys
     /// that are not found, on the calling thread and under no lock; it must outlive the table.
-    static std::shared_ptr<YGWebPageUrlConfig> initWithFileName(
-        std::optional<std::string_view> fileName, DiagnosticsSink* sink = nullptr);
+    static std::shared_ptr<YGWebPageUrlConfig> initWithFileName(OptionalText fileName,
+                                                                DiagnosticsSink* sink = nullptr);
 
     YGWebPageUrlConfig(const YGWebPageUrlConfig&) = delete;
     YGWebPageUrlConfig& operator=(const YGWebPageUrlConfig&) = delete;
@@ -42,7 +43,7 @@ public:
     /// (1), no UTF-8 (2) or not in the table (3), and when memory runs out (4). A key with an
     /// apostrophe goes into an XPath query as it stands: it is program text, whose evaluation has
     /// no bound. No other thread waits for it.
-    std::string getWebPageUrlByKey(const std::optional<std::string_view>& key) const;
+    std::string getWebPageUrlByKey(OptionalText key) const;
 
     /// Replaces the table by a new one in XML, in whose addresses "&" stands for itself (also in
     /// "&amp;", which therefore stays as it is in the address), and rewrites the file: whoever
@@ -50,18 +51,16 @@ public:
     /// same time the file ends as the table does. False when the text is not well-formed or memory
     /// does not suffice for the table, with nothing changed, and when the file could not be
     /// written, with the new table in place. Waits for the disk; lookups do not.
-    bool replaceDataFromServer(std::optional<std::string_view> text);
+    bool replaceDataFromServer(OptionalText text);
 
     /// The text with each occurrence of the target replaced, in one pass from left to right. Letter
     /// case does not count, but there must be one occurrence in which it agrees; otherwise, and for
     /// an absent text, the text as it is. Absent as well when memory does not suffice.
-    static std::optional<std::string> replaceSubstring(std::optional<std::string_view> text,
-                                                       std::string_view target,
-                                                       std::string_view replacement);
+    static std::optional<std::string> replaceSubstring(OptionalText text, OptionalText target,
+                                                       OptionalText replacement);
 
     /// The host's path of a file in the user's storage, one that can be written if `isNeedWrite`.
-    static std::optional<std::string> getFilePath(std::optional<std::string_view> fileName,
-                                                  bool isNeedWrite);
+    static std::optional<std::string> getFilePath(OptionalText fileName, bool isNeedWrite);
 
     /// The whole table (the name is spelt so in the interface), which nobody may change; without a
     /// root element when the file was missing or damaged.

@@ -5,9 +5,9 @@
 // compile. Any thread may call.
 //
 // Placeholders:
-//   %@        text: std::string, std::string_view, const char*, std::optional of the first two, any
-//             class with `std::string description() const`, a pointer or std::shared_ptr to one.
-//             What is absent or null prints "(null)".
+//   %@        text: std::string, std::string_view, const char*, OptionalText, std::optional
+//             of the first two, any class with `std::string description() const`, a pointer or
+//             std::shared_ptr to one. What is absent or null prints "(null)".
 //   %s        a plain byte string: std::string, std::string_view, const char*
 //   %d, %ld   any integer, printed in full whatever its width; bool prints 0 or 1
 //   %p        any pointer to an object, in hexadecimal with 0x
@@ -26,6 +26,8 @@
 #include <string_view>
 #include <type_traits>
 #include <variant>
+
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg::text {
 
@@ -131,8 +133,8 @@ concept Described = std::is_class_v<T> && requires(const T& value) {
 };
 
 template <class T>
-concept OptionalText =
-    std::same_as<T, std::optional<std::string>> || std::same_as<T, std::optional<std::string_view>>;
+concept TextOrNone = std::same_as<T, std::optional<std::string>> ||
+    std::same_as<T, std::optional<std::string_view>> || std::same_as<T, OptionalText>;
 
 template <class T>
 concept CharacterPointer = std::same_as<T, const char*> || std::same_as<T, char*>;
@@ -167,7 +169,7 @@ constexpr unsigned usesOf() {
                                                                      : usePointer;
     } else if constexpr (isSharedPointer<T>) {
         return usesOf<typename T::element_type*>();
-    } else if constexpr (OptionalText<T> || Described<T>) {
+    } else if constexpr (TextOrNone<T> || Described<T>) {
         return useText;
     } else {
         return useNone;
@@ -196,7 +198,7 @@ template <class T>
 FormatArgument formatArgument(const T& value) {
     if constexpr (isCharacterArray<T>) {
         return std::string_view(value, ::strnlen(value, sizeof value));
-    } else if constexpr (OptionalText<T>) {
+    } else if constexpr (TextOrNone<T>) {
         return value ? FormatArgument(std::string_view(*value)) : FormatArgument();
     } else if constexpr (std::same_as<T, std::string>) {
         return std::string_view(value);

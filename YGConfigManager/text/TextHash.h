@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg::text {
 
@@ -26,7 +27,8 @@ public:
 
     /// Sixteen bytes at a time, for names are short, and std::hash spends more on its call than on
     /// them. Each factor has a secret in it, because one of only zeros or ones loses the other.
-    std::uint32_t operator()(std::string_view text) const {
+    std::uint32_t operator()(OptionalText of) const {
+        const std::string_view text = *of;
         const char* bytes = text.data();
         std::size_t left = text.size();
         std::uint64_t hash = 0;

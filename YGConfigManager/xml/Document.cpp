@@ -41,20 +41,20 @@ ParseResult Document::result(Parsed parsed) {
     return {Document(std::move(parsed.tree)), std::move(parsed.error)};
 }
 
-ParseResult Document::parseFile(std::string_view path, ParseOptions options) {
+ParseResult Document::parseFile(OptionalText path, ParseOptions options) {
     const auto read = [&]() -> Decoded {
-        files::FileReading file = files::readWholeFile(path);
+        files::FileReading file = files::readWholeFile(*path);
         return file ? decodeXml(file.bytes) : Decoded{{}, std::move(file.error)};
     };
-    return result(parsed(read, path, options));
+    return result(parsed(read, *path, options));
 }
 
-ParseResult Document::parseBytes(std::string_view bytes, ParseOptions options) {
-    return result(parsed([&] { return decodeXml(bytes); }, {}, options));
+ParseResult Document::parseBytes(OptionalText bytes, ParseOptions options) {
+    return result(parsed([&] { return decodeXml(*bytes); }, {}, options));
 }
 
-ParseResult Document::parseText(std::string_view text, ParseOptions options) {
-    return result(parsed([&] { return decodeUtf8(text); }, {}, options));
+ParseResult Document::parseText(OptionalText text, ParseOptions options) {
+    return result(parsed([&] { return decodeUtf8(*text); }, {}, options));
 }
 
 Element Document::root() const {
@@ -65,7 +65,7 @@ std::vector<Node> Document::query(const Query& query) const {
     return tree_ ? Tree::select(tree_, {}, query) : std::vector<Node>();
 }
 
-std::vector<Node> Document::query(std::string_view query) const {
+std::vector<Node> Document::query(OptionalText query) const {
     return this->query(Query(query));
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/xml/Node.h"
 
 namespace yg::xml {
@@ -38,13 +39,13 @@ public:
     /// description: the file and the cause when it cannot be read, "out of memory", otherwise `Line
     /// N: message` for each error, joined with
     /// "; ". Nothing is thrown.
-    static ParseResult parseFile(std::string_view path, ParseOptions options = {});
+    static ParseResult parseFile(OptionalText path, ParseOptions options = {});
 
     /// The same for bytes in whatever encoding they declare.
-    static ParseResult parseBytes(std::string_view bytes, ParseOptions options = {});
+    static ParseResult parseBytes(OptionalText bytes, ParseOptions options = {});
 
     /// The same for UTF-8 text, whatever encoding it declares.
-    static ParseResult parseText(std::string_view text, ParseOptions options = {});
+    static ParseResult parseText(OptionalText text, ParseOptions options = {});
 
     /// The root element; empty for a document without one.
     Element root() const;
@@ -52,7 +53,7 @@ public:
     /// The nodes that an XPath 1.0 query selects with the document node as its context, so that
     /// `config/a` begins at a root element named config. Otherwise as Element::query.
     std::vector<Node> query(const Query& query) const;
-    std::vector<Node> query(std::string_view query) const;
+    std::vector<Node> query(OptionalText query) const;
 
     /// A deep copy that shares nothing with this document.
     Document copy() const;
@@ -64,6 +65,7 @@ public:
     /// Whether a file of this UTF-8 text could be read, for what is saved must be readable at the
     /// next start. Takes less than a parse. Throws std::bad_alloc when memory does not suffice.
     static bool canBeRead(const std::string& text);
+    static bool canBeRead(const char* text) { return text && canBeRead(std::string(text)); }
 
     /// Frees what was taken out of the document, when no element handle is left that could reach
     /// it; otherwise nothing happens. For documents that live long and change often.

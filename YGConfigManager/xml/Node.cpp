@@ -157,17 +157,17 @@ Attributes::Iterator& Attributes::Iterator::operator++() {
 
 Element::Element(const Node& node) : Node(node.isElement() ? node : Node()) {}
 
-Element Element::create(std::string_view name) {
-    if (!isXmlName(name))
+Element Element::create(OptionalText name) {
+    if (!isXmlName(*name))
         return {};
     auto tree = std::make_shared<Tree>();
     const pugi::xml_node top = made(tree->memory.append_child(pugi::node_element));
-    setName(top, std::string(name).c_str());
+    setName(top, std::string(*name).c_str());
     return Tree::element(std::move(tree), top);
 }
 
-std::optional<std::string_view> Element::attribute(std::string_view name) const {
-    const pugi::xml_attribute found = findAttribute(Tree::raw(*this), name);
+std::optional<std::string_view> Element::attribute(OptionalText name) const {
+    const pugi::xml_attribute found = findAttribute(Tree::raw(*this), *name);
     if (!found)
         return std::nullopt;
     return found.value();
@@ -177,17 +177,17 @@ Attributes Element::attributes() const {
     return Attributes(handle(Tree::raw(*this).first_attribute()));
 }
 
-bool Element::setAttribute(std::string_view name, std::string_view value) {
-    if (!node_ || !isXmlName(name))
+bool Element::setAttribute(OptionalText name, OptionalText value) {
+    if (!node_ || !isXmlName(*name))
         return false;
-    const std::string stored = storableText(value);
+    const std::string stored = storableText(*value);
     pugi::xml_node element = Tree::raw(*this);
-    if (const pugi::xml_attribute attribute = findAttribute(element, name)) {
+    if (const pugi::xml_attribute attribute = findAttribute(element, *name)) {
         setValue(attribute, stored);
         return true;
     }
     pugi::xml_attribute added = made(element.append_attribute(""));
-    if (!added.set_name(std::string(name).c_str()) ||
+    if (!added.set_name(std::string(*name).c_str()) ||
         !added.set_value(stored.data(), stored.size())) {
         element.remove_attribute(added);
         throw std::bad_alloc();
@@ -195,18 +195,18 @@ bool Element::setAttribute(std::string_view name, std::string_view value) {
     return true;
 }
 
-bool Element::rename(std::string_view name) {
-    if (!node_ || !isXmlName(name))
+bool Element::rename(OptionalText name) {
+    if (!node_ || !isXmlName(*name))
         return false;
-    setName(Tree::raw(*this), std::string(name).c_str());
+    setName(Tree::raw(*this), std::string(*name).c_str());
     return true;
 }
 
-bool Element::setContent(std::string_view text) {
+bool Element::setContent(OptionalText text) {
     if (!node_)
         return false;
     pugi::xml_node element = Tree::raw(*this);
-    const std::string stored = storableText(text);
+    const std::string stored = storableText(*text);
 
     // One text for another is the common case, and needs no node to be taken out. Blank text is
     // hidden, so a handle must not come to stand on it.
@@ -303,12 +303,12 @@ std::vector<Node> Element::query(const Query& query) const {
     return node_ ? Tree::select(tree_, Tree::raw(*this), query) : std::vector<Node>();
 }
 
-std::vector<Node> Element::query(std::string_view query) const {
+std::vector<Node> Element::query(OptionalText query) const {
     return this->query(Query(query));
 }
 
-std::optional<Position> Element::attributePosition(std::string_view name) const {
-    const pugi::xml_attribute found = findAttribute(Tree::raw(*this), name);
+std::optional<Position> Element::attributePosition(OptionalText name) const {
+    const pugi::xml_attribute found = findAttribute(Tree::raw(*this), *name);
     return found ? tree_->position(found.internal_object()) : std::nullopt;
 }
 

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg::xml {
 
@@ -202,11 +203,11 @@ public:
 
     /// A new element without attributes and children, in a tree of its own; empty when `name` is
     /// no XML name.
-    static Element create(std::string_view name);
+    static Element create(OptionalText name);
 
     /// The value of an attribute; absent when the element has none of that name, which is not the
     /// same as "". Lives as long as the tree and until the value is changed.
-    std::optional<std::string_view> attribute(std::string_view name) const;
+    std::optional<std::string_view> attribute(OptionalText name) const;
 
     /// All attributes; valid as long as this handle or another into the tree.
     Attributes attributes() const;
@@ -214,14 +215,14 @@ public:
     /// Adds an attribute, or replaces the value of the one that is there. Characters that XML
     /// cannot hold are left out of the value. False, and nothing changed, for an empty handle or
     /// when `name` is no XML name.
-    bool setAttribute(std::string_view name, std::string_view value);
+    bool setAttribute(OptionalText name, OptionalText value);
 
     /// Changes the element's name. False, and nothing changed, when `name` is no XML name.
-    bool rename(std::string_view name);
+    bool rename(OptionalText name);
 
     /// Removes every child, comments too, and leaves one text node, none for "". Attributes stay.
     /// Characters that XML cannot hold are left out.
-    bool setContent(std::string_view text);
+    bool setContent(OptionalText text);
 
     Children children() const;
     bool hasChildren() const;
@@ -250,10 +251,10 @@ public:
     /// something was taken out of the tree, a query that goes up, sideways, or down from whatever
     /// child of the top is asked of a copy of the tree, each time; others are not.
     std::vector<Node> query(const Query& query) const;
-    std::vector<Node> query(std::string_view query) const;
+    std::vector<Node> query(OptionalText query) const;
 
     /// Where an attribute's name begins, when the parse was asked to keep positions.
-    std::optional<Position> attributePosition(std::string_view name) const;
+    std::optional<Position> attributePosition(OptionalText name) const;
 
 private:
     friend class Node;

@@ -464,15 +464,16 @@ std::vector<pugi::xml_node> Query::Compiled::select(pugi::xml_node context) cons
     return nodes;
 }
 
-Query::Query(std::string_view expression) {
-    if (expression.find('\0') != std::string_view::npos || !text::isValidUtf8(expression))
+Query::Query(OptionalText expression) {
+    if (expression->find('\0') != std::string_view::npos || !text::isValidUtf8(*expression))
         return;
-    Reader reader(expression);
+    Reader reader(*expression);
     if (!reader.accepts())
         return;
     try {
         const PointForDecimals point;
-        auto compiled = std::make_shared<Compiled>(std::string(expression).c_str(), reader.reach());
+        auto compiled =
+            std::make_shared<Compiled>(std::string(*expression).c_str(), reader.reach());
         if (compiled->query.return_type() == pugi::xpath_type_node_set)
             compiled_ = std::move(compiled);
     } catch (const pugi::xpath_exception&) {

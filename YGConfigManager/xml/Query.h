@@ -22,13 +22,14 @@
 #include <string_view>
 
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/text/OptionalText.h"
 
 namespace yg::xml {
 
 class YG_EXPORT Query {
 public:
     /// Compiles the expression. An invalid one gives a query that selects nothing.
-    explicit Query(std::string_view expression);
+    explicit Query(OptionalText expression);
 
     /// True when the expression is valid and its value is a set of nodes.
     explicit operator bool() const { return compiled_ != nullptr; }

@@ -3,8 +3,11 @@
 // Atomic writes that are cut at every one of their steps, by an error or by the end of the process.
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
+#include <set>
 #include <string>
+#include <sys/stat.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,10 +25,11 @@ using testing::Not;
 namespace fs = std::filesystem;
 
 constexpr std::string_view oldBytes = "the old content of the file";
+constexpr std::string_view leftover = ".yg-1-1-1.tmp";
 constexpr std::string_view newBytes = "what stands in the file from now on, in several writes";
 
 /// What a write finds.
-enum class Situation { existingFile, newFile, link, danglingLink };
+enum class Situation { existingFile, newFile, link, danglingLink, oldTempFile };
 
 /// One write into a folder of its own, with a target as the situation has it.
 class Write {
@@ -39,6 +43,12 @@ public:
         path_ = isLink ? folder_ / "a.xml" : folder_ / "real/a.xml";
         if (hasOldFile()) {
             put(folder_ / "real/a.xml", oldBytes);
+        }
+        if (situation == Situation::oldTempFile) {
+            put(folder_ / ("real/" + std::string(leftover)), "half");
+            constexpr timespec longAgo[2] = {};
+            ::utimensat(AT_FDCWD, (folder_ / ("real/" + std::string(leftover))).c_str(), longAgo,
+                        0);
         }
         layer.largestWrite = 16;
     }
@@ -59,10 +69,11 @@ public:
         return !isLink || (fs::is_symlink(path_) && fs::read_symlink(path_) == "real/a.xml");
     }
 
-    /// Whether anything but the target is beside it.
-    bool hasNeighbour() const {
+    /// Whether anything but the target, and what was left over before, is beside it.
+    bool hasTempFile() const {
         auto names = folder_.names("real");
         names.erase("a.xml");
+        names.erase(std::string(leftover));
         return !names.empty();
     }
 
@@ -71,9 +82,15 @@ public:
                layer.happened.end();
     }
 
+    /// Whether the new content is in place, and that safe on the disk.
+    bool isSafe() const {
+        const auto rename = std::find(layer.happened.begin(), layer.happened.end(), "rename");
+        return std::find(rename, layer.happened.end(), "sync") != layer.happened.end();
+    }
+
 private:
     bool hasOldFile() const {
-        return situation_ == Situation::existingFile || situation_ == Situation::link;
+        return situation_ != Situation::newFile && situation_ != Situation::danglingLink;
     }
 
     Situation situation_;
@@ -93,37 +110,41 @@ std::string nameOf(const testing::TestParamInfo<Situation>& parameter) {
             return "Link";
         case Situation::danglingLink:
             return "DanglingLink";
+        case Situation::oldTempFile:
+            return "OldTempFile";
     }
     return "";
 }
 
 INSTANTIATE_TEST_SUITE_P(Targets, AtomicWriteCut,
                          testing::Values(Situation::existingFile, Situation::newFile,
-                                         Situation::link, Situation::danglingLink),
+                                         Situation::link, Situation::danglingLink,
+                                         Situation::oldTempFile),
                          nameOf);
 
-TEST_P(AtomicWriteCut, ByAnErrorOfAnyCallLeavesOldOrNewContentAndNoNeighbour) {
+TEST_P(AtomicWriteCut, ByAnErrorOfAnyCallLeavesOldOrNewContentAndNoTempFile) {
     std::size_t callsBefore = 0;
     for (bool injected = true; injected; ++callsBefore) {
         SCOPED_TRACE(callsBefore);
         Write write(GetParam());
         std::string failed;
-        bool allWasDone = false;
         write.layer.errorOf = [&](std::string_view call) {
             if (write.layer.made.size() != callsBefore + 1) {
                 return 0;
             }
             failed = call;
-            // At the end the folder is closed, which nothing depends on any more.
-            allWasDone = call == "close" && write.happened("rename");
             return EIO;
         };
         const bool answer = write.run();
         EXPECT_EQ(write.hasNewContent(), write.happened("rename"));
         EXPECT_EQ(write.isAsBefore(), !write.happened("rename"));
-        EXPECT_FALSE(write.hasNeighbour());
+        EXPECT_FALSE(write.hasTempFile());
         EXPECT_TRUE(write.linkIsKept());
-        EXPECT_EQ(answer, failed.empty() || allWasDone);
+        EXPECT_EQ(answer, write.isSafe());
+        const std::set<std::string> matter = {
+            "openFolder",    "readAccessList",   "openNew", "write",  "changeOwner", "changeMode",
+            "setAccessList", "removeAccessList", "sync",    "rename", "readLink",    "openLink"};
+        EXPECT_FALSE(answer && matter.contains(failed)) << failed;
         injected = !failed.empty();
     }
     EXPECT_GT(callsBefore, 12U);
@@ -131,7 +152,7 @@ TEST_P(AtomicWriteCut, ByAnErrorOfAnyCallLeavesOldOrNewContentAndNoNeighbour) {
 
 TEST_P(AtomicWriteCut, ByTheEndOfTheProcessAtAnyCallLeavesOldOrNewContent) {
     std::size_t last = 0;
-    bool neighbourSeen = false;
+    bool tempFileSeen = false;
     for (bool injected = true; injected; ++last) {
         SCOPED_TRACE(last);
         Write write(GetParam());
@@ -147,10 +168,10 @@ TEST_P(AtomicWriteCut, ByTheEndOfTheProcessAtAnyCallLeavesOldOrNewContent) {
         EXPECT_EQ(write.isAsBefore(), !write.happened("rename"));
         EXPECT_TRUE(write.linkIsKept());
         EXPECT_TRUE(!answer || write.hasNewContent());
-        neighbourSeen = neighbourSeen || write.hasNeighbour();
+        tempFileSeen = tempFileSeen || write.hasTempFile();
     }
     EXPECT_GT(last, 12U);
-    EXPECT_TRUE(neighbourSeen);
+    EXPECT_TRUE(tempFileSeen);
 }
 
 TEST_P(AtomicWriteCut, IntoSingleBytesIsComplete) {
@@ -169,14 +190,40 @@ TEST_P(AtomicWriteCut, ByAFullDiskInTheMiddleKeepsTheOldContent) {
     };
     EXPECT_FALSE(write.run());
     EXPECT_TRUE(write.isAsBefore());
-    EXPECT_FALSE(write.hasNeighbour());
+    EXPECT_FALSE(write.hasTempFile());
+}
+
+TEST(AtomicWriteFailure, IsDescribedByThePathAndTheCause) {
+    const TemporaryFolder folder;
+    fs::create_symlink("circle", folder / "circle");
+    fs::create_directory(folder / "folder");
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    const auto errorFor = [](const std::string& path) {
+        return writeFileAtomically(path, newBytes).error;
+    };
+    EXPECT_EQ(errorFor(folder / "a.xml"), "");
+    EXPECT_EQ(errorFor(""), ": the path is empty");
+    EXPECT_EQ(errorFor(std::string("a\0b", 3)), "a?b: the path holds a NUL byte");
+    EXPECT_EQ(errorFor("missing\r\n/a"),
+              "missing?"
+              "?/a: No such file or directory");
+    EXPECT_EQ(errorFor(folder / "a.xml/b"), folder / "a.xml/b" + ": Not a directory");
+    EXPECT_EQ(errorFor(folder / "circle"),
+              folder / "circle" + ": Too many levels of symbolic links");
+    EXPECT_EQ(errorFor(folder / "folder"), folder / "folder" + ": Is a directory");
+    EXPECT_EQ(errorFor(folder / ""), folder / "" + ": Is a directory");
+    EXPECT_EQ(errorFor(folder / "pipe"), folder / "pipe" + ": not a regular file");
+    EXPECT_EQ(errorFor("/dev/null"), "/dev/null: not a regular file");
+    const std::string longName(256, 'n');
+    EXPECT_EQ(errorFor(folder / longName), folder / longName + ": File name too long");
 }
 
 TEST(AtomicWriteFailure, AnInterruptedCallIsMadeAgain) {
     Write write(Situation::existingFile);
     bool interrupted = false;
     write.layer.errorOf = [&](std::string_view call) {
-        if (call == "readLink" || call == "status" || call == "changeMode" || call == "rename") {
+        if (call == "readLink" || call == "status" || call == "lock" || call == "eachName" ||
+            call == "rename") {
             return 0;
         }
         // Twice in a row a call cannot be interrupted here, so each of them comes to its end. A
@@ -186,7 +233,7 @@ TEST(AtomicWriteFailure, AnInterruptedCallIsMadeAgain) {
     };
     EXPECT_TRUE(write.run());
     EXPECT_TRUE(write.hasNewContent());
-    EXPECT_FALSE(write.hasNeighbour());
+    EXPECT_FALSE(write.hasTempFile());
     EXPECT_GT(write.layer.made.size(), write.layer.happened.size() + 6);
 }
 
@@ -195,7 +242,7 @@ TEST(AtomicWriteFailure, AWriteThatMovesNothingDoesNotGoOnForEver) {
     write.layer.largestWrite = 0;
     EXPECT_FALSE(write.run());
     EXPECT_TRUE(write.isAsBefore());
-    EXPECT_FALSE(write.hasNeighbour());
+    EXPECT_FALSE(write.hasTempFile());
 }
 
 TEST(AtomicWriteFailure, AReadOnlyFolderFails) {
@@ -218,7 +265,7 @@ TEST(AtomicWriteFailure, ATargetThatCannotBeLookedAtIsNotReplaced) {
     }
 }
 
-TEST(AtomicWriteFailure, TakenNamesOfNeighboursArePassedOver) {
+TEST(AtomicWriteFailure, TakesAnotherNameForTheTempFileWhereOneIsTaken) {
     Write write(Situation::existingFile);
     write.layer.errorOf = [attempts = 0](std::string_view call) mutable {
         return call == "openNew" && ++attempts <= 5 ? EEXIST : 0;
@@ -242,7 +289,7 @@ TEST(AtomicWriteFailure, AFolderThatFailsToReachTheDiskIsAFailureWithTheNewConte
     };
     EXPECT_FALSE(write.run());
     EXPECT_TRUE(write.hasNewContent());
-    EXPECT_FALSE(write.hasNeighbour());
+    EXPECT_FALSE(write.hasTempFile());
 }
 
 TEST(AtomicWriteFailure, AFileSystemThatSyncsNoFoldersIsNoFailure) {
@@ -263,7 +310,7 @@ TEST(AtomicWriteFailure, AFileThatCannotBeSyncedIsAFailure) {
     };
     EXPECT_FALSE(write.run());
     EXPECT_TRUE(write.isAsBefore());
-    EXPECT_FALSE(write.hasNeighbour());
+    EXPECT_FALSE(write.hasTempFile());
 }
 
 }  // namespace

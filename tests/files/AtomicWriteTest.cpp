@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <functional>
@@ -118,8 +119,10 @@ TEST(AtomicWrite, SyncsTheFileBeforeAndItsFolderAfterTheRename) {
     put(folder / "a.xml", "old");
     ScriptedFileLayer layer;
     EXPECT_TRUE(writeFileAtomically(folder / "a.xml", "new", layer));
-    EXPECT_THAT(layer.made, ElementsAre("readLink", "openFolder", "status", "openNew", "write",
-                                        "changeMode", "sync", "close", "rename", "sync", "close"));
+    const auto first = std::find(layer.made.begin(), layer.made.end(), "write");
+    EXPECT_THAT(std::vector(first, layer.made.end()),
+                ElementsAre("write", "changeOwner", "removeAccessList", "changeMode", "sync",
+                            "close", "rename", "sync", "close"));
 }
 
 // ---- Modes ----------------------------------------------------------------------------------
@@ -253,6 +256,67 @@ TEST(AtomicWrite, LinksInACircleFail) {
     EXPECT_FALSE(writeFileAtomically(folder / "a.xml", "new"));
     EXPECT_FALSE(writeFileAtomically(folder / "self.xml", "new"));
     EXPECT_THAT(folder.names(), ElementsAre("a.xml", "b.xml", "self.xml"));
+}
+
+/// What a write through the link answers where everyone may write to the folder but remove only
+/// what is his own, and what became of the file that the link names.
+struct SharedFolder {
+    static constexpr mode_t mode = 01777;
+
+    TemporaryFolder folder;
+    std::string link = folder / "shared/a.xml";
+    std::string real = folder / "real.xml";
+
+    SharedFolder() {
+        fs::create_directory(folder / "shared");
+        ::chmod((folder / "shared").c_str(), mode);
+        put(real, "old");
+        fs::create_symlink("../real.xml", link);
+    }
+    FileWriting write(uid_t linkOwner, uid_t folderOwner, mode_t folderMode = mode) const {
+        ScriptedFileLayer layer;
+        layer.changeStatus = [&](struct stat& state) {
+            if (S_ISLNK(state.st_mode)) {
+                state.st_uid = linkOwner;
+            } else if (S_ISDIR(state.st_mode)) {
+                state.st_uid = folderOwner;
+                state.st_mode = S_IFDIR | folderMode;
+            }
+        };
+        return writeFileAtomically(link, "new", layer);
+    }
+};
+
+TEST(AtomicWrite, AStrangersLinkInASharedFolderIsNotFollowed) {
+    const SharedFolder shared;
+    const uid_t stranger = ::geteuid() + 1;
+    EXPECT_EQ(shared.write(stranger, ::geteuid()).error, shared.link + ": Permission denied");
+    EXPECT_EQ(shared.write(stranger, stranger + 1).error, shared.link + ": Permission denied");
+    EXPECT_EQ(contentOf(shared.real), "old");
+    EXPECT_TRUE(fs::is_symlink(shared.link));
+}
+
+TEST(AtomicWrite, OtherLinksInASharedFolderAreFollowed) {
+    const uid_t me = ::geteuid();
+    const uid_t stranger = me + 1;
+    EXPECT_TRUE(SharedFolder().write(me, stranger));
+    EXPECT_TRUE(SharedFolder().write(stranger, stranger));
+    // Not shared, or not by everyone.
+    EXPECT_TRUE(SharedFolder().write(stranger, me, 0777));
+    EXPECT_TRUE(SharedFolder().write(stranger, me, 01775));
+}
+
+TEST(AtomicWrite, AStrangersLinkBehindALinkIsNotFollowed) {
+    const SharedFolder shared;
+    fs::create_symlink("shared/a.xml", shared.folder / "first");
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "nobody else's link can be made";
+    }
+    ASSERT_EQ(::lchown(shared.link.c_str(), 12'000, 12'000), 0);
+    EXPECT_EQ(writeFileAtomically(shared.folder / "first", "new").error,
+              shared.folder / "first" + ": Permission denied");
+    EXPECT_FALSE(writeFileAtomically(shared.link, "new"));
+    EXPECT_EQ(contentOf(shared.real), "old");
 }
 
 // ---- Targets that cannot be written -----------------------------------------------------------

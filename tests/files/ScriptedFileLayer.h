@@ -4,7 +4,9 @@
 // after each of them.
 #pragma once
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <limits>
@@ -32,6 +34,9 @@ public:
     /// Told of each call that happened, whatever came of it.
     std::function<void(std::string_view call)> after = [](std::string_view) {};
 
+    /// May change what is seen of a file.
+    std::function<void(struct stat& state)> changeStatus = [](struct stat&) {};
+
     /// A write moves no more bytes than this.
     std::size_t largestWrite = std::numeric_limits<std::size_t>::max();
 
@@ -39,14 +44,27 @@ public:
     std::vector<std::string> made;
     std::vector<std::string> happened;
 
-    ssize_t readLink(const char* path, char* buffer, std::size_t size) override {
-        return perform("readLink", [&] { return system().readLink(path, buffer, size); });
+    /// The time that was paused: a pause only adds to it.
+    std::chrono::milliseconds paused{0};
+
+    ssize_t readLink(int folder, const char* name, char* buffer, std::size_t size) override {
+        return perform("readLink", [&] { return system().readLink(folder, name, buffer, size); });
+    }
+    int openLink(const char* path) override {
+        return keptOpen(perform("openLink", [&] { return system().openLink(path); }));
     }
     int openFolder(const char* path) override {
         return keptOpen(perform("openFolder", [&] { return system().openFolder(path); }));
     }
     int status(int folder, const char* name, struct stat& state) override {
-        return perform("status", [&] { return system().status(folder, name, state); });
+        return perform("status", [&] {
+            const int answer = system().status(folder, name, state);
+            changeStatus(state);
+            return answer;
+        });
+    }
+    int openOld(int folder, const char* name) override {
+        return keptOpen(perform("openOld", [&] { return system().openOld(folder, name); }));
     }
     int openNew(int folder, const char* name, mode_t mode) override {
         return keptOpen(perform("openNew", [&] { return system().openNew(folder, name, mode); }));
@@ -58,6 +76,19 @@ public:
     }
     int changeMode(int file, mode_t mode) override {
         return perform("changeMode", [&] { return system().changeMode(file, mode); });
+    }
+    int changeOwner(int file, uid_t user, gid_t group) override {
+        return perform("changeOwner", [&] { return system().changeOwner(file, user, group); });
+    }
+    ssize_t readAccessList(const char* path, void* buffer, std::size_t size) override {
+        return perform("readAccessList",
+                       [&] { return system().readAccessList(path, buffer, size); });
+    }
+    int setAccessList(int file, const void* bytes, std::size_t size) override {
+        return perform("setAccessList", [&] { return system().setAccessList(file, bytes, size); });
+    }
+    int removeAccessList(int file) override {
+        return perform("removeAccessList", [&] { return system().removeAccessList(file); });
     }
     int sync(int fileOrFolder) override {
         return perform("sync", [&] { return system().sync(fileOrFolder); });
@@ -74,6 +105,27 @@ public:
     int unlink(int folder, const char* name) override {
         return perform("unlink", [&] { return system().unlink(folder, name); });
     }
+    int eachName(int folder, std::size_t most,
+                 const std::function<void(const char* name)>& take) override {
+        return perform("eachName", [&] { return system().eachName(folder, most, take); });
+    }
+    int makeFolder(const char* path) override {
+        return perform("makeFolder", [&] { return system().makeFolder(path); });
+    }
+    int removeFolder(const char* path) override {
+        return perform("removeFolder", [&] { return system().removeFolder(path); });
+    }
+    int lock(int fileOrFolder) override {
+        return perform("lock", [&] { return system().lock(fileOrFolder); });
+    }
+    int unlock(int fileOrFolder) override {
+        return perform("unlock", [&] { return system().unlock(fileOrFolder); });
+    }
+    void beginWaiting(int folder) override { system().beginWaiting(folder); }
+    void endWaiting(int folder) override { system().endWaiting(folder); }
+    bool hasWaiters(int folder) override { return system().hasWaiters(folder); }
+    std::chrono::steady_clock::time_point now() override { return begin_ + paused; }
+    void pause(std::chrono::milliseconds time) override { paused += time; }
 
 private:
     static FileLayer& system() { return systemFileLayer(); }
@@ -99,6 +151,15 @@ private:
         }
         return number;
     }
+
+    /// Each layer lives some hours later than the one before, so that a write through it looks for
+    /// what others left behind, whatever number the folder has.
+    static std::chrono::steady_clock::time_point nextBegin() {
+        static std::atomic<int> count = 0;
+        return system().now() + std::chrono::hours(2) * ++count;
+    }
+
+    const std::chrono::steady_clock::time_point begin_ = nextBegin();
 
     // What a test leaves unclosed is closed at the end, as when a process dies.
     std::set<int> open_;

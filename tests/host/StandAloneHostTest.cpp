@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <sys/stat.h>
 
@@ -7,12 +9,14 @@
 
 #include "YGConfigManager/host/StandAloneHost.h"
 
+#include "files/ScopedFileLayer.h"
 #include "host/TempRoot.h"
 
 namespace {
 
 using testing::ElementsAre;
 using yg::StandAloneHost;
+using yg::testing::ScopedFileLayer;
 using yg::testing::TempRoot;
 
 std::shared_ptr<StandAloneHost> open(const TempRoot& root) {
@@ -76,6 +80,39 @@ TEST(StandAloneHost, WritesHaveNoLocationWhenTheFolderCannotBeMade) {
     StandAloneHost nowhere(root.at("missing"));
     EXPECT_EQ(writePath(nowhere, "a.xml"), std::nullopt);
     EXPECT_FALSE(std::filesystem::exists(root.at("missing")));
+}
+
+TEST(StandAloneHost, TheUsersFolderIsBroughtToTheDiskOnce) {
+    const TempRoot root;
+    ScopedFileLayer layer;
+    const auto syncs = [&] {
+        return std::count(layer->happened.begin(), layer->happened.end(), "sync");
+    };
+    const auto host = open(root);
+    writePath(*host, "a.xml");
+    EXPECT_EQ(syncs(), 1);
+    writePath(*host, "b.xml");
+    EXPECT_EQ(syncs(), 1);
+    // Whoever made it may have been killed at once.
+    writePath(*open(root), "a.xml");
+    EXPECT_EQ(syncs(), 2);
+    std::filesystem::remove(root.at("user"));
+    writePath(*host, "a.xml");
+    EXPECT_EQ(syncs(), 3);
+}
+
+TEST(StandAloneHost, WritesHaveNoLocationUntilTheNewFolderIsSafe) {
+    const TempRoot root;
+    const auto host = open(root);
+    for (const int error : {EIO, ENOSPC, EACCES, EMFILE, EROFS, EDQUOT}) {
+        for (const std::string_view failing : {"makeFolder", "openFolder", "sync"}) {
+            ScopedFileLayer layer;
+            layer->errorOf = [&](std::string_view call) { return call == failing ? error : 0; };
+            EXPECT_EQ(writePath(*host, "a.xml"), std::nullopt);
+            EXPECT_FALSE(std::filesystem::exists(root.at("user")));
+        }
+    }
+    EXPECT_EQ(writePath(*host, "a.xml"), root.at("user/a.xml"));
 }
 
 TEST(StandAloneHost, TheUsersFolderMayBeALink) {

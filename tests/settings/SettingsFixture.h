@@ -21,7 +21,7 @@
 #include "YGConfigManager/settings/Transport.h"
 
 #include "diagnostics/RecordingSink.h"
-#include "files/ScriptedFileLayer.h"
+#include "files/ScopedFileLayer.h"
 #include "files/TemporaryFolder.h"
 #include "host/RecordingHost.h"
 
@@ -42,19 +42,6 @@ protected:
 
     files::TemporaryFolder folder;
     ScopedHost<> host;
-};
-
-/// Puts a file layer in place of the system's until the end of the scope.
-class ScopedFileLayer {
-public:
-    ScopedFileLayer() { setFileLayer(&layer_); }
-    ScopedFileLayer(const ScopedFileLayer&) = delete;
-    ScopedFileLayer& operator=(const ScopedFileLayer&) = delete;
-    ~ScopedFileLayer() { setFileLayer(nullptr); }
-    files::ScriptedFileLayer* operator->() { return &layer_; }
-
-private:
-    files::ScriptedFileLayer layer_;
 };
 
 /// A transport that keeps requests until the test answers them, on another thread as the network

@@ -2,10 +2,19 @@
 //
 // Whole runs on palettes: dump palette, color, font, show palette, image. The runs see the fonts of
 // the build only.
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/un.h>
+#include <thread>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -15,10 +24,14 @@
 
 #include "YGConfigManager/graphics/Image.h"
 
+#include "files/ScopedFileLayer.h"
+#include "files/TemporaryFolder.h"
 #include "graphics/TestFonts.h"
 #include "host/TempRoot.h"
 #include "tool/Golden.h"
 #include "tool/ToolRun.h"
+#include "ygconfig/CommandLine.h"
+#include "ygconfig/Run.h"
 
 namespace {
 
@@ -27,8 +40,10 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using yg::Image;
+using yg::files::contentOf;
 using yg::testing::isGolden;
 using yg::testing::OutputTo;
+using yg::testing::ScopedFileLayer;
 using yg::testing::TempRoot;
 using yg::testing::ToolRun;
 using yg::testing::ToolSetting;
@@ -356,6 +371,110 @@ TEST(WriteImage, SaysWhyItCannotBeWritten) {
     EXPECT_EQ(run.output, "");
     EXPECT_THAT(run.errors, EndsWith("ygconfig image: \"" + root.at("none/out.png") +
                                      "\": No such file or directory\n"));
+}
+
+/// What the tool complains of when the image is to go to the path.
+std::string complaintOf(const Root& root, const std::string& path) {
+    const ToolRun run = runOn(root, {"image", "strip", "-o", path});
+    const std::size_t begin = run.errors.find("ygconfig image: ");
+    EXPECT_EQ(run.status, begin == std::string::npos ? 0 : 3);
+    EXPECT_EQ(run.output.empty(), begin != std::string::npos);
+    return begin == std::string::npos ? "" : run.errors.substr(begin);
+}
+
+std::string fullAt(const std::string& path) {
+    return "ygconfig image: \"" + path + "\": No space left on device\n";
+}
+
+TEST(WriteImage, LeavesADeviceThatTakesNothingInItsPlace) {
+    const Root root;
+    const auto isDevice = [](const std::string& path) {
+        return std::filesystem::is_character_file(path);
+    };
+    std::filesystem::create_symlink("/dev/full", root.at("link.png"));
+    EXPECT_EQ(complaintOf(root, root.at("link.png")), fullAt(root.at("link.png")));
+    EXPECT_TRUE(std::filesystem::is_symlink(root.at("link.png")));
+    EXPECT_TRUE(isDevice("/dev/full"));
+    // A device of our own, so that nobody's is lost if this fails.
+    const std::string path = root.at("full");
+    if (::mknod(path.c_str(), S_IFCHR | 0666, makedev(1, 7)) != 0)
+        GTEST_SKIP() << "no device can be made";
+    EXPECT_EQ(complaintOf(root, path), fullAt(path));
+    EXPECT_TRUE(isDevice(path));
+}
+
+TEST(WriteImage, GoesToADeviceOrAPipeAsItStands) {
+    const Root root;
+    EXPECT_EQ(complaintOf(root, "/dev/null"), "");
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+
+    const std::string pipe = root.at("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    std::string bytes;
+    std::thread reader([&] {
+        std::ifstream file(pipe, std::ios::binary);
+        bytes.assign(std::istreambuf_iterator<char>(file), {});
+    });
+    EXPECT_EQ(complaintOf(root, pipe), "");
+    reader.join();
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+    EXPECT_TRUE(bytes.starts_with("\x89PNG"));
+
+    const ToolRun run = runOn(root, {"image", "strip", "-o", "/dev/stdout"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.output.starts_with("\x89PNG"));
+    EXPECT_THAT(run.output, EndsWith("}\n"));
+    EXPECT_EQ(complaintOf(root, "/dev/fd/99"),
+              "ygconfig image: \"/dev/fd/99\": Bad file descriptor\n");
+}
+
+TEST(WriteImage, LeavesTheOldFileWhereTheDiskIsFull) {
+    const Root root;
+    root.write("real/out.png", "old");
+    std::filesystem::create_symlink("real/out.png", root.at("link.png"));
+    ScopedFileLayer disk;
+    disk->largestWrite = 10;
+    disk->errorOf = [writes = 0](std::string_view call) mutable {
+        return call == "write" && ++writes == 2 ? ENOSPC : 0;
+    };
+    const std::vector<std::string> words = {"--root", root.path(), "image",
+                                            "strip",  "-o",        root.at("link.png")};
+    const yg::tool::Answer answer = yg::tool::run(yg::tool::readCommandLine(words), false);
+    EXPECT_EQ(answer.exitCode, yg::tool::ExitCode::failed);
+    EXPECT_EQ(answer.complaint + "\n", fullAt(root.at("link.png")));
+    EXPECT_EQ(contentOf(root.at("real/out.png")), "old");
+    EXPECT_TRUE(std::filesystem::is_symlink(root.at("link.png")));
+    const std::filesystem::directory_iterator names(root.at("real"));
+    EXPECT_EQ(std::distance(begin(names), end(names)), 1);
+}
+
+TEST(WriteImage, ReplacesTheFileThatALinkNamesAndKeepsItsRights) {
+    const Root root;
+    root.write("real/out.png", "old");
+    std::filesystem::permissions(root.at("real/out.png"), std::filesystem::perms::owner_read);
+    std::filesystem::create_symlink("real/out.png", root.at("link.png"));
+    EXPECT_EQ(complaintOf(root, root.at("link.png")), "");
+    EXPECT_TRUE(std::filesystem::is_symlink(root.at("link.png")));
+    EXPECT_TRUE(contentOf(root.at("real/out.png")).starts_with("\x89PNG"));
+    EXPECT_EQ(std::filesystem::status(root.at("real/out.png")).permissions(),
+              std::filesystem::perms::owner_read);
+}
+
+TEST(WriteImage, RefusesAFolderAndASocket) {
+    const Root root;
+    root.write("folder/a", "");
+    EXPECT_EQ(complaintOf(root, root.at("folder")),
+              "ygconfig image: \"" + root.at("folder") + "\": Is a directory\n");
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const std::string path = root.at("s");
+    ASSERT_LT(path.size(), sizeof address.sun_path);
+    path.copy(address.sun_path, path.size());
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(complaintOf(root, path), "ygconfig image: \"" + path + "\": not a regular file\n");
+    EXPECT_TRUE(std::filesystem::is_socket(path));
+    ::close(socket);
 }
 
 TEST(PaletteHelp, IsTheFile) {

@@ -4,7 +4,8 @@
 #include <algorithm>
 #include <clocale>
 #include <cwchar>
-#include <cwctype>
+
+#include "YGConfigManager/text/Controls.h"
 
 namespace yg::tool {
 
@@ -70,8 +71,7 @@ std::string printable(std::string_view text) {
     const Utf8Scope utf8;
     std::string result;
     for (const wchar_t character : source)
-        append(result,
-               std::iswcntrl(static_cast<std::wint_t>(character)) != 0 ? replacement : character);
+        append(result, text::isControl(static_cast<char32_t>(character)) ? replacement : character);
     return result;
 }
 

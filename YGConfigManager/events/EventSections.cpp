@@ -39,9 +39,9 @@ struct YGEventLoader::Section {
 };
 
 void YGEventLoader::readTemplates(const xml::Element& root) {
-    static const xml::Query templates("/event_list/event_template");
     if (!root.hasChildren())
         return;
+    const xml::Query templates("/event_list/event_template");
     const std::vector<xml::Node> sections = root.query(templates);
 
     // For diagnostics: how many templates of each name are not read to their end yet.
@@ -118,9 +118,9 @@ void YGEventLoader::readTemplate(const xml::Element& section, const PendingTempl
 }
 
 void YGEventLoader::readGroups(const xml::Element& root) {
-    static const xml::Query groups("/event_list/element_event");
     if (!root.hasChildren())
         return;
+    const xml::Query groups("/event_list/element_event");
     for (const xml::Node& section : root.query(groups))
         readGroup(xml::Element(section));
 }

@@ -88,7 +88,7 @@ void YGEventLoader::loadSingleElementEvent(const xml::Element& section) {
 }
 
 void YGEventLoader::readFile() {
-    static const xml::Query commandSections("/event_list/command_event");
+    const xml::Query commandSections("/event_list/command_event");
     if (!configPath_ || configPath_->empty())
         return;
     const Reporter reporter(sink_);

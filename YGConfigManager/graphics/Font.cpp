@@ -6,6 +6,7 @@
 #include "YGConfigManager/graphics/FontFace.h"
 #include "YGConfigManager/graphics/FontServices.h"
 #include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/host/Immortal.h"
 
 namespace yg {
 
@@ -23,8 +24,8 @@ Font Font::system(double size) {
 }
 
 const std::string& Font::faceName() const {
-    static const std::string none = FontServices::nameOfNoFace;
-    return face_ ? face_->name() : none;
+    static Immortal<const std::string> none(FontServices::nameOfNoFace);
+    return face_ ? face_->name() : *none;
 }
 
 double Font::widthOf(OptionalText text) const {

@@ -21,28 +21,18 @@ constexpr std::size_t longestRemembered = 4096;
 /// More characters are measured in pieces, so that a text of any length takes bounded memory.
 constexpr std::size_t longestPiece = 16384;
 
-constexpr char32_t replacement = 0xFFFD;
-
+/// Held for ever: HarfBuzz lets go of them at the end of the process, while threads may measure.
 hb_unicode_funcs_t* unicode() {
-    return hb_unicode_funcs_get_default();
+    static hb_unicode_funcs_t* const held =
+        hb_unicode_funcs_reference(hb_unicode_funcs_get_default());
+    return held;
 }
 
 /// Takes one character off the front of a text; of what is no UTF-8, one byte.
 char32_t takeCharacter(std::string_view& text) {
-    const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    const std::string_view bytes = text.substr(0, length);
-    if (bytes.size() < length || !text::isValidUtf8(bytes)) {
-        text.remove_prefix(1);
-        return replacement;
-    }
-    text.remove_prefix(length);
-    // The lead byte's marker has one bit more than the sequence has bytes.
-    char32_t character = length == 1 ? lead : lead & (0x7FU >> length);
-    for (const char byte : bytes.substr(1)) {
-        character = character << 6 | (static_cast<unsigned char>(byte) & 0x3FU);
-    }
-    return character;
+    const text::Character first = text::firstCharacter(text);
+    text.remove_prefix(first.size);
+    return first.value;
 }
 
 bool endsLine(char32_t character) {
@@ -150,16 +140,18 @@ double FontFace::widthOf(std::string_view text, double size) const {
         return extentOf(text).at(size);
     }
     {
-        const std::lock_guard lock(mutex_);
-        if (lastText_ == text) {
+        const std::unique_lock lock(mutex_, std::try_to_lock);
+        if (lock && lastText_ == text) {
             return lastExtent_.at(size);
         }
     }
     TextExtent extent = extentOf(text);
     const double width = extent.at(size);
-    const std::lock_guard lock(mutex_);
-    lastText_ = text;
-    lastExtent_ = std::move(extent);
+    const std::unique_lock lock(mutex_, std::try_to_lock);
+    if (lock) {
+        lastText_ = text;
+        lastExtent_ = std::move(extent);
+    }
     return width;
 }
 

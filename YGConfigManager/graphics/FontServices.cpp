@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
+#include <mutex>
 #include <new>
 #include <span>
 #include <tuple>
@@ -13,6 +14,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include "YGConfigManager/files/ReadFile.h"
+#include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/text/Utf8.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -29,6 +31,10 @@
 namespace yg {
 
 namespace {
+
+/// For fontconfig, which has locks of its own that the child of a fork could find taken, and for
+/// what all services have found.
+constinit ForkMutex fontconfig;
 
 struct FontconfigDeleter {
     void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
@@ -245,15 +251,17 @@ private:
 };
 
 FontServices& FontServices::shared() {
-    static FontServices& shared = []() -> FontServices& {
+    static FontServices* shared = nullptr;
+    const std::lock_guard lock(fontconfig);
+    if (shared == nullptr) {
 #if defined(YG_CHECKS_LEAKS)
         // Fontconfig refers to parts of its configuration by distances, which hide them from the
         // leak checker.
         const __lsan::ScopedDisabler livesToTheEnd;
 #endif
-        return *new FontServices(FcInitLoadConfigAndFonts());
-    }();
-    return shared;
+        shared = new FontServices(FcInitLoadConfigAndFonts());
+    }
+    return *shared;
 }
 
 FontServices::FontServices(_FcConfig* configuration)
@@ -268,8 +276,10 @@ FontServices::FontServices(const std::vector<std::string>& fontFiles, std::size_
 }
 
 FontServices::~FontServices() {
+    const std::lock_guard lock(fontconfig);
     facesByName_.clear();
     systemFace_.reset();
+    fallbacks_.clear();
     names_.reset();
     if (configuration_ != nullptr) {
         FcConfigDestroy(configuration_);
@@ -281,7 +291,7 @@ std::optional<Font> FontServices::named(std::string_view face, double size) {
         !text::isValidUtf8(face)) {
         return std::nullopt;
     }
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(fontconfig);
     std::shared_ptr<const FontFace> found = faceNamed(std::string(face));
     if (found == nullptr) {
         return std::nullopt;
@@ -290,7 +300,7 @@ std::optional<Font> FontServices::named(std::string_view face, double size) {
 }
 
 Font FontServices::system(double size) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(fontconfig);
     if (systemFace_ == nullptr) {
         systemFace_ = findSystemFace();
     }
@@ -307,7 +317,7 @@ double FontServices::widthOf(const Font& font, const std::optional<std::string_v
 
 std::shared_ptr<const FontFile> FontServices::fallback(FontFallbacks& fallbacks,
                                                        char32_t character) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(fontconfig);
     const auto known = fallbacks.files.find(character);
     if (known != fallbacks.files.end()) {
         return known->second;
@@ -361,16 +371,23 @@ std::shared_ptr<const FontFace> FontServices::findFaceBy(const char* property,
                                                          const std::string& name) {
     for (const FcPattern* face : names_->faces(property, name)) {
         if (auto file = openFile(face)) {
-            FaceLike like{{textAt(face, FC_FAMILY).value_or(name)}};
-            FcPatternGetInteger(face, FC_SLANT, 0, &like.slant);
-            like.weight = numberAt(face, FC_WEIGHT, like.weight);
-            like.width = numberAt(face, FC_WIDTH, like.width);
             return std::make_shared<FontFace>(spellingOf(face, property, name), std::move(file),
-                                              std::make_shared<FontFallbacks>(std::move(like)),
-                                              *this);
+                                              fallbacksOf(face), *this);
         }
     }
     return nullptr;
+}
+
+std::shared_ptr<FontFallbacks> FontServices::fallbacksOf(const _FcPattern* face) {
+    std::shared_ptr<FontFallbacks>& known = fallbacks_[face];
+    if (known == nullptr) {
+        FaceLike like{{textAt(face, FC_FAMILY).value_or("")}};
+        FcPatternGetInteger(face, FC_SLANT, 0, &like.slant);
+        like.weight = numberAt(face, FC_WEIGHT, like.weight);
+        like.width = numberAt(face, FC_WIDTH, like.width);
+        known = std::make_shared<FontFallbacks>(std::move(like));
+    }
+    return known;
 }
 
 std::shared_ptr<const FontFace> FontServices::findSystemFace() {

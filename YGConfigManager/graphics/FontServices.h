@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -65,6 +64,7 @@ private:
     std::shared_ptr<const FontFace> faceNamed(const std::string& name);
     std::shared_ptr<const FontFace> findFace(const std::string& name);
     std::shared_ptr<const FontFace> findFaceBy(const char* property, const std::string& name);
+    std::shared_ptr<FontFallbacks> fallbacksOf(const _FcPattern* face);
     std::shared_ptr<const FontFace> findSystemFace();
     std::shared_ptr<const FontFile> openFile(const _FcPattern* pattern);
     std::shared_ptr<const FontFile> openFace(const std::string& path, int index);
@@ -72,9 +72,10 @@ private:
     _FcConfig* const configuration_;
     const std::size_t mostBytes_ = mostOpenBytes;
 
-    // One lock for fontconfig and for what was found; measuring goes without it.
-    std::mutex mutex_;
+    // All below under the lock of all services, measuring without it.
     std::unique_ptr<const FontNames> names_;
+    // Of each face of `names_`. They stay, since a font may be let go without the lock.
+    std::unordered_map<const _FcPattern*, std::shared_ptr<FontFallbacks>> fallbacks_;
     std::unordered_map<std::string, std::shared_ptr<const FontFace>> facesByName_;
     std::map<std::pair<std::string, int>, std::shared_ptr<const FontFile>> faces_;
     std::map<std::string, std::shared_ptr<const std::string>> contents_;

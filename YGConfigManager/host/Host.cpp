@@ -2,38 +2,47 @@
 #include "YGConfigManager/host/Host.h"
 
 #include <mutex>
-#include <new>
 #include <utility>
 
 #include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/StandAloneHost.h"
+#include "YGConfigManager/process/ForkMutex.h"
 
 namespace yg {
 
 namespace {
 
-struct InstalledHost {
-    std::mutex mutex;
-    std::shared_ptr<Host> host;
+struct Hosts {
+    std::shared_ptr<Host> installed;
+    std::shared_ptr<Host> standard;  // null until it is asked for
+    StandAloneHost withoutSettings{"."};
 };
 
-InstalledHost& installedHost() {
-    static Immortal<InstalledHost> installed;
-    return *installed;
+constinit ForkMutex installing;
+constinit ForkMutex making;
+
+Hosts& hosts() {
+    static Immortal<Hosts> all;
+    return *all;
 }
+
+/// Made when the library is loaded: the child of a fork could not wait for another thread to do it.
+[[maybe_unused]] const Hosts& made = hosts();
 
 /// Without memory for it one without settings, which takes none; the next call tries again.
 std::shared_ptr<Host> defaultHost() noexcept {
-    static Immortal<StandAloneHost> withoutSettings(".");
-    try {
-        static Immortal<std::shared_ptr<Host>> host([] {
-            auto made = StandAloneHost::openOrDefaults(".");
-            return made ? made : throw std::bad_alloc();
-        }());
-        return *host;
-    } catch (...) {
-        return {std::shared_ptr<void>(), &*withoutSettings};
+    Hosts& all = hosts();
+    const std::lock_guard lock(making);
+    if (all.standard == nullptr) {
+        try {
+            all.standard = StandAloneHost::openOrDefaults(".");
+        } catch (...) {
+            // Like an answer of null: the memory does not suffice.
+        }
     }
+    return all.standard != nullptr
+               ? all.standard
+               : std::shared_ptr<Host>(std::shared_ptr<void>(), &all.withoutSettings);
 }
 
 }  // namespace
@@ -49,17 +58,17 @@ std::shared_ptr<MainQueue> Host::mainQueue() {
 }
 
 std::shared_ptr<Host> setHost(std::shared_ptr<Host> host) noexcept {
-    InstalledHost& installed = installedHost();
-    const std::lock_guard lock(installed.mutex);
-    return std::exchange(installed.host, std::move(host));
+    Hosts& all = hosts();
+    const std::lock_guard lock(installing);
+    return std::exchange(all.installed, std::move(host));
 }
 
 std::shared_ptr<Host> currentHost() noexcept {
     {
-        InstalledHost& installed = installedHost();
-        const std::lock_guard lock(installed.mutex);
-        if (installed.host != nullptr) {
-            return installed.host;
+        const Hosts& all = hosts();
+        const std::lock_guard lock(installing);
+        if (all.installed != nullptr) {
+            return all.installed;
         }
     }
     return defaultHost();

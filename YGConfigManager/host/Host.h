@@ -4,6 +4,11 @@
 // level, mapping tables, a log and a main thread. An application derives from Host and installs its
 // object with setHost() before it makes the first loader; without one, a StandAloneHost on the
 // current folder answers.
+//
+// The library can be used until the process is gone, by threads that nobody waits for and by the
+// destructors of static objects too. The child of a fork may use it as its parent could, but for a
+// store of settings or a table of web pages that another thread of the parent may have been using,
+// and for what another thread was changing or loading into: it makes objects of its own instead.
 #pragma once
 
 #include <cstdint>

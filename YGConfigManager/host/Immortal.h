@@ -5,6 +5,7 @@
 #pragma once
 
 #include <new>
+#include <type_traits>
 #include <utility>
 
 namespace yg {
@@ -14,7 +15,7 @@ class Immortal {
 public:
     template <class... Args>
     explicit Immortal(Args&&... args) {
-        ::new (static_cast<void*>(place_)) T(std::forward<Args>(args)...);
+        ::new (static_cast<void*>(place_)) std::remove_const_t<T>(std::forward<Args>(args)...);
     }
     Immortal(const Immortal&) = delete;
     Immortal& operator=(const Immortal&) = delete;

@@ -1,37 +1,69 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/host/Log.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <mutex>
+#include <new>
+#include <poll.h>
+#include <pthread.h>
 #include <span>
 #include <string>
 #include <unistd.h>
+
+#include "YGConfigManager/text/Controls.h"
 
 namespace yg {
 
 namespace {
 
-// A pipe may split a write longer than its atomic size; this keeps our own lines apart even then.
+/// A pipe may split a write longer than its atomic size; this keeps our own lines apart even then.
+/// The child of a fork has one of its own, so that no fork waits for a reader.
 std::mutex consoleMutex;
+const int forks = ::pthread_atfork(nullptr, nullptr,
+                                   [] { ::new (static_cast<void*>(&consoleMutex)) std::mutex; });
 
-bool breaksLine(char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    return (byte < 0x20 && character != '\t') || byte == 0x7f;
+bool isInLine = false;   ///< a line was cut and has no end yet
+bool isStalled = false;  ///< the line before found no room
+
+constexpr std::chrono::seconds longestWait(1);
+
+/// Waits until standard error takes something or the time has come; false then.
+bool waitUntil(std::chrono::steady_clock::time_point end) {
+    using std::chrono::milliseconds;
+    const auto left = std::chrono::ceil<milliseconds>(end - std::chrono::steady_clock::now());
+    pollfd console{STDERR_FILENO, POLLOUT, 0};
+    return left > milliseconds::zero() &&
+           (::poll(&console, 1, static_cast<int>(left.count())) > 0 || errno == EINTR);
 }
 
-/// Writes everything, on after an interruption or a partial write; any other failure ends it, since
-/// there is no one to tell.
-void writeAll(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(STDERR_FILENO, bytes.data(), bytes.size());
+/// Writes as much as can be written and answers its size. An interruption and a partial write do
+/// not end it; any failure but a full pipe does, since there is no one to tell.
+std::size_t writeAll(std::string_view bytes) {
+    const auto end = std::chrono::steady_clock::now() + longestWait;
+    std::size_t size = 0;
+    while (size < bytes.size()) {
+        const ssize_t written = ::write(STDERR_FILENO, bytes.data() + size, bytes.size() - size);
         if (written > 0) {
-            bytes.remove_prefix(static_cast<std::size_t>(written));
-        } else if (written == 0 || errno != EINTR) {
-            return;
+            size += static_cast<std::size_t>(written);
+        } else if (written == 0 || (errno != EINTR && errno != EAGAIN) ||
+                   (errno == EAGAIN && (isStalled || !waitUntil(end)))) {
+            break;
         }
     }
+    return size;
+}
+
+/// Writes a line with its end.
+void writeLine(std::string_view line) {
+    const std::lock_guard lock(consoleMutex);
+    if (isInLine) {
+        isInLine = writeAll("\n") == 0;
+    }
+    const std::size_t written = isInLine ? 0 : writeAll(line);
+    isInLine = isInLine || (written > 0 && written < line.size());
+    isStalled = written < line.size();
 }
 
 }  // namespace
@@ -58,13 +90,9 @@ void writeConsoleLine(std::string_view message) noexcept {
             message = message.substr(0, few.size() - 1);
         }
     }
-    line = line.first(message.size() + 1);
-    std::replace_copy_if(message.begin(), message.end(), line.begin(), breaksLine, ' ');
-    line.back() = '\n';
-    {
-        const std::lock_guard lock(consoleMutex);
-        writeAll({line.data(), line.size()});
-    }
+    const std::size_t size = text::copyWithoutControls(message, line.data());
+    line[size] = '\n';
+    writeLine({line.data(), size + 1});
     errno = savedErrno;
 }
 

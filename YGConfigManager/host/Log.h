@@ -17,7 +17,12 @@ namespace yg {
 void writeLogMessage(LogChannel channel, std::string_view message) noexcept;
 
 /// Writes `message` and a line end to standard error with a single write, whole among those of
-/// other threads. Line breaks and other control characters inside it become blanks, tabs stay.
+/// other threads. Line breaks and other control characters inside it (text/Controls.h) become
+/// blanks, tabs stay.
+///
+/// Where standard error does not block, a line waits for its reader for a second in all. What then
+/// has no room is lost: the whole line, or its rest, after which the next line begins on a line of
+/// its own. The lines that follow do not wait until one has been written.
 void writeConsoleLine(std::string_view message) noexcept;
 
 /// Logs what a loader does as it runs: writeRuntimeLog("load style config fail:%@", error).

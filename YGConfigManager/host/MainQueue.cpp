@@ -11,10 +11,14 @@
 #include "YGConfigManager/host/Host.h"
 #include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/Log.h"
+#include "YGConfigManager/process/ForkMutex.h"
 
 namespace yg {
 
 namespace {
+
+/// Guards the default queue and which queue is installed.
+constinit ForkMutex queueing;
 
 /// Runs `function`; what it throws is logged under `what`.
 void runAndLog(const std::function<void()>& function, std::string_view what) noexcept {
@@ -35,7 +39,7 @@ public:
         }
         std::shared_ptr<const std::function<void()>> wakeUp;
         {
-            const std::lock_guard lock(mutex_);
+            const std::lock_guard lock(queueing);
             tasks_.push_back(std::move(task));
             ++posted_;
             if (!std::exchange(isAnnounced_, true)) {
@@ -46,7 +50,7 @@ public:
     }
 
     std::size_t runPending() {
-        std::unique_lock lock(mutex_);
+        std::unique_lock lock(queueing);
         // Whatever is posted from here on belongs to the next call and is announced anew, even
         // while this one still has tasks before it.
         isAnnounced_ = false;
@@ -71,7 +75,7 @@ public:
                              : std::shared_ptr<const std::function<void()>>();
         std::shared_ptr<const std::function<void()>> wakeNow;
         {
-            const std::lock_guard lock(mutex_);
+            const std::lock_guard lock(queueing);
             wakeUp_.swap(shared);
             if (!tasks_.empty()) {
                 isAnnounced_ = true;
@@ -88,7 +92,6 @@ private:
         }
     }
 
-    std::mutex mutex_;
     std::list<std::function<void()>> tasks_;  // without tasks it takes no memory
     std::uint64_t posted_ = 0;
     std::uint64_t taken_ = 0;
@@ -98,7 +101,6 @@ private:
 
 struct Queues {
     DefaultMainQueue standard;
-    std::mutex mutex;
     std::shared_ptr<MainQueue> installed;
 };
 
@@ -106,6 +108,9 @@ Queues& queues() {
     static Immortal<Queues> all;
     return *all;
 }
+
+/// Made when the library is loaded: the child of a fork could not wait for another thread to do it.
+[[maybe_unused]] const Queues& made = queues();
 
 /// The queue that the current host names, or the process's one.
 std::shared_ptr<MainQueue> queueOfHost() {
@@ -126,13 +131,13 @@ MainQueue::~MainQueue() = default;
 void setMainQueue(std::shared_ptr<MainQueue> queue) noexcept {
     Queues& all = queues();
     // The old queue goes after the lock: its destructor is the application's.
-    const std::lock_guard lock(all.mutex);
+    const std::lock_guard lock(queueing);
     all.installed.swap(queue);
 }
 
 std::shared_ptr<MainQueue> currentMainQueue() noexcept {
     Queues& all = queues();
-    const std::lock_guard lock(all.mutex);
+    const std::lock_guard lock(queueing);
     // Nobody owns the default queue, for it never goes.
     return all.installed != nullptr
                ? all.installed

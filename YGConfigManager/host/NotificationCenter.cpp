@@ -4,40 +4,49 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <iterator>
 #include <mutex>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/Log.h"
+#include "YGConfigManager/process/ForkMutex.h"
 
 namespace yg {
 
 namespace {
 
-/// Guards every centre's `state_`, which is made for its first observer.
-std::mutex firstObserver;
+/// Guards the observers of all centres and what all tokens stand for: a token may be used by
+/// several threads, and the centre that it belongs to may have gone.
+constinit ForkMutex centers;
 
 }  // namespace
 
+/// All but notify() only under the lock.
 class NotificationCenter::State {
 public:
-    unsigned long long add(std::string name, const void* sender, Observer observer) {
-        const auto place = std::make_shared<Place>();
-        place->name = std::move(name);
-        place->sender = sender;
-        place->observer = std::move(observer);
-        const std::lock_guard lock(mutex_);
+    struct Place {
+        unsigned long long id = 0;
+        std::string name;
+        const void* sender = nullptr;
+        Observer observer;
+        std::atomic<bool> isRemoved = false;
+    };
+    using Places = std::vector<std::shared_ptr<Place>>;
+
+    unsigned long long add(const std::shared_ptr<Place>& place) {
         place->id = ++lastId_;
         places_.push_back(place);
         return place->id;
     }
 
-    void remove(unsigned long long id) noexcept {
-        // Goes after the lock: what the observer holds may have a destructor that comes back here.
+    /// The observer, which is not called any more; null if it is not here. It goes after the lock:
+    /// what it holds may have a destructor that comes back here.
+    std::shared_ptr<Place> remove(unsigned long long id) noexcept {
         std::shared_ptr<Place> removed;
-        const std::lock_guard lock(mutex_);
         const auto found = std::find_if(places_.begin(), places_.end(),
                                         [id](const auto& place) { return place->id == id; });
         if (found != places_.end()) {
@@ -45,19 +54,19 @@ public:
             removed->isRemoved = true;
             places_.erase(found);
         }
+        return removed;
     }
 
-    void notify(const Notification& notification) {
-        std::vector<std::shared_ptr<Place>> concerned;
-        {
-            const std::lock_guard lock(mutex_);
-            for (const auto& place : places_) {
-                if (place->name == notification.name &&
-                    (place->sender == nullptr || place->sender == notification.sender.get())) {
-                    concerned.push_back(place);
-                }
-            }
-        }
+    Places concernedBy(std::string_view name, const void* sender) const {
+        Places concerned;
+        std::copy_if(
+            places_.begin(), places_.end(), std::back_inserter(concerned), [&](const auto& place) {
+                return place->name == name && (place->sender == nullptr || place->sender == sender);
+            });
+        return concerned;
+    }
+
+    static void notify(const Places& concerned, const Notification& notification) noexcept {
         for (const auto& place : concerned) {
             if (!place->isRemoved && place->observer) {
                 tell(*place, notification);
@@ -66,14 +75,6 @@ public:
     }
 
 private:
-    struct Place {
-        unsigned long long id = 0;
-        std::string name;
-        const void* sender = nullptr;
-        Observer observer;
-        std::atomic<bool> isRemoved = false;
-    };
-
     static void tell(const Place& place, const Notification& notification) noexcept {
         try {
             place.observer(notification);
@@ -84,19 +85,26 @@ private:
         }
     }
 
-    std::mutex mutex_;
-    std::vector<std::shared_ptr<Place>> places_;
+    Places places_;
     unsigned long long lastId_ = 0;
 };
 
-NotificationCenter::Token::Token(Token&& other) noexcept
-    : state_(std::exchange(other.state_, {})), id_(std::exchange(other.id_, 0)) {}
+NotificationCenter::Token::Token(Token&& other) noexcept {
+    const std::lock_guard lock(centers);
+    state_.swap(other.state_);
+    std::swap(id_, other.id_);
+}
 
 NotificationCenter::Token& NotificationCenter::Token::operator=(Token&& other) noexcept {
     if (this != &other) {
-        remove();
-        state_ = std::exchange(other.state_, {});
-        id_ = std::exchange(other.id_, 0);
+        // The observer before goes last, after the lock and when this token is finished: what it
+        // holds may hold this token.
+        Token before;
+        const std::lock_guard lock(centers);
+        before.state_.swap(state_);
+        std::swap(before.id_, id_);
+        state_.swap(other.state_);
+        std::swap(id_, other.id_);
     }
     return *this;
 }
@@ -106,8 +114,14 @@ NotificationCenter::Token::~Token() {
 }
 
 void NotificationCenter::Token::remove() noexcept {
-    if (const std::shared_ptr<State> state = std::exchange(state_, {}).lock()) {
-        state->remove(id_);
+    // Both go after the lock, and this token perhaps with them.
+    std::shared_ptr<State> state;
+    std::shared_ptr<State::Place> removed;
+    const std::lock_guard lock(centers);
+    state = state_.lock();
+    state_.reset();
+    if (state != nullptr) {
+        removed = state->remove(id_);
     }
 }
 
@@ -123,31 +137,37 @@ NotificationCenter& NotificationCenter::standard() noexcept {
 NotificationCenter::Token NotificationCenter::addObserver(OptionalText name, const void* sender,
                                                           Observer observer) noexcept {
     return guarded("notification observer", [&] {
-        std::shared_ptr<State> state;
+        const auto place = std::make_shared<State::Place>();
+        place->name = *name;
+        place->sender = sender;
+        place->observer = std::move(observer);
+        Token token;
         {
-            const std::lock_guard lock(firstObserver);
+            const std::lock_guard lock(centers);
             if (state_ == nullptr) {
                 state_ = std::make_shared<State>();
             }
-            state = state_;
+            token.id_ = state_->add(place);
+            token.state_ = state_;
         }
-        Token token;
-        token.id_ = state->add(std::string(*name), sender, std::move(observer));
-        token.state_ = state;
         return token;
     });
 }
 
 void NotificationCenter::post(OptionalText name, const std::shared_ptr<void>& sender) noexcept {
-    // A share of its own: an observer may let the centre go.
-    std::shared_ptr<State> state;
-    {
-        const std::lock_guard lock(firstObserver);
-        state = state_;
-    }
-    if (state != nullptr) {
-        guarded("notification", [&] { state->notify({std::string(*name), sender}); });
-    }
+    guarded("notification", [&] {
+        State::Places concerned;
+        {
+            const std::lock_guard lock(centers);
+            if (state_ != nullptr) {
+                concerned = state_->concernedBy(*name, sender.get());
+            }
+        }
+        // From here on without the centre: an observer may let it go.
+        if (!concerned.empty()) {
+            State::notify(concerned, {std::string(*name), sender});
+        }
+    });
 }
 
 }  // namespace yg

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Notifications by name from a sender to whoever observes it. Every operation is safe from any
-// thread; an observer runs on the thread that posts.
+// thread, on one centre or one token too, and inside an observer; destroying a centre or a token is
+// not, while another thread uses that same one. An observer runs on the thread that posts.
 #pragma once
 
 #include <functional>
@@ -27,8 +28,9 @@ class YG_EXPORT NotificationCenter {
 public:
     using Observer = std::function<void(const Notification&)>;
 
-    /// An observer's place. When the token goes, the observer is removed; it may go inside the
-    /// observer itself, and after the centre. A default token stands for nothing.
+    /// An observer's place. When the token goes or another is assigned to it, the observer is
+    /// removed; it may go inside the observer itself, after the centre, and with what its own
+    /// observer holds. A default token stands for nothing.
     class YG_EXPORT Token {
     public:
         Token() = default;
@@ -38,7 +40,8 @@ public:
         Token& operator=(const Token&) = delete;
         ~Token();
 
-        /// Removes the observer now. It is not called any more; a call that another thread has
+        /// Removes the observer now, and the token stands for nothing. After this call the observer
+        /// is not called any more, whichever thread has removed it; a call that another thread has
         /// begun may still be under way.
         void remove() noexcept;
 

@@ -2,6 +2,7 @@
 #include "YGConfigManager/host/StandAloneHost.h"
 
 #include <cerrno>
+#include <mutex>
 #include <sys/stat.h>
 #include <system_error>
 #include <utility>
@@ -11,6 +12,7 @@
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/JsonValue.h"
 #include "YGConfigManager/host/Log.h"
+#include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/text/Format.h"
 #include "YGConfigManager/text/Paths.h"
 
@@ -23,6 +25,9 @@ constexpr std::int64_t configKind = 0;
 constexpr std::int64_t imagesKind = 4;
 
 constexpr std::size_t largestSettings = std::size_t{16} * 1024 * 1024;
+
+/// Guards the replaced right levels of all hosts.
+constinit ForkMutex overriding;
 
 std::string systemError(int code) {
     return std::generic_category().message(code);
@@ -207,7 +212,7 @@ StandAloneHost::StandAloneHost(OptionalText root) : root_(*root) {}
 StandAloneHost::~StandAloneHost() = default;
 
 void StandAloneHost::overrideUserRight(OwnedText userRight) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(overriding);
     userRightOverride_ = std::move(userRight);
 }
 
@@ -239,7 +244,7 @@ std::optional<std::string> StandAloneHost::getStorageFilePath(
 
 std::optional<std::string> StandAloneHost::getUserRightDescription() {
     return answer([&] {
-        const std::lock_guard lock(mutex_);
+        const std::lock_guard lock(overriding);
         return userRightOverride_ ? userRightOverride_ : settings_.rightLevel;
     });
 }

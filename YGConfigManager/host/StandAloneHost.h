@@ -26,7 +26,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -120,7 +119,6 @@ private:
     const std::string root_;
     Settings settings_;  // set before the host is handed out, never changed
     std::atomic<bool> userFolderIsSafe_ = false;  // made, and its name on the disk
-    std::mutex mutex_;
     std::optional<std::string> userRightOverride_;
 };
 

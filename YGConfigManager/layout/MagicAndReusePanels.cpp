@@ -136,7 +136,7 @@ xml::Element YGStyleConfigLoad::expandMagicPanels(std::optional<std::string_view
     }
 
     // Collected before anything is replaced, so references inside an inserted definition stay.
-    static const xml::Query references("descendant::reuse_panel");
+    const xml::Query references("descendant::reuse_panel");
     RecordMap<Extent> extents;
     for (const xml::Node& node : expanded.query(references)) {
         xml::Element reference(node);

@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: MIT
 //
 // The style loader's walk through the content of a style, a magic panel or a reuse panel.
+#include <mutex>
+
 #include "YGConfigManager/layout/Expansion.h"
 #include "YGConfigManager/layout/LayoutAttributes.h"
 #include "YGConfigManager/layout/LayoutRules.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
+#include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/text/Format.h"
 
 namespace yg {
 
 namespace {
+
+/// Custom pages mark the magic panels that they show, and pages may be built on any thread.
+constinit ForkMutex marking;
 
 /// Stock detail pages show their real-time line view at the top level only.
 bool leavesOut(const StyleConfigInfo* style, const PanelConfigInfo& panel) {
@@ -153,7 +159,7 @@ void YGStyleConfigLoad::placeMagicPanel(const xml::Element& element,
 
     const std::shared_ptr<PanelConfigInfo>& panel = (*group)->begin()->value;
     {
-        const std::lock_guard lock(markLock_);
+        const std::lock_guard lock(marking);
         if (!panel->show(*groupName))
             throw std::bad_alloc();
         if (!panel->isMagicPanels())

@@ -2,9 +2,15 @@
 #include "YGConfigManager/layout/PanelConfigInfo.h"
 
 #include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/text/Format.h"
 
 namespace yg {
+
+const PanelConfigInfo::RareTexts& PanelConfigInfo::noRareTexts() {
+    static Immortal<const RareTexts> none;
+    return *none;
+}
 
 std::shared_ptr<PanelConfigInfo> PanelConfigInfo::copyWithZone() const {
     return guarded("copy record", [this] { return copied(); });

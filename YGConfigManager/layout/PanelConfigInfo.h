@@ -162,10 +162,8 @@ private:
         std::optional<std::string> excuteCommandInfo;
     };
 
-    const RareTexts& rare() const {
-        static const RareTexts none;
-        return rare_ ? *rare_ : none;
-    }
+    static const RareTexts& noRareTexts();
+    const RareTexts& rare() const { return rare_ ? *rare_ : noRareTexts(); }
     bool setRare(std::optional<std::string> RareTexts::*text,
                  std::optional<std::string> value) noexcept {
         if (!rare_) {

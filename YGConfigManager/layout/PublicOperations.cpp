@@ -2,6 +2,8 @@
 //
 // The style loader's operations as the application calls them: each hands its work to a step of the
 // same load that may run out of memory, and keeps that from the caller.
+#include <atomic>
+#include <memory>
 #include <utility>
 
 #include "YGConfigManager/host/Guarded.h"
@@ -40,15 +42,17 @@ Length(std::shared_ptr<List>) -> Length<List>;
 }  // namespace
 
 const std::shared_ptr<YGStyleConfigLoad>& YGStyleConfigLoad::getShareInstance() {
-    static Immortal<std::shared_ptr<YGStyleConfigLoad>> none;
-    return *guarded(
-        loadName,
-        [] {
-            static Immortal<std::shared_ptr<YGStyleConfigLoad>> instance(
-                std::make_shared<YGStyleConfigLoad>());
-            return &*instance;
-        },
-        &*none);
+    using Shared = const std::shared_ptr<YGStyleConfigLoad>;
+    static std::atomic<Shared*> instance = nullptr;
+    static Immortal<Shared> none;
+    Shared* known = instance;
+    if (!known)
+        guarded(loadName, [&] {
+            auto made = std::make_unique<Shared>(std::make_shared<YGStyleConfigLoad>());
+            if (instance.compare_exchange_strong(known, made.get()))
+                known = made.release();
+        });
+    return known ? *known : *none;
 }
 
 YGStyleConfigLoad* YGStyleConfigLoad::initWithStyleConfigPath(OptionalText styleConfigPath,

@@ -14,7 +14,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -287,9 +286,6 @@ private:
 
     /// The files that a load has read, so that each is parsed once however often a step asks.
     std::unique_ptr<FilesOfOneLoad> files_;
-
-    /// Custom pages mark the magic panels that they show, and pages may be built on any thread.
-    mutable std::mutex markLock_;
 };
 
 }  // namespace yg

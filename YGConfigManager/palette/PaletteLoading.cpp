@@ -237,12 +237,6 @@ void loadKeyNames(const Reporter& reporter, const xml::Element& section,
 }  // namespace
 
 bool YGPaletteLoad::readConfig(std::int8_t style) {
-    static const xml::Query colors("/ROOT/SWPALETTE/COLORES");
-    static const xml::Query keyColors("/ROOT/SWPALETTE/APP_MAP/COLORES");
-    static const xml::Query fonts("/ROOT/SWPALETTE/FONTS");
-    static const xml::Query keyFonts("/ROOT/SWPALETTE/APP_MAP/FONTS");
-    static const xml::Query images("/ROOT/SWPALETTE/BITMAPS");
-
     const Reporter reporter(sink_);
     const auto path =
         YGFrameComFun::getStorageFilePath(storageArea, std::nullopt, fileNameOf(style), false);
@@ -258,6 +252,12 @@ bool YGPaletteLoad::readConfig(std::int8_t style) {
     }
     const xml::Document& document = parsed.document;
     reportDocument(reporter, document.root());
+
+    const xml::Query colors("/ROOT/SWPALETTE/COLORES");
+    const xml::Query keyColors("/ROOT/SWPALETTE/APP_MAP/COLORES");
+    const xml::Query fonts("/ROOT/SWPALETTE/FONTS");
+    const xml::Query keyFonts("/ROOT/SWPALETTE/APP_MAP/FONTS");
+    const xml::Query images("/ROOT/SWPALETTE/BITMAPS");
 
     if (const auto section = firstSection(reporter, document, colors))
         readColors(section);

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <stdlib.h>
 
+#include "YGConfigManager/host/Immortal.h"
+
 namespace yg {
 
 namespace {
@@ -32,9 +34,9 @@ std::atomic<RandomSource*> replacement = nullptr;
 }  // namespace
 
 RandomSource& randomSource() {
-    static SystemRandomSource system;
+    static Immortal<SystemRandomSource> system;
     RandomSource* const source = replacement.load();
-    return source ? *source : system;
+    return source ? *source : *system;
 }
 
 RandomSource* setRandomSource(RandomSource* source) {

@@ -205,12 +205,12 @@ YGServerCfgLoader::Group YGServerCfgLoader::listTagWithServerType(std::uint64_t 
 
 /// What the queries for the groups do not find.
 void YGServerCfgLoader::reportDocument(const xml::Element& root) const {
-    static const xml::Query neverLoaded(
-        "/application/server[not(@type=1 or @type=2 or @type=3 or @type=4 or @type=5 or @type=7 or "
-        "@type=8)]");
     const Reporter reporter(sink_);
     if (!reporter)
         return;
+    const xml::Query neverLoaded(
+        "/application/server[not(@type=1 or @type=2 or @type=3 or @type=4 or @type=5 or @type=7 or "
+        "@type=8)]");
     reportAttributes(root, applicationAttributes, *sink_);
     if (root.name() != "application") {
         reporter.report(rules::serverRootName, root, {}, root.name());

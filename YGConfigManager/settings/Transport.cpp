@@ -6,25 +6,27 @@
 #include <utility>
 
 #include "YGConfigManager/host/Immortal.h"
+#include "YGConfigManager/process/ForkMutex.h"
 
 namespace yg {
 
 namespace {
 
-struct InstalledTransport {
-    std::mutex mutex;
-    std::shared_ptr<const Transport> transport;  // so that using it takes no memory
-};
+using SharedTransport = std::shared_ptr<const Transport>;  // so that using it takes no memory
 
-InstalledTransport& installedTransport() {
-    static Immortal<InstalledTransport> installed;
+constinit ForkMutex installing;
+
+SharedTransport& installedTransport() {
+    static Immortal<SharedTransport> installed;
     return *installed;
 }
 
-std::shared_ptr<const Transport> currentTransport() {
-    InstalledTransport& installed = installedTransport();
-    const std::lock_guard lock(installed.mutex);
-    return installed.transport;
+/// Made when the library is loaded: the child of a fork could not wait for another thread to do it.
+[[maybe_unused]] const SharedTransport& made = installedTransport();
+
+SharedTransport currentTransport() {
+    const std::lock_guard lock(installing);
+    return installedTransport();
 }
 
 }  // namespace
@@ -37,10 +39,11 @@ void startGet(std::string url, net::GetCompletion completion) {
 }
 
 Transport setTransport(Transport transport) {
-    InstalledTransport& installed = installedTransport();
     auto next = transport ? std::make_shared<const Transport>(std::move(transport)) : nullptr;
-    const std::lock_guard lock(installed.mutex);
-    installed.transport.swap(next);
+    {
+        const std::lock_guard lock(installing);
+        installedTransport().swap(next);
+    }
     return next ? *next : nullptr;
 }
 

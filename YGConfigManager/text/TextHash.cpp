@@ -15,4 +15,11 @@ TextHash TextHash::ofProcess() {
     return hash;
 }
 
+namespace {
+
+// Drawn when the library is loaded: the child of a fork could not wait for another thread to do it.
+[[maybe_unused]] const TextHash drawn = TextHash::ofProcess();
+
+}  // namespace
+
 }  // namespace yg::text

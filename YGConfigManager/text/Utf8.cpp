@@ -86,6 +86,24 @@ bool isValidUtf8(std::string_view text) {
     return validUtf8Prefix(text) == text.size();
 }
 
+Character firstCharacter(std::string_view text) {
+    constexpr char32_t replacement = 0xFFFD;
+    const unsigned lead = byteAt(text, 0);
+    if (lead < 0x80) {
+        return {lead, 1, true};
+    }
+    const std::size_t size = sequenceSize(text);
+    if (size == 0) {
+        return {replacement, 1, false};
+    }
+    // The lead byte's marker has one bit more than the sequence has bytes.
+    char32_t value = lead & (0x7FU >> size);
+    for (std::size_t at = 1; at < size; ++at) {
+        value = value << 6 | (byteAt(text, at) & 0x3FU);
+    }
+    return {value, size, true};
+}
+
 std::size_t countCodePoints(std::string_view text) {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
         return !isContinuation(static_cast<unsigned char>(byte));

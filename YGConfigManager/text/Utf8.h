@@ -16,6 +16,16 @@ std::size_t validUtf8Prefix(std::string_view text);
 /// Whether all of the text is strictly valid UTF-8; an empty text is.
 bool isValidUtf8(std::string_view text);
 
+/// A character of a text, or a byte that belongs to none.
+struct Character {
+    char32_t value;    ///< U+FFFD for a byte alone
+    std::size_t size;  ///< in bytes
+    bool isValid;
+};
+
+/// The first character of a text that is not empty.
+Character firstCharacter(std::string_view text);
+
 /// The number of code points of a valid text. In any other text each byte counts that is not a
 /// continuation byte.
 std::size_t countCodePoints(std::string_view text);

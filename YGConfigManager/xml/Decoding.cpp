@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <iconv.h>
+#include <mutex>
 #include <new>
 #include <optional>
 #include <utility>
 
+#include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/text/Utf8.h"
 
 namespace yg::xml {
@@ -80,17 +82,22 @@ Decoded notProper(std::string_view textBefore, const std::string& encoding) {
     return {{}, "Line " + lineOf(textBefore) + ": Input is not proper " + encoding};
 }
 
+/// For what takes locks of the C library that the child of a fork could find taken.
+constinit ForkMutex converters;
+
 /// An iconv converter to UTF-8; false where the encoding is not known.
 class Converter {
 public:
-    explicit Converter(const std::string& encoding)
-        : converter_(iconv_open("UTF-8", encoding.c_str())) {
+    explicit Converter(const std::string& encoding) {
+        const std::lock_guard lock(converters);
+        converter_ = iconv_open("UTF-8", encoding.c_str());
         if (!*this && errno == ENOMEM)
             throw std::bad_alloc();
     }
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
     ~Converter() {
+        const std::lock_guard lock(converters);
         if (*this)
             iconv_close(converter_);
     }
@@ -121,7 +128,7 @@ public:
     }
 
 private:
-    iconv_t converter_;
+    iconv_t converter_ = reinterpret_cast<iconv_t>(-1);
 };
 
 std::size_t asciiPrefix(std::string_view text) {

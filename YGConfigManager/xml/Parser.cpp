@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <mutex>
 #include <new>
 #include <optional>
 #include <utility>
@@ -13,6 +14,7 @@
 #include <libxml/parserInternals.h>
 #include <libxml/xmlerror.h>
 
+#include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/text/Utf8.h"
 
 namespace yg::xml {
@@ -98,13 +100,27 @@ std::optional<std::pair<std::size_t, const char*>> excess(std::string_view text)
     return std::nullopt;
 }
 
+/// For what takes libxml2's own locks, which the child of a fork could find taken: a thread's first
+/// use of it, and making and freeing contexts.
+constinit ForkMutex contexts;
+
+/// libxml2 cleans up behind this, when the process ends. Threads that still run then wait for that.
+[[gnu::destructor]] void keepThreadsFromLibxml2() {
+    contexts.lock();
+}
+
 /// While one lives, a message of libxml2 that belongs to no context, as each of those on memory
 /// that ran out, is noted on this thread and not printed.
 class StrayMessages {
 public:
-    StrayMessages()
-        : contextBefore_((initialise(), xmlStructuredErrorContext)),
-          functionBefore_(xmlStructuredError) {
+    StrayMessages() {
+        {
+            const std::lock_guard lock(contexts);
+            // libxml2 would do it at its first use, and not safely on two threads.
+            xmlInitParser();
+            contextBefore_ = xmlStructuredErrorContext;
+            functionBefore_ = xmlStructuredError;
+        }
         xmlSetStructuredErrorFunc(this, [](void* self, xmlErrorPtr error) {
             if (error->code == XML_ERR_NO_MEMORY)
                 static_cast<StrayMessages*>(self)->isOutOfMemory_ = true;
@@ -117,19 +133,14 @@ public:
     bool isOutOfMemory() const { return isOutOfMemory_; }
 
 private:
-    /// libxml2 would do it at its first use, and not safely on two threads.
-    static void initialise() {
-        static const bool initialised = (xmlInitParser(), true);
-        static_cast<void>(initialised);
-    }
-
-    void* const contextBefore_;
-    const xmlStructuredErrorFunc functionBefore_;
+    void* contextBefore_ = nullptr;
+    xmlStructuredErrorFunc functionBefore_ = nullptr;
     bool isOutOfMemory_ = false;
 };
 
 struct ContextDeleter {
     void operator()(xmlParserCtxt* context) const {
+        const std::lock_guard lock(contexts);
         xmlFreeDoc(context->myDoc);
         xmlFreeParserCtxt(context);
     }
@@ -141,7 +152,10 @@ public:
     /// `text` ends with a NUL character, and lives as long as this. Throws when memory does not
     /// suffice.
     Context(const std::string& text, const xmlSAXHandler& sax, void* reader) {
-        context_.reset(xmlNewParserCtxt());
+        {
+            const std::lock_guard lock(contexts);
+            context_.reset(xmlNewParserCtxt());
+        }
         // An input without a buffer of its own is neither copied nor read in pieces, and what lies
         // behind the parser in it has no limit.
         xmlParserInput* const input =

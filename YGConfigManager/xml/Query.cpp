@@ -412,22 +412,19 @@ private:
     QueryReach reach_;
 };
 
+/// 0, which changes nothing, when memory does not suffice.
+const locale_t plainLocale = newlocale(LC_ALL_MASK, "C", nullptr);
+
 /// While one lives, numbers in queries are read and written with a decimal point on this thread:
 /// pugixml asks the locale.
 class PointForDecimals {
 public:
-    PointForDecimals() : before_(uselocale(plain())) {}
+    PointForDecimals() : before_(uselocale(plainLocale)) {}
     ~PointForDecimals() { uselocale(before_); }
     PointForDecimals(const PointForDecimals&) = delete;
     PointForDecimals& operator=(const PointForDecimals&) = delete;
 
 private:
-    /// 0, which changes nothing, when memory does not suffice.
-    static locale_t plain() {
-        static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
-        return locale;
-    }
-
     locale_t before_;
 };
 

@@ -11,9 +11,10 @@ cd "$1"
 shift
 
 # Each folder with the folders below it, from the ground up. No subsystem includes another.
-ground='text files'
+ground='text files process'
 middle="$ground xml host diagnostics records"
 folders="
+process
 text
 files       text
 xml         $ground

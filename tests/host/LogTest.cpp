@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
+#include <future>
 #include <limits>
+#include <string>
 #include <unistd.h>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -86,11 +90,111 @@ TEST(Log, AConsoleMessageIsOneLine) {
     EXPECT_EQ(GetCapturedStderr(), "a b  c d [31m \te\n\nf g\n行情配置\n");
 }
 
+TEST(Log, AConsoleMessageNeitherCommandsATerminalNorTurnsItsText) {
+    CaptureStderr();
+    yg::writeConsoleLine(
+        "a\u009b31mb\u202ec\u2066d\u200fe\u061cf\u2028g\x9b"
+        "31m");
+    yg::writeConsoleLine("\u00db市\xb9");
+    EXPECT_EQ(GetCapturedStderr(), "a 31mb c d e f g 31m\n\u00db市\xb9\n");
+}
+
 TEST(Log, ALongConsoleLineIsWhole) {
     const std::string message(std::size_t{1} << 20, 'x');
     CaptureStderr();
     yg::writeConsoleLine(message);
     EXPECT_EQ(GetCapturedStderr(), message + "\n");
+}
+
+/// Standard error as a pipe that does not block, until the end of the scope.
+class PipedConsole {
+public:
+    PipedConsole() : kept_(::dup(STDERR_FILENO)) {
+        std::array<int, 2> ends{};
+        EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK), 0);
+        reader_ = ends[0];
+        ::dup2(ends[1], STDERR_FILENO);
+        ::close(ends[1]);
+    }
+    ~PipedConsole() {
+        close();
+        ::close(reader_);
+    }
+    PipedConsole(const PipedConsole&) = delete;
+    PipedConsole& operator=(const PipedConsole&) = delete;
+
+    /// Brings standard error back; the pipe then ends with what is in it.
+    void close() {
+        if (kept_ >= 0) {
+            ::dup2(kept_, STDERR_FILENO);
+            ::close(std::exchange(kept_, -1));
+        }
+    }
+
+    /// Fills the pipe up and answers how much that took.
+    static std::size_t fill() {
+        std::size_t size = 0;
+        for (const std::size_t piece : {4096, 1}) {
+            const std::string dots(piece, '.');
+            while (::write(STDERR_FILENO, dots.data(), piece) > 0) {
+                size += piece;
+            }
+        }
+        return size;
+    }
+
+    /// What is in the pipe now.
+    std::string taken() const {
+        std::string all;
+        std::array<char, 4096> piece;
+        for (ssize_t size; (size = ::read(reader_, piece.data(), piece.size())) > 0;) {
+            all.append(piece.data(), static_cast<std::size_t>(size));
+        }
+        return all;
+    }
+
+    /// What comes until standard error is brought back; for a thread of its own.
+    std::string takenUntilTheEnd() const {
+        ::fcntl(reader_, F_SETFL, 0);
+        return taken();
+    }
+
+private:
+    int kept_;
+    int reader_ = -1;
+};
+
+TEST(Log, ALineLongerThanAPipeThatDoesNotBlockIsWhole) {
+    const std::string message(std::size_t{300} << 10, 'x');
+    PipedConsole console;
+    std::future<std::string> read =
+        std::async(std::launch::async, [&] { return console.takenUntilTheEnd(); });
+    yg::writeConsoleLine(message);
+    yg::writeConsoleLine("next");
+    console.close();
+    EXPECT_TRUE(read.get() == message + "\nnext\n");
+}
+
+TEST(Log, ALineWithoutRoomIsLostAsAWholeAndTheNextOneIsNot) {
+    PipedConsole console;
+    const std::size_t filled = PipedConsole::fill();
+    yg::writeConsoleLine("lost");
+    yg::writeConsoleLine("lost as well, and at once");
+    EXPECT_EQ(console.taken(), std::string(filled, '.'));
+    yg::writeConsoleLine("written");
+    EXPECT_EQ(console.taken(), "written\n");
+}
+
+TEST(Log, WhatFollowsACutLineBeginsALineOfItsOwn) {
+    const std::string message(std::size_t{300} << 10, 'x');
+    PipedConsole console;
+    yg::writeConsoleLine(message);
+    const std::string cut = console.taken();
+    EXPECT_GT(cut.size(), 0);
+    EXPECT_TRUE(message.starts_with(cut));
+    yg::writeConsoleLine("next");
+    yg::writeConsoleLine("last");
+    EXPECT_EQ(console.taken(), "\nnext\nlast\n");
 }
 
 TEST(Log, TheConsoleLeavesErrnoAlone) {

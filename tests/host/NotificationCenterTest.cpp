@@ -1,5 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <barrier>
 #include <memory>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -203,6 +208,103 @@ TEST_F(NotificationCenter, ThreadsAddPostAndRemoveAtOnce) {
         thread.join();
     }
     EXPECT_GE(count, 800);
+}
+
+TEST_F(NotificationCenter, AnAssignmentMayDestroyTheTokensHolder) {
+    struct Holder {
+        Token token;
+    };
+    // Memory that shows what is written after the holder has gone.
+    alignas(Holder) std::array<unsigned char, sizeof(Holder)> memory{};
+    const auto fill = [&memory] { memory.fill(0x5a); };
+    const auto isAsFilled = [&memory] {
+        return std::all_of(memory.begin(), memory.end(), [](auto byte) { return byte == 0x5a; });
+    };
+    for (const bool isRemoved : {false, true}) {
+        std::shared_ptr<Holder> holder(::new (memory.data()) Holder, [&](Holder* gone) {
+            std::destroy_at(gone);
+            fill();
+        });
+        Token& token = holder->token;
+        token = center.addObserver("changed", nullptr, [holder](const Notification&) {});
+        holder.reset();
+        ASSERT_FALSE(isAsFilled());
+        if (isRemoved) {
+            token.remove();
+        } else {
+            token = observe("changed", nullptr, "goes with the holder");
+        }
+        EXPECT_TRUE(isAsFilled());
+    }
+    center.post("changed", sender);
+    EXPECT_THAT(told, IsEmpty());
+}
+
+TEST_F(NotificationCenter, ATokenAssignedToItselfKeepsItsObserver) {
+    Token token = observe("changed", nullptr, "told");
+    Token& same = token;
+    token = std::move(same);
+    center.post("changed", sender);
+    EXPECT_THAT(told, ElementsAre("told"));
+}
+
+// Each round all threads work on the same token at once.
+TEST_F(NotificationCenter, OneTokenMayBeRemovedAndAssignedByAllThreads) {
+    constexpr int rounds = 3000;
+    Token token;
+    std::atomic<int> called = 0;
+    const auto add = [&] {
+        return center.addObserver("changed", nullptr, [&called](const Notification&) { ++called; });
+    };
+    std::barrier start(4, [&]() noexcept { token = add(); });
+    const auto work = [&](const auto& step) {
+        return std::thread([&start, step] {
+            for (int round = 0; round < rounds; ++round) {
+                start.arrive_and_wait();
+                step();
+            }
+        });
+    };
+    std::vector<std::thread> threads;
+    const auto remove = [&] { token.remove(); };
+    threads.push_back(work(remove));
+    threads.push_back(work(remove));
+    threads.push_back(work([&] { token = add(); }));
+    threads.push_back(work([&] {
+        const Token moved = std::move(token);
+        center.post("changed", sender);
+    }));
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    token.remove();
+    called = 0;
+    center.post("changed", sender);
+    EXPECT_EQ(called, 0);
+}
+
+// What one thread begins to remove is removed for the other one as well when its call is over.
+TEST_F(NotificationCenter, AfterRemovingNothingIsCalledWhoeverRemoved) {
+    constexpr int rounds = 3000;
+    Token token;
+    std::atomic<int> called = 0;
+    std::atomic<int> late = 0;
+    std::barrier start(2, [&]() noexcept {
+        token = center.addObserver("changed", nullptr, [&](const Notification&) { ++called; });
+    });
+    const auto work = [&] {
+        for (int round = 0; round < rounds; ++round) {
+            start.arrive_and_wait();
+            token.remove();
+            const int before = called;
+            center.post("changed", sender);
+            late += called - before;
+        }
+    };
+    std::thread second(work);
+    work();
+    second.join();
+    EXPECT_EQ(late, 0);
 }
 
 TEST_F(NotificationCenter, TheStandardOneIsOneForTheProcess) {

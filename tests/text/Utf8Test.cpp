@@ -131,4 +131,22 @@ TEST(Utf8, CodePointsAreCountedNotBytes) {
 }
 
 }  // namespace
+TEST(FirstCharacter, IsACharacterOrAByte) {
+    const auto expect = [](std::string_view text, char32_t value, std::size_t size, bool isValid) {
+        const yg::text::Character first = yg::text::firstCharacter(text);
+        EXPECT_EQ(first.value, value);
+        EXPECT_EQ(first.size, size);
+        EXPECT_EQ(first.isValid, isValid);
+    };
+    expect("ab", U'a', 1, true);
+    expect(std::string_view("\0", 1), 0, 1, true);
+    expect("\u009bx", 0x9B, 2, true);
+    expect("市场", U'市', 3, true);
+    expect("\uFFFD", 0xFFFD, 3, true);
+    expect("\U0010FFFF", 0x10FFFF, 4, true);
+    for (const char* wrong : {"\x9b", "\xc0\x9b", "\xe5\x9b", "\xed\xa0\x80", "\xf4\x90\x80\x80"}) {
+        expect(wrong, 0xFFFD, 1, false);
+    }
+}
+
 }  // namespace yg::text

@@ -33,6 +33,8 @@ TEST(Printable, ReplacesControlCharacters) {
     EXPECT_EQ(printable("\x1b[31m"), "\uFFFD[31m");
     EXPECT_EQ(printable("\u009b31m"), "\uFFFD31m");
     EXPECT_EQ(printable("a\0b"sv), "a\uFFFDb");
+    EXPECT_EQ(printable("a\u2028b\u202eb\u2069"), "a\uFFFDb\uFFFDb\uFFFD");
+    EXPECT_EQ(displayWidth(printable("a\u202eb\u200f市\u061c")), 7);
 }
 
 TEST(Printable, ReplacesWhatIsNoUtf8) {

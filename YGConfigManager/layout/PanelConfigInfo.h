@@ -100,8 +100,8 @@ public:
     /// The magic panel group that the panel came from, once a page's slot has shown it. The loader
     /// may show it on another thread meanwhile.
     const std::optional<std::string>& magicPanelsName() const {
-        static const std::optional<std::string> none;
-        return shown().load(std::memory_order_acquire) ? rare().magicPanelsName : none;
+        const bool isShown = shown().load(std::memory_order_acquire);
+        return (isShown ? rare() : noRareTexts()).magicPanelsName;
     }
     bool setMagicPanelsName(OwnedText name) noexcept {
         if (!setRare(&RareTexts::magicPanelsName, std::move(name)))

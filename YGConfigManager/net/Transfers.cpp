@@ -16,7 +16,7 @@
 
 #include <openssl/ssl.h>
 
-#include "YGConfigManager/host/ForkMutex.h"
+#include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/net/CloseOnExec.h"
 #include "YGConfigManager/net/Unpacking.h"

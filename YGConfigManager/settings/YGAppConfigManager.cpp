@@ -430,7 +430,7 @@ void YGAppConfigManager::saveAppConfigFile(const xml::Document* document,
         const std::string bytes = document ? document->serialise(xml::Form::pretty) : "";
         if (bytes.empty())
             return;
-        const std::string_view name = fileName.value_or("");
+        const std::string_view name = *fileName;
         const files::FileWriting writing =
             xml::Document::canBeRead(bytes)
                 ? writeStoredFile(name, storagePath(fileName, true), bytes)

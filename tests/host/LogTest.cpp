@@ -134,7 +134,7 @@ public:
     /// Fills the pipe up and answers how much that took.
     static std::size_t fill() {
         std::size_t size = 0;
-        for (const std::size_t piece : {4096, 1}) {
+        for (const std::size_t piece : {std::size_t{4096}, std::size_t{1}}) {
             const std::string dots(piece, '.');
             while (::write(STDERR_FILENO, dots.data(), piece) > 0) {
                 size += piece;

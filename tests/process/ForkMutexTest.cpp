@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include "YGConfigManager/host/ForkMutex.h"
+#include "YGConfigManager/process/ForkMutex.h"
 
 #include "Proof.h"
 

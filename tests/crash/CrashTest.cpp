@@ -2,27 +2,20 @@
 //
 // A program that is killed while it saves a file, by any of the savers, leaves it whole, with what
 // it acknowledged last or what it was writing.
-#include <array>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <optional>
 #include <random>
-#include <spawn.h>
-#include <stdexcept>
 #include <string>
 #include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
-#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Program.h"
 #include "Proof.h"
 #include "crash/Savers.h"
 #include "crash/WriterLoop.h"
@@ -35,83 +28,47 @@ using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 using files::TemporaryFolder;
 
-/// The program from its start until it is killed.
+/// The program that saves numbers, from its start until it is killed.
 class Writer {
 public:
     /// Saves numbers from the first one on, for ever or so many.
-    Writer(std::string program, std::string saver, std::string root, long first,
-           std::optional<long> count = std::nullopt) {
-        std::array<int, 2> ends{};
-        if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
-            throw std::runtime_error("no pipe");
-        }
-        posix_spawn_file_actions_t actions;
-        ::posix_spawn_file_actions_init(&actions);
-        ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-        // What the tool's host logs is not wanted here.
-        ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-        std::string begin = std::to_string(first);
-        std::string number = std::to_string(count.value_or(0));
-        std::array<char*, 6> words{program.data(),
-                                   saver.data(),
-                                   root.data(),
-                                   begin.data(),
-                                   count ? number.data() : nullptr,
-                                   nullptr};
-        const int failure =
-            ::posix_spawn(&process_, program.c_str(), &actions, nullptr, words.data(), environ);
-        ::posix_spawn_file_actions_destroy(&actions);
-        ::close(ends[1]);
-        acknowledgements_ = ends[0];
-        if (failure != 0) {
-            throw std::runtime_error("the program cannot be run");
-        }
-    }
-    ~Writer() {
-        if (process_ > 0) {
-            kill();
-        }
-        ::close(acknowledgements_);
-    }
-    Writer(const Writer&) = delete;
-    Writer& operator=(const Writer&) = delete;
+    Writer(const std::string& program, const std::string& saver, const std::string& root,
+           long first, std::optional<long> count = std::nullopt)
+        : program_(wordsOf({program, saver, root, std::to_string(first)}, count)) {}
 
-    /// Waits for one more acknowledgement, or several that have come.
-    void read() {
-        std::array<char, 256> piece{};
-        const ssize_t count = ::read(acknowledgements_, piece.data(), piece.size());
-        if (count > 0) {
-            lines_.append(piece.data(), static_cast<std::size_t>(count));
-        } else {
-            isOver_ = true;
+    /// Waits for one more acknowledgement.
+    bool read() {
+        const std::optional<std::string> line = program_.line();
+        if (line) {
+            last_ = std::stol(*line);
         }
+        return line.has_value();
     }
 
     /// Whether it was still running.
     bool kill() {
-        ::kill(process_, SIGKILL);
-        int state = 0;
-        ::waitpid(std::exchange(process_, -1), &state, 0);
-        return WIFSIGNALED(state);
+        program_.kill();
+        return WIFSIGNALED(program_.wait());
     }
 
-    /// All that it acknowledged last, once it is killed; none if nothing.
+    /// What it acknowledged last, once it is killed or has ended; none if nothing.
     std::optional<long> lastNumber() {
-        while (!isOver_) {
-            read();
+        while (read()) {
         }
-        if (lines_.empty()) {
-            return std::nullopt;
-        }
-        const std::size_t end = lines_.rfind('\n', lines_.size() - 2);
-        return std::atol(lines_.c_str() + (end == std::string::npos ? 0 : end + 1));
+        return last_;
     }
 
 private:
-    pid_t process_ = -1;
-    int acknowledgements_ = -1;
-    bool isOver_ = false;
-    std::string lines_;
+    static std::vector<std::string> wordsOf(std::vector<std::string> words,
+                                            std::optional<long> count) {
+        if (count) {
+            words.push_back(std::to_string(*count));
+        }
+        return words;
+    }
+
+    Program program_;
+    std::optional<long> last_;
 };
 
 /// A saver that is killed, in a program of its own.

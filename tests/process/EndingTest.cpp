@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include "Program.h"
 #include "Proof.h"
 #include "process/SampleRoot.h"
-#include "process/Spawned.h"
 
 namespace yg::testing {
 namespace {
@@ -18,9 +18,8 @@ void expectGoodEnds(const std::string& way, int count) {
     const SampleRoot root;
     int bad = 0;
     for (int i = 0; i < count; ++i) {
-        const Ended one =
-            run({YG_PROCESS_ENDING_PROGRAM, way, root.path(), std::to_string(i % 40)});
-        bad += one.state != 0 ? 1 : 0;
+        Program one({YG_PROCESS_ENDING_PROGRAM, way, root.path(), std::to_string(i % 40)});
+        bad += one.wait() != 0 ? 1 : 0;
     }
     std::printf("%d ends, %d of them bad\n", count, bad);
     EXPECT_EQ(bad, 0);
@@ -30,9 +29,9 @@ TEST(EndingProof, StaticObjectsMayUseTheLibrary) {
     const SampleRoot root;
     for (int i = repeats(2, 20); i > 0; --i) {
         for (const char* way : {"objects", "unused"}) {
-            const Ended one = run({YG_PROCESS_ENDING_PROGRAM, way, root.path()});
-            EXPECT_EQ(one.state, 0) << way;
-            EXPECT_EQ(one.output, "all at the end\n") << way;
+            Program one({YG_PROCESS_ENDING_PROGRAM, way, root.path()});
+            EXPECT_EQ(one.all(), "all at the end\n") << way;
+            EXPECT_EQ(one.wait(), 0) << way;
         }
     }
 }

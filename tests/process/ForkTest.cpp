@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include "Program.h"
 #include "Proof.h"
 #include "process/SampleRoot.h"
-#include "process/Spawned.h"
 
 namespace yg::testing {
 namespace {
@@ -20,9 +20,9 @@ TEST(ForkProof, ChildrenOfABusyProcessMayUseTheLibrary) {
     ::setenv("TSAN_OPTIONS", "die_after_fork=0", 1);
     const SampleRoot root;
     const std::string count = std::to_string(repeats(60, 25'000));
-    const Ended parent = run({YG_PROCESS_FORK_PROGRAM, root.path(), count});
-    EXPECT_EQ(parent.state, 0);
-    EXPECT_EQ(parent.output, count + " children, 0 hang, 0 fail\n");
+    Program parent({YG_PROCESS_FORK_PROGRAM, root.path(), count});
+    EXPECT_EQ(parent.all(), count + " children, 0 hang, 0 fail\n");
+    EXPECT_EQ(parent.wait(), 0);
     ::unsetenv("ASAN_OPTIONS");
     ::unsetenv("TSAN_OPTIONS");
 }

@@ -18,7 +18,7 @@ class AtomicReference {
     /// A pointer that was stored. It goes when it is no longer the newest and nobody copies it:
     /// each reader that comes too late to leave by the word takes one off, and the writer that
     /// replaces it adds all that came.
-    struct alignas(64) Version {
+    struct Version {
         explicit Version(std::shared_ptr<T> of) : pointer(std::move(of)) {}
         const std::shared_ptr<T> pointer;
         std::atomic<std::int64_t> readers = 0;
@@ -44,11 +44,11 @@ public:
 
     /// The pointer stored last. The object stays as long as the answer is held.
     std::shared_ptr<T> load() const noexcept {
-        std::uint64_t word = word_.fetch_add(1, std::memory_order_acquire) + 1;
+        std::uint64_t word = word_.fetch_add(oneReader, std::memory_order_acquire) + oneReader;
         Version* const version = versionOf(word);
         std::shared_ptr<T> pointer = version ? version->pointer : nullptr;
         while (versionOf(word) == version) {
-            if (word_.compare_exchange_weak(word, word - 1, std::memory_order_release,
+            if (word_.compare_exchange_weak(word, word - oneReader, std::memory_order_release,
                                             std::memory_order_relaxed))
                 return pointer;
         }
@@ -60,23 +60,21 @@ public:
     void store(Next next) noexcept {
         const std::uint64_t word =
             word_.exchange(wordOf(next.version_.release()), std::memory_order_acq_rel);
-        leave(versionOf(word), static_cast<std::int64_t>(word & mostReaders));
+        leave(versionOf(word), static_cast<std::int64_t>(word / oneReader));
     }
 
 private:
-    // One word holds where the newest version lies and how many readers are copying its pointer. A
-    // version is aligned to 64 bytes and addresses have at most 48 bits, so 22 bits are left for
-    // the readers: as many as there can be threads.
+    // One word holds where the newest version lies, in its lower 48 bits, which every address fits,
+    // and how many readers are copying its pointer, which are fewer than 65,536: each is a thread
+    // of its own, and Linux lets a process have half as many unless it is told otherwise.
     static_assert(sizeof(void*) == sizeof(std::uint64_t));
-    static constexpr unsigned readerBits = 22;
-    static constexpr unsigned alignmentBits = 6;
-    static constexpr std::uint64_t mostReaders = (std::uint64_t{1} << readerBits) - 1;
+    static constexpr std::uint64_t oneReader = std::uint64_t{1} << 48;
 
     static std::uint64_t wordOf(Version* version) {
-        return reinterpret_cast<std::uintptr_t>(version) << (readerBits - alignmentBits);
+        return reinterpret_cast<std::uintptr_t>(version);
     }
     static Version* versionOf(std::uint64_t word) {
-        return reinterpret_cast<Version*>((word & ~mostReaders) >> (readerBits - alignmentBits));
+        return reinterpret_cast<Version*>(word & (oneReader - 1));
     }
 
     static void leave(Version* version, std::int64_t change) {

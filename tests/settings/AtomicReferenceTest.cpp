@@ -125,17 +125,21 @@ TEST(AtomicReferenceProof, NobodyWaitsForAReaderThatStops) {
     ASSERT_EQ(::pipe(stoppedPipe.data()), 0);
     ASSERT_EQ(::pipe(goOnPipe.data()), 0);
     struct sigaction action {};
-    struct sigaction before {};
+    struct sigaction usual {};
     action.sa_handler = stop;
-    ASSERT_EQ(::sigaction(SIGUSR1, &action, &before), 0);
+    ASSERT_EQ(::sigaction(SIGUSR1, &action, &usual), 0);
     std::atomic<bool> isOver = false;
+    std::atomic<int> reads = 0;
     std::thread reader([&] {
-        while (!isOver)
+        for (; !isOver; ++reads)
             reference.load();
     });
-    const int rounds = testing::repeats(2'000, 200'000);
+    const int rounds = testing::repeats(400, 200'000);
     for (int round = 0; round < rounds; ++round) {
         store(reference, round);
+        // Else it stops where it stopped before.
+        for (const int before = reads; reads - before < 10;)
+            std::this_thread::yield();
         ASSERT_EQ(::pthread_kill(reader.native_handle(), SIGUSR1), 0);
         char byte = 0;
         ASSERT_EQ(::read(stoppedPipe[0], &byte, 1), 1);
@@ -146,7 +150,7 @@ TEST(AtomicReferenceProof, NobodyWaitsForAReaderThatStops) {
     }
     isOver = true;
     reader.join();
-    ::sigaction(SIGUSR1, &before, nullptr);
+    ::sigaction(SIGUSR1, &usual, nullptr);
     for (const int end : {stoppedPipe[0], stoppedPipe[1], goOnPipe[0], goOnPipe[1]})
         ::close(end);
 }

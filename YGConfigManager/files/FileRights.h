@@ -29,8 +29,8 @@ bool readAccessList(const std::string& path, FileRights& rights, FileLayer& laye
 /// Gives the open file, which so far is for its owner alone, those rights. Where the user of this
 /// process may not give it the same owner, group or list, it gets less and nobody gets more:
 ///
-/// - The group cannot be given: the group, which is another one now, and others have only the rights
-///   that both had.
+/// - The group cannot be given: the group, which is another one now, and others have only those
+///   rights that both had.
 /// - The owner cannot be given: he may count among the group or the others now, so neither gets a
 ///   right that he did not have. The file belongs to the user of this process, with the owner's
 ///   rights.

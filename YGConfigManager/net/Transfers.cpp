@@ -16,10 +16,10 @@
 
 #include <openssl/ssl.h>
 
-#include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/net/CloseOnExec.h"
 #include "YGConfigManager/net/Unpacking.h"
+#include "YGConfigManager/process/ForkMutex.h"
 
 namespace yg::net {
 

@@ -48,7 +48,7 @@ enum class OtherWriters {
     /// are not on the disk yet on what the file is now, one after the other, each as setConfigItem
     /// does. The outcome is written and is what the store holds from then on; changes of others are
     /// seen only then. So stores that all merge, in any number of processes of one machine, lose no
-    /// saved change to each other, whichever of the processes are killed. Of two changes of one item
+    /// saved change to each other, whichever of the processes are killed. Of two changes of an item
     /// the one saved last stays.
     ///
     /// A file that cannot be read or is no longer well-formed is not written over; a file that is

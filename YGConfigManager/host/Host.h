@@ -9,6 +9,8 @@
 // destructors of static objects too. The child of a fork may use it as its parent could, but for a
 // store of settings or a table of web pages that another thread of the parent may have been using,
 // and for what another thread was changing or loading into: it makes objects of its own instead.
+// A download of request URLs changes their list: while one may be under way in the parent, the
+// child only looks addresses up in it.
 #pragma once
 
 #include <cstdint>

@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -20,6 +22,24 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
+struct Ended {
+    int state = -1;                ///< as waitpid gives it; 0 for a good end
+    Clock::duration endingTime{};  ///< from the end of main() to the end of the process
+};
+
+Ended run(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), YG_ENDING_PROGRAM);
+    Program program(std::move(arguments));
+    // When it left main(), if it came to that.
+    const std::string leaving = program.all();
+    Ended result{program.wait()};
+    if (!leaving.empty()) {
+        result.endingTime =
+            Clock::now() - Clock::time_point(std::chrono::nanoseconds(std::atoll(leaving.c_str())));
+    }
+    return result;
+}
+
 /// Runs the program over and over, with delays from nothing to several milliseconds.
 void expectQuickEnds(const std::string& way, const std::string& url,
                      const std::string& certificates = {}) {
@@ -27,19 +47,13 @@ void expectQuickEnds(const std::string& way, const std::string& url,
     Clock::duration longest{};
     int crashes = 0;
     for (int i = 0; i < runs; ++i) {
-        std::vector<std::string> words{YG_ENDING_PROGRAM, way, url, "20",
-                                       std::to_string(i % 20 * 400)};
+        std::vector<std::string> arguments{way, url, "20", std::to_string(i % 20 * 400)};
         if (!certificates.empty()) {
-            words.push_back(certificates);
+            arguments.push_back(certificates);
         }
-        Program program(words);
-        // When it left main(), if it came to that.
-        const std::string leaving = program.all();
-        crashes += program.wait() != 0 ? 1 : 0;
-        if (!leaving.empty()) {
-            const Clock::time_point start{std::chrono::nanoseconds(std::stoll(leaving))};
-            longest = std::max(longest, Clock::now() - start);
-        }
+        const Ended one = run(arguments);
+        crashes += one.state != 0 ? 1 : 0;
+        longest = std::max(longest, one.endingTime);
     }
     const auto milliseconds = std::chrono::duration<double, std::milli>(longest).count();
     std::printf("%d ends, %d crashes, the longest took %.1f ms\n", runs, crashes, milliseconds);

@@ -104,7 +104,7 @@ int main(int count, char** arguments) {
         return 0;
     }
     useHost(root);
-    const auto& manager = *new std::shared_ptr(YGHttpReqUrlMgr::make());
+    static const auto& manager = *new std::shared_ptr(YGHttpReqUrlMgr::make());
     if (way == "objects") {
         oldest.root = root;
         loadLayout(*YGStyleConfigLoad::getShareInstance(), root);

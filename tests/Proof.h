@@ -10,15 +10,9 @@
 
 namespace yg::testing {
 
-/// Whether the child of a process with several threads may allocate: at a fork the address
-/// sanitizer's own allocator can be locked for ever.
-#if defined(__SANITIZE_ADDRESS__)
-inline constexpr bool childrenMayAllocate = false;
-#elif defined(__has_feature)
-inline constexpr bool childrenMayAllocate = !__has_feature(address_sanitizer);
-#else
-inline constexpr bool childrenMayAllocate = true;
-#endif
+/// Whether the child of a process with several threads may allocate: at a fork the sanitizers' own
+/// allocators can be locked for ever.
+inline constexpr bool childrenMayAllocate = !isSanitized;
 
 /// How often to repeat: in the test run (a quarter of it under sanitizers), or in a proof.
 inline int repeats(int usual, int inProof) {

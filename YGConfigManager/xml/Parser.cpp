@@ -2,11 +2,15 @@
 #include "YGConfigManager/xml/Parser.h"
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cstring>
 #include <limits>
 #include <mutex>
 #include <new>
 #include <optional>
+#include <pthread.h>
+#include <thread>
 #include <utility>
 
 #include <libxml/SAX2.h>
@@ -104,8 +108,29 @@ std::optional<std::pair<std::size_t, const char*>> excess(std::string_view text)
 /// use of it, and making and freeing contexts.
 constinit ForkMutex contexts;
 
-/// libxml2 cleans up behind this, when the process ends. Threads that still run then wait for that.
+/// Parses under way, which begin under the lock of contexts, and none once the process ends.
+constinit std::atomic<int> parses = 0;
+constinit std::atomic<bool> isEnding = false;
+
+/// Those of this thread; one can be part of another.
+thread_local int parsesOfThread = 0;
+
+/// Those of other threads do not go on in the child of a fork.
+[[gnu::constructor]] void forgetParsesInChildren() {
+    ::pthread_atfork(nullptr, nullptr, [] { parses = 0; });
+}
+
+/// libxml2 cleans up behind this, when the process ends, and frees what a parse uses. So parses
+/// that are under way come to their end first, but for one whose thread was stopped; threads that
+/// begin another wait until the process is gone.
 [[gnu::destructor]] void keepThreadsFromLibxml2() {
+    constexpr int longestWait = 1000;  // milliseconds
+    {
+        const std::lock_guard lock(contexts);
+        isEnding = true;
+    }
+    for (int waited = 0; parses > 0 && waited < longestWait; ++waited)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     contexts.lock();
 }
 
@@ -115,7 +140,14 @@ class StrayMessages {
 public:
     StrayMessages() {
         {
-            const std::lock_guard lock(contexts);
+            std::unique_lock lock(contexts);
+            while (isEnding && parsesOfThread == 0) {
+                lock.unlock();
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                lock.lock();
+            }
+            ++parses;
+            ++parsesOfThread;
             // libxml2 would do it at its first use, and not safely on two threads.
             xmlInitParser();
             contextBefore_ = xmlStructuredErrorContext;
@@ -126,7 +158,11 @@ public:
                 static_cast<StrayMessages*>(self)->isOutOfMemory_ = true;
         });
     }
-    ~StrayMessages() { xmlSetStructuredErrorFunc(contextBefore_, functionBefore_); }
+    ~StrayMessages() {
+        xmlSetStructuredErrorFunc(contextBefore_, functionBefore_);
+        --parsesOfThread;
+        --parses;
+    }
     StrayMessages(const StrayMessages&) = delete;
     StrayMessages& operator=(const StrayMessages&) = delete;
 

@@ -142,7 +142,7 @@ TEST(EndingProof, OfAProcessIsNotThatOfItsForks) {
 
 TEST(ForkProof, ChildrenOfABusyParentGetTheirAnswers) {
     if (!childrenMayAllocate) {
-        GTEST_SKIP() << "the address sanitizer's allocator does not survive such forks";
+        GTEST_SKIP() << "the allocators of the sanitizers do not survive such forks";
     }
     const SanitizersAllow forks;
     const Identity identity;

@@ -210,7 +210,7 @@ private:
                set(CURLOPT_SSL_CTX_FUNCTION, &Transfer::onTls) && set(CURLOPT_SSL_CTX_DATA, this);
     }
 
-    /// For libcurl, which has other addresses to try; our own clock begins anew with each byte.
+    /// For libcurl, which has other addresses to try; our own clock starts again with each byte.
     bool limitConnecting() {
         return set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(options_.idleTime.count()));
     }
@@ -397,7 +397,7 @@ private:
     // Of what comes now.
     long status_ = 0;
     bool hasHeaders_ = false;  // to their end
-    bool hasLength_ = false;   // the end of the body is told from a cut
+    bool hasLength_ = false;   // whether a cut body can be recognised
     std::optional<std::string> contentType_;
     std::optional<HttpResponse> response_;  // the last one with whole headers
     // For the way (Transfer-Encoding) packed is packed once more what the server holds.

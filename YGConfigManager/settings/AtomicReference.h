@@ -66,7 +66,7 @@ public:
 private:
     // One word holds where the newest version lies, in its lower 48 bits, which every address fits,
     // and how many readers are copying its pointer, which are fewer than 65,536: each is a thread
-    // of its own, and Linux lets a process have half as many unless it is told otherwise.
+    // of its own, and Linux lets a process have half as many by default.
     static_assert(sizeof(void*) == sizeof(std::uint64_t));
     static constexpr std::uint64_t oneReader = std::uint64_t{1} << 48;
 

@@ -59,10 +59,10 @@ inline constexpr Rule blanksAroundAddress{
 // Request URLs.
 inline constexpr Rule unreadableUrlList{
     "unreadable-url-list", Handling::unresolved,
-    "The file is missing or is no JSON object, so there is no list."};
+    "The file is missing or is not a JSON object, so there is no list."};
 inline constexpr Rule failedDownload{
     "failed-download", Handling::unresolved,
-    "The download did not end with a whole answer or is no JSON object, so the list stays."};
+    "The download did not end with a whole answer or is not a JSON object, so the list stays."};
 inline constexpr Rule unknownMember{"unknown-member", Handling::dropped,
                                     "No member of this name is read here."};
 inline constexpr Rule memberOfWrongType{

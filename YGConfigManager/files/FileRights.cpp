@@ -23,7 +23,7 @@ bool isRefusal(int error) {
            error == ENOSYS;
 }
 
-/// Whether the error says that there is no access list.
+/// Whether the error means that the file has no access list.
 bool saysNoList(int error) {
     return error == ENODATA || error == ENOTSUP || error == ENOSYS;
 }

@@ -2,7 +2,7 @@
 //
 // Images: read from PNG and JPEG, cut, scaled, written as PNG. An image is a small value that
 // shares its pixels, which never change: copying and cutting are cheap, and any thread may use
-// copies of the same image. When memory runs out, the answer is no image; nothing is thrown.
+// copies of the same image. Without memory the answer is absent; nothing is thrown.
 #pragma once
 
 #include <cstddef>

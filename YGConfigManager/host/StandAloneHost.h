@@ -69,11 +69,11 @@ public:
     /// again.
     void overrideUserRight(OwnedText userRight);
 
-    /// user/FILE when it exists and is no folder, else storage/FILE likewise, else user/FILE. With
-    /// `isNeedWrite` it is user/FILE; the folder is made, and when it cannot be, or its name cannot
-    /// be brought to the disk, there is no location. None either for an area other than 1, for any
-    /// sub-folder that is not empty, and for a file name that is absent, empty, "." or ".." or has
-    /// a slash in it.
+    /// The first of user/FILE and storage/FILE that exists and is not a folder, else user/FILE.
+    /// With `isNeedWrite` always user/FILE: the folder is created if needed, and the answer is
+    /// absent if that fails or the folder's name cannot be synced to the disk. The answer is also
+    /// absent for an area other than 1, for a sub-folder that is not empty, and for a file name
+    /// that is absent, empty, "." or "..", or that has a slash in it.
     std::optional<std::string> getStorageFilePath(std::int64_t area,
                                                   std::optional<std::string_view> subFolderPath,
                                                   std::optional<std::string_view> fileName,

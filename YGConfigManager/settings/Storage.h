@@ -17,8 +17,8 @@ std::optional<std::string> storagePath(std::optional<std::string_view> fileName,
 /// Why a file is not written whose bytes its reader would refuse.
 inline constexpr std::string_view couldNotBeReadAgain = "it could not be read again";
 
-/// Writes a file durably and atomically; false as well when there is no path, which the error then
-/// says of the file's name, and for more bytes than a file that is read may have.
+/// Writes a file durably and atomically. Also fails if the path is absent or empty, with an error
+/// that names the file by `fileName`, and if there are more bytes than readWholeFile() would read.
 files::FileWriting writeStoredFile(std::string_view fileName,
                                    const std::optional<std::string>& path, std::string_view bytes);
 

@@ -101,10 +101,10 @@ public:
     /// The host's path of a file in the user's storage, one that can be written if `isNeedWrite`.
     static std::optional<std::string> getFilePath(OptionalText fileName, bool isNeedWrite);
 
-    /// Writes a document as the file of this name, pretty-printed. Nothing happens when there is no
-    /// document or no root element. Nor is anything written when there is no path, when the file
-    /// could not be read again, or when the write fails: the finding `unsaved-file` says why. Takes
-    /// no lock: the document must not change meanwhile.
+    /// Writes a document as the file of this name, pretty-printed. Does nothing without a document
+    /// or a root element. If the host has no path, if the file could not be read again, or if the
+    /// write fails, the finding `unsaved-file` says so, and why. Takes no lock: the document must
+    /// not change meanwhile.
     void saveAppConfigFile(const xml::Document* document, OptionalText fileName) const;
 
     /// A copy of the whole file as it stands in memory (the name is spelt so in the interface);

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+//
+// Lines and columns of a text. Internal. Any thread may call.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "YGConfigManager/text/Place.h"
+
+namespace yg::text {
+
+/// The lines of a UTF-8 text, which it does not keep: pass the same text to each call. A look-up
+/// takes the logarithm of the number of lines and the length of one line.
+class LineIndex {
+public:
+    /// A line ends behind "\n".
+    explicit LineIndex(std::string_view text);
+
+    /// The point before the byte at an offset; the end of the text for one beyond it.
+    TextPoint pointAt(std::string_view text, std::size_t offset) const;
+
+private:
+    std::vector<std::size_t> lineBegins_;
+};
+
+}  // namespace yg::text

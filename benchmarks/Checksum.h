@@ -12,7 +12,7 @@
 #include <tuple>
 #include <vector>
 
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/records/RecordMap.h"
 
 namespace yg::benchmarks {

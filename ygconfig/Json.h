@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/records/RecordMap.h"
 
 #include "ygconfig/Answer.h"

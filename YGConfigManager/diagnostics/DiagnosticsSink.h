@@ -1,62 +1,63 @@
 // SPDX-License-Identifier: MIT
 //
-// What the loaders pass over in silence, told to whoever wants to know. The loaders forgive: what
-// they cannot place they drop without a word. A sink that is given to a loader hears of each such
-// place, from the code that drops it. Answers and log lines are the same with and without one.
-// A loader calls its sink on the thread that loads or looks up.
+// Findings: what a loader drops, replaces, defaults or cannot resolve. Loaders forgive: what they
+// cannot place they drop without a word. A sink reports each such place, from the code that drops
+// it. Answers, files and log lines are the same with and without one.
+//
+// For all loaders alike: the sink is given where the loader is made, null, the default, for none;
+// it is kept as long as the loader and must live as long. The loader calls it on the thread that
+// loads or looks up, while it holds no lock.
 #pragma once
 
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "YGConfigManager/diagnostics/Rule.h"
 #include "YGConfigManager/export.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/text/Place.h"
 
 namespace yg {
 
-/// What became of the thing that a finding is about.
-enum class Handling {
-    dropped,     ///< it has no effect
-    replaced,    ///< it takes the place of an earlier definition of the same name
-    defaulted,   ///< its value cannot be read as it stands; a default or a part of it counts
-    unresolved,  ///< it names something that does not exist
+/// A place that has to do with a finding.
+struct RelatedPlace {
+    Place place;
+    std::string_view meaning;  ///< "the earlier definition"
 };
 
-/// One kind of finding. Rules are constants: a finding's rule lives as long as the program.
-struct Rule {
-    std::string_view name;  ///< stable and made for people and scripts: "unknown-attribute"
-    Handling handling;
-    std::string_view meaning;  ///< one sentence for the author of the file
-};
-
-/// One thing that a loader passed over.
+/// One thing that a loader does not take as it is written.
 struct Finding {
     const Rule& rule;
-    /// The element, or another node, concerned, with its position in the file; empty when there is
-    /// none, as for a file that cannot be read.
-    xml::Node node;
-    /// The attribute concerned; empty when it is the node itself. In JSON the member concerned.
+    /// What to look at: the attribute, the part of its value, the element, the text, the JSON
+    /// member, the spot of an XML error. Of a file as a whole it has the path alone.
+    Place place;
+    /// All that the finding is about, with the content of an element. Where the rule says that it
+    /// is dropped, the file means the same without it.
+    Place extent;
+    /// The name of the element concerned, "#text" for text and "#comment" for a comment; empty when
+    /// there is none, as in JSON.
+    std::string element;
+    /// The attribute concerned; empty when it is the element itself. In JSON the member concerned:
+    /// "urlConfigList[2].urlKey".
     std::string attribute;
-    /// The text concerned: a value, a name, a path; empty when there is none.
+    /// The text concerned: a value, a name, a path, a cause; empty when there is none.
     std::string value;
+    std::vector<RelatedPlace> related;
 };
 
 class YG_EXPORT DiagnosticsSink {
 public:
     virtual ~DiagnosticsSink() = default;
 
-    /// Called for everything that is dropped, replaced, defaulted or cannot be resolved. What
-    /// stands inside a dropped element is dropped with it and not reported apart.
+    /// Called for each finding. What is inside a dropped element is dropped with it and not
+    /// reported by itself.
     virtual void report(const Finding& finding) = 0;
 
-    /// Called for each element that has an effect.
-    virtual void usedElement(const xml::Element&) {}
-
-    /// Called for each attribute whose value is taken as it stands.
-    virtual void usedAttribute(const xml::Element&, std::string_view /*attribute*/) {}
+    /// Called for each element, attribute and JSON member that counts as it is written.
+    virtual void used(const Place&) {}
 
     /// Called before a file is read, with its path as it was given, and before a download is, with
-    /// its URL: what is then reported on the same thread is in it.
+    /// its URL.
     virtual void readingFile(std::string_view /*path*/) {}
 };
 

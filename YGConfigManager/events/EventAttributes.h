@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// The attributes of the event configuration, row for row in the order of the format. Internal.
+// The attributes of the event configuration that are not those of a record. Internal.
 #pragma once
 
 #include <optional>
 #include <string_view>
+#include <tuple>
 
 #include "YGConfigManager/events/YGCommandData.h"
 #include "YGConfigManager/events/YGEventData.h"
@@ -12,42 +13,54 @@
 
 namespace yg {
 
-/// What an entry of a template or group includes; the text lives as long as the entry's tree.
+/// The name of a template or group; the text lives as long as its tree.
+struct EventTemplateName {
+    std::optional<std::string_view> name;
+};
+struct EventGroupName {
+    std::optional<std::string_view> name;
+};
+
+/// What an entry of a template or group includes.
 struct EventInclude {
-    std::optional<std::string_view> templateName;
+    std::optional<std::string_view> source;
 };
 
-/// A child of "command_event".
-inline constexpr AttributeRow<YGCommandData> commandAttributes[] = {
-    textRow<&YGCommandData::setCommandName, YGCommandData>("name", "commandName"),
-    textRow<&YGCommandData::setChangeStyleName, YGCommandData>("change_style", "changeStyleName"),
-    textRow<&YGCommandData::setDispatchParam, YGCommandData>("dispatch", "dispatchParam"),
-    textRow<&YGCommandData::setAddtionData, YGCommandData>("addtion_data", "addtionData"),
+template <>
+struct Description<EventTemplateName> {
+    static constexpr std::tuple fields{
+        Field{"eventTemplateDatas", &EventTemplateName::name, &EventTemplateName::name,
+              AttributeInfo{.name = "name",
+                            .sentence = "The name by which the template is included.",
+                            .names = Naming::eventTemplate,
+                            .defines = true,
+                            .isRequired = true}}};
 };
 
-/// A child of "event_template" that defines an event.
-inline constexpr AttributeRow<YGEventData> templateEventAttributes[] = {
-    textRow<&YGEventData::setEventName, YGEventData>("name", "eventName"),
-    textRow<&YGEventData::setCommand, YGEventData>("command", "command"),
-    textRow<&YGEventData::setChangeStyleName, YGEventData>("change_style", "changeStyleName"),
-    // Spelt so in templates, and only there.
-    textRow<&YGEventData::setDispatchParam, YGEventData>("disptch", "dispatchParam"),
-    textRow<&YGEventData::setAddtionData, YGEventData>("addtion_data", "addtionData"),
+template <>
+struct Description<EventGroupName> {
+    static constexpr std::tuple fields{
+        Field{"elementEventDatas", &EventGroupName::name, &EventGroupName::name,
+              AttributeInfo{.name = "name",
+                            .sentence = "The name that elements give in their attribute \"event\".",
+                            .names = Naming::eventGroup,
+                            .defines = true,
+                            .isRequired = true}}};
 };
 
-/// An "event" in "element_event".
-inline constexpr AttributeRow<YGEventData> elementEventAttributes[] = {
-    textRow<&YGEventData::setEventName, YGEventData>("name", "eventName"),
-    textRow<&YGEventData::setCommand, YGEventData>("command", "command"),
-    textRow<&YGEventData::setChangeStyleName, YGEventData>("change_style", "changeStyleName"),
-    textRow<&YGEventData::setDispatchParam, YGEventData>("dispatch", "dispatchParam"),
-    textRow<&YGEventData::setAddtionData, YGEventData>("addtion_data", "addtionData"),
+template <>
+struct Description<EventInclude> {
+    static constexpr std::tuple fields{
+        Field{"eventTemplateDatas", &EventInclude::source, &EventInclude::source,
+              AttributeInfo{.name = "src",
+                            .sentence = "The template whose events are added here; it must end "
+                                        "above.",
+                            .names = Naming::eventTemplate,
+                            .isRequired = true}}};
 };
 
-/// A child of "event_template", and in "element_event" one that is no "event": what it includes.
-inline constexpr AttributeRow<EventInclude> includeAttributes[] = {
-    {"src", "templateName", AttributeKind::text, "absent",
-     [](EventInclude& include, std::string_view value) { include.templateName = value; }},
-};
+/// In templates, and only there, an attribute is spelt in another way.
+inline constexpr auto templateEventAttributes =
+    attributesOf<YGEventData>.renamed("dispatch", "disptch");
 
 }  // namespace yg

@@ -1,21 +1,59 @@
 // SPDX-License-Identifier: MIT
 //
-// The event loader's templates and groups: what they define and what they include.
+// The event loader's sections: commands, templates and groups, what they define and what they
+// include.
 #include <utility>
+#include <vector>
 
 #include "YGConfigManager/events/EventAttributes.h"
-#include "YGConfigManager/events/EventReports.h"
 #include "YGConfigManager/events/YGEventLoader.h"
 #include "YGConfigManager/host/Log.h"
-#include "YGConfigManager/xml/Query.h"
+#include "YGConfigManager/records/Entry.h"
 
 namespace yg {
 
 namespace {
 
+constexpr std::string_view rootName = "event_list";
+constexpr std::string_view commandSection = "command_event";
+constexpr std::string_view templateSection = "event_template";
+constexpr std::string_view groupSection = "element_event";
+
+bool isSection(std::string_view name) {
+    return name == commandSection || name == templateSection || name == groupSection;
+}
+
 bool isUsable(const std::optional<std::string_view>& name) {
     return name && !name->empty();
 }
+
+/// The sections of the document that holds an element, by their kinds.
+struct Sections {
+    Sections(const Reporter& reporter, xml::Element root) {
+        while (xml::Element above = root.parent())
+            root = std::move(above);
+        reading(reporter, root, [&](Entry& list) {
+            if (list.name() != rootName)
+                return list.drop("event-root-name"_rule, {}, list.name());
+            list.forEachElement([&](Entry& section) { add(section); });
+        });
+    }
+
+    void add(Entry& section) {
+        const std::string_view name = section.name();
+        if (!isSection(name))
+            return section.drop("unknown-element"_rule, {}, name);
+        (name == commandSection    ? commands
+         : name == templateSection ? templates
+                                   : groups)
+            .push_back(section.element());
+        section.leave();
+    }
+
+    std::vector<xml::Element> commands;
+    std::vector<xml::Element> templates;
+    std::vector<xml::Element> groups;
+};
 
 /// What an include of these events adds: the names under which they stand and all of their texts.
 std::size_t bytesOf(const EventMap& events) {
@@ -29,22 +67,100 @@ std::size_t bytesOf(const EventMap& events) {
     return bytes;
 }
 
+/// Whether a section counts, by its content and its name.
+bool isKept(Entry& section, const std::optional<std::string_view>& name) {
+    if (!section.element().hasChildren())
+        section.drop("empty-event-section"_rule);
+    else if (!isUsable(name))
+        section.drop("event-section-without-name"_rule);
+    else
+        return true;
+    return false;
+}
+
+void noteNestedSection(Entry& entry) {
+    if (isSection(entry.name()))
+        entry.report("nested-event-section"_rule, {}, entry.name());
+}
+
+/// An entry that only includes has no use for what makes an event.
+void noteAttributesWithoutEvent(Entry& entry) {
+    for (const AttributeInfo& row : templateEventAttributes.rows())
+        entry.reportIfThere("attribute-without-event"_rule, row.name);
+    entry.reportIfThere("attribute-without-event"_rule, "dispatch");
+}
+
 }  // namespace
 
 /// A template or group while it is read.
 struct YGEventLoader::Section {
+    /// Stores an event, in the place of an earlier one of its name.
+    void put(Entry& entry, std::string_view name, const std::shared_ptr<YGEventData>& event,
+             bool isOwn) {
+        if (entry)
+            noteReplaced(entry, name, event, isOwn);
+        events.set(name, event);
+    }
+
+    void noteReplaced(Entry& entry, std::string_view name,
+                      const std::shared_ptr<YGEventData>& event, bool isOwn) {
+        const auto* before = events.find(name);
+        const auto earlier = entry.define(name, places);
+        const bool wasOwn = own.contains(name) && *own.find(name);
+        own.set(name, isOwn);
+        if (!before || *before == event)
+            return;
+        const Rule& lost = isOwn ? "duplicate-event"_rule : "event-lost-to-template"_rule;
+        entry.report(wasOwn ? lost : "overridden-template-event"_rule, isOwn ? "name" : "", name,
+                     earlier);
+    }
+
     EventMap events;
-    /// Whether an event was defined here; kept for diagnostics only.
-    RecordMap<bool> isOwn;
+    RecordMap<Place> places;
+    RecordMap<bool> own;  ///< whether an event was defined here; kept for findings only
 };
 
 void YGEventLoader::readTemplates(const xml::Element& root) {
-    if (!root.hasChildren())
-        return;
-    const xml::Query templates("/event_list/event_template");
-    const std::vector<xml::Node> sections = root.query(templates);
+    if (root.hasChildren())
+        readTemplates(Sections(Reporter(nullptr), root).templates);
+}
 
-    // For diagnostics: how many templates of each name are not read to their end yet.
+void YGEventLoader::readGroups(const xml::Element& root) {
+    if (root.hasChildren())
+        readGroups(Sections(Reporter(nullptr), root).groups);
+}
+
+void YGEventLoader::readDocument(const xml::Element& root) {
+    const Sections sections(Reporter(sink_), root);
+    for (const xml::Element& section : sections.commands)
+        readCommands(section);
+    readTemplates(sections.templates);
+    readGroups(sections.groups);
+}
+
+void YGEventLoader::readCommands(const xml::Element& section) {
+    reading(Reporter(sink_), section, [&](Entry& commands) {
+        if (!section.hasChildren())
+            return commands.drop("empty-event-section"_rule);
+        commands.forEachElement([&](Entry& entry) {
+            auto command = std::make_shared<YGCommandData>();
+            entry.read(*command);
+            if (!command->commandName())
+                return entry.drop("command-without-name"_rule);
+            const std::string& name = *command->commandName();
+            noteNestedSection(entry);
+            entry.reportIfThere("dispatch-spelling"_rule, "disptch");
+            if (name.empty())
+                entry.report("unreachable-command"_rule, "name");
+            const auto earlier = entry.define(name, tables_.commandPlaces);
+            if (tables_.commandDatas.set(name, command))
+                entry.report("duplicate-command"_rule, "name", name, earlier);
+        });
+    });
+}
+
+void YGEventLoader::readTemplates(const std::vector<xml::Element>& sections) {
+    // For findings: how many templates of each name are not read to their end yet.
     PendingTemplates pending;
     const auto count = [&](const xml::Element& section, std::size_t change) {
         if (const auto name = section.attribute("name"); sink_ && name) {
@@ -52,148 +168,98 @@ void YGEventLoader::readTemplates(const xml::Element& root) {
             pending.set(*name, (before ? *before : 0) + change);
         }
     };
-    for (const xml::Node& section : sections)
-        count(xml::Element(section), 1);
-    for (const xml::Node& node : sections) {
-        const xml::Element section(node);
+    for (const xml::Element& section : sections)
+        count(section, 1);
+    for (const xml::Element& section : sections) {
         readTemplate(section, pending);
         count(section, static_cast<std::size_t>(-1));
     }
 }
 
-/// The name of a template or group; absent when nothing of the section counts.
-std::optional<std::string_view> YGEventLoader::usableName(const xml::Element& section) const {
-    const Reporter reporter(sink_);
-    if (!section.hasChildren()) {
-        reporter.report(rules::emptyEventSection, section);
-        return std::nullopt;
-    }
-    const auto name = section.attribute("name");
-    if (isUsable(name))
-        return name;
-    reporter.report(rules::eventSectionWithoutName, section);
-    return std::nullopt;
-}
-
 void YGEventLoader::readTemplate(const xml::Element& section, const PendingTemplates& pending) {
-    const Reporter reporter(sink_);
-    const auto name = usableName(section);
-    if (!name)
-        return;
-    Section read;
-    for (const xml::Node& child : section.children()) {
-        if (!child.isElement()) {
-            reporter.stray(child);
-            continue;
-        }
-        const xml::Element entry(child);
-        const bool isEvent = isUsable(entry.attribute("name"));
-        EventInclude source;
-        readAttributes(entry, includeAttributes, source);
-        const bool isInclude = isUsable(source.templateName);
-        if (!isEvent && !isInclude) {
-            reporter.report(rules::eventEntryWithoutEffect, entry);
-            continue;
-        }
-        if (isEvent) {
-            auto event = std::make_shared<YGEventData>();
-            readAttributes(entry, templateEventAttributes, *event);
-            define(read, entry, event);
-        }
-        reportEventEntry(reporter, entry, templateEventAttributes, isEvent,
-                         isInclude ? nullptr : &rules::emptySrc);
-        if (isInclude)
-            include(read, entry, *source.templateName, pending);
-    }
-    reporter.used(section, "name");
-    reporter.attributesBut(section, "name");
-    if (read.events.empty()) {
-        reporter.report(rules::templateWithoutEvents, section, {}, *name);
-        return;
-    }
-    reporter.used(section);
-    tables_.templateBytes.set(*name, bytesOf(read.events));
-    if (tables_.eventTemplateDatas.set(*name, std::move(read.events)))
-        reporter.report(rules::duplicateEventTemplate, section, "name", *name);
+    reading(Reporter(sink_), section, [&](Entry& events) {
+        EventTemplateName name;
+        events.read(name);
+        if (!isKept(events, name.name))
+            return;
+        Section read;
+        events.forEachElement([&](Entry& entry) {
+            EventInclude include;
+            entry.read(include);
+            const bool isEvent = isUsable(entry.element().attribute("name"));
+            const bool isInclude = isUsable(include.source);
+            if (!isEvent && !isInclude)
+                return entry.drop("event-entry-without-effect"_rule);
+            noteNestedSection(entry);
+            if (isEvent) {
+                auto event = std::make_shared<YGEventData>();
+                entry.read(templateEventAttributes, *event);
+                entry.reportIfThere("dispatch-spelling"_rule, "dispatch");
+                read.put(entry, *event->eventName(), event, true);
+            } else {
+                noteAttributesWithoutEvent(entry);
+            }
+            if (isInclude)
+                this->include(read, entry, *include.source, pending);
+            else
+                entry.reportIfThere("empty-src"_rule, "src");
+        });
+        if (read.events.empty())
+            return events.drop("template-without-events"_rule, {}, *name.name);
+        const auto earlier = events.define(*name.name, tables_.templatePlaces);
+        tables_.templateBytes.set(*name.name, bytesOf(read.events));
+        if (tables_.eventTemplateDatas.set(*name.name, std::move(read.events)))
+            events.report("duplicate-event-template"_rule, "name", *name.name, earlier);
+    });
 }
 
-void YGEventLoader::readGroups(const xml::Element& root) {
-    if (!root.hasChildren())
-        return;
-    const xml::Query groups("/event_list/element_event");
-    for (const xml::Node& section : root.query(groups))
-        readGroup(xml::Element(section));
+void YGEventLoader::readGroups(const std::vector<xml::Element>& sections) {
+    for (const xml::Element& section : sections)
+        readGroup(section);
 }
 
 void YGEventLoader::readGroup(const xml::Element& section) {
-    const Reporter reporter(sink_);
-    const auto name = usableName(section);
-    if (!name)
-        return;
-    Section read;
-    for (const xml::Node& child : section.children()) {
-        if (!child.isElement()) {
-            reporter.stray(child);
-            continue;
-        }
-        const xml::Element entry(child);
-        if (entry.name() == "event") {
-            auto event = std::make_shared<YGEventData>();
-            readAttributes(entry, elementEventAttributes, *event);
-            if (!event->eventName()) {
-                reporter.report(rules::eventWithoutName, entry);
-                continue;
+    reading(Reporter(sink_), section, [&](Entry& events) {
+        EventGroupName name;
+        events.read(name);
+        if (!isKept(events, name.name))
+            return;
+        Section read;
+        events.forEachElement([&](Entry& entry) {
+            if (entry.name() == "event") {
+                auto event = std::make_shared<YGEventData>();
+                entry.read(*event);
+                if (!event->eventName())
+                    return entry.drop("event-without-name"_rule);
+                entry.reportIfThere("dispatch-spelling"_rule, "disptch");
+                entry.reportIfThere("src-on-event"_rule, "src");
+                if (event->eventName()->empty())
+                    entry.report("unreachable-event"_rule, "name");
+                return read.put(entry, *event->eventName(), event, true);
             }
-            define(read, entry, event);
-            reportEventEntry(reporter, entry, elementEventAttributes, true, &rules::srcOnEvent);
-            continue;
-        }
-        EventInclude source;
-        readAttributes(entry, includeAttributes, source);
-        if (!isUsable(source.templateName)) {
-            reporter.report(rules::includeWithoutSrc, entry, {}, entry.name());
-            continue;
-        }
-        reportEventEntry(reporter, entry, elementEventAttributes, false, nullptr);
-        include(read, entry, *source.templateName, {});
-    }
-    reporter.used(section);
-    reporter.used(section, "name");
-    reporter.attributesBut(section, "name");
-    if (tables_.elementEventDatas.set(*name, std::move(read.events)))
-        reporter.report(rules::duplicateEventGroup, section, "name", *name);
-}
-
-/// Stores an event under its name, which is there.
-void YGEventLoader::define(Section& section, const xml::Element& entry,
-                           const std::shared_ptr<YGEventData>& event) {
-    const std::string& name = *event->eventName();
-    const bool replaces = section.events.set(name, event);
-    const Reporter reporter(sink_);
-    if (!reporter)
-        return;
-    reporter.used(entry);
-    if (name.empty())
-        reporter.report(rules::unreachableEvent, entry, "name");
-    if (replaces) {
-        const bool* wasOwn = section.isOwn.find(name);
-        reporter.report(wasOwn && *wasOwn ? rules::duplicateEvent : rules::overriddenTemplateEvent,
-                        entry, "name", name);
-    }
-    section.isOwn.set(name, true);
+            EventInclude include;
+            entry.read(include);
+            if (!isUsable(include.source))
+                return entry.drop("include-without-src"_rule, {}, entry.name());
+            noteNestedSection(entry);
+            noteAttributesWithoutEvent(entry);
+            this->include(read, entry, *include.source, {});
+        });
+        const auto earlier = events.define(*name.name, tables_.groupPlaces);
+        if (tables_.elementEventDatas.set(*name.name, std::move(read.events)))
+            events.report("duplicate-event-group"_rule, "name", *name.name, earlier);
+    });
 }
 
 /// Adds all events of a template as it stands now, the very records.
-void YGEventLoader::include(Section& section, const xml::Element& entry,
-                            std::string_view templateName, const PendingTemplates& pending) {
-    const Reporter reporter(sink_);
+void YGEventLoader::include(Section& section, Entry& entry, std::string_view templateName,
+                            const PendingTemplates& pending) {
     const EventMap* events = tables_.eventTemplateDatas.find(templateName);
     if (!events) {
         const std::size_t* later = pending.find(templateName);
-        reporter.report(
-            later && *later > 0 ? rules::laterEventTemplate : rules::unknownEventTemplate, entry,
+        return entry.report(
+            later && *later > 0 ? "later-event-template"_rule : "unknown-event-template"_rule,
             "src", templateName);
-        return;
     }
     const std::size_t bytes = *tables_.templateBytes.find(templateName);
     if (events->size() > mostIncludedEvents - tables_.includedEvents ||
@@ -202,25 +268,12 @@ void YGEventLoader::include(Section& section, const xml::Element& entry,
             writeRuntimeLog(
                 "load palette config fail:includes add more than %ld events or %ld bytes",
                 mostIncludedEvents, mostIncludedBytes);
-        reporter.report(rules::includeLimit, entry, "src", templateName);
-        return;
+        return entry.report("include-limit"_rule, "src", templateName);
     }
     tables_.includedEvents += events->size();
     tables_.includedBytes += bytes;
-    reporter.used(entry);
-    reporter.used(entry, "src");
-    for (const auto& [name, event] : *events) {
-        if (reporter) {
-            const auto* before = section.events.find(name);
-            const bool* wasOwn = section.isOwn.find(name);
-            if (before && *before != event)
-                reporter.report(
-                    wasOwn && *wasOwn ? rules::eventLostToTemplate : rules::overriddenTemplateEvent,
-                    entry, {}, name);
-            section.isOwn.set(name, false);
-        }
-        section.events.set(name, event);
-    }
+    for (const auto& [name, event] : *events)
+        section.put(entry, name, event, false);
 }
 
 }  // namespace yg

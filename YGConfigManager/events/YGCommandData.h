@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "YGConfigManager/export.h"
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/text/OwnedText.h"
 
@@ -54,11 +54,25 @@ private:
 
 template <>
 struct Description<YGCommandData> {
+    using Command = YGCommandData;
     static constexpr std::tuple fields{
-        Field{"commandName", &YGCommandData::commandName},
-        Field{"changeStyleName", &YGCommandData::changeStyleName},
-        Field{"dispatchParam", &YGCommandData::dispatchParam},
-        Field{"addtionData", &YGCommandData::addtionData},
+        Field{"commandName", &Command::commandName, &Command::setCommandName,
+              AttributeInfo{.name = "name",
+                            .sentence = "The name by which events trigger the command.",
+                            .names = Naming::command,
+                            .defines = true,
+                            .isRequired = true}},
+        Field{"changeStyleName", &Command::changeStyleName, &Command::setChangeStyleName,
+              AttributeInfo{.name = "change_style",
+                            .sentence = "The page that the terminal changes to.",
+                            .names = Naming::style}},
+        Field{"dispatchParam", &Command::dispatchParam, &Command::setDispatchParam,
+              AttributeInfo{.name = "dispatch",
+                            .sentence = "What is dispatched; the application knows its meaning."}},
+        Field{"addtionData", &Command::addtionData, &Command::setAddtionData,
+              AttributeInfo{.name = "addtion_data",
+                            .sentence = "Additional data; the application knows its meaning. "
+                                        "The attribute is spelt like this."}},
     };
 };
 

@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "YGConfigManager/export.h"
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/text/OwnedText.h"
 
@@ -61,12 +61,31 @@ private:
 
 template <>
 struct Description<YGEventData> {
+    using Event = YGEventData;
     static constexpr std::tuple fields{
-        Field{"eventName", &YGEventData::eventName},
-        Field{"command", &YGEventData::command},
-        Field{"changeStyleName", &YGEventData::changeStyleName},
-        Field{"dispatchParam", &YGEventData::dispatchParam},
-        Field{"addtionData", &YGEventData::addtionData},
+        Field{"eventName", &Event::eventName, &Event::setEventName,
+              AttributeInfo{.name = "name",
+                            .sentence = "The event, by the name that the element gives it.",
+                            .names = Naming::event,
+                            .defines = true,
+                            .isRequired = true}},
+        Field{"command", &Event::command, &Event::setCommand,
+              AttributeInfo{.name = "command",
+                            .sentence = "The command that the event triggers.",
+                            .names = Naming::command}},
+        Field{"changeStyleName", &Event::changeStyleName, &Event::setChangeStyleName,
+              AttributeInfo{.name = "change_style",
+                            .sentence = "The page that the terminal changes to; it takes "
+                                        "precedence over the command's.",
+                            .names = Naming::style}},
+        Field{"dispatchParam", &Event::dispatchParam, &Event::setDispatchParam,
+              AttributeInfo{.name = "dispatch",
+                            .sentence = "What is dispatched; the application knows its meaning. "
+                                        "In a template the attribute is spelt \"disptch\"."}},
+        Field{"addtionData", &Event::addtionData, &Event::setAddtionData,
+              AttributeInfo{.name = "addtion_data",
+                            .sentence = "Additional data; the application knows its meaning. "
+                                        "The attribute is spelt like this."}},
     };
 };
 

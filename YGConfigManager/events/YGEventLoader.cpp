@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// The event loader: its life, the order of a load, the commands and lookups by name.
+// The event loader: its life, the steps of a load and lookups by name. Sections are
+// read in EventSections.cpp.
 #include "YGConfigManager/events/YGEventLoader.h"
 
 #include <utility>
 
-#include "YGConfigManager/events/EventAttributes.h"
-#include "YGConfigManager/events/EventReports.h"
+#include "YGConfigManager/diagnostics/Reporter.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/xml/Document.h"
-#include "YGConfigManager/xml/Query.h"
 
 namespace yg {
 
@@ -28,10 +27,8 @@ std::shared_ptr<YGEventLoader> YGEventLoader::initWithEventConfigPath(OptionalTe
                                                                       DiagnosticsSink* sink) {
     auto loader = guarded(
         loadName, [&] { return std::shared_ptr<YGEventLoader>(new YGEventLoader(path, sink)); });
-    if (loader) {
+    if (loader)
         loader->loadEventConfig();
-        loader->sink_ = nullptr;
-    }
     return loader;
 }
 
@@ -88,53 +85,14 @@ void YGEventLoader::loadSingleElementEvent(const xml::Element& section) {
 }
 
 void YGEventLoader::readFile() {
-    const xml::Query commandSections("/event_list/command_event");
     if (!configPath_ || configPath_->empty())
         return;
     const Reporter reporter(sink_);
     const xml::ParseResult parsed = reporter.parseFile(*configPath_);
-    if (!parsed) {
-        writeRuntimeLog("load palette config fail:%@", parsed.error);
-        reporter.report(rules::unreadableFile, {}, {}, parsed.error);
-        return;
-    }
-    const xml::Element root = parsed.document.root();
-    reportDocument(root);
-    for (const xml::Node& section : root.query(commandSections))
-        readCommands(xml::Element(section));
-    readTemplates(root);
-    readGroups(root);
-}
-
-void YGEventLoader::readCommands(const xml::Element& section) {
-    const Reporter reporter(sink_);
-    if (!section.hasChildren()) {
-        reporter.report(rules::emptyEventSection, section);
-        return;
-    }
-    reporter.used(section);
-    reporter.attributesBut(section, {});
-    for (const xml::Node& child : section.children()) {
-        if (!child.isElement()) {
-            reporter.stray(child);
-            continue;
-        }
-        const xml::Element entry(child);
-        auto command = std::make_shared<YGCommandData>();
-        readAttributes(entry, commandAttributes, *command);
-        if (!command->commandName()) {
-            reporter.report(rules::commandWithoutName, entry);
-            continue;
-        }
-        const std::string& name = *command->commandName();
-        const bool replaces = tables_.commandDatas.set(name, command);
-        reporter.used(entry);
-        reportEventEntry(reporter, entry, commandAttributes, true, &rules::unknownAttribute);
-        if (name.empty())
-            reporter.report(rules::unreachableCommand, entry, "name");
-        if (replaces)
-            reporter.report(rules::duplicateCommand, entry, "name", name);
-    }
+    if (parsed)
+        return readDocument(parsed.document.root());
+    writeRuntimeLog("load palette config fail:%@", parsed.error);
+    reporter.unreadable("unreadable-file"_rule, *configPath_, parsed);
 }
 
 std::shared_ptr<YGCommandData> YGEventLoader::commandByName(OptionalText name) const {
@@ -151,25 +109,6 @@ std::shared_ptr<YGEventData> YGEventLoader::eventByName(OptionalText groupName,
     const EventMap* group = tables_.elementEventDatas.find(*groupName);
     const auto* event = group ? group->find(*eventName) : nullptr;
     return event ? *event : nullptr;
-}
-
-/// What the queries for sections do not find.
-void YGEventLoader::reportDocument(const xml::Element& root) const {
-    const Reporter reporter(sink_);
-    if (!reporter)
-        return;
-    if (root.name() != "event_list") {
-        reporter.report(rules::eventRootName, root, {}, root.name());
-        return;
-    }
-    reporter.used(root);
-    reporter.attributesBut(root, {});
-    for (const xml::Node& child : root.children()) {
-        if (!child.isElement())
-            reporter.stray(child);
-        else if (!isEventSectionName(child.name()))
-            reporter.report(rules::unknownElement, child, {}, child.name());
-    }
 }
 
 }  // namespace yg

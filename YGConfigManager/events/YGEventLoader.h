@@ -14,12 +14,13 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <vector>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/events/YGCommandData.h"
 #include "YGConfigManager/events/YGEventData.h"
 #include "YGConfigManager/export.h"
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/records/RecordMap.h"
 #include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/xml/Node.h"
@@ -32,6 +33,8 @@ using CommandMap = RecordMap<std::shared_ptr<YGCommandData>>;
 using EventMap = RecordMap<std::shared_ptr<YGEventData>>;
 using EventGroupMap = RecordMap<EventMap>;
 
+class Entry;
+
 class YG_EXPORT YGEventLoader {
 public:
     /// What templates may bring into the templates and groups of one loader, counted in each that
@@ -42,8 +45,7 @@ public:
 
     /// A loader of the file at `path`, fully loaded; null only without memory for it. It is empty
     /// when the path is absent or empty, which is not logged, and when the file cannot be read,
-    /// which is. With a sink, what the load passes over is reported to it; the sink is not used
-    /// afterwards.
+    /// which is. Findings go to the sink; see diagnostics/DiagnosticsSink.h.
     static std::shared_ptr<YGEventLoader> initWithEventConfigPath(OptionalText path,
                                                                   DiagnosticsSink* sink = nullptr);
 
@@ -103,6 +105,10 @@ private:
         CommandMap commandDatas;
         EventGroupMap eventTemplateDatas;
         EventGroupMap elementEventDatas;
+        /// Where they were defined; filled for a sink only.
+        RecordMap<Place> commandPlaces;
+        RecordMap<Place> templatePlaces;
+        RecordMap<Place> groupPlaces;
         /// The bytes that an include of each template adds.
         RecordMap<std::size_t> templateBytes;
         std::size_t includedEvents = 0;
@@ -119,18 +125,17 @@ private:
 
     // The steps, which throw std::bad_alloc.
     void readFile();
+    void readDocument(const xml::Element& root);
     void readCommands(const xml::Element& section);
     void readTemplates(const xml::Element& root);
     void readGroups(const xml::Element& root);
+    void readTemplates(const std::vector<xml::Element>& sections);
+    void readGroups(const std::vector<xml::Element>& sections);
     void readGroup(const xml::Element& section);
 
-    std::optional<std::string_view> usableName(const xml::Element& section) const;
     void readTemplate(const xml::Element& section, const PendingTemplates& pending);
-    void define(Section& section, const xml::Element& entry,
-                const std::shared_ptr<YGEventData>& event);
-    void include(Section& section, const xml::Element& entry, std::string_view templateName,
+    void include(Section& section, Entry& entry, std::string_view templateName,
                  const PendingTemplates& pending);
-    void reportDocument(const xml::Element& root) const;
 
     std::optional<std::string> configPath_;
     Tables tables_;

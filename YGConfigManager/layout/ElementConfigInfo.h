@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "YGConfigManager/export.h"
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {

@@ -21,7 +21,7 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/layout/ElementConfigInfo.h"
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {

@@ -14,7 +14,7 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/layout/PanelConfigInfo.h"
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {

@@ -24,7 +24,7 @@
 #include "YGConfigManager/graphics/Color.h"
 #include "YGConfigManager/graphics/Font.h"
 #include "YGConfigManager/graphics/Image.h"
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/records/RecordMap.h"
 #include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/xml/Node.h"

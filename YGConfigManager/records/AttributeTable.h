@@ -1,22 +1,25 @@
 // SPDX-License-Identifier: MIT
 //
-// A record's attributes as a table: one row for each, from which the loader reads and from which
-// schemas, documents and dictionaries are made. A new attribute is a new row.
+// The attributes of an element as a table for its loader, made from the description of the record.
+// Internal.
 #pragma once
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <new>
-#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
-#include "YGConfigManager/diagnostics/CommonRules.h"
-#include "YGConfigManager/diagnostics/DiagnosticsSink.h"
+#include "YGConfigManager/diagnostics/RuleTable.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/text/Numbers.h"
 #include "YGConfigManager/text/Split.h"
 #include "YGConfigManager/xml/Node.h"
@@ -26,151 +29,165 @@ namespace yg {
 /// A list of texts that records share by reference.
 using TextList = std::vector<std::string>;
 
-/// How the text of an attribute is read.
-enum class AttributeKind {
-    text,            ///< as it stands
-    flag,            ///< true only for "true"
-    integer,         ///< the leading decimal integer, 0 without one
-    integerAsFloat,  ///< the same into a float field, so that a fraction is dropped
-    decimal,         ///< the leading decimal number, 0 without one
-    nameList,        ///< names between ";", empty ones kept; an empty text counts as no list
-};
-
-/// One attribute of an element that becomes a `Record`.
-template <class Record>
-struct AttributeRow {
-    std::string_view name;
-    std::string_view field;  ///< the name of the record's field
-    AttributeKind kind;
-    std::string_view whenMissing;  ///< the value without the attribute, as documents show it
-    void (*read)(Record&, std::string_view value);
-    /// Sets the value for a missing attribute where it is not the record's own default.
-    void (*setMissing)(Record&) = nullptr;
-};
-
-/// What a text lets an attribute of a kind hear from diagnostics; null when nothing is odd.
-inline const Rule* oddity(AttributeKind kind, std::string_view value) {
-    using text::NumberOddity;
-    switch (kind) {
-        case AttributeKind::text:
-            return nullptr;
-        case AttributeKind::flag:
-            return value == "true" || value == "false" ? nullptr : &rules::oddFlag;
-        case AttributeKind::integer:
-        case AttributeKind::integerAsFloat:
-            return text::readLeadingInt32(value).oddity == NumberOddity::none ? nullptr
-                                                                              : &rules::oddNumber;
-        case AttributeKind::decimal:
-            return text::readLeadingFloat(value).oddity == NumberOddity::none ? nullptr
-                                                                              : &rules::oddNumber;
-        case AttributeKind::nameList:
-            return value.empty() ? &rules::emptyList : nullptr;
-    }
-    return nullptr;
-}
-
 /// The only text that is true.
 constexpr bool isTrueText(std::string_view value) {
     return value == "true";
 }
 
-/// The rows of a table are made by these, from the record's setter.
-template <auto setter, class Record>
-constexpr AttributeRow<Record> textRow(std::string_view name, std::string_view field) {
-    return {name, field, AttributeKind::text, "absent", [](Record& record, std::string_view value) {
-                using Answer = decltype((record.*setter)(std::string(value)));
-                if constexpr (std::is_void_v<Answer>)
-                    (record.*setter)(std::string(value));
-                else if (!(record.*setter)(std::string(value)))
-                    throw std::bad_alloc();
-            }};
+/// What is odd about a value of a kind; null when nothing is.
+const Rule* oddity(AttributeKind kind, std::string_view value);
+
+/// Stores a value by a setter, which may answer false without memory for it, or in a member.
+template <class Record, class Setter, class Value>
+void store(Record& record, Setter setter, Value&& value) {
+    if constexpr (std::is_same_v<Setter, std::nullptr_t>) {
+        // There is nothing to be kept.
+    } else if constexpr (std::is_member_object_pointer_v<Setter>) {
+        record.*setter = std::forward<Value>(value);
+    } else if constexpr (std::is_same_v<decltype((record.*setter)(std::forward<Value>(value))),
+                                        bool>) {
+        if (!(record.*setter)(std::forward<Value>(value)))
+            throw std::bad_alloc();
+    } else {
+        (record.*setter)(std::forward<Value>(value));
+    }
 }
 
-template <auto setter, class Record>
-constexpr AttributeRow<Record> flagRow(std::string_view name, std::string_view field) {
-    return {name,
-            field,
-            AttributeKind::flag,
-            "false",
-            [](Record& record, std::string_view value) { (record.*setter)(isTrueText(value)); },
-            [](Record& record) { (record.*setter)(false); }};
+/// A table of a record's attributes, in the order of the description.
+template <class Record, std::size_t count>
+class AttributeTable {
+public:
+    using Read = void (*)(Record&, std::string_view value);
+
+    static_assert(count > 0 && count < 64);
+
+    constexpr AttributeTable(std::array<AttributeInfo, count> rows, std::array<Read, count> reads)
+        : rows_(rows), reads_(reads) {
+        // By the lengths of the names, so that hardly any name is compared to find one.
+        std::size_t placed = 0;
+        for (std::size_t size = 0; size < longest; ++size) {
+            first_[size] = static_cast<std::uint8_t>(placed);
+            for (std::size_t row = 0; row < count; ++row) {
+                if (rows_[row].name.size() == size)
+                    bySize_[placed++] = static_cast<std::uint8_t>(row);
+            }
+        }
+        for (std::size_t row = 0; row < count; ++row) {
+            if (rows_[row].kind == AttributeKind::flag)
+                flags_ |= std::uint64_t{1} << row;
+        }
+        first_[longest] = static_cast<std::uint8_t>(placed);
+        if (placed != count)
+            throw "the name of an attribute is too long";
+    }
+
+    constexpr std::span<const AttributeInfo> rows() const { return rows_; }
+
+    /// The same table with another name for one of its attributes.
+    constexpr AttributeTable renamed(std::string_view from, std::string_view to) const {
+        auto rows = rows_;
+        for (AttributeInfo& row : rows) {
+            if (row.name == from)
+                row.name = to;
+        }
+        return {rows, reads_};
+    }
+
+    /// Reads all attributes of an element in one pass. A missing one leaves the record's own value,
+    /// but a flag is false.
+    void read(const xml::Element& element, Record& record) const {
+        std::uint64_t seen = 0;
+        for (const xml::Attribute attribute : element.attributes()) {
+            const std::size_t row = find(attribute.name);
+            if (row == count)
+                continue;
+            reads_[row](record, attribute.value);
+            seen |= std::uint64_t{1} << row;
+        }
+        for (std::uint64_t missing = flags_ & ~seen; missing != 0; missing &= missing - 1)
+            reads_[static_cast<std::size_t>(std::countr_zero(missing))](record, {});
+    }
+
+private:
+    static constexpr std::size_t longest = 32;
+
+    std::size_t find(std::string_view name) const {
+        if (name.size() >= longest)
+            return count;
+        for (std::size_t at = first_[name.size()]; at < first_[name.size() + 1]; ++at) {
+            if (rows_[bySize_[at]].name == name)
+                return bySize_[at];
+        }
+        return count;
+    }
+
+    std::array<AttributeInfo, count> rows_;
+    std::array<Read, count> reads_;
+    std::array<std::uint8_t, count> bySize_{};
+    std::array<std::uint8_t, longest + 1> first_{};
+    std::uint64_t flags_ = 0;
+};
+
+namespace detail {
+
+template <class Record, std::size_t at>
+void readField(Record& record, std::string_view value) {
+    constexpr auto& field = std::get<at>(Description<Record>::fields);
+    constexpr AttributeKind kind = field.attribute.kind;
+    if constexpr (std::is_same_v<std::decay_t<decltype(field.setter)>, std::nullptr_t>)
+        return;
+    else if constexpr (kind == AttributeKind::text)
+        store(record, field.setter, value);
+    else if constexpr (kind == AttributeKind::flag)
+        store(record, field.setter, isTrueText(value));
+    else if constexpr (kind == AttributeKind::integer)
+        store(record, field.setter, text::leadingInt32(value));
+    else if constexpr (kind == AttributeKind::wholeNumber)
+        store(record, field.setter, static_cast<float>(text::leadingInt32(value)));
+    else if constexpr (kind == AttributeKind::decimal)
+        store(record, field.setter, text::leadingFloat(value));
+    else if (!value.empty())
+        store(record, field.setter, std::make_shared<TextList>(text::split(value, ';')));
 }
 
-template <auto setter, class Record>
-constexpr AttributeRow<Record> integerRow(std::string_view name, std::string_view field) {
-    return {name, field, AttributeKind::integer, "0", [](Record& record, std::string_view value) {
-                (record.*setter)(text::leadingInt32(value));
-            }};
-}
-
-template <auto setter, class Record>
-constexpr AttributeRow<Record> integerAsFloatRow(std::string_view name, std::string_view field) {
-    return {name, field, AttributeKind::integerAsFloat, "0.0",
-            [](Record& record, std::string_view value) {
-                (record.*setter)(static_cast<float>(text::leadingInt32(value)));
-            }};
-}
-
-/// `whenMissing` says what the record's own default is.
-template <auto setter, class Record>
-constexpr AttributeRow<Record> decimalRow(std::string_view name, std::string_view field,
-                                          std::string_view whenMissing) {
-    return {name, field, AttributeKind::decimal, whenMissing,
-            [](Record& record, std::string_view value) {
-                (record.*setter)(text::leadingFloat(value));
-            }};
-}
-
-template <auto setter, class Record>
-constexpr AttributeRow<Record> nameListRow(std::string_view name, std::string_view field) {
-    return {name, field, AttributeKind::nameList, "absent",
-            [](Record& record, std::string_view value) {
-                if (!value.empty())
-                    (record.*setter)(std::make_shared<TextList>(text::split(value, ';')));
-            }};
-}
-
-template <class Record, std::size_t size>
-std::size_t rowOf(const AttributeRow<Record> (&table)[size], std::string_view name) {
+template <class Record>
+constexpr auto makeTable() {
+    constexpr auto& fields = Description<Record>::fields;
+    constexpr std::size_t all = std::tuple_size_v<std::decay_t<decltype(fields)>>;
+    constexpr std::size_t count = std::apply(
+        [](const auto&... field) { return (std::size_t{!field.attribute.name.empty()} + ...); },
+        fields);
+    std::array<AttributeInfo, count> rows{};
+    std::array<void (*)(Record&, std::string_view), count> reads{};
     std::size_t row = 0;
-    while (row < size && table[row].name != name)
-        ++row;
-    return row;
+    const auto add = [&]<std::size_t at>(std::integral_constant<std::size_t, at>) {
+        if constexpr (!std::get<at>(Description<Record>::fields).attribute.name.empty()) {
+            rows[row] = std::get<at>(Description<Record>::fields).attribute;
+            rows[row].field = std::get<at>(Description<Record>::fields).name;
+            reads[row++] = &readField<Record, at>;
+        }
+    };
+    [&]<std::size_t... at>(std::index_sequence<at...>) {
+        (add(std::integral_constant<std::size_t, at>()), ...);
+    }
+    (std::make_index_sequence<all>());
+    return AttributeTable<Record, count>(rows, reads);
 }
 
-/// Tells a sink of each attribute of an element that is read by the table.
-template <class Record, std::size_t size>
-void reportAttributes(const xml::Element& element, const AttributeRow<Record> (&table)[size],
-                      DiagnosticsSink& sink) {
-    for (const xml::Attribute attribute : element.attributes()) {
-        const std::size_t row = rowOf(table, attribute.name);
-        const Rule* rule =
-            row < size ? oddity(table[row].kind, attribute.value) : &rules::unknownAttribute;
-        if (rule)
-            sink.report(
-                {*rule, element, std::string(attribute.name), std::string(attribute.value)});
-        else
-            sink.usedAttribute(element, attribute.name);
-    }
-}
+}  // namespace detail
 
-/// Reads all attributes of an element in one pass; a missing one gives the row's default.
-template <class Record, std::size_t size>
-void readAttributes(const xml::Element& element, const AttributeRow<Record> (&table)[size],
-                    Record& record) {
-    static_assert(size < 64);
-    std::uint64_t seen = 0;
-    for (const xml::Attribute attribute : element.attributes()) {
-        const std::size_t row = rowOf(table, attribute.name);
-        if (row == size)
-            continue;
-        table[row].read(record, attribute.value);
-        seen |= std::uint64_t{1} << row;
-    }
-    for (std::size_t row = 0; row < size; ++row) {
-        if (table[row].setMissing && (seen & (std::uint64_t{1} << row)) == 0)
-            table[row].setMissing(record);
-    }
+/// The table of a record's attributes.
+template <class Record>
+inline constexpr auto attributesOf = detail::makeTable<Record>();
+
+/// Copies each field of a record that is copied and has a setter.
+template <class Record>
+void copyFields(const Record& from, Record& to) {
+    const auto copy = [&](const auto& field) {
+        if (field.isCopied)
+            store(to, field.setter, std::invoke(field.getter, from));
+    };
+    std::apply([&](const auto&... field) { (copy(field), ...); }, Description<Record>::fields);
 }
 
 }  // namespace yg

@@ -16,7 +16,7 @@
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/export.h"
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/servers/YGServerAddrTag.h"
 #include "YGConfigManager/text/OwnedText.h"
 #include "YGConfigManager/xml/Node.h"

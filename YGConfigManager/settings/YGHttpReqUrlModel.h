@@ -14,7 +14,7 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/host/JsonModel.h"
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/settings/YGHttpUrlConfigModel.h"
 #include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/text/OwnedText.h"

@@ -11,7 +11,7 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/host/JsonModel.h"
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {

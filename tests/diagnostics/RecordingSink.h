@@ -1,54 +1,85 @@
 // SPDX-License-Identifier: MIT
 //
-// A diagnostics sink for tests: it keeps all that it is told, as lines to compare, and can say what
-// of a document nobody accounted for.
+// A diagnostics sink for tests: it keeps what is reported, as lines to compare, and can say what of
+// the files that were read nobody accounted for.
 //
 //   EXPECT_THAT(sink.lines(), ElementsAre("3: duplicate-command name=open"));
 #pragma once
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <optional>
+#include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
+#include "YGConfigManager/text/Replace.h"
+#include "YGConfigManager/xml/Document.h"
 
 namespace yg::testing {
 
+/// A finding as text. `at` is "config/styles.xml:2:10", the path alone without a line.
+struct Reported {
+    std::string rule;
+    std::string element;  ///< "panel", "#text", "" without one
+    std::string attribute;
+    std::string value;
+    std::string at;
+
+    friend bool operator==(const Reported&, const Reported&) = default;
+    friend std::ostream& operator<<(std::ostream& out, const Reported& reported) {
+        return out << '{' << reported.rule << "} {" << reported.element << "} {"
+                   << reported.attribute << "} {" << reported.value << "} {" << reported.at << '}';
+    }
+};
+
 class RecordingSink : public DiagnosticsSink {
 public:
-    struct Entry {
-        const Rule* rule;
-        xml::Node node;
-        std::string attribute;
-        std::string value;
-    };
+    /// `root` is left out of the paths in what is kept.
+    explicit RecordingSink(std::string root = "")
+        : root_(root.empty() ? std::move(root) : std::move(root) + '/') {}
 
     void report(const Finding& finding) override {
-        entries.push_back({&finding.rule, finding.node, finding.attribute, finding.value});
+        found.push_back({std::string(finding.rule.name), finding.element, finding.attribute,
+                         below(finding.value), textOf(finding.place)});
+        findings.push_back(finding);
+        reported_.insert(pointOf(finding.place));
+        reported_.insert(pointOf(finding.extent));
+        if (finding.rule.handling == Handling::dropped && finding.attribute.empty())
+            dropped_.insert(pointOf(finding.extent));
     }
-    void usedElement(const xml::Element& element) override { elements_.push_back(element); }
-    void usedAttribute(const xml::Element& element, std::string_view attribute) override {
-        attributes_.emplace_back(element, std::string(attribute));
+    void used(const Place& place) override { used_.insert(pointOf(place)); }
+    void readingFile(std::string_view path) override {
+        files.push_back(below(path));
+        std::ifstream file{std::string(path), std::ios::binary};
+        addText(std::string(std::istreambuf_iterator<char>(file), {}));
     }
-    void readingFile(std::string_view path) override { files.emplace_back(path); }
 
-    std::vector<Entry> entries;
+    /// A text that is read without a file, for unaccounted().
+    void addText(std::string text) { texts_.push_back(std::move(text)); }
+
+    /// What was reported, in order; beside it each finding itself.
+    std::vector<Reported> found;
+    std::vector<Finding> findings;
+
     std::vector<std::string> files;
 
-    /// The findings as "LINE: RULE ATTRIBUTE=VALUE", without what a finding does not have. Text
-    /// nodes have no line of their own and show that of their element.
+    /// The findings as "LINE: RULE ATTRIBUTE=VALUE", without what a finding does not have.
     std::vector<std::string> lines() const {
         std::vector<std::string> lines;
-        for (const Entry& entry : entries) {
-            std::string line;
-            if (entry.node)
-                line = std::to_string(lineOf(entry.node)) + ": ";
-            line += entry.rule->name;
-            if (!entry.attribute.empty() || !entry.value.empty())
-                line += " " + entry.attribute + "=" + entry.value;
+        for (std::size_t at = 0; at < found.size(); ++at) {
+            const Reported& each = found[at];
+            const std::uint32_t number = findings[at].place.begin.line;
+            std::string line = number == 0 ? "" : std::to_string(number) + ": ";
+            line += each.rule;
+            if (!each.attribute.empty() || !each.value.empty())
+                line += " " + each.attribute + "=" + each.value;
             lines.push_back(std::move(line));
         }
         return lines;
@@ -57,71 +88,73 @@ public:
     /// The names of the rules, in their order.
     std::vector<std::string> rules() const {
         std::vector<std::string> names;
-        for (const Entry& entry : entries)
-            names.emplace_back(entry.rule->name);
+        for (const Reported& each : found)
+            names.push_back(each.rule);
         return names;
     }
 
-    /// What in the documents seen was neither used nor reported, nor stands in something dropped.
+    /// The elements, attributes and texts of the files read that were neither used nor reported,
+    /// and are not in something dropped: "LINE: ELEMENT", "LINE: ELEMENT ATTRIBUTE", "LINE: #text".
     std::vector<std::string> unaccounted() const {
-        std::vector<xml::Element> roots;
-        const auto addRootOf = [&](const xml::Node& node) {
-            xml::Element top(node.isElement() ? node : xml::Node(node.parent()));
-            while (top.parent())
-                top = top.parent();
-            if (top && std::find(roots.begin(), roots.end(), top) == roots.end())
-                roots.push_back(top);
-        };
-        for (const xml::Element& element : elements_)
-            addRootOf(element);
-        for (const Entry& entry : entries) {
-            if (entry.node)
-                addRootOf(entry.node);
-        }
         std::vector<std::string> missing;
-        for (const xml::Element& root : roots)
-            addUnaccounted(root, missing);
+        for (const std::string& text : texts_) {
+            if (const auto parsed = xml::Document::parseBytes(text, {.positions = true}))
+                addUnaccounted(parsed.document.root(), missing);
+        }
         return missing;
     }
 
 private:
-    static unsigned lineOf(const xml::Node& node) {
-        const auto position = (node.isElement() ? node : xml::Node(node.parent())).position();
-        return position ? position->line : 0;
+    using Point = std::pair<std::uint32_t, std::uint32_t>;
+    static Point pointOf(const Place& place) { return {place.begin.line, place.begin.column}; }
+
+    static Place placeOf(const std::optional<xml::Position>& position) {
+        return position ? Place{position->file, {position->line, position->column}, {}} : Place{};
     }
 
-    bool isReported(const xml::Node& node, std::optional<std::string_view> attribute) const {
-        return std::any_of(entries.begin(), entries.end(), [&](const Entry& entry) {
-            return entry.node == node && (!attribute || entry.attribute == *attribute);
-        });
+    bool isAccounted(const Place& place) const {
+        return used_.contains(pointOf(place)) || reported_.contains(pointOf(place));
     }
 
     void addUnaccounted(const xml::Element& element, std::vector<std::string>& missing) const {
+        const Place place = placeOf(element.position());
         const std::string name =
-            std::to_string(lineOf(element)) + ": " + std::string(element.name());
-        const bool isUsed =
-            std::find(elements_.begin(), elements_.end(), element) != elements_.end();
-        if (!isUsed) {
-            if (!isReported(element, std::nullopt))
-                missing.push_back(name);
+            std::to_string(place.begin.line) + ": " + std::string(element.name());
+        if (!isAccounted(place))
+            missing.push_back(name);
+        if (!used_.contains(pointOf(place)) || dropped_.contains(pointOf(place)))
             return;
-        }
         for (const xml::Attribute attribute : element.attributes()) {
-            const std::pair<xml::Element, std::string> used(element, attribute.name);
-            if (std::find(attributes_.begin(), attributes_.end(), used) == attributes_.end() &&
-                !isReported(element, attribute.name))
+            const Place at = placeOf(element.attributePosition(attribute.name));
+            if (!isAccounted(at))
                 missing.push_back(name + " " + std::string(attribute.name));
         }
         for (const xml::Node& child : element.children()) {
             if (child.isElement())
                 addUnaccounted(xml::Element(child), missing);
-            else if (child.kind() == xml::NodeKind::text && !isReported(child, std::nullopt))
-                missing.push_back(name + " text");
+            else if (child.kind() == xml::NodeKind::text &&
+                     !isAccounted(placeOf(element.position())))
+                missing.push_back(name + " #text");
         }
     }
 
-    std::vector<xml::Element> elements_;
-    std::vector<std::pair<xml::Element, std::string>> attributes_;
+    std::string textOf(const Place& place) const {
+        std::string text = below(place.file);
+        if (place.begin.line != 0)
+            text +=
+                ':' + std::to_string(place.begin.line) + ':' + std::to_string(place.begin.column);
+        return text;
+    }
+
+    std::string below(std::string_view text) const {
+        return root_.empty() ? std::string(text) : text::replaceAll(text, root_, "");
+    }
+
+    std::string root_;
+    std::vector<std::string> texts_;
+    std::set<Point> used_;
+    std::set<Point> reported_;
+    std::set<Point> dropped_;
 };
 
 }  // namespace yg::testing

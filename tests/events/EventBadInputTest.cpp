@@ -202,7 +202,7 @@ TEST(EventBadInput, IncludesEndAtTheEventsThatAFileMayAdd) {
     const auto loader = loadEvents(includedByGroups(events, 1'500), &sink);
     EXPECT_EQ(eventsOf(*loader), mostEvents);
     EXPECT_EQ(loader->elementEventDatas().size(), 1'500U);
-    ASSERT_EQ(sink.entries.size(), 500U);
+    ASSERT_EQ(sink.found.size(), 500U);
     EXPECT_EQ(sink.lines().front(), "1002: include-limit src=t");
     EXPECT_THAT(sink.unaccounted(), IsEmpty());
     EXPECT_THAT(host->runtimeLog(), ElementsAre(limitLog));

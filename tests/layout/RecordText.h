@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 
 namespace yg::testing {
 

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "YGConfigManager/records/Fields.h"
+#include "YGConfigManager/records/Description.h"
 
 namespace yg {
 namespace {

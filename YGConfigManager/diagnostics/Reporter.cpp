@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/diagnostics/Reporter.h"
+
+#include "YGConfigManager/files/ReadFile.h"
+#include "YGConfigManager/host/Guarded.h"
+
+namespace yg {
+
+xml::ParseResult Reporter::parseFile(std::string_view path) const {
+    reading(path);
+    return orOutOfMemory(xml::Document::parseFile(path, {.positions = sink_ != nullptr}));
+}
+
+xml::ParseResult Reporter::parseBytes(std::string_view bytes) const {
+    return orOutOfMemory(xml::Document::parseBytes(bytes, {.positions = sink_ != nullptr}));
+}
+
+void Reporter::unreadable(const Rule& rule, std::string_view path,
+                          const xml::ParseResult& parsed) const {
+    report(rule, path, parsed.error);
+}
+
+void Reporter::report(const Rule& rule, std::string_view path, std::string_view value) const {
+    if (!sink_)
+        return;
+    const Place file{std::string(path), {}, {}};
+    sink_->report({rule, file, file, {}, {}, std::string(value), {}});
+}
+
+void Reporter::unsaved(std::string_view fileName, std::string_view error) const {
+    if (!sink_)
+        return;
+    const bool isNamed = !error.empty() && error != outOfMemory;
+    report("unsaved-file"_rule, fileName,
+           isNamed ? std::string(error) : files::describeFailure(fileName, outOfMemory));
+}
+
+}  // namespace yg

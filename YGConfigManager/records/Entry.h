@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+//
+// One element while a loader reads it. Asking it for something marks that as read; when its reader
+// is done, what nobody asked for is reported, so that a loader states each rule once and says
+// nothing of what it does not know. Without a sink it does nothing but read. Internal.
+//
+//   reading(reporter, root, [&](Entry& styles) {
+//       styles.forEachElement([&](Entry& style) {
+//           const auto name = style.attribute("name");
+//           if (!name)
+//               return style.drop("missing-name"_rule);
+//           …
+//       });
+//   });
+//
+// Attributes that nobody asked for are reported when the content is asked for, content that nobody
+// asked for at the end: so findings come in the order of the document.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "YGConfigManager/diagnostics/Reporter.h"
+#include "YGConfigManager/records/AttributeTable.h"
+#include "YGConfigManager/records/RecordMap.h"
+#include "YGConfigManager/xml/Node.h"
+
+namespace yg {
+
+class Entry {
+public:
+    Entry(const Entry&) = delete;
+    Entry& operator=(const Entry&) = delete;
+
+    const xml::Element& element() const { return element_; }
+    std::string_view name() const { return element_.name(); }
+
+    /// Whether somebody listens. For what is asked for findings alone.
+    explicit operator bool() const { return account_ != nullptr; }
+
+    /// The value of an attribute, which counts as read.
+    std::optional<std::string_view> attribute(std::string_view name) {
+        if (account_)
+            account_->asked.push_back(name);
+        return element_.attribute(name);
+    }
+
+    /// Reads the attributes of a table into a record.
+    template <class Record, std::size_t count>
+    void read(const AttributeTable<Record, count>& table, Record& record) {
+        table.read(element_, record);
+        if (account_)
+            account_->tables.push_back(table.rows());
+    }
+    template <class Record>
+    void read(Record& record) {
+        read(attributesOf<Record>, record);
+    }
+
+    /// Calls `visit(Entry&)` for each child element. Text between them is reported.
+    template <class Visit>
+    void forEachElement(Visit&& visit) {
+        beginContent();
+        for (const xml::Node& child : element_.children()) {
+            if (!child.isElement()) {
+                if (account_)
+                    account_->reportText(child);
+                continue;
+            }
+            Entry entry(account_ ? &account_->reporter : nullptr, child);
+            visit(entry);
+            entry.end();
+        }
+    }
+
+    /// The text in the element, which counts as read; of elements in it their text.
+    std::string text() {
+        beginContent();
+        return element_.stringValue();
+    }
+
+    /// The content is read elsewhere.
+    void leaveContent() { beginContent(); }
+
+    /// The whole element is read, or reported, elsewhere.
+    void leave() { account_.reset(); }
+
+    // ---- Findings ----
+
+    /// The element has no effect. What is inside is not reported any more, nor is what its reader
+    /// finds afterwards. An attribute that the rule is about may be named.
+    void drop(const Rule& rule, std::string_view attribute = {}, std::string_view value = {}) {
+        if (account_)
+            account_->drop(element_, rule, attribute, value);
+        account_.reset();
+    }
+
+    /// Something of the element; of an attribute if one is named.
+    void report(const Rule& rule, std::string_view attribute = {}, std::string_view value = {},
+                const std::optional<Place>& earlier = std::nullopt) {
+        if (account_)
+            account_->report(element_, rule, attribute, value, earlier);
+    }
+
+    /// The same of an attribute, if the element has it.
+    void reportIfThere(const Rule& rule, std::string_view attribute) {
+        if (!account_)
+            return;
+        if (const auto value = element_.attribute(attribute))
+            report(rule, attribute, *value);
+    }
+
+    /// A part of an attribute's value, which `part` points into.
+    void reportPart(const Rule& rule, std::string_view attribute, std::string_view part) {
+        if (account_)
+            account_->reportPart(element_, rule, attribute, part);
+    }
+
+    /// Notes that the element defines a name, and answers where it was defined before, for a
+    /// finding; absent without a sink.
+    std::optional<Place> define(std::string_view name, RecordMap<Place>& places) const {
+        return account_ ? account_->define(element_, name, places) : std::nullopt;
+    }
+
+private:
+    template <class Read>
+    friend void reading(const Reporter& reporter, const xml::Element& element, Read&& read);
+
+    /// What was asked of the element and said about it.
+    struct Account {
+        explicit Account(const Reporter& given) : reporter(given) {}
+
+        static Place placeOf(const xml::Node& node);
+        void drop(const xml::Element& element, const Rule& rule, std::string_view attribute,
+                  std::string_view value);
+        void report(const xml::Element& element, const Rule& rule, std::string_view attribute,
+                    std::string_view value, const std::optional<Place>& earlier);
+        void reportPart(const xml::Element& element, const Rule& rule, std::string_view attribute,
+                        std::string_view part);
+        static std::optional<Place> define(const xml::Element& element, std::string_view name,
+                                           RecordMap<Place>& places);
+        void reportText(const xml::Node& node) const;
+        void endAttributes(const xml::Element& element);
+        void endContent(const xml::Element& element) const;
+        const Rule* ruleFor(const xml::Attribute& attribute) const;
+
+        Reporter reporter;
+        std::vector<std::string_view> asked;
+        std::vector<std::span<const AttributeInfo>> tables;
+        std::vector<std::string> reported;  ///< attributes that a finding is about
+        bool hasEndedAttributes = false;
+        bool isContentRead = false;
+    };
+
+    Entry(const Reporter* reporter, const xml::Node& node) : element_(node) {
+        if (reporter && *reporter)
+            account_ = std::make_unique<Account>(*reporter);
+    }
+
+    void beginContent() {
+        if (account_) {
+            account_->endAttributes(element_);
+            account_->isContentRead = true;
+        }
+    }
+
+    void end() {
+        if (!account_)
+            return;
+        account_->endAttributes(element_);
+        account_->endContent(element_);
+    }
+
+    xml::Element element_;
+    std::unique_ptr<Account> account_;
+};
+
+/// Calls `read(Entry&)` for an element, and reports what it leaves unread; nothing happens for an
+/// empty handle.
+template <class Read>
+void reading(const Reporter& reporter, const xml::Element& element, Read&& read) {
+    if (!element)
+        return;
+    Entry entry(&reporter, element);
+    read(entry);
+    entry.end();
+}
+
+}  // namespace yg

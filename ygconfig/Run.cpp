@@ -7,7 +7,7 @@
 #include "YGConfigManager/host/Host.h"
 #include "YGConfigManager/host/StandAloneHost.h"
 
-#include "ygconfig/Display.h"
+#include "ygconfig/drawing/Display.h"
 
 namespace yg::tool {
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "ygconfig/Answer.h"
-#include "ygconfig/CommandLine.h"
+#include "ygconfig/commandline/CommandLine.h"
 
 namespace yg::tool {
 

@@ -12,9 +12,9 @@
 #include <unistd.h>
 #include <vector>
 
-#include "ygconfig/CommandLine.h"
-#include "ygconfig/Paint.h"
 #include "ygconfig/Run.h"
+#include "ygconfig/commandline/CommandLine.h"
+#include "ygconfig/drawing/Paint.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "crash/WriterLoop.h"
-#include "ygconfig/CommandLine.h"
 #include "ygconfig/Run.h"
+#include "ygconfig/commandline/CommandLine.h"
 
 int main(int count, char** arguments) {
     if (count < 4) {

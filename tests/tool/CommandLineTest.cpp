@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tool/TextOf.h"
-#include "ygconfig/CommandLine.h"
+#include "ygconfig/commandline/CommandLine.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ygconfig/Display.h"
+#include "ygconfig/drawing/Display.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "tool/TextOf.h"
-#include "ygconfig/Json.h"
+#include "ygconfig/json/Json.h"
 
 namespace {
 

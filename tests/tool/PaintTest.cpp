@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include "ygconfig/Paint.h"
+#include "ygconfig/drawing/Paint.h"
 
 namespace {
 

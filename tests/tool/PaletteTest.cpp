@@ -32,8 +32,8 @@
 #include "host/TempRoot.h"
 #include "tool/Golden.h"
 #include "tool/ToolRun.h"
-#include "ygconfig/CommandLine.h"
 #include "ygconfig/Run.h"
+#include "ygconfig/commandline/CommandLine.h"
 
 namespace {
 

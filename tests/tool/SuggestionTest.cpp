@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ygconfig/Suggestion.h"
+#include "ygconfig/commandline/Suggestion.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ygconfig/Tree.h"
+#include "ygconfig/drawing/Tree.h"
 
 namespace {
 

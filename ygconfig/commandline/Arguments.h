@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+//
+// What a command line says, as plain values: one struct for all commands, of which each declares
+// and reads its own part. An option that was not given is absent, an empty one is empty.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace yg::tool {
+
+struct Arguments {
+    std::string root = ".";            ///< --root
+    std::optional<std::string> right;  ///< --right
+
+    std::optional<std::string> style;  ///< --style, the main style file
+    std::optional<std::string> tab;    ///< --tab, the tab style file
+    std::optional<std::string> magic;  ///< --magic, the magic panel file
+
+    std::optional<std::string> events;  ///< --events, the event file
+    bool gray = false;                  ///< --gray, a grey-release user
+    bool weighted = false;              ///< --weighted
+
+    std::optional<std::int8_t> paletteStyle;    ///< --palette-style, the theme
+    std::optional<std::uint64_t> groupCount;    ///< --group, the pieces of a strip
+    std::optional<std::uint64_t> indexInGroup;  ///< --index
+    std::optional<double> width;                ///< --width, in points
+    std::optional<double> height;               ///< --height, in points
+    std::optional<std::string> output;          ///< -o, a file's path
+
+    bool readonly = false;                   ///< --readonly
+    bool refresh = false;                    ///< --refresh
+    std::optional<std::string> description;  ///< --description, of a settings item
+    std::optional<std::string> replacement;  ///< --replace, a file's path
+
+    std::string file;                ///< FILE, a name in the storage
+    std::string section;             ///< SECTION
+    std::string item;                ///< ITEM
+    std::string text;                ///< TEXT
+    std::optional<std::string> key;  ///< KEY or FILE where it may be missing
+
+    std::string name;                ///< NAME
+    std::string group;               ///< GROUP
+    std::string data;                ///< DATA, a file's path
+    std::string md5;                 ///< MD5
+    std::vector<std::string> items;  ///< ITEM…
+
+    /// A path below the root folder, joined with exactly one slash.
+    std::string inRoot(std::string_view path) const;
+
+    /// A path as it is below the root folder; as it stands when it is elsewhere.
+    std::optional<std::string> withoutRoot(const std::optional<std::string>& path) const;
+};
+
+/// Declares an option that takes a text, an empty one too. Given twice, the last one counts.
+void declareText(CLI::App& app, const char* option, const char* valueName,
+                 std::optional<std::string>& field, const char* help);
+
+/// Declares an option that takes a plain number of the field's type: a whole one, or one with a
+/// fraction. Given twice, the last one counts.
+void declareNumber(CLI::App& app, const char* option, const char* valueName,
+                   std::optional<std::int8_t>& field, const char* help);
+void declareNumber(CLI::App& app, const char* option, const char* valueName,
+                   std::optional<std::uint64_t>& field, const char* help);
+void declareNumber(CLI::App& app, const char* option, const char* valueName,
+                   std::optional<double>& field, const char* help);
+
+/// Declares an option without a value.
+void declareFlag(CLI::App& app, const char* option, bool& field, const char* help);
+
+/// Declares an operand that must be given.
+void declareOperand(CLI::App& app, const char* name, std::string& field, const char* help);
+
+/// Declares an operand that may be missing.
+void declareOptionalOperand(CLI::App& app, const char* name, std::optional<std::string>& field,
+                            const char* help);
+
+/// Declares an operand that may be given any number of times, none included. Each text is kept as
+/// it stands.
+void declareOperands(CLI::App& app, const char* name, std::vector<std::string>& field,
+                     const char* help);
+
+/// Declares what every command takes: --root and --right.
+void declareCommon(CLI::App& app, Arguments& arguments);
+
+}  // namespace yg::tool

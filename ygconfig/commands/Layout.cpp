@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "YGConfigManager/layout/YGStyleConfigLoad.h"
+
+#include "ygconfig/commandline/Suggestion.h"
+#include "ygconfig/commands/Commands.h"
+#include "ygconfig/drawing/Display.h"
+#include "ygconfig/drawing/LayoutView.h"
+#include "ygconfig/files/UnreadableFiles.h"
+#include "ygconfig/json/Json.h"
+
+namespace yg {
+
+/// The loader as if it were a record.
+template <>
+struct Description<YGStyleConfigLoad> {
+    static constexpr std::tuple fields{
+        Field{"defaultStyleName", &YGStyleConfigLoad::defaultStyleName},
+        Field{"styleInfos", &YGStyleConfigLoad::styleInfos},
+        Field{"tabStyleInfos", &YGStyleConfigLoad::tabStyleInfos},
+        Field{"magicPanelInfos", &YGStyleConfigLoad::magicPanelInfos},
+        Field{"scrollPanelDict", &YGStyleConfigLoad::scrollPanelDict},
+    };
+};
+
+namespace tool {
+
+namespace {
+
+void declareLayout(CLI::App& app, Arguments& arguments) {
+    declareText(app, "--style", "PATH", arguments.style,
+                "the main style file; ROOT/config/custompage_template.xml if not given");
+    declareText(app, "--tab", "PATH", arguments.tab,
+                "the tab style file; ROOT/config/tab_styles.xml if not given");
+    declareText(app, "--magic", "PATH", arguments.magic,
+                "the magic panel file; ROOT/config/magic_panels.xml if not given");
+}
+
+void declareStyle(CLI::App& app, Arguments& arguments) {
+    declareOperand(app, "NAME", arguments.name,
+                   "a style's name, or a custom page: TEMPLATE-MEMBER-MEMBER…");
+    declareLayout(app, arguments);
+}
+
+/// A loader that has read the files of the root folder, or those of the options; never null.
+std::shared_ptr<YGStyleConfigLoad> loadLayout(const Arguments& arguments,
+                                              DiagnosticsSink* sink = nullptr) {
+    const auto path = [&](const std::optional<std::string>& given, std::string_view otherwise) {
+        return given ? *given : arguments.inRoot(otherwise);
+    };
+    auto loader = std::make_shared<YGStyleConfigLoad>();
+    loader->setDiagnosticsSink(sink);
+    loader->initWithStyleConfigPath(path(arguments.style, "config/custompage_template.xml"),
+                                    path(arguments.tab, "config/tab_styles.xml"),
+                                    path(arguments.magic, "config/magic_panels.xml"));
+    return loader;
+}
+
+Answer dumpLayout(const Session& session) {
+    return jsonAnswer(loadLayout(session.arguments));
+}
+
+Answer dumpStyle(const Session& session) {
+    const auto loader = loadLayout(session.arguments);
+    return jsonAnswer(loader->loadStyleConfigInfoWithName(session.arguments.name));
+}
+
+Answer showLayout(const Session& session) {
+    UnreadableFiles unreadable;
+    const auto loader = loadLayout(session.arguments, &unreadable);
+    loader->setDiagnosticsSink(nullptr);
+    return {[loader, colour = session.colour](Output& output) {
+                LayoutView(*loader, colour).layout(output);
+            },
+            ExitCode::answer, unreadable.complaint()};
+}
+
+Answer noStyle(const YGStyleConfigLoad& loader, const std::string& name) {
+    std::vector<std::string> known;
+    if (loader.styleInfos()) {
+        for (const auto& [styleName, style] : *loader.styleInfos())
+            known.push_back(styleName);
+    }
+    return {"", ExitCode::noAnswer,
+            "ygconfig: no style '" + printable(name) + "'" + suggestion(name, known)};
+}
+
+/// What stands beside the name of a style.
+std::string noteOn(const YGStyleConfigLoad& loader, const std::string& name) {
+    if (loader.styleInfos() && loader.styleInfos()->contains(name))
+        return loader.defaultStyleName() == name ? "default" : "";
+    return "custom page of template " + printable(name.substr(0, name.find('-')));
+}
+
+Answer showStyle(const Session& session) {
+    const std::string& name = session.arguments.name;
+    const auto loader = loadLayout(session.arguments);
+    const auto style = loader->loadStyleConfigInfoWithName(name);
+    if (!style)
+        return noStyle(*loader, name);
+    return {[loader, style, note = noteOn(*loader, name), colour = session.colour](Output& output) {
+        LayoutView(*loader, colour).style(*style, note, output);
+    }};
+}
+
+constexpr Command table[] = {
+    {"dump layout", "all styles, tab styles and magic panels, as JSON",
+     "ygconfig dump layout --root examples/terminal\n"
+     "ygconfig dump layout --style draft/custompage_template.xml\n",
+     "", declareLayout, dumpLayout},
+
+    {"dump style", "one style, stored or custom, as JSON; null if there is none",
+     "ygconfig dump style 行情报价 --root examples/terminal\n"
+     "ygconfig dump style quote-SH990001-depth --root examples/terminal\n"
+     "ygconfig dump style --root examples/terminal -- -a-name-with-a-dash\n",
+     "", declareStyle, dumpStyle},
+
+    {"show layout", "all styles, tab styles and magic panels, as trees",
+     "ygconfig show layout --root examples/terminal | less\n", layoutLegend, declareLayout,
+     showLayout},
+
+    {"show style", "one style, stored or custom, as a tree with all that is in it",
+     "ygconfig show style 行情报价 --root examples/terminal\n"
+     "ygconfig show style quote-SH990001-depth --root examples/terminal\n",
+     layoutLegend, declareStyle, showStyle},
+};
+
+}  // namespace
+
+std::span<const Command> layoutCommands() {
+    return table;
+}
+
+}  // namespace tool
+
+}  // namespace yg

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "YGConfigManager/palette/YGPaletteLoad.h"
+
+#include "ygconfig/commands/Commands.h"
+#include "ygconfig/drawing/Display.h"
+#include "ygconfig/drawing/PaletteView.h"
+#include "ygconfig/files/UnreadableFiles.h"
+#include "ygconfig/files/WriteOutput.h"
+#include "ygconfig/json/Json.h"
+
+namespace yg::tool {
+
+namespace {
+
+void declarePalette(CLI::App& app, Arguments& arguments) {
+    declareNumber(app, "--palette-style", "N", arguments.paletteStyle,
+                  "the theme: 0 light, 1 dark; 0 if not given");
+}
+
+void declarePaletteKey(CLI::App& app, Arguments& arguments) {
+    declareOperand(app, "KEY", arguments.name, "an application key");
+    declarePalette(app, arguments);
+}
+
+void declareImage(CLI::App& app, Arguments& arguments) {
+    declareOperand(app, "NAME", arguments.name, "an image's name");
+    declarePalette(app, arguments);
+    declareNumber(app, "--group", "COUNT", arguments.groupCount, "how many pieces the image has");
+    declareNumber(app, "--index", "I", arguments.indexInGroup, "the piece, from 0");
+    declareNumber(app, "--width", "W", arguments.width, "scaled to this width, in points");
+    declareNumber(app, "--height", "H", arguments.height, "scaled to this height, in points");
+    declareText(app, "-o,--output", "FILE", arguments.output, "the PNG file to write");
+}
+
+/// A loader of the theme asked for; null when its palette cannot be loaded.
+std::shared_ptr<YGPaletteLoad> loadPalette(const Arguments& arguments) {
+    return YGPaletteLoad::initWithPaletteStyle(arguments.paletteStyle.value_or(0));
+}
+
+Answer dumpPalette(const Session& session) {
+    return jsonAnswer(loadPalette(session.arguments));
+}
+
+Answer showPalette(const Session& session) {
+    UnreadableFiles unreadable;
+    const auto light = YGPaletteLoad::initWithPaletteStyle(0, &unreadable);
+    const auto dark = YGPaletteLoad::initWithPaletteStyle(1, &unreadable);
+    if (!light && !dark) {
+        std::string complaint = unreadable.complaint();
+        complaint += complaint.empty() ? "" : "\n";
+        return {"", ExitCode::noAnswer, complaint + "ygconfig: no palette can be loaded"};
+    }
+    return {PaletteView(light.get(), dark.get(), session.colour).palettes(), ExitCode::answer,
+            unreadable.complaint()};
+}
+
+Answer findColor(const Session& session) {
+    const auto loader = loadPalette(session.arguments);
+    return loader ? jsonAnswer(loader->getCustomColor(session.arguments.name))
+                  : jsonAnswer(nullptr);
+}
+
+Answer findFont(const Session& session) {
+    const auto loader = loadPalette(session.arguments);
+    return loader ? jsonAnswer(loader->getCustomFont(session.arguments.name)) : jsonAnswer(nullptr);
+}
+
+/// What is wrong with the options as a whole; empty for nothing.
+std::string faultIn(const Arguments& arguments) {
+    if (!arguments.output)
+        return "-o is required";
+    if (arguments.groupCount.has_value() != arguments.indexInGroup.has_value())
+        return "--group and --index go together";
+    if (arguments.width && arguments.height)
+        return "--width or --height, not both";
+    return "";
+}
+
+/// The image asked for, by the operation of the library that makes it.
+std::optional<Image> imageOf(const YGPaletteLoad& loader, const Arguments& arguments) {
+    const bool isScaled = arguments.width || arguments.height;
+    const std::uint32_t type = arguments.width ? 0 : 1;
+    const double value = arguments.width ? *arguments.width : arguments.height.value_or(0);
+    const std::optional<Image> image = loader.getCustomImage(arguments.name);
+    if (!arguments.groupCount)
+        return isScaled ? loader.getImageByScale(arguments.name, type, value) : image;
+    const std::uint64_t count = *arguments.groupCount;
+    const std::uint64_t index = *arguments.indexInGroup;
+    return isScaled ? YGPaletteLoad::getImageInGroupByScale(image, count, index, type, value)
+                    : YGPaletteLoad::getImageByImageAndGroupIndex(image, count, index);
+}
+
+Answer writeImage(const Session& session) {
+    const Arguments& arguments = session.arguments;
+    if (const std::string fault = faultIn(arguments); !fault.empty())
+        return {"", ExitCode::unusable, "ygconfig image: " + fault};
+    const auto loader = loadPalette(arguments);
+    const auto image = loader ? imageOf(*loader, arguments) : std::nullopt;
+    const auto png = image ? image->toPng() : std::nullopt;
+    if (!png)
+        return jsonAnswer(nullptr);
+    if (const std::string error = writeOutput(*arguments.output, *png); !error.empty())
+        return {"", ExitCode::failed,
+                "ygconfig image: \"" + printable(*arguments.output) + "\": " + error};
+    return jsonAnswer(*image);
+}
+
+constexpr std::string_view paletteNotes =
+    "The palette is palette_white.xml for style 0 and palette_black.xml for style 1; ROOT/user "
+    "goes\n"
+    "before ROOT/storage. For any other style, and without its file, the answer is null.\n";
+
+constexpr std::string_view imageNotes =
+    "The answer is the size of what was written, in points and in pixels; null, with nothing "
+    "written,\n"
+    "when there is no such image. With --group and --index it is one piece of a strip of COUNT "
+    "pieces,\n"
+    "numbered from 0 at the left; the aspect ratio stays with --width as with --height.\n";
+
+constexpr Command table[] = {
+    {"dump palette", "the colours, fonts and images of a theme, as JSON; null if there is none",
+     "ygconfig dump palette --palette-style 1 --root examples/terminal\n", paletteNotes,
+     declarePalette, dumpPalette},
+
+    {"show palette", "the colours, fonts and images of both themes, side by side",
+     "ygconfig show palette --root examples/terminal | less -R\n", paletteLegend, nullptr,
+     showPalette},
+
+    {"color", "the colour of an application key, as JSON; red if there is none",
+     "ygconfig color QuoteGrid.名称 --palette-style 1 --root examples/terminal\n", paletteNotes,
+     declarePaletteKey, findColor},
+
+    {"font", "the font of an application key, as JSON; the system font if there is none",
+     "ygconfig font QuoteGrid.名称 --palette-style 1 --root examples/terminal\n", paletteNotes,
+     declarePaletteKey, findFont},
+
+    {"image", "writes an image of a theme, a piece of it or a scaled one, as PNG",
+     "ygconfig image logo -o logo.png --root examples/terminal\n"
+     "ygconfig image NavTabs.自选 --group 4 --index 1 --width 40 -o star.png --root "
+     "examples/terminal\n",
+     imageNotes, declareImage, writeImage},
+};
+
+}  // namespace
+
+std::span<const Command> paletteCommands() {
+    return table;
+}
+
+}  // namespace yg::tool

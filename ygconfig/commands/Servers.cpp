@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "YGConfigManager/servers/YGServerCfgLoader.h"
+
+#include "ygconfig/commands/Commands.h"
+#include "ygconfig/drawing/Display.h"
+#include "ygconfig/drawing/ServersView.h"
+#include "ygconfig/files/Input.h"
+#include "ygconfig/files/NothingStored.h"
+#include "ygconfig/files/UnreadableFiles.h"
+#include "ygconfig/json/Json.h"
+
+namespace yg::tool {
+
+namespace {
+
+void declareServers(CLI::App& app, Arguments& arguments) {
+    declareFlag(app, "--gray", arguments.gray, "as a user of the grey-release group");
+}
+
+void declareDelivery(CLI::App& app, Arguments& arguments) {
+    declareOperand(app, "DATA", arguments.data, "the file that is delivered");
+    declareOperand(app, "MD5", arguments.md5, "the digest that comes with it; any text");
+    declareServers(app, arguments);
+}
+
+/// A loader that has read the file for the user's right level; null when the host has no path for
+/// it.
+std::shared_ptr<YGServerCfgLoader> loadServers(const Arguments& arguments,
+                                               DiagnosticsSink* sink = nullptr) {
+    return YGServerCfgLoader::initWithIsGray(arguments.gray, sink);
+}
+
+Answer dumpServers(const Session& session) {
+    const auto loader = loadServers(session.arguments);
+    if (!loader)
+        return jsonAnswer(nullptr);
+    const auto path = session.arguments.withoutRoot(loader->configPath());
+    return {[loader, path](Output& output) {
+        JsonWriter writer(output);
+        writer.writeRecord(
+            *loader, [&](std::string_view name, const auto& field) -> auto& {
+                if constexpr (std::is_convertible_v<decltype(field), std::optional<std::string>>)
+                    return name == "configPath" ? path : field;
+                else
+                    return field;
+            });
+        writer.finish();
+    }};
+}
+
+Answer showServers(const Session& session) {
+    UnreadableFiles unreadable;
+    const auto loader = loadServers(session.arguments, &unreadable);
+    if (!loader)
+        return {"", ExitCode::noAnswer, "ygconfig: there is no path for the server file"};
+    const auto shownPath = session.arguments.withoutRoot(loader->configPath());
+    return {ServersView(*loader, session.colour).servers(shownPath.value_or("")), ExitCode::answer,
+            unreadable.complaint()};
+}
+
+Answer deliverServers(const Session& session) {
+    const Arguments& arguments = session.arguments;
+    std::string bytes;
+    if (const int error = readInput(arguments.data, bytes); error != 0)
+        return {"", ExitCode::unusable,
+                "ygconfig servers deliver: \"" + printable(arguments.data) +
+                    "\": " + std::strerror(error)};
+    NothingStored nothing(arguments.data == "-" ? "standard input" : arguments.data);
+    const auto loader = loadServers(arguments, &nothing);
+    if (!loader)
+        return jsonAnswer(nullptr);
+    Answer answer = jsonAnswer(loader->reloadServerConfigWithData(bytes, arguments.md5));
+    answer.complaint = nothing.complaint();
+    return answer;
+}
+
+constexpr std::string_view rightLevelNotes =
+    "The right level chooses the file: skeleton_v1.xml for \"free\" or none, skeleton_l2_v1.xml "
+    "for\n"
+    "any other, each with _gray before _v1 for --gray; ROOT/user goes before ROOT/storage.\n"
+    "Several addresses of one server are chosen from anew in each run.\n";
+
+constexpr std::string_view deliveryNotes =
+    "It is false for what is no XML, and nothing is written then. Otherwise the file is written "
+    "to\n"
+    "ROOT/user under the name for the right level and --gray, with MD5 as md5 of its root; what\n"
+    "stands in ROOT/storage stays. Whenever nothing was stored, also when the answer is true, a "
+    "line\n"
+    "on standard error says why. A DATA file that cannot be read is an error (exit status 2).\n";
+
+constexpr Command table[] = {
+    {"dump servers", "the servers with the addresses chosen for them, as JSON",
+     "ygconfig dump servers --root examples/terminal\n"
+     "ygconfig dump servers --root examples/terminal --right l2 --gray\n",
+     rightLevelNotes, declareServers, dumpServers},
+
+    {"show servers", "the servers of each type and the chances of their addresses, as trees",
+     "ygconfig show servers --root examples/terminal\n"
+     "ygconfig show servers --root examples/terminal --right l2 --gray\n",
+     serversLegend, declareServers, showServers},
+
+    {"servers deliver", "applies a server file and keeps it as the user's own; true or false",
+     "ygconfig servers deliver new.xml 900150983cd24fb0d6963f7d28e17f72 --root examples/terminal\n",
+     deliveryNotes, declareDelivery, deliverServers},
+};
+
+}  // namespace
+
+std::span<const Command> serverCommands() {
+    return table;
+}
+
+}  // namespace yg::tool

@@ -164,8 +164,10 @@ TEST_F(HostMemory, JsonIsReadAndWrittenAsAWholeOrNotAtAll) {
         EXPECT_TRUE(parsed.value->appendTo(out));
         return out;
     };
-    everyAllocationFails(Operation{[&] { return JsonValue::parse(json); }, textOf, "out of memory",
-                                   [] {}, testing::Allocators::all, false});
+    for (const bool positions : {false, true}) {
+        everyAllocationFails(Operation{[&] { return JsonValue::parse(json, {positions}); }, textOf,
+                                       "out of memory", [] {}, testing::Allocators::all, false});
+    }
     const JsonValue value = *JsonValue::parse(json).value;
     const auto append = [&](auto write) {
         everyAllocationFails(Operation{[&, write] {

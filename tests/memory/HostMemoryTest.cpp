@@ -72,7 +72,7 @@ TEST_F(HostMemory, ThereIsAlwaysAHostAndAQueue) {
     const testing::FailingAllocations failing(1, testing::Failures::allFrom,
                                               testing::Allocators::all);
     EXPECT_NE(currentHost(), nullptr);
-    EXPECT_NE(currentMainQueue(), nullptr);
+    EXPECT_NE(defaultMainQueue(), nullptr);
     setHost(previous);
 }
 

@@ -47,6 +47,36 @@ void expectReadsBack(const Book& book) {
     require(again->entries.isAbsent() == book.entries.isAbsent(), "absent is not empty");
 }
 
+/// Each member of an object, read by itself from where it stands, is the value in the object.
+void expectPositions(std::string_view bytes) {
+    const yg::JsonValue value = *yg::JsonValue::parse(bytes, {.positions = true}).value;
+    const auto object = value.object();
+    if (!object)
+        return;
+    std::size_t counting = 0;
+    for (const yg::JsonMember& member : *value.members()) {
+        const auto read = [&](yg::JsonRange range) {
+            const auto part = bytes.substr(range.begin, range.end - range.begin);
+            const yg::JsonValue::Parsed parsed = yg::JsonValue::parse(part);
+            require(static_cast<bool>(parsed), "a range is a value");
+            std::string text;
+            parsed.value->appendTo(text);
+            return text;
+        };
+        std::string expected;
+        yg::appendJsonText(expected, member.name);
+        require(read(member.nameRange) == expected, "a name's range is the name");
+        const std::string text = read(member.valueRange);
+        if (member.isReplaced)
+            continue;
+        ++counting;
+        expected.clear();
+        object->at(std::string(member.name)).appendTo(expected);
+        require(text == expected, "a value's range is the value");
+    }
+    require(counting == object->size(), "of each name one member counts");
+}
+
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -62,6 +92,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         std::string second;
         again.value->appendTo(second);
         require(second == text, "writing a value again gives the same text");
+        expectPositions(bytes);
     }
 
     const std::shared_ptr<Book> book = yg::modelWithJSON<Book>(bytes);

@@ -155,10 +155,6 @@ FileWriting write(std::string_view path, std::string_view bytes, FileLayer& laye
 
 }  // namespace
 
-FileWriting writeFileAtomically(std::string_view path, std::string_view bytes) {
-    return writeFileAtomically(path, bytes, fileLayer());
-}
-
 FileWriting writeFileAtomically(std::string_view path, std::string_view bytes, FileLayer& layer) {
     try {
         return write(path, bytes, layer);

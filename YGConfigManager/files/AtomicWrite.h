@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-namespace yg::files {
+#include "YGConfigManager/files/FileLayer.h"
 
-class FileLayer;
+namespace yg::files {
 
 /// What came of writing a file; true if its bytes are safe on the disk.
 struct FileWriting {
@@ -47,9 +47,7 @@ struct FileWriting {
 /// bringing the folder to the disk: the write may not outlive a power failure. Writes that fail: an
 /// empty path or one with a NUL byte, a missing folder, links in a circle, and a target that is not
 /// a regular file (a folder, a device, a pipe), which is never replaced.
-FileWriting writeFileAtomically(std::string_view path, std::string_view bytes);
-
-/// The same through the given system calls.
-FileWriting writeFileAtomically(std::string_view path, std::string_view bytes, FileLayer& layer);
+FileWriting writeFileAtomically(std::string_view path, std::string_view bytes,
+                                FileLayer& layer = systemFileLayer());
 
 }  // namespace yg::files

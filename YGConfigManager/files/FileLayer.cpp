@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/files/FileLayer.h"
 
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
@@ -137,23 +136,12 @@ private:
     }
 };
 
-std::atomic<FileLayer*> replacement = nullptr;
-
 }  // namespace
 
 FileLayer& systemFileLayer() {
     // Never destroyed, so that a write during process exit still finds it.
     static SystemFileLayer& layer = *new SystemFileLayer;
     return layer;
-}
-
-FileLayer& fileLayer() {
-    FileLayer* const layer = replacement.load();
-    return layer ? *layer : systemFileLayer();
-}
-
-FileLayer* setFileLayer(FileLayer* layer) {
-    return replacement.exchange(layer);
 }
 
 }  // namespace yg::files

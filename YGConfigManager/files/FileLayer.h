@@ -90,12 +90,4 @@ public:
 /// The real system calls. Any thread may use it.
 FileLayer& systemFileLayer();
 
-/// The calls that all writes of the process use: the system's unless a test has put others in
-/// place.
-FileLayer& fileLayer();
-
-/// Puts calls in place for the whole process; null brings the system's back. Answers those that
-/// they replace, null for the system's. They must outlive their use. Any thread may call.
-FileLayer* setFileLayer(FileLayer* layer);
-
 }  // namespace yg::files

@@ -6,7 +6,6 @@
 #include <new>
 #include <optional>
 
-#include "YGConfigManager/files/FileLayer.h"
 #include "YGConfigManager/files/Place.h"
 #include "YGConfigManager/files/ReadFile.h"
 
@@ -64,8 +63,6 @@ std::optional<bool> leadsTo(int folder, std::string_view path, FileLayer& layer)
 }
 
 }  // namespace
-
-FolderLock::FolderLock(std::string_view path) : FolderLock(path, longestWait, fileLayer()) {}
 
 FolderLock::FolderLock(std::string_view path, std::chrono::milliseconds longest, FileLayer& layer)
     : layer_(layer) {

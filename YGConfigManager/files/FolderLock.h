@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-namespace yg::files {
+#include "YGConfigManager/files/FileLayer.h"
 
-class FileLayer;
+namespace yg::files {
 
 /// Holds the lock of the folder that a file lies in, until the end of the scope. One at a time
 /// holds it among all processes of a machine and all threads of a process; a thread that holds it
@@ -31,10 +31,8 @@ public:
     /// Takes the lock for the file that a write to the path replaces (AtomicWrite.h): links are
     /// followed, so all paths to one file have the same lock. Waits while another holds it, and
     /// looks again when it has it whether the path still leads to that folder.
-    explicit FolderLock(std::string_view path);
-
-    /// The same, waiting so long at most, through the given system calls.
-    FolderLock(std::string_view path, std::chrono::milliseconds longest, FileLayer& layer);
+    explicit FolderLock(std::string_view path, std::chrono::milliseconds longest = longestWait,
+                        FileLayer& layer = systemFileLayer());
 
     ~FolderLock();
     FolderLock(const FolderLock&) = delete;

@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <fcntl.h>
 
-#include "YGConfigManager/files/FileLayer.h"
 #include "YGConfigManager/files/Place.h"
 
 namespace yg::files {
@@ -19,8 +18,7 @@ bool isFolder(const std::string& path, FileLayer& layer) {
 
 }  // namespace
 
-bool makeFolder(const std::string& path) {
-    FileLayer& layer = fileLayer();
+bool makeFolder(const std::string& path, FileLayer& layer) {
     const std::string above = placeOf(path).folder;
     const bool isNew = layer.makeFolder(path.c_str()) == 0;
     if (!isNew && (errno != EEXIST || !isFolder(path, layer))) {

@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "YGConfigManager/files/FileLayer.h"
+
 namespace yg::files {
 
 /// Makes the folder, with the rights that the umask leaves, unless there is one. True if there is
@@ -15,6 +17,6 @@ namespace yg::files {
 /// For a folder that was there, perhaps made by a process that was killed at once, the one above is
 /// brought to the disk too; it may be that this user cannot do so, which is then left out. A link
 /// to a folder counts as a folder. Any thread may call. Throws std::bad_alloc.
-bool makeFolder(const std::string& path);
+bool makeFolder(const std::string& path, FileLayer& layer = systemFileLayer());
 
 }  // namespace yg::files

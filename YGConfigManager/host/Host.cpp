@@ -54,7 +54,7 @@ std::optional<std::string> Host::configServer() {
 }
 
 std::shared_ptr<MainQueue> Host::mainQueue() {
-    return currentMainQueue();
+    return defaultMainQueue();
 }
 
 std::shared_ptr<Host> setHost(std::shared_ptr<Host> host) noexcept {

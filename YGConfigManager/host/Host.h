@@ -84,8 +84,8 @@ public:
     /// line breaks of its own, and any byte that a configuration file may hold.
     virtual void writeLog(LogChannel channel, std::string_view message) = 0;
 
-    /// The queue that brings tasks to the main thread. By default the process's one
-    /// (currentMainQueue), which the application drains. Null counts as the default.
+    /// The queue that brings tasks to the main thread. By default defaultMainQueue(), which
+    /// the application drains. Null counts as the default.
     virtual std::shared_ptr<MainQueue> mainQueue();
 };
 

@@ -6,12 +6,15 @@
 #include <cmath>
 #include <cstdint>
 #include <iterator>
+#include <limits>
+#include <type_traits>
 #include <utility>
 
 #include <nlohmann/json.hpp>
 
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/text/Format.h"
+#include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Numbers.h"
 #include "YGConfigManager/text/Utf8.h"
 
@@ -19,18 +22,13 @@ namespace yg {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
 constexpr std::string_view outOfRange = "number out of range";
 
-/// "line L, column C: what" for the byte at `offset`; columns count characters.
-std::string located(std::string_view bytes, std::size_t offset, std::string_view what) {
-    std::string_view before = bytes.substr(0, std::min(offset, bytes.size()));
-    if (before.starts_with(byteOrderMark)) {
-        before.remove_prefix(byteOrderMark.size());
-    }
-    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
-    before.remove_prefix(before.rfind('\n') + 1);  // npos + 1 is 0
-    return text::format("line %d, column %d: %@", line, 1 + text::countCodePoints(before), what);
+/// The error "line L, column C: what" for the byte at `offset`.
+JsonValue::Parsed errorAt(std::string_view bytes, std::size_t offset, std::string_view what) {
+    const TextPoint place = text::pointAt(bytes, offset);
+    return {std::nullopt, text::format("line %d, column %d: %@", place.line, place.column, what),
+            place};
 }
 
 void appendText(std::string& out, std::string_view text) {
@@ -136,15 +134,54 @@ std::string withoutDecimals(std::string_view bytes) {
     return text;
 }
 
+/// Finds the tokens of a valid JSON text one after the other.
+class TokenCursor {
+public:
+    explicit TokenCursor(std::string_view bytes)
+        : bytes_(bytes),
+          at_(bytes.starts_with(text::byteOrderMark) ? text::byteOrderMark.size() : 0) {}
+
+    /// The next token that is neither a comma nor a colon.
+    JsonRange next() {
+        const std::size_t begin = bytes_.find_first_not_of(" \t\r\n,:", at_);
+        at_ = endOf(begin);
+        return {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(at_)};
+    }
+
+private:
+    std::size_t endOf(std::size_t begin) const {
+        if (bytes_[begin] == '"') {
+            std::size_t at = begin + 1;
+            while (bytes_[at] != '"')
+                at += bytes_[at] == '\\' ? 2 : 1;
+            return at + 1;
+        }
+        if (std::string_view("{}[]").find(bytes_[begin]) != std::string_view::npos)
+            return begin + 1;
+        return std::min(bytes_.find_first_of(" \t\r\n,]}", begin), bytes_.size());
+    }
+
+    std::string_view bytes_;
+    std::size_t at_;
+};
+
 }  // namespace
+
+struct JsonValue::Members {
+    Object object;
+    std::vector<JsonMember> written;
+};
 
 /// Builds values from the events of the JSON reader. The reader keeps no call stack, and neither
 /// does this: a text that nests too deeply is refused before values are nested in each other.
 class JsonBuilder {
 public:
-    explicit JsonBuilder(std::string_view bytes) : bytes_(bytes) {}
+    JsonBuilder(std::string_view bytes, JsonOptions options) : bytes_(bytes) {
+        if (options.positions && bytes.size() <= std::numeric_limits<std::uint32_t>::max())
+            tokens_.emplace(bytes);
+    }
 
-    JsonValue::Parsed result() && { return {std::move(root_), std::move(error_)}; }
+    JsonValue::Parsed result() && { return std::move(result_); }
 
     // The names and parameters of these operations are the reader's.
 
@@ -163,7 +200,7 @@ public:
         place_ = offsetIn(bytes_, decimal) + decimal.size();
         const double value = text::readLeadingDouble(decimal).value;
         if (std::isinf(value)) {
-            error_ = located(bytes_, place_ - 1, outOfRange);
+            result_ = errorAt(bytes_, place_ - 1, outOfRange);
             return false;
         }
         return addNumber(decimalOf(value));
@@ -174,98 +211,113 @@ public:
     bool start_array(std::size_t /*size*/) { return open(false); }
     bool key(std::string& name) {
         levels_.back().name = std::move(name);
+        levels_.back().nameRange = nextToken();
         return true;
     }
     bool end_object() {
-        auto object = std::make_shared<const JsonValue::Object>(std::move(levels_.back().object));
-        levels_.pop_back();
-        return place(std::move(object));
+        JsonValue::Members& members = levels_.back().members;
+        for (JsonMember& member : members.written)
+            member.isReplaced =
+                members.object.find(member.name)->second.range_ != member.valueRange;
+        return close(std::make_shared<const JsonValue::Members>(std::move(members)));
     }
     bool end_array() {
-        auto list = std::make_shared<const JsonValue::List>(std::move(levels_.back().list));
-        levels_.pop_back();
-        return place(std::move(list));
+        return close(std::make_shared<const JsonValue::List>(std::move(levels_.back().list)));
     }
     bool parse_error(std::size_t position, const std::string& /*token*/,
                      const nlohmann::json::exception& exception) {
         constexpr int numberOverflow = 406;
         const std::size_t offset = position == 0 ? 0 : position - 1;
-        error_ = located(bytes_, offset,
-                         exception.id == numberOverflow ? outOfRange
-                         : offset >= bytes_.size()      ? "the text ends too early"
-                                                        : "not valid JSON");
+        result_ = errorAt(bytes_, offset,
+                          exception.id == numberOverflow ? outOfRange
+                          : offset >= bytes_.size()      ? "the text ends too early"
+                                                         : "not valid JSON");
         return false;
     }
 
 private:
     struct Level {
-        bool isObject = false;
+        bool isObject;
+        std::uint32_t begin;
         JsonValue::List list{};
-        JsonValue::Object object{};
-        std::string name{};
+        JsonValue::Members members{};
+        std::string name{};  ///< of the next member
+        JsonRange nameRange{};
     };
 
-    template <class Content>
-    static JsonValue made(Content content) {
-        JsonValue value;
-        value.value_ = std::move(content);
-        return value;
-    }
+    // Members' names are views of the names in the object, which moves with its level.
+    static_assert(std::is_nothrow_move_constructible_v<Level>);
+
+    JsonRange nextToken() { return tokens_ ? tokens_->next() : JsonRange(); }
 
     bool addNumber(std::string decimal) { return add(JsonValue::Number{std::move(decimal)}); }
 
     bool open(bool isObject) {
         if (levels_.size() == JsonValue::maximumDepth) {
-            error_ = text::format("nested deeper than %d levels", JsonValue::maximumDepth);
+            result_.error = text::format("nested deeper than %d levels", JsonValue::maximumDepth);
             return false;
         }
-        levels_.emplace_back().isObject = isObject;
+        levels_.push_back({isObject, nextToken().begin});
         return count();
     }
 
     template <class Content>
+    bool close(Content content) {
+        const std::uint32_t begin = levels_.back().begin;
+        levels_.pop_back();
+        return place(std::move(content), {begin, nextToken().end});
+    }
+
+    template <class Content>
     bool add(Content content) {
-        return count() && place(std::move(content));
+        return count() && place(std::move(content), nextToken());
     }
 
     bool count() {
         if (++count_ > JsonValue::maximumValues) {
-            error_ = text::format("more than %d values", JsonValue::maximumValues);
+            result_.error = text::format("more than %d values", JsonValue::maximumValues);
             return false;
         }
         return true;
     }
 
     template <class Content>
-    bool place(Content content) {
-        if (levels_.empty()) {
-            root_ = made(std::move(content));
-        } else if (Level& level = levels_.back(); level.isObject) {
-            level.object.insert_or_assign(std::move(level.name), made(std::move(content)));
-        } else {
-            level.list.emplace_back().value_ = std::move(content);
-        }
+    bool place(Content content, JsonRange range) {
+        JsonValue& value = levels_.empty() ? result_.value.emplace() : nextValue(range);
+        value.value_ = std::move(content);
+        value.range_ = range;
         return true;
+    }
+
+    /// The item or member of the innermost list or object that comes next.
+    JsonValue& nextValue(JsonRange range) {
+        Level& level = levels_.back();
+        if (!level.isObject)
+            return level.list.emplace_back();
+        auto& [name, value] = *level.members.object.try_emplace(std::move(level.name)).first;
+        if (tokens_)
+            level.members.written.push_back({name, level.nameRange, range, false});
+        return value;
     }
 
     std::string_view bytes_;
     std::size_t place_ = 0;  ///< where the search for the next decimal number begins
     std::vector<Level> levels_;
     std::size_t count_ = 0;
-    std::optional<JsonValue> root_;
-    std::string error_;
+    std::optional<TokenCursor> tokens_;
+    JsonValue::Parsed result_;
 };
 
-JsonValue::Parsed JsonValue::parse(OptionalText bytes) noexcept {
+JsonValue::Parsed JsonValue::parse(OptionalText bytes, JsonOptions options) noexcept {
     try {
         if (const std::size_t valid = text::validUtf8Prefix(*bytes); valid < bytes->size()) {
-            return {std::nullopt, located(*bytes, valid, "invalid UTF-8")};
+            return errorAt(*bytes, valid, "invalid UTF-8");
         }
         // The reader takes a NUL byte for the end of the text and ignores what follows.
         if (const std::size_t nul = bytes->find('\0'); nul != std::string_view::npos) {
-            return {std::nullopt, located(*bytes, nul, "not valid JSON")};
+            return errorAt(*bytes, nul, "not valid JSON");
         }
-        JsonBuilder builder(*bytes);
+        JsonBuilder builder(*bytes, options);
         const bool isWhole = nlohmann::json::sax_parse(withoutDecimals(*bytes), &builder);
         Parsed parsed = std::move(builder).result();
         if (!isWhole) {
@@ -274,7 +326,7 @@ JsonValue::Parsed JsonValue::parse(OptionalText bytes) noexcept {
         }
         return parsed;
     } catch (...) {
-        return {std::nullopt, std::string(outOfMemory)};
+        return {std::nullopt, std::string(outOfMemory), {}};
     }
 }
 
@@ -294,8 +346,19 @@ std::shared_ptr<const JsonValue::List> JsonValue::list() const {
 }
 
 std::shared_ptr<const JsonValue::Object> JsonValue::object() const {
-    const auto* value = std::get_if<std::shared_ptr<const Object>>(&value_);
-    return value == nullptr ? nullptr : *value;
+    const auto* value = std::get_if<std::shared_ptr<const Members>>(&value_);
+    return value ? std::shared_ptr<const Object>(*value, &(*value)->object) : nullptr;
+}
+
+std::optional<JsonRange> JsonValue::range() const {
+    return range_ == JsonRange() ? std::nullopt : std::optional(range_);
+}
+
+std::shared_ptr<const std::vector<JsonMember>> JsonValue::members() const {
+    const auto* value = std::get_if<std::shared_ptr<const Members>>(&value_);
+    if (!value || !range())
+        return nullptr;
+    return {*value, &(*value)->written};
 }
 
 bool JsonValue::appendTo(std::string& out) const noexcept {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -16,10 +17,31 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/text/OptionalText.h"
+#include "YGConfigManager/text/Place.h"
 
 namespace yg {
 
 class JsonBuilder;
+
+/// A part of the text that was parsed, in bytes from its start, a byte-order mark included.
+struct JsonRange {
+    std::uint32_t begin = 0;
+    std::uint32_t end = 0;  ///< behind the last byte
+
+    friend bool operator==(const JsonRange&, const JsonRange&) = default;
+};
+
+/// A member of an object as it was written.
+struct JsonMember {
+    std::string_view name;  ///< lives as long as the list of members
+    JsonRange nameRange;    ///< with its quotes
+    JsonRange valueRange;
+    bool isReplaced;  ///< a later member of the same name counts
+};
+
+struct JsonOptions {
+    bool positions = false;  ///< note where each value and each member stands
+};
 
 /// A null, boolean, number, text, list or object. Values come from parse() only.
 class YG_EXPORT JsonValue {
@@ -38,8 +60,8 @@ public:
     /// Reads one JSON value with nothing but white space around it, strictly: no comments, no
     /// trailing commas, no NaN, no number beyond a double, valid UTF-8 only. A UTF-8 byte-order
     /// mark is skipped. Of members with the same name the last one counts. Never throws; the error
-    /// is "out of memory" when that does not suffice.
-    static Parsed parse(OptionalText bytes) noexcept;
+    /// is "out of memory" when that does not suffice. Positions are noted in texts below 4 GiB.
+    static Parsed parse(OptionalText bytes, JsonOptions options = {}) noexcept;
 
     /// Null.
     JsonValue() = default;
@@ -67,6 +89,14 @@ public:
     /// The object's members by name; null for any other kind.
     std::shared_ptr<const Object> object() const;
 
+    /// Where the value stands in the text, without white space around it; none unless it was parsed
+    /// with positions.
+    std::optional<JsonRange> range() const;
+
+    /// All members of the object in the order of the text; null for any other kind, and unless it
+    /// was parsed with positions.
+    std::shared_ptr<const std::vector<JsonMember>> members() const;
+
     /// Appends the value as JSON text without added white space; the members of an object come
     /// sorted by name, text is not escaped to ASCII. False, and nothing appended, when memory does
     /// not suffice.
@@ -79,15 +109,18 @@ private:
     struct Number {
         std::string decimal;
     };
+    struct Members;
 
     std::variant<std::monostate, bool, Number, std::string, std::shared_ptr<const List>,
-                 std::shared_ptr<const Object>>
+                 std::shared_ptr<const Members>>
         value_;
+    JsonRange range_;
 };
 
 struct JsonValue::Parsed {
     std::optional<JsonValue> value;
     std::string error;
+    TextPoint place;  ///< where the error is; without a line when a limit was reached
 
     explicit operator bool() const { return value.has_value(); }
 };

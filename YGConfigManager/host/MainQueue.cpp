@@ -17,7 +17,7 @@ namespace yg {
 
 namespace {
 
-/// Guards the default queue and which queue is installed.
+/// Guards the default queue.
 constinit ForkMutex queueing;
 
 /// Runs `function`; what it throws is logged under `what`.
@@ -99,20 +99,15 @@ private:
     std::shared_ptr<const std::function<void()>> wakeUp_;
 };
 
-struct Queues {
-    DefaultMainQueue standard;
-    std::shared_ptr<MainQueue> installed;
-};
-
-Queues& queues() {
-    static Immortal<Queues> all;
-    return *all;
+DefaultMainQueue& standardQueue() {
+    static Immortal<DefaultMainQueue> queue;
+    return *queue;
 }
 
 /// Made when the library is loaded: the child of a fork could not wait for another thread to do it.
-[[maybe_unused]] const Queues& made = queues();
+[[maybe_unused]] const DefaultMainQueue& made = standardQueue();
 
-/// The queue that the current host names, or the process's one.
+/// The queue that the current host names, or the default one.
 std::shared_ptr<MainQueue> queueOfHost() {
     try {
         if (std::shared_ptr<MainQueue> queue = currentHost()->mainQueue()) {
@@ -121,35 +116,24 @@ std::shared_ptr<MainQueue> queueOfHost() {
     } catch (...) {
         // As if the host named none.
     }
-    return currentMainQueue();
+    return defaultMainQueue();
 }
 
 }  // namespace
 
 MainQueue::~MainQueue() = default;
 
-void setMainQueue(std::shared_ptr<MainQueue> queue) noexcept {
-    Queues& all = queues();
-    // The old queue goes after the lock: its destructor is the application's.
-    const std::lock_guard lock(queueing);
-    all.installed.swap(queue);
-}
-
-std::shared_ptr<MainQueue> currentMainQueue() noexcept {
-    Queues& all = queues();
-    const std::lock_guard lock(queueing);
-    // Nobody owns the default queue, for it never goes.
-    return all.installed != nullptr
-               ? all.installed
-               : std::shared_ptr<MainQueue>(std::shared_ptr<void>(), &all.standard);
+std::shared_ptr<MainQueue> defaultMainQueue() noexcept {
+    // It is never destroyed, so nobody owns it.
+    return {std::shared_ptr<void>(), &standardQueue()};
 }
 
 std::size_t runPendingMainTasks() noexcept {
-    return queues().standard.runPending();
+    return standardQueue().runPending();
 }
 
 void setMainQueueWakeUp(std::function<void()> wakeUp) noexcept {
-    guarded("main queue wake-up", [&] { queues().standard.setWakeUp(std::move(wakeUp)); });
+    guarded("main queue wake-up", [&] { standardQueue().setWakeUp(std::move(wakeUp)); });
 }
 
 bool postToMainQueue(std::function<void()> task) noexcept {

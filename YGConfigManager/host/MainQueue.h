@@ -4,7 +4,7 @@
 //
 // NOTHING ARRIVES UNLESS THE APPLICATION DRAINS THE QUEUE: the library has no loop of its own.
 // Either the application calls runPendingMainTasks() from its loop (setMainQueueWakeUp() tells it
-// when), or it brings a queue of its own with setMainQueue() or Host::mainQueue().
+// when), or it brings a queue of its own with Host::mainQueue().
 //
 // A loop that the application has drains the default queue with three lines at its start:
 //
@@ -54,12 +54,8 @@ public:
     virtual void post(std::function<void()> task) = 0;
 };
 
-/// Makes `queue` the process's queue; null brings the default one back. Tasks that wait in the
-/// queue replaced stay there. The queue is held until it is replaced, not until the process ends.
-YG_EXPORT void setMainQueue(std::shared_ptr<MainQueue> queue) noexcept;
-
-/// The queue set last, or the default one; never null.
-YG_EXPORT std::shared_ptr<MainQueue> currentMainQueue() noexcept;
+/// The process's queue that runPendingMainTasks() drains; never null.
+YG_EXPORT std::shared_ptr<MainQueue> defaultMainQueue() noexcept;
 
 /// Runs the tasks that wait in the default queue, oldest first, and answers how many this call ran.
 /// The application calls it on its main thread. Tasks posted meanwhile, by the tasks themselves

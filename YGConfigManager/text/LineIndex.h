@@ -11,14 +11,18 @@
 
 namespace yg::text {
 
+/// The point before the byte at an offset; the end of the text for one beyond it. A line ends
+/// behind
+/// "\n"; a byte-order mark at the start of the text takes no column. Counts all lines before it.
+TextPoint pointAt(std::string_view text, std::size_t offset);
+
 /// The lines of a UTF-8 text, which it does not keep: pass the same text to each call. A look-up
 /// takes the logarithm of the number of lines and the length of one line.
 class LineIndex {
 public:
-    /// A line ends behind "\n".
     explicit LineIndex(std::string_view text);
 
-    /// The point before the byte at an offset; the end of the text for one beyond it.
+    /// The same as text::pointAt().
     TextPoint pointAt(std::string_view text, std::size_t offset) const;
 
 private:

@@ -8,6 +8,9 @@
 
 namespace yg::text {
 
+/// What may stand before the first character of a text, and is not part of it.
+inline constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+
 /// The number of bytes up to the first one that is not part of a complete, strictly valid UTF-8
 /// sequence: overlong forms, surrogates and code points above U+10FFFF are refused. The size of the
 /// text if all of it is valid.

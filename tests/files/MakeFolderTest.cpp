@@ -8,31 +8,30 @@
 
 #include "YGConfigManager/files/MakeFolder.h"
 
-#include "files/ScopedFileLayer.h"
+#include "files/ScriptedFileLayer.h"
 #include "files/TemporaryFolder.h"
 
 namespace yg::files {
 namespace {
 
 using ::testing::ElementsAre;
-using yg::testing::ScopedFileLayer;
 namespace fs = std::filesystem;
 
 TEST(MakeFolder, BringsTheNewNameToTheDisk) {
     const TemporaryFolder folder;
-    ScopedFileLayer layer;
-    EXPECT_TRUE(makeFolder(folder / "user"));
+    ScriptedFileLayer layer;
+    EXPECT_TRUE(makeFolder(folder / "user", layer));
     EXPECT_TRUE(fs::is_directory(folder / "user"));
-    EXPECT_THAT(layer->made, ElementsAre("makeFolder", "openFolder", "sync", "close"));
+    EXPECT_THAT(layer.made, ElementsAre("makeFolder", "openFolder", "sync", "close"));
 }
 
 TEST(MakeFolder, BringsANameThatWasThereToTheDiskToo) {
     const TemporaryFolder folder;
     fs::create_directory(folder / "user");
     put(folder / "user/a.xml", "kept");
-    ScopedFileLayer layer;
-    EXPECT_TRUE(makeFolder(folder / "user"));
-    EXPECT_THAT(layer->happened, ::testing::Contains("sync"));
+    ScriptedFileLayer layer;
+    EXPECT_TRUE(makeFolder(folder / "user", layer));
+    EXPECT_THAT(layer.happened, ::testing::Contains("sync"));
     EXPECT_EQ(contentOf(folder / "user/a.xml"), "kept");
 }
 
@@ -58,12 +57,12 @@ TEST(MakeFolder, WhatCannotBeBroughtToTheDiskIsTakenBack) {
     for (const std::string_view failing : {"makeFolder", "openFolder", "sync"}) {
         for (const int error : {EIO, ENOSPC, EACCES, EMFILE, EROFS, EDQUOT}) {
             const TemporaryFolder folder;
-            ScopedFileLayer layer;
-            layer->errorOf = [&](std::string_view call) { return call == failing ? error : 0; };
-            EXPECT_FALSE(makeFolder(folder / "user"));
+            ScriptedFileLayer layer;
+            layer.errorOf = [&](std::string_view call) { return call == failing ? error : 0; };
+            EXPECT_FALSE(makeFolder(folder / "user", layer));
             EXPECT_FALSE(fs::exists(folder / "user"));
-            layer->errorOf = [](std::string_view) { return 0; };
-            EXPECT_TRUE(makeFolder(folder / "user"));
+            layer.errorOf = [](std::string_view) { return 0; };
+            EXPECT_TRUE(makeFolder(folder / "user", layer));
         }
     }
 }
@@ -72,21 +71,21 @@ TEST(MakeFolder, AFolderThatWasThereIsOneAlsoIfTheOneAboveCannotBeSynced) {
     const TemporaryFolder folder;
     fs::create_directory(folder / "user");
     for (const std::string_view failing : {"openFolder", "sync"}) {
-        ScopedFileLayer layer;
-        layer->errorOf = [&](std::string_view call) { return call == failing ? EACCES : 0; };
-        EXPECT_TRUE(makeFolder(folder / "user"));
+        ScriptedFileLayer layer;
+        layer.errorOf = [&](std::string_view call) { return call == failing ? EACCES : 0; };
+        EXPECT_TRUE(makeFolder(folder / "user", layer));
         EXPECT_TRUE(fs::exists(folder / "user"));
     }
 }
 
 TEST(MakeFolder, AnInterruptedCallIsMadeAgain) {
     const TemporaryFolder folder;
-    ScopedFileLayer layer;
-    layer->errorOf = [interrupted = false](std::string_view call) mutable {
+    ScriptedFileLayer layer;
+    layer.errorOf = [interrupted = false](std::string_view call) mutable {
         interrupted = (call == "sync" || call == "openFolder") && !interrupted;
         return interrupted ? EINTR : 0;
     };
-    EXPECT_TRUE(makeFolder(folder / "user"));
+    EXPECT_TRUE(makeFolder(folder / "user", layer));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A scripted file layer in place of the system's for everything that the process writes.
+// A scripted file layer in place of the system's for everything that the process writes. Only in
+// programs that link yg_scoped_file_layer.
 #pragma once
 
 #include "files/ScriptedFileLayer.h"
@@ -10,10 +11,10 @@ namespace yg::testing {
 /// In place until the end of the scope.
 class ScopedFileLayer {
 public:
-    ScopedFileLayer() { files::setFileLayer(&layer_); }
+    ScopedFileLayer();
     ScopedFileLayer(const ScopedFileLayer&) = delete;
     ScopedFileLayer& operator=(const ScopedFileLayer&) = delete;
-    ~ScopedFileLayer() { files::setFileLayer(nullptr); }
+    ~ScopedFileLayer();
     files::ScriptedFileLayer* operator->() { return &layer_; }
 
 private:

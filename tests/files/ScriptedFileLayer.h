@@ -23,7 +23,7 @@ class ScriptedFileLayer final : public FileLayer {
 public:
     ~ScriptedFileLayer() override {
         for (const int number : open_) {
-            systemFileLayer().close(number);
+            system_.close(number);
         }
     }
 
@@ -48,88 +48,86 @@ public:
     std::chrono::milliseconds paused{0};
 
     ssize_t readLink(int folder, const char* name, char* buffer, std::size_t size) override {
-        return perform("readLink", [&] { return system().readLink(folder, name, buffer, size); });
+        return perform("readLink", [&] { return system_.readLink(folder, name, buffer, size); });
     }
     int openLink(const char* path) override {
-        return keptOpen(perform("openLink", [&] { return system().openLink(path); }));
+        return keptOpen(perform("openLink", [&] { return system_.openLink(path); }));
     }
     int openFolder(const char* path) override {
-        return keptOpen(perform("openFolder", [&] { return system().openFolder(path); }));
+        return keptOpen(perform("openFolder", [&] { return system_.openFolder(path); }));
     }
     int status(int folder, const char* name, struct stat& state) override {
         return perform("status", [&] {
-            const int answer = system().status(folder, name, state);
+            const int answer = system_.status(folder, name, state);
             changeStatus(state);
             return answer;
         });
     }
     int openOld(int folder, const char* name) override {
-        return keptOpen(perform("openOld", [&] { return system().openOld(folder, name); }));
+        return keptOpen(perform("openOld", [&] { return system_.openOld(folder, name); }));
     }
     int openNew(int folder, const char* name, mode_t mode) override {
-        return keptOpen(perform("openNew", [&] { return system().openNew(folder, name, mode); }));
+        return keptOpen(perform("openNew", [&] { return system_.openNew(folder, name, mode); }));
     }
     ssize_t write(int file, const void* bytes, std::size_t size) override {
         return perform("write", [&] {
-            return system().write(file, bytes, size < largestWrite ? size : largestWrite);
+            return system_.write(file, bytes, size < largestWrite ? size : largestWrite);
         });
     }
     int changeMode(int file, mode_t mode) override {
-        return perform("changeMode", [&] { return system().changeMode(file, mode); });
+        return perform("changeMode", [&] { return system_.changeMode(file, mode); });
     }
     int changeOwner(int file, uid_t user, gid_t group) override {
-        return perform("changeOwner", [&] { return system().changeOwner(file, user, group); });
+        return perform("changeOwner", [&] { return system_.changeOwner(file, user, group); });
     }
     ssize_t readAccessList(const char* path, void* buffer, std::size_t size) override {
         return perform("readAccessList",
-                       [&] { return system().readAccessList(path, buffer, size); });
+                       [&] { return system_.readAccessList(path, buffer, size); });
     }
     int setAccessList(int file, const void* bytes, std::size_t size) override {
-        return perform("setAccessList", [&] { return system().setAccessList(file, bytes, size); });
+        return perform("setAccessList", [&] { return system_.setAccessList(file, bytes, size); });
     }
     int removeAccessList(int file) override {
-        return perform("removeAccessList", [&] { return system().removeAccessList(file); });
+        return perform("removeAccessList", [&] { return system_.removeAccessList(file); });
     }
     int sync(int fileOrFolder) override {
-        return perform("sync", [&] { return system().sync(fileOrFolder); });
+        return perform("sync", [&] { return system_.sync(fileOrFolder); });
     }
     int close(int fileOrFolder) override {
         return perform("close", [&] {
             open_.erase(fileOrFolder);
-            return system().close(fileOrFolder);
+            return system_.close(fileOrFolder);
         });
     }
     int rename(int folder, const char* from, const char* to) override {
-        return perform("rename", [&] { return system().rename(folder, from, to); });
+        return perform("rename", [&] { return system_.rename(folder, from, to); });
     }
     int unlink(int folder, const char* name) override {
-        return perform("unlink", [&] { return system().unlink(folder, name); });
+        return perform("unlink", [&] { return system_.unlink(folder, name); });
     }
     int eachName(int folder, std::size_t most,
                  const std::function<void(const char* name)>& take) override {
-        return perform("eachName", [&] { return system().eachName(folder, most, take); });
+        return perform("eachName", [&] { return system_.eachName(folder, most, take); });
     }
     int makeFolder(const char* path) override {
-        return perform("makeFolder", [&] { return system().makeFolder(path); });
+        return perform("makeFolder", [&] { return system_.makeFolder(path); });
     }
     int removeFolder(const char* path) override {
-        return perform("removeFolder", [&] { return system().removeFolder(path); });
+        return perform("removeFolder", [&] { return system_.removeFolder(path); });
     }
     int lock(int fileOrFolder) override {
-        return perform("lock", [&] { return system().lock(fileOrFolder); });
+        return perform("lock", [&] { return system_.lock(fileOrFolder); });
     }
     int unlock(int fileOrFolder) override {
-        return perform("unlock", [&] { return system().unlock(fileOrFolder); });
+        return perform("unlock", [&] { return system_.unlock(fileOrFolder); });
     }
-    void beginWaiting(int folder) override { system().beginWaiting(folder); }
-    void endWaiting(int folder) override { system().endWaiting(folder); }
-    bool hasWaiters(int folder) override { return system().hasWaiters(folder); }
+    void beginWaiting(int folder) override { system_.beginWaiting(folder); }
+    void endWaiting(int folder) override { system_.endWaiting(folder); }
+    bool hasWaiters(int folder) override { return system_.hasWaiters(folder); }
     std::chrono::steady_clock::time_point now() override { return begin_ + paused; }
     void pause(std::chrono::milliseconds time) override { paused += time; }
 
 private:
-    static FileLayer& system() { return systemFileLayer(); }
-
     template <class Call>
     auto perform(const char* name, Call call) -> decltype(call()) {
         made.emplace_back(name);
@@ -156,9 +154,10 @@ private:
     /// what others left behind, whatever number the folder has.
     static std::chrono::steady_clock::time_point nextBegin() {
         static std::atomic<int> count = 0;
-        return system().now() + std::chrono::hours(2) * ++count;
+        return systemFileLayer().now() + std::chrono::hours(2) * ++count;
     }
 
+    FileLayer& system_ = systemFileLayer();
     const std::chrono::steady_clock::time_point begin_ = nextBegin();
 
     // What a test leaves unclosed is closed at the end, as when a process dies.

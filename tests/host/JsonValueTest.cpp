@@ -224,6 +224,118 @@ TEST(JsonValue, OutlivesTheTextAndTheValueAroundIt) {
     EXPECT_EQ(*inner.list()->at(0).text(), "inner");
 }
 
+std::string_view partOf(std::string_view bytes, yg::JsonRange range) {
+    return bytes.substr(range.begin, range.end - range.begin);
+}
+
+/// Adds the bytes of the value and of all values in it, and checks that they read as it does.
+void addParts(std::string_view bytes, const JsonValue& value, std::vector<std::string>& parts) {
+    ASSERT_NE(value.range(), std::nullopt);
+    const std::string_view part = partOf(bytes, *value.range());
+    parts.emplace_back(part);
+    std::string written;
+    value.appendTo(written);
+    EXPECT_EQ(readAndWritten(part), written);
+    if (const auto list = value.list()) {
+        for (const JsonValue& item : *list)
+            addParts(bytes, item, parts);
+    }
+    if (const auto object = value.object()) {
+        for (const auto& [name, member] : *object)
+            addParts(bytes, member, parts);
+        EXPECT_NE(value.members(), nullptr);
+    } else {
+        EXPECT_EQ(value.members(), nullptr);
+    }
+}
+
+std::vector<std::string> partsOf(std::string_view bytes) {
+    const JsonValue::Parsed parsed = JsonValue::parse(bytes, {.positions = true});
+    EXPECT_TRUE(parsed) << parsed.error;
+    std::vector<std::string> parts;
+    addParts(bytes, *parsed.value, parts);
+    return parts;
+}
+
+TEST(JsonPositions, AreTheBytesOfEachValue) {
+    struct Row {
+        std::string_view bytes;
+        std::vector<std::string> parts;
+    };
+    for (const Row& row : {
+             Row{"7", {"7"}},
+             Row{" null ", {"null"}},
+             Row{"\xef\xbb\xbf[true]", {"[true]", "true"}},
+             Row{"[ ]", {"[ ]"}},
+             Row{"{\r\n}", {"{\r\n}"}},
+             Row{"[null,true,false , \"\"]",
+                 {"[null,true,false , \"\"]", "null", "true", "false", "\"\""}},
+             Row{"[-0,1.50 ,-2.5E+3\r\n,[12345678901234567890123]]",
+                 {"[-0,1.50 ,-2.5E+3\r\n,[12345678901234567890123]]", "-0", "1.50", "-2.5E+3",
+                  "[12345678901234567890123]", "12345678901234567890123"}},
+             Row{R"(["\"a\\","\\\"]","行\u884c"])",
+                 {R"(["\"a\\","\\\"]","行\u884c"])", R"("\"a\\")", R"("\\\"]")", R"("行\u884c")"}},
+             Row{R"({"a":{"行,:": [{}, 1e5] },"b":"}"})",
+                 {R"({"a":{"行,:": [{}, 1e5] },"b":"}"})", R"({"行,:": [{}, 1e5] })", "[{}, 1e5]",
+                  "{}", "1e5", R"("}")"}},
+             Row{R"({"a":1,"b":[2],"a":[3,{"a":4}]})",
+                 {R"({"a":1,"b":[2],"a":[3,{"a":4}]})", R"([3,{"a":4}])", "3", R"({"a":4})", "4",
+                  "[2]", "2"}},
+         }) {
+        EXPECT_EQ(partsOf(row.bytes), row.parts) << row.bytes;
+    }
+}
+
+TEST(JsonPositions, CountTheByteOrderMark) {
+    EXPECT_EQ(JsonValue::parse("\xef\xbb\xbf 1", {.positions = true}).value->range(),
+              (yg::JsonRange{4, 5}));
+}
+
+TEST(JsonPositions, ListMembersInOrderWithThoseReplaced) {
+    const std::string_view bytes = R"({ "b" : 1 ,"a": [2],"\u0062":{"a":3},"a" :4, "b":1})";
+    const JsonValue value = *JsonValue::parse(bytes, {.positions = true}).value;
+    std::string written;
+    for (const yg::JsonMember& member : *value.members()) {
+        written.append(member.name).append(" ");
+        written.append(partOf(bytes, member.nameRange)).append("=");
+        written.append(partOf(bytes, member.valueRange));
+        written.append(member.isReplaced ? " replaced\n" : " counts\n");
+    }
+    EXPECT_EQ(written,
+              "b \"b\"=1 replaced\n"
+              "a \"a\"=[2] replaced\n"
+              "b \"\\u0062\"={\"a\":3} replaced\n"
+              "a \"a\"=4 counts\n"
+              "b \"b\"=1 counts\n");
+}
+
+TEST(JsonPositions, OfMembersOutliveTheValue) {
+    std::shared_ptr<const std::vector<yg::JsonMember>> members;
+    {
+        std::string bytes = R"({"a member with a long name":1})";
+        members = JsonValue::parse(bytes, {.positions = true}).value->members();
+        bytes.assign(bytes.size(), 'x');
+    }
+    EXPECT_EQ(members->at(0).name, "a member with a long name");
+}
+
+TEST(JsonPositions, AreNotNotedUnlessAskedFor) {
+    const JsonValue value = *JsonValue::parse(R"({"a":1})").value;
+    EXPECT_EQ(value.range(), std::nullopt);
+    EXPECT_EQ(value.members(), nullptr);
+    EXPECT_EQ(value.object()->at("a").range(), std::nullopt);
+    EXPECT_EQ(JsonValue().range(), std::nullopt);
+}
+
+TEST(JsonPositions, OfAnErrorAreInItsTextToo) {
+    const JsonValue::Parsed wrong = JsonValue::parse("\xef\xbb\xbf{\"行\":1,\r\n \"行情\" 2}");
+    EXPECT_EQ(wrong.error, "line 2, column 7: not valid JSON");
+    EXPECT_EQ(wrong.place, (yg::TextPoint{2, 7}));
+    EXPECT_EQ(JsonValue::parse("\xef\xbb\xbf[x").place, (yg::TextPoint{1, 2}));
+    EXPECT_EQ(JsonValue::parse(repeated("[", 1000)).place, yg::TextPoint());
+    EXPECT_EQ(JsonValue::parse("[]").place, yg::TextPoint());
+}
+
 TEST(JsonText, IsQuotedAndNotEscapedToAscii) {
     std::string out = "x";
     yg::appendJsonText(out, std::string_view("行\"\\\n\0/", 8));

@@ -15,7 +15,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using yg::currentMainQueue;
+using yg::defaultMainQueue;
 using yg::postToMainQueue;
 using yg::runPendingMainTasks;
 using yg::setMainQueueWakeUp;
@@ -44,14 +44,13 @@ protected:
     void SetUp() override { runPendingMainTasks(); }
     void TearDown() override {
         setMainQueueWakeUp({});
-        yg::setMainQueue(nullptr);
         while (runPendingMainTasks() > 0) {
         }
     }
 
     /// Posts a task that notes its name.
     void post(const std::string& name) {
-        currentMainQueue()->post([this, name] { ran.push_back(name); });
+        defaultMainQueue()->post([this, name] { ran.push_back(name); });
     }
 
     ScopedHost<> host;
@@ -75,7 +74,7 @@ TEST_F(MainQueue, TasksRunOnceInTheOrderOfPosting) {
 }
 
 TEST_F(MainQueue, ATaskPostedByATaskWaitsForTheNextDrain) {
-    currentMainQueue()->post([this] {
+    defaultMainQueue()->post([this] {
         ran.push_back("a");
         post("c");
     });
@@ -87,7 +86,7 @@ TEST_F(MainQueue, ATaskPostedByATaskWaitsForTheNextDrain) {
 }
 
 TEST_F(MainQueue, ANestedDrainGoesOnWhereTheOuterOneStands) {
-    currentMainQueue()->post([this] {
+    defaultMainQueue()->post([this] {
         ran.push_back("a");
         post("c");
         EXPECT_EQ(runPendingMainTasks(), 2U);
@@ -99,8 +98,8 @@ TEST_F(MainQueue, ANestedDrainGoesOnWhereTheOuterOneStands) {
 }
 
 TEST_F(MainQueue, ATaskThatThrowsIsLoggedAndTheOthersRun) {
-    currentMainQueue()->post([] { throw std::runtime_error("broken view"); });
-    currentMainQueue()->post([] { throw 1; });
+    defaultMainQueue()->post([] { throw std::runtime_error("broken view"); });
+    defaultMainQueue()->post([] { throw 1; });
     post("a");
     EXPECT_EQ(runPendingMainTasks(), 3U);
     EXPECT_THAT(ran, ElementsAre("a"));
@@ -109,7 +108,7 @@ TEST_F(MainQueue, ATaskThatThrowsIsLoggedAndTheOthersRun) {
 }
 
 TEST_F(MainQueue, AnEmptyTaskIsIgnored) {
-    currentMainQueue()->post({});
+    defaultMainQueue()->post({});
     postToMainQueue({});
     EXPECT_EQ(runPendingMainTasks(), 0U);
     EXPECT_THAT(host->log(), IsEmpty());
@@ -120,7 +119,7 @@ TEST_F(MainQueue, ATaskIsDestroyedBeforeTheNextRunsAndMayPostThen) {
         ran.push_back("destroyed");
         post("posted");
     });
-    currentMainQueue()->post([held] {});
+    defaultMainQueue()->post([held] {});
     held.reset();
     post("next");
     EXPECT_EQ(runPendingMainTasks(), 2U);
@@ -155,7 +154,7 @@ TEST_F(MainQueue, TheWakeUpComesOnThePostingThread) {
 TEST_F(MainQueue, TheWakeUpComesForWhatATaskPostsWhileOthersWait) {
     int calls = 0;
     setMainQueueWakeUp([&calls] { ++calls; });
-    currentMainQueue()->post([this] { post("b"); });
+    defaultMainQueue()->post([this] { post("b"); });
     post("a");
     runPendingMainTasks();
     EXPECT_EQ(calls, 2);
@@ -184,10 +183,9 @@ TEST_F(MainQueue, AWakeUpThatThrowsIsLoggedAndTheTaskKept) {
     EXPECT_EQ(runPendingMainTasks(), 1U);
 }
 
-TEST_F(MainQueue, TheApplicationsQueueTakesTheTasks) {
+TEST_F(MainQueue, AHostsOwnQueueTakesTheTasks) {
     const auto queue = std::make_shared<KeepingQueue>();
-    yg::setMainQueue(queue);
-    EXPECT_EQ(currentMainQueue(), queue);
+    host->queue = queue;
     postToMainQueue([this] { ran.push_back("a"); });
     EXPECT_EQ(runPendingMainTasks(), 0U);
     ASSERT_EQ(queue->tasks.size(), 1U);
@@ -195,26 +193,11 @@ TEST_F(MainQueue, TheApplicationsQueueTakesTheTasks) {
     EXPECT_THAT(ran, ElementsAre("a"));
 }
 
-TEST_F(MainQueue, NullBringsTheDefaultQueueBack) {
-    const auto standard = currentMainQueue();
-    auto queue = std::make_shared<KeepingQueue>();
-    const std::weak_ptr<yg::MainQueue> watch = queue;
-    yg::setMainQueue(std::move(queue));
-    yg::setMainQueue(nullptr);
-    EXPECT_TRUE(watch.expired());
-    EXPECT_EQ(currentMainQueue(), standard);
-}
-
-TEST_F(MainQueue, AHostsOwnQueueGoesBeforeTheProcesssOne) {
-    const auto processQueue = std::make_shared<KeepingQueue>();
-    yg::setMainQueue(processQueue);
-    const auto hostQueue = std::make_shared<KeepingQueue>();
-    host->queue = hostQueue;
-    postToMainQueue([] {});
-    EXPECT_EQ(hostQueue->tasks.size(), 1U);
+TEST_F(MainQueue, AHostWithoutAQueueHasTheDefaultOne) {
     host->queue = nullptr;
-    postToMainQueue([] {});
-    EXPECT_EQ(processQueue->tasks.size(), 1U);
+    postToMainQueue([this] { ran.push_back("a"); });
+    EXPECT_EQ(runPendingMainTasks(), 1U);
+    EXPECT_THAT(ran, ElementsAre("a"));
 }
 
 TEST_F(MainQueue, AQueueThatThrowsCostsTheTask) {

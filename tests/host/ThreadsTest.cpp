@@ -81,7 +81,6 @@ TEST(Threads, MayReplaceTheHostWhileOthersAskAndLog) {
         [](int round) {
             yg::setMainQueueWakeUp(round % 2 == 0 ? std::function<void()>([] {}) : nullptr);
         },
-        [](int) { yg::setMainQueue(nullptr); },
     });
     testing::internal::GetCapturedStderr();
     yg::setMainQueueWakeUp({});
@@ -104,10 +103,10 @@ TEST(Threads, LosePostedTasksNeverAndKeepTheOrderOfEach) {
     });
     runTogether({
         [&](int round) {
-            yg::currentMainQueue()->post([&first, round] { first.push_back(round); });
+            yg::defaultMainQueue()->post([&first, round] { first.push_back(round); });
         },
         [&](int round) {
-            yg::currentMainQueue()->post([&second, round] { second.push_back(round); });
+            yg::defaultMainQueue()->post([&second, round] { second.push_back(round); });
         },
     });
     isDone = true;

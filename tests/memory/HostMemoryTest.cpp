@@ -72,7 +72,7 @@ TEST_F(HostMemory, ThereIsAlwaysAHostAndAQueue) {
     const testing::FailingAllocations failing(1, testing::Failures::allFrom,
                                               testing::Allocators::all);
     EXPECT_NE(currentHost(), nullptr);
-    EXPECT_NE(currentMainQueue(), nullptr);
+    EXPECT_NE(defaultMainQueue(), nullptr);
     setHost(previous);
 }
 
@@ -164,8 +164,10 @@ TEST_F(HostMemory, JsonIsReadAndWrittenAsAWholeOrNotAtAll) {
         EXPECT_TRUE(parsed.value->appendTo(out));
         return out;
     };
-    everyAllocationFails(Operation{[&] { return JsonValue::parse(json); }, textOf, "out of memory",
-                                   [] {}, testing::Allocators::all, false});
+    for (const bool positions : {false, true}) {
+        everyAllocationFails(Operation{[&] { return JsonValue::parse(json, {positions}); }, textOf,
+                                       "out of memory", [] {}, testing::Allocators::all, false});
+    }
     const JsonValue value = *JsonValue::parse(json).value;
     const auto append = [&](auto write) {
         everyAllocationFails(Operation{[&, write] {

@@ -6,24 +6,45 @@
 namespace yg::text {
 namespace {
 
-TextPoint pointAt(std::string_view text, std::size_t offset) {
-    return LineIndex(text).pointAt(text, offset);
+TextPoint pointIn(std::string_view text, std::size_t offset) {
+    const TextPoint point = LineIndex(text).pointAt(text, offset);
+    EXPECT_EQ(pointAt(text, offset), point);
+    return point;
 }
 
 TEST(LineIndex, CountsLinesAndCharactersFromOne) {
-    EXPECT_EQ(pointAt("ab\ncd", 0), (TextPoint{1, 1}));
-    EXPECT_EQ(pointAt("ab\ncd", 2), (TextPoint{1, 3}));
-    EXPECT_EQ(pointAt("ab\ncd", 3), (TextPoint{2, 1}));
-    EXPECT_EQ(pointAt("ab\ncd", 5), (TextPoint{2, 3}));
+    EXPECT_EQ(pointIn("ab\ncd", 0), (TextPoint{1, 1}));
+    EXPECT_EQ(pointIn("ab\ncd", 2), (TextPoint{1, 3}));
+    EXPECT_EQ(pointIn("ab\ncd", 3), (TextPoint{2, 1}));
+    EXPECT_EQ(pointIn("ab\ncd", 5), (TextPoint{2, 3}));
 }
 
 TEST(LineIndex, CountsACharacterOfSeveralBytesOnce) {
-    EXPECT_EQ(pointAt("行情x", 6), (TextPoint{1, 3}));
+    EXPECT_EQ(pointIn("行情x", 6), (TextPoint{1, 3}));
+}
+
+TEST(LineIndex, DoesNotCountAByteOrderMark) {
+    EXPECT_EQ(pointIn("\xef\xbb\xbf"
+                      "ab\n\xef\xbb\xbf",
+                      0),
+              (TextPoint{1, 1}));
+    EXPECT_EQ(pointIn("\xef\xbb\xbf"
+                      "ab\n\xef\xbb\xbf",
+                      1),
+              (TextPoint{1, 1}));
+    EXPECT_EQ(pointIn("\xef\xbb\xbf"
+                      "ab\n\xef\xbb\xbf",
+                      4),
+              (TextPoint{1, 2}));
+    EXPECT_EQ(pointIn("\xef\xbb\xbf"
+                      "ab\n\xef\xbb\xbf",
+                      9),
+              (TextPoint{2, 2}));
 }
 
 TEST(LineIndex, AnswersTheEndForWhatLiesBehindIt) {
-    EXPECT_EQ(pointAt("a\n", 99), (TextPoint{2, 1}));
-    EXPECT_EQ(pointAt("", 7), (TextPoint{1, 1}));
+    EXPECT_EQ(pointIn("a\n", 99), (TextPoint{2, 1}));
+    EXPECT_EQ(pointIn("", 7), (TextPoint{1, 1}));
 }
 
 }  // namespace

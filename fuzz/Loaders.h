@@ -57,7 +57,7 @@ public:
         require(!finding.rule.name.empty(), "a rule has a name");
         if (!finding.node.isElement())
             return;
-        require(finding.node.position().has_value(), "an element reported has a place");
+        require(finding.node.place().has_value(), "an element reported has a place");
         const xml::Element element(finding.node);
         require(finding.attribute.empty() || element.attribute(finding.attribute).has_value(),
                 "an attribute reported exists");

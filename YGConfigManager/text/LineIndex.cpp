@@ -7,9 +7,25 @@
 
 namespace yg::text {
 
+namespace {
+
+constexpr std::size_t blockSize = 1024;
+
+}  // namespace
+
 LineIndex::LineIndex(std::string_view text) : lineBegins_{0} {
     for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at))
         lineBegins_.push_back(++at);
+    std::size_t count = 0;
+    for (std::size_t at = 0; at <= text.size(); at += blockSize) {
+        characters_.push_back(count);
+        count += countCodePoints(text.substr(at, blockSize));
+    }
+}
+
+std::size_t LineIndex::charactersBefore(std::string_view text, std::size_t offset) const {
+    const std::size_t block = offset / blockSize;
+    return characters_[block] + countCodePoints(text.substr(block * blockSize, offset % blockSize));
 }
 
 TextPoint LineIndex::pointAt(std::string_view text, std::size_t offset) const {
@@ -17,7 +33,8 @@ TextPoint LineIndex::pointAt(std::string_view text, std::size_t offset) const {
     const auto next = std::upper_bound(lineBegins_.begin(), lineBegins_.end(), offset);
     const std::size_t begin = *(next - 1);
     return {static_cast<std::uint32_t>(next - lineBegins_.begin()),
-            static_cast<std::uint32_t>(countCodePoints(text.substr(begin, offset - begin)) + 1)};
+            static_cast<std::uint32_t>(charactersBefore(text, offset) -
+                                       charactersBefore(text, begin) + 1)};
 }
 
 }  // namespace yg::text

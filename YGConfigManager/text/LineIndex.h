@@ -12,7 +12,7 @@
 namespace yg::text {
 
 /// The lines of a UTF-8 text, which it does not keep: pass the same text to each call. A look-up
-/// takes the logarithm of the number of lines and the length of one line.
+/// takes the logarithm of the number of lines, however long they are.
 class LineIndex {
 public:
     /// A line ends behind "\n".
@@ -22,7 +22,10 @@ public:
     TextPoint pointAt(std::string_view text, std::size_t offset) const;
 
 private:
+    std::size_t charactersBefore(std::string_view text, std::size_t offset) const;
+
     std::vector<std::size_t> lineBegins_;
+    std::vector<std::size_t> characters_;  ///< before each block of the text
 };
 
 }  // namespace yg::text

@@ -86,8 +86,8 @@ public:
 
 private:
     static unsigned lineOf(const xml::Node& node) {
-        const auto position = (node.isElement() ? node : xml::Node(node.parent())).position();
-        return position ? position->line : 0;
+        const auto place = (node.isElement() ? node : xml::Node(node.parent())).place();
+        return place ? place->begin.line : 0;
     }
 
     bool isReported(const xml::Node& node, std::optional<std::string_view> attribute) const {

@@ -17,15 +17,17 @@ namespace {
 
 constexpr const char* outOfMemory = "out of memory";
 
-/// Decodes and parses what `read` answers. `path` is kept as the file of positions.
+/// Decodes and parses what `read` answers. `path` is kept as the file of places.
 template <class Read>
 Parsed parsed(Read read, std::string_view path, ParseOptions options) {
     try {
         Decoded decoded = read();
         if (!decoded.error.empty())
             return {nullptr, std::move(decoded.error)};
-        return parseUtf8(decoded.text,
-                         options.positions ? std::make_shared<std::string>(path) : nullptr);
+        Parsed parsed = parseUtf8(decoded.text, options.positions);
+        if (options.positions && parsed.tree)
+            notePlaces(*parsed.tree, std::make_shared<Source>(path, std::move(decoded.text)));
+        return parsed;
     } catch (const std::exception&) {
         return {nullptr, outOfMemory};
     }

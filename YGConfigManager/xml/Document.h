@@ -21,7 +21,8 @@ struct ParseResult;
 struct Parsed;
 
 struct ParseOptions {
-    /// Keep file, line and column of every element and attribute.
+    /// Keep the text, and where in it every node and attribute stands. Copies and other trees that
+    /// nodes are added to share the text.
     bool positions = false;
 };
 

@@ -470,68 +470,15 @@ std::shared_ptr<Tree> buildQuickly(std::string_view text) {
     return result ? std::move(tree) : nullptr;
 }
 
-/// Follows the parser through a text and counts lines and columns as it goes.
-class PositionKeeper {
-public:
-    PositionKeeper(Tree& tree, std::string_view text, std::shared_ptr<const std::string> file)
-        : tree_(tree), text_(text), file_(file.get()) {
-        tree.files.push_back(std::move(file));
-    }
-
-    /// Called when the parser stands at the end of a start tag.
-    void keep(pugi::xml_node element, std::size_t parserAt) {
-        const std::size_t tag = text_.rfind('<', parserAt - 1);
-        if (tag == std::string_view::npos || tag < offset_)
-            return;
-        place(element.internal_object(), tag);
-        std::size_t at = tag + 1 + std::strlen(element.name());
-        for (pugi::xml_attribute attribute : element.attributes()) {
-            at = text_.find_first_not_of(" \t\r\n", at);
-            place(attribute.internal_object(), at);
-            const std::size_t quote = text_.find_first_of("\"'", at);
-            if (quote == std::string_view::npos)
-                return;
-            at = text_.find(text_[quote], quote + 1) + 1;
-        }
-    }
-
-private:
-    void place(const void* of, std::size_t at) {
-        if (at == std::string_view::npos || at < offset_)
-            return;
-        const std::string_view between = text_.substr(offset_, at - offset_);
-        const std::size_t lastBreak = between.rfind('\n');
-        if (lastBreak == std::string_view::npos) {
-            column_ += text::countCodePoints(between);
-        } else {
-            line_ += static_cast<std::size_t>(std::count(between.begin(), between.end(), '\n'));
-            column_ = 1 + text::countCodePoints(between.substr(lastBreak + 1));
-        }
-        offset_ = at;
-        tree_.places[of] = {file_, static_cast<std::uint32_t>(line_),
-                            static_cast<std::uint32_t>(column_)};
-    }
-
-    Tree& tree_;
-    std::string_view text_;
-    const std::string* file_;
-    std::size_t offset_ = 0;
-    std::size_t line_ = 1;
-    std::size_t column_ = 1;
-};
-
 /// Builds the tree of any text from the callbacks of the parser's first version, which take names
 /// as written and keep namespace declarations in their place among the attributes.
 class Builder : public Reader {
 public:
-    Builder(const std::string& text, std::shared_ptr<const std::string> file)
+    explicit Builder(const std::string& text)
         : Reader(text, callbacks()),
           text_(text),
           tree_(std::make_shared<Tree>()),
-          parent_(tree_->memory) {
-        if (file)
-            positions_.emplace(*tree_, text_, std::move(file));
-    }
+          parent_(tree_->memory) {}
 
     Parsed run() {
         if (!read())
@@ -567,7 +514,6 @@ private:
 
     std::string_view text_;
     std::shared_ptr<Tree> tree_;
-    std::optional<PositionKeeper> positions_;
     pugi::xml_node parent_;
     std::string pendingText_;
 };
@@ -587,8 +533,6 @@ void Builder::startElement(const char* name, const xmlChar** attributes) {
         pugi::xml_attribute attribute = made(parent_.append_attribute(chars(attributes[0])));
         setValue(attribute, attributes[1] ? chars(attributes[1]) : "");
     }
-    if (positions_)
-        positions_->keep(parent_, parserAt());
 }
 
 void Builder::endElement() {
@@ -691,7 +635,7 @@ std::optional<std::pair<std::size_t, const char*>> fault(const std::string& text
 
 }  // namespace
 
-Parsed parseUtf8(const std::string& text, std::shared_ptr<const std::string> file) {
+Parsed parseUtf8(const std::string& text, bool byCallbacks) {
     if (const auto found = fault(text)) {
         Errors errors;
         errors.add(lineAt(text, found->first), found->second);
@@ -707,12 +651,12 @@ Parsed parseUtf8(const std::string& text, std::shared_ptr<const std::string> fil
         // of instructions, as they are.
         const bool isPlain = !judge.hasDoctype() && text.find("&#") == std::string::npos &&
                              !(judge.hasInstruction() && text.find('\r') != std::string::npos);
-        parsed.tree = isPlain && !file ? buildQuickly(text) : nullptr;
+        parsed.tree = isPlain && !byCallbacks ? buildQuickly(text) : nullptr;
         if (parsed.tree)
             noteStandalone(*parsed.tree, judge.context());
     });
     if (!parsed.tree && parsed.error.empty())
-        return Builder(text, std::move(file)).run();
+        return Builder(text).run();
     return parsed;
 }
 

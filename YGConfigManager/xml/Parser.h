@@ -16,9 +16,9 @@ struct Parsed {
     std::string error;           ///< `Line N: message`, joined with "; "
 };
 
-/// Parses UTF-8 text. With `file`, the positions of elements and attributes are kept under it.
-/// Throws std::bad_alloc when memory does not suffice.
-Parsed parseUtf8(const std::string& text, std::shared_ptr<const std::string> file);
+/// Parses UTF-8 text. Throws std::bad_alloc when memory does not suffice. `byCallbacks` asks for
+/// the slower of the two ways to build a tree, which make the same of any text.
+Parsed parseUtf8(const std::string& text, bool byCallbacks);
 
 /// Whether parseUtf8 gives a tree of such a text.
 bool isReadable(const std::string& text);

@@ -12,7 +12,7 @@ namespace yg::tool {
 namespace {
 
 void declareChoose(CLI::App& app, Arguments& arguments) {
-    declareOperands(app, "ITEM…", arguments.items, "host:port or weight:host:port; none is fine");
+    declareOperands(app, "ITEM", arguments.items, "host:port or weight:host:port; none is fine");
     declareFlag(app, "--weighted", arguments.weighted, "the older choice, by weight");
 }
 
@@ -37,8 +37,8 @@ constexpr std::string_view chooseNotes =
 
 constexpr Command table[] = {
     {"choose", "one address out of several, as a JSON string",
-     "ygconfig choose 192.0.2.1:9211 192.0.2.2:9211\n"
-     "ygconfig choose --weighted 70:192.0.2.1:9211 30:192.0.2.2:9211\n",
+     "  ygconfig choose 192.0.2.1:9211 192.0.2.2:9211\n"
+     "  ygconfig choose --weighted 70:192.0.2.1:9211 30:192.0.2.2:9211\n",
      chooseNotes, declareChoose, choose},
 };
 

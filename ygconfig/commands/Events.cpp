@@ -63,20 +63,20 @@ Answer findEvent(const Session& session) {
 
 constexpr Command table[] = {
     {"dump events", "all commands, event templates and event groups, as JSON",
-     "ygconfig dump events --root examples/terminal\n"
-     "ygconfig dump events --events draft/events.xml\n",
+     "  ygconfig dump events --root examples/terminal\n"
+     "  ygconfig dump events --events draft/events.xml\n",
      "", declareEvents, dumpEvents},
 
     {"show events", "all event groups, event templates and commands, as trees",
-     "ygconfig show events --root examples/terminal | less\n", eventsLegend, declareEvents,
+     "  ygconfig show events --root examples/terminal | less\n", eventsLegend, declareEvents,
      showEvents},
 
     {"command", "one command of the event file, as JSON; null if there is none",
-     "ygconfig command open_index_page --root examples/terminal\n", "", declareCommandName,
+     "  ygconfig command open_index_page --root examples/terminal\n", "", declareCommandName,
      findCommand},
 
     {"event", "one event of an event group, as JSON; null if there is none",
-     "ygconfig event watch_list select --root examples/terminal\n",
+     "  ygconfig event watch_list select --root examples/terminal\n",
      "Neither templates nor other groups are looked at.\n", declareEventName, findEvent},
 };
 

@@ -124,16 +124,16 @@ constexpr std::string_view requestUrlNotes =
 
 constexpr Command table[] = {
     {"dump request-urls", "the stored list of request URLs, as JSON; null if there is none",
-     "ygconfig dump request-urls --root examples/terminal\n", "", nullptr, dumpRequestUrls},
+     "  ygconfig dump request-urls --root examples/terminal\n", "", nullptr, dumpRequestUrls},
 
     {"show request-urls", "the addresses of HTTP services by key",
-     "ygconfig show request-urls --root examples/terminal\n"
-     "ygconfig show request-urls --root examples/terminal --refresh\n",
+     "  ygconfig show request-urls --root examples/terminal\n"
+     "  ygconfig show request-urls --root examples/terminal --refresh\n",
      urlsLegend, declareRefresh, showRequestUrls},
 
     {"request-url", "the address of an HTTP service, as a JSON string; null if there is none",
-     "ygconfig request-url quote_snapshot --root examples/terminal\n"
-     "ygconfig request-url quote_snapshot --refresh --root examples/terminal\n",
+     "  ygconfig request-url quote_snapshot --root examples/terminal\n"
+     "  ygconfig request-url quote_snapshot --refresh --root examples/terminal\n",
      requestUrlNotes, declareKey, findRequestUrl},
 };
 

@@ -97,17 +97,18 @@ constexpr std::string_view deliveryNotes =
 
 constexpr Command table[] = {
     {"dump servers", "the servers with the addresses chosen for them, as JSON",
-     "ygconfig dump servers --root examples/terminal\n"
-     "ygconfig dump servers --root examples/terminal --right l2 --gray\n",
+     "  ygconfig dump servers --root examples/terminal\n"
+     "  ygconfig dump servers --root examples/terminal --right l2 --gray\n",
      rightLevelNotes, declareServers, dumpServers},
 
     {"show servers", "the servers of each type and the chances of their addresses, as trees",
-     "ygconfig show servers --root examples/terminal\n"
-     "ygconfig show servers --root examples/terminal --right l2 --gray\n",
+     "  ygconfig show servers --root examples/terminal\n"
+     "  ygconfig show servers --root examples/terminal --right l2 --gray\n",
      serversLegend, declareServers, showServers},
 
     {"servers deliver", "applies a server file and keeps it as the user's own; true or false",
-     "ygconfig servers deliver new.xml 900150983cd24fb0d6963f7d28e17f72 --root examples/terminal\n",
+     "  ygconfig servers deliver new.xml 900150983cd24fb0d6963f7d28e17f72 --root "
+     "examples/terminal\n",
      deliveryNotes, declareDelivery, deliverServers},
 };
 

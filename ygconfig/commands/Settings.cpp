@@ -30,8 +30,8 @@ void declareItemText(CLI::App& app, Arguments& arguments) {
 }
 
 void declareFile(CLI::App& app, Arguments& arguments) {
-    declareOptionalOperand(app, "[FILE]", arguments.key,
-                           "a settings file's name; app_config.xml if not given");
+    declareText(app, "[FILE]", "", arguments.key,
+                "a settings file's name; app_config.xml if not given");
 }
 
 Answer getSetting(const Session& session) {
@@ -89,16 +89,16 @@ constexpr std::string_view settingsNotes =
 
 constexpr Command table[] = {
     {"settings get", "the text of a settings item, as a JSON string; null if there is none",
-     "ygconfig settings get app_config.xml appearance theme --root examples/terminal\n", "",
+     "  ygconfig settings get app_config.xml appearance theme --root examples/terminal\n", "",
      declareItem, getSetting},
 
     {"settings set", "stores the text of a settings item; true or false",
-     "ygconfig settings set app_config.xml appearance theme white --root examples/terminal\n"
-     "ygconfig settings set app_config.xml chart grid true --description 'lines behind charts'\n",
+     "  ygconfig settings set app_config.xml appearance theme white --root examples/terminal\n"
+     "  ygconfig settings set app_config.xml chart grid true --description 'lines behind charts'\n",
      settingsNotes, declareItemText, setSetting},
 
     {"show settings", "the application's settings, as trees",
-     "ygconfig show settings --root examples/terminal\n", settingsLegend, declareFile,
+     "  ygconfig show settings --root examples/terminal\n", settingsLegend, declareFile,
      showSettings},
 };
 

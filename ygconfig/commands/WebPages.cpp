@@ -18,14 +18,13 @@ namespace {
 
 void declareWebPage(CLI::App& app, Arguments& arguments) {
     declareOperand(app, "FILE", arguments.file, "a table's name, web_page_urls.xml for one");
-    declareOptionalOperand(app, "[KEY]", arguments.key, "the key of an address");
+    declareText(app, "[KEY]", "", arguments.key, "the key of an address");
     declareText(app, "--replace", "TABLE", arguments.replacement,
                 "the path of a new table, - for standard input; instead of a key");
 }
 
 void declareFile(CLI::App& app, Arguments& arguments) {
-    declareOptionalOperand(app, "[FILE]", arguments.key,
-                           "a table's name; web_page_urls.xml if not given");
+    declareText(app, "[FILE]", "", arguments.key, "a table's name; web_page_urls.xml if not given");
 }
 
 Answer findWebPage(const Session& session) {
@@ -74,12 +73,12 @@ constexpr std::string_view webPageNotes =
 
 constexpr Command table[] = {
     {"web-page", "the address of a web page, as a JSON string; or replaces all, true or false",
-     "ygconfig web-page web_page_urls.xml help_center --root examples/terminal\n"
-     "ygconfig web-page web_page_urls.xml --replace new.xml --root examples/terminal\n",
+     "  ygconfig web-page web_page_urls.xml help_center --root examples/terminal\n"
+     "  ygconfig web-page web_page_urls.xml --replace new.xml --root examples/terminal\n",
      webPageNotes, declareWebPage, findWebPage},
 
     {"show web-pages", "the addresses of web pages by key",
-     "ygconfig show web-pages --root examples/terminal\n", urlsLegend, declareFile, showWebPages},
+     "  ygconfig show web-pages --root examples/terminal\n", urlsLegend, declareFile, showWebPages},
 };
 
 }  // namespace

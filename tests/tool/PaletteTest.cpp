@@ -398,7 +398,7 @@ TEST(WriteImage, LeavesADeviceThatTakesNothingInItsPlace) {
     EXPECT_EQ(complaintOf(root, root.at("link.png")), fullAt(root.at("link.png")));
     EXPECT_TRUE(std::filesystem::is_symlink(root.at("link.png")));
     EXPECT_TRUE(isDevice("/dev/full"));
-    // A device of our own, so that nobody's is lost if this fails.
+    // A device of our own, so that a failure does no harm.
     const std::string path = root.at("full");
     if (::mknod(path.c_str(), S_IFCHR | 0666, makedev(1, 7)) != 0)
         GTEST_SKIP() << "no device can be made";

@@ -22,7 +22,8 @@ using yg::testing::runTool;
 using yg::testing::TempRoot;
 using yg::testing::ToolRun;
 
-/// Expects a run that ends with status 2, prints nothing and complains with exactly this line.
+/// Expects a run that ends with status 2, prints nothing and prints exactly this line on standard
+/// error.
 void expectRefused(const std::vector<std::string>& arguments, const std::string& line) {
     const ToolRun run = runTool(arguments);
     EXPECT_EQ(run.status, 2) << line;
@@ -74,7 +75,7 @@ TEST(UnknownWords, GetASuggestion) {
     expectRefused({"--versoin"}, "ygconfig: unexpected '--versoin'; did you mean '--version'?");
 }
 
-TEST(UnknownWords, GetNoneWithoutALikeness) {
+TEST(UnknownWords, GetNoSuggestionWhenNothingIsSimilar) {
     expectRefused({"frobnicate"}, "ygconfig: unexpected 'frobnicate'");
     expectRefused({"dump", "layout", "-5"}, "ygconfig dump layout: unexpected '-5'");
 }
@@ -117,7 +118,7 @@ TEST(StandardOutput, ThatIsClosedIsAnError) {
     EXPECT_THAT(run.errors, HasSubstr("ygconfig: standard output: Bad file descriptor\n"));
 }
 
-TEST(StandardOutput, ThatNobodyReadsAnyMoreIsAQuietError) {
+TEST(StandardOutput, ThatIsNoLongerReadIsAQuietError) {
     const ToolRun run = runTool({"--help"}, {.outputTo = OutputTo::closedPipe});
     EXPECT_EQ(run.status, 3);
     EXPECT_EQ(run.errors, "");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Reads the words of a command line; does no work and looks at no file.
+// Reads the words of a command line; does not run the command and opens no file.
 #pragma once
 
 #include <span>

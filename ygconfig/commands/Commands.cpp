@@ -10,9 +10,9 @@ namespace yg::tool {
 
 namespace {
 
-/// What the words of several commands begin with.
+/// The words that several commands begin with.
 constexpr Command groups[] = {
-    {"", "looks into the configuration of a terminal",
+    {"", "shows what the configuration of a terminal holds",
      "  ygconfig show layout --root examples/terminal\n"
      "  ygconfig dump style 行情报价 --root examples/terminal\n"
      "  ygconfig event watch_list select --root examples/terminal\n",

@@ -24,7 +24,8 @@ void declareCommandName(CLI::App& app, Arguments& arguments) {
 }
 
 void declareEventName(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "GROUP", arguments.group, "the group's name, which elements have as event");
+    declareOperand(app, "GROUP", arguments.group,
+                   "the group's name, as in the event attribute of elements");
     declareOperand(app, "NAME", arguments.name, "the event's name in its group");
     declareEvents(app, arguments);
 }
@@ -77,7 +78,7 @@ constexpr Command table[] = {
 
     {"event", "one event of an event group, as JSON; null if there is none",
      "  ygconfig event watch_list select --root examples/terminal\n",
-     "Neither templates nor other groups are looked at.\n", declareEventName, findEvent},
+     "Looks in this group only, not in templates or other groups.\n", declareEventName, findEvent},
 };
 
 }  // namespace

@@ -122,7 +122,7 @@ constexpr Command table[] = {
      "  ygconfig show --root examples/terminal\n"
      "  ygconfig show style 市场总览 --root examples/terminal\n"
      "  ygconfig show events --root examples/terminal | less\n",
-     "Without a further word it is 'show layout'.\n", declareLayout, showLayout},
+     "Without a subcommand it does the same as 'show layout'.\n", declareLayout, showLayout},
 
     {"show layout", "all styles, tab styles and magic panels, as trees",
      "  ygconfig show layout --root examples/terminal | less\n", layoutLegend, declareLayout,

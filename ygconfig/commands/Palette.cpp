@@ -106,16 +106,16 @@ Answer writeImage(const Session& session) {
 }
 
 constexpr std::string_view paletteNotes =
-    "The palette is palette_white.xml for style 0 and palette_black.xml for style 1; ROOT/user "
-    "goes\n"
-    "before ROOT/storage. For any other style, and without its file, the answer is null.\n";
+    "The palette is palette_white.xml for style 0 and palette_black.xml for style 1, in ROOT/user "
+    "or\n"
+    "else in ROOT/storage. For any other style, or without the file, the answer is null.\n";
 
 constexpr std::string_view imageNotes =
-    "The answer is the size of what was written, in points and in pixels; null, with nothing "
-    "written,\n"
-    "when there is no such image. With --group and --index it is one piece of a strip of COUNT "
-    "pieces,\n"
-    "numbered from 0 at the left; the aspect ratio stays with --width as with --height.\n";
+    "The answer is the size of the written image in points and in pixels. If the image does not "
+    "exist,\n"
+    "the answer is null and nothing is written. --group and --index select one piece of a strip "
+    "of\n"
+    "COUNT pieces, counted from 0 at the left; --width and --height keep the aspect ratio.\n";
 
 constexpr Command table[] = {
     {"dump palette", "the colours, fonts and images of a theme, as JSON; null if there is none",

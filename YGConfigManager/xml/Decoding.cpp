@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "YGConfigManager/process/ForkMutex.h"
+#include "YGConfigManager/text/Characters.h"
 #include "YGConfigManager/text/Utf8.h"
 
 namespace yg::xml {
@@ -17,8 +18,6 @@ namespace yg::xml {
 namespace {
 
 using namespace std::string_view_literals;
-
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF"sv;
 
 std::string lineOf(std::string_view textBefore) {
     return std::to_string(1 + std::count(textBefore.begin(), textBefore.end(), '\n'));
@@ -33,17 +32,13 @@ std::string lowered(std::string_view name) {
     return lower;
 }
 
-bool isSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-
 std::string_view declarationOf(std::string_view text) {
     return text.substr(0, text.find("?>"));
 }
 
 /// The encoding that an XML declaration in an ASCII-compatible text names.
 std::optional<std::string> declaredEncoding(std::string_view text) {
-    if (text.substr(0, 5) != "<?xml" || text.size() < 6 || !isSpace(text[5]))
+    if (text.substr(0, 5) != "<?xml" || text.size() < 6 || !text::isWhiteSpace(text[5]))
         return std::nullopt;
     const std::string_view declaration = declarationOf(text);
     constexpr std::string_view label = "encoding";
@@ -52,7 +47,7 @@ std::optional<std::string> declaredEncoding(std::string_view text) {
         return std::nullopt;
     at += label.size();
     const auto skipSpace = [&] {
-        while (at < declaration.size() && isSpace(declaration[at]))
+        while (at < declaration.size() && text::isWhiteSpace(declaration[at]))
             ++at;
     };
     skipSpace();
@@ -165,8 +160,8 @@ Decoded convert(std::string_view bytes, const std::string& encoding, std::string
 }  // namespace
 
 Decoded decodeUtf8(std::string_view text) {
-    if (text.substr(0, utf8Mark.size()) == utf8Mark)
-        text.remove_prefix(utf8Mark.size());
+    if (text.substr(0, text::byteOrderMark.size()) == text::byteOrderMark)
+        text.remove_prefix(text::byteOrderMark.size());
     const std::size_t valid = text::validUtf8Prefix(text);
     if (valid != text.size())
         return notProper(text.substr(0, valid), "UTF-8");
@@ -174,7 +169,7 @@ Decoded decodeUtf8(std::string_view text) {
 }
 
 Decoded decodeXml(std::string_view bytes) {
-    if (bytes.substr(0, utf8Mark.size()) == utf8Mark)
+    if (bytes.substr(0, text::byteOrderMark.size()) == text::byteOrderMark)
         return decodeUtf8(bytes);
     if (bytes.substr(0, 2) == "\xFF\xFE"sv)
         return convert(bytes.substr(2), "UTF-16LE", "\n\0"sv);

@@ -354,13 +354,14 @@ private:
 
     /// What libxml2 reports. A prefix that is not declared is no error: names count as written.
     void note(const xmlError& error) {
-        if (error.code == XML_ERR_NO_MEMORY)
+        // Without a message, memory did not suffice for that.
+        if (error.code == XML_ERR_NO_MEMORY || !error.message)
             return runOutOfMemory();
         if (error.domain == XML_FROM_NAMESPACE)
             return noteNamespaceError(error);
         if (error.level < XML_ERR_ERROR)
             return;
-        errors_.add(error.line, parserAt(), error.message ? error.message : "unknown error");
+        errors_.add(error.line, parserAt(), error.message);
         // The rest is read for further errors, and the limits are watched by callbacks, which
         // libxml2 would no longer call.
         context_->recovery = 1;

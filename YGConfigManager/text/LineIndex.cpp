@@ -9,7 +9,7 @@ namespace yg::text {
 
 namespace {
 
-constexpr std::size_t blockSize = 1024;
+constexpr std::size_t blockSize = 256;
 
 }  // namespace
 

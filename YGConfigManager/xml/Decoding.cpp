@@ -11,6 +11,7 @@
 
 #include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/text/Characters.h"
+#include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Utf8.h"
 
 namespace yg::xml {
@@ -18,10 +19,6 @@ namespace yg::xml {
 namespace {
 
 using namespace std::string_view_literals;
-
-std::string lineOf(std::string_view textBefore) {
-    return std::to_string(1 + std::count(textBefore.begin(), textBefore.end(), '\n'));
-}
 
 std::string lowered(std::string_view name) {
     std::string lower(name);
@@ -74,7 +71,13 @@ bool isEncodingName(std::string_view name) {
 }
 
 Decoded notProper(std::string_view textBefore, const std::string& encoding) {
-    return {{}, "Line " + lineOf(textBefore) + ": Input is not proper " + encoding};
+    const TextPoint point = text::LineIndex(textBefore).pointAt(textBefore, textBefore.size());
+    return {{}, {{point.line, point.column, "Input is not proper " + encoding}}};
+}
+
+/// An error of the declaration.
+Decoded wrongLabel(std::string message) {
+    return {{}, {{1, 0, std::move(message)}}};
 }
 
 /// For what takes locks of the C library that the child of a fork could find taken.
@@ -137,14 +140,14 @@ Decoded convert(std::string_view bytes, const std::string& encoding, std::string
                 std::string_view beginning = {}) {
     Converter converter(encoding);
     if (!converter)
-        return {{}, "Line 1: Unsupported encoding " + encoding};
+        return wrongLabel("Unsupported encoding " + encoding);
     std::string text;
     text.reserve(bytes.size() + bytes.size() / 2);
     const bool isRight = converter.convert(bytes, text);
     // A declaration that is not ASCII is wrong in any encoding, as the parser will say.
     beginning = beginning.substr(0, asciiPrefix(beginning));
     if (text.compare(0, beginning.size(), beginning) != 0)
-        return {{}, "Line 1: Input is labelled " + encoding + " but is not encoded so"};
+        return wrongLabel("Input is labelled " + encoding + " but is not encoded so");
     // A converter may hold back a character for an accent that follows, and takes a text that stops
     // within a shift sequence. A line feed brings out the one and is wrong in the other.
     if (!isRight || !converter.convert(lineFeed, text) || !text.ends_with('\n'))
@@ -181,12 +184,12 @@ Decoded decodeXml(std::string_view bytes) {
         return decodeUtf8(bytes);
     const std::string name = lowered(*declared);
     if (!isEncodingName(name))
-        return {{}, "Line 1: Unsupported encoding"};
+        return wrongLabel("Unsupported encoding");
     if (name == "utf-8" || name == "utf8")
         return decodeUtf8(bytes);
     if (name.substr(0, 6) == "utf-16" || name.substr(0, 6) == "utf-32" ||
         name.substr(0, 3) == "ucs")
-        return {{}, "Line 1: Input is labelled " + *declared + " but has no byte-order mark"};
+        return wrongLabel("Input is labelled " + *declared + " but has no byte-order mark");
     const bool isGbk = name == "gb2312" || name == "gbk" || name == "gb18030";
     // The declaration was read as ASCII, and must read the same in the encoding that it names.
     return convert(bytes, isGbk ? "GB18030" : *declared, "\n", declarationOf(bytes));

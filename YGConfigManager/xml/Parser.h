@@ -5,15 +5,16 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
+#include <vector>
 
+#include "YGConfigManager/xml/Document.h"
 #include "YGConfigManager/xml/Tree.h"
 
 namespace yg::xml {
 
 struct Parsed {
-    std::shared_ptr<Tree> tree;  ///< null on failure
-    std::string error;           ///< `Line N: message`, joined with "; "
+    std::shared_ptr<Tree> tree;      ///< null on failure
+    std::vector<ParseError> errors;  ///< empty on success
 };
 
 /// Parses UTF-8 text. Throws std::bad_alloc when memory does not suffice. `byCallbacks` asks for

@@ -224,7 +224,7 @@ TEST(PaletteSection, IsTheFirstInTheFileThatAQueryFinds) {
     const PaletteRoot files;
     std::minstd_rand random;
     int found = 0;
-    for (int round = 0; round < 100; ++round) {
+    for (int round = 0; round < 300; ++round) {
         const std::string text = "<ROOT>" + elements(random, 4) + "</ROOT>";
         files.writeLight(text);
         const auto loader = YGPaletteLoad::initWithPaletteStyle(0);

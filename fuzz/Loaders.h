@@ -54,6 +54,8 @@ public:
     std::size_t seen = 0;
 
     void report(const Finding& finding) override {
+        require(finding.element.empty() || finding.place.begin.line > 0,
+                "an element reported has a place");
         require(ruleNamed(finding.rule.name) == &finding.rule, "a rule is in the table");
         require(isInOrder(finding.place) && isInOrder(finding.extent),
                 "a place ends behind its begin");

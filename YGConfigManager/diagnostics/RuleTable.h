@@ -209,7 +209,7 @@ inline constexpr Rule ruleTable[] = {
      "saved, so nothing changes."},
     {"replaced-md5", Handling::replaced, Severity::warning,
      "The digest that came with the delivery takes the place of the document's own."},
-    {"server-root-name", Handling::dropped, Severity::error,
+    {"server-root-name", Handling::unresolved, Severity::error,
      "The root of a server configuration is named \"application\"; no group of this file is read."},
     {"server-group-without-type", Handling::dropped, Severity::error,
      "A group needs a type to be found by."},
@@ -221,30 +221,31 @@ inline constexpr Rule ruleTable[] = {
     {"incomplete-server-entry", Handling::dropped, Severity::error,
      "An entry needs the attributes key, name and addrs; the one named here is missing."},
     {"server-entry-without-address", Handling::dropped, Severity::error,
-     "None of the entry's addresses can be used, so it gives no server."},
+     "None of the entry's addresses is host:port or weight:host:port, so it gives no server."},
     {"server-without-name", Handling::defaulted, Severity::warning,
      "Between two \";\", or beside one at an end, stands an empty name, which makes a server."},
     {"too-many-servers", Handling::dropped, Severity::error,
      "Beside the first of each entry, the names of a group give at most 250,000 servers and 16 MiB "
-     "of names and hosts."},
+     "of names and hosts; these names give none."},
     // Addresses.
     {"empty-server-address", Handling::dropped, Severity::error,
      "Between two \";\", or beside one at an end, stands an empty address."},
     {"address-without-port", Handling::dropped, Severity::error,
-     "An address is host:port or weight:host:port."},
+     "An address is host:port or weight:host:port; without a port it is never chosen."},
     {"address-with-too-many-parts", Handling::defaulted, Severity::warning,
      "Of more than three parts the second is the host and the third the port; the others are "
      "ignored."},
     {"ipv6-address", Handling::defaulted, Severity::warning,
-     "An address is cut at every \":\", so that an IPv6 address cannot be written; what its parts "
-     "give is no usable host."},
+     "An address is cut at every \":\", so that an IPv6 address cannot be written; its parts give "
+     "a "
+     "wrong host and port."},
     {"address-without-host", Handling::defaulted, Severity::warning,
      "The host before the port is empty."},
     {"odd-server-port", Handling::defaulted, Severity::warning,
-     "The port is no plain number: only the number that it begins with counts, 0 without one."},
+     "The port is not a plain number: only the number that it begins with counts, 0 without one."},
     {"server-port-out-of-range", Handling::unresolved, Severity::warning,
      "A port is a number from 1 to 65535; this one is stored all the same."},
-    {"address-weight", Handling::dropped, Severity::error,
+    {"address-weight", Handling::dropped, Severity::note,
      "Weights have no effect: each address of an entry has the same chance."},
 
     // ---- Settings, web pages and request URLs ----

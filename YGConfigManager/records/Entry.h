@@ -51,16 +51,17 @@ public:
         return element_.attribute(name);
     }
 
-    /// Reads the attributes of a table into a record.
+    /// Reads the attributes of a table into a record, and answers the first required one that is
+    /// missing; "" when none is.
     template <class Record, std::size_t count>
-    void read(const AttributeTable<Record, count>& table, Record& record) {
-        table.read(element_, record);
+    std::string_view read(const AttributeTable<Record, count>& table, Record& record) {
         if (account_)
             account_->tables.push_back(table.rows());
+        return table.read(element_, record);
     }
     template <class Record>
-    void read(Record& record) {
-        read(attributesOf<Record>, record);
+    std::string_view read(Record& record) {
+        return read(attributesOf<Record>, record);
     }
 
     /// Calls `visit(Entry&)` for each child element. Text between them is reported.

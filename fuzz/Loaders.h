@@ -55,12 +55,15 @@ public:
 
     void report(const Finding& finding) override {
         require(ruleNamed(finding.rule.name) == &finding.rule, "a rule is in the table");
-        require(isInOrder(finding.place) && isInOrder(finding.extent), "a place ends behind its begin");
+        require(isInOrder(finding.place) && isInOrder(finding.extent),
+                "a place ends behind its begin");
         seen += finding.element.size() + finding.attribute.size() + finding.value.size();
         for (const RelatedPlace& related : finding.related)
             require(isInOrder(related.place), "a related place ends behind its begin");
     }
-    void used(const Place& place) override { require(isInOrder(place), "what is used has a place"); }
+    void used(const Place& place) override {
+        require(isInOrder(place), "what is used has a place");
+    }
 
 private:
     static bool isInOrder(const Place& place) {

@@ -165,7 +165,7 @@ inline constexpr Rule ruleTable[] = {
     // Entries.
     {"palette-entry-without-name", Handling::dropped, Severity::error,
      "A colour, a font or an image needs a NAME."},
-    {"unreachable-palette-name", Handling::dropped, Severity::error,
+    {"unreachable-palette-name", Handling::unresolved, Severity::warning,
      "A colour or font whose name is empty is never found: an empty VALUE means none."},
     {"duplicate-palette-name", Handling::replaced, Severity::warning,
      "A later entry of the same NAME replaces the earlier one of its section."},
@@ -190,17 +190,17 @@ inline constexpr Rule ruleTable[] = {
     {"unknown-palette-font", Handling::unresolved, Severity::warning,
      "The palette has no font of this name; the key shows the system font of 12 points."},
     // Images.
-    {"image-without-path", Handling::dropped, Severity::error, "An image needs a PATH."},
+    {"image-without-path", Handling::unresolved, Severity::warning,
+     "An image needs a PATH; without one its name has no image."},
     {"image-outside-folder", Handling::unresolved, Severity::warning,
      "The path leads out of the image folder; what it names is read all the same."},
     {"unreadable-image", Handling::unresolved, Severity::warning,
      "The file is missing, damaged, too large, or neither PNG nor JPEG, so its name has no image."},
-    {"too-many-image-pixels", Handling::dropped, Severity::error,
-     "The images before this one have 64 Mi pixels together or more, damaged ones too, so it is "
-     "not "
-     "loaded."},
-    {"too-many-image-bytes", Handling::dropped, Severity::error,
-     "The image files before this one have 256 MiB together or more, so it is not loaded."},
+    {"too-many-image-pixels", Handling::unresolved, Severity::warning,
+     "The images before this one have 64 Mi pixels together or more, damaged ones too, so its name "
+     "has no image."},
+    {"too-many-image-bytes", Handling::unresolved, Severity::warning,
+     "The image files before this one have 256 MiB together or more, so its name has no image."},
 
     // ---- Servers ----
     // Documents and groups.

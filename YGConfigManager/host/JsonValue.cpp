@@ -13,6 +13,7 @@
 #include <nlohmann/json.hpp>
 
 #include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/text/Characters.h"
 #include "YGConfigManager/text/Format.h"
 #include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Numbers.h"
@@ -59,10 +60,6 @@ std::string decimalOf(double number) {
     return {digits, end};
 }
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
 /// A number of JSON at the beginning of a text: how long it is, 0 when there is none, and whether
 /// it has a point or an exponent. One that breaks off behind either counts up to there.
 struct Written {
@@ -72,7 +69,7 @@ struct Written {
 
 Written writtenNumber(std::string_view text) {
     const auto afterDigits = [&](std::size_t at) {
-        while (at < text.size() && isDigit(text[at]))
+        while (at < text.size() && text::isDigit(text[at]))
             ++at;
         return at;
     };

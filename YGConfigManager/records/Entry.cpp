@@ -11,21 +11,14 @@ bool contains(const auto& list, std::string_view name) {
     return std::ranges::find(list, name) != list.end();
 }
 
-Place placeOf(const std::optional<xml::Position>& position) {
-    if (!position)
-        return {};
-    const TextPoint begin{position->line, position->column};
-    return {position->file, begin, begin};
-}
-
 Place placeOf(const xml::Element& element, std::string_view attribute) {
-    return placeOf(element.attributePosition(attribute));
+    return element.attributePlace(attribute).value_or(Place());
 }
 
 }  // namespace
 
 Place Entry::Account::placeOf(const xml::Node& node) {
-    return yg::placeOf(node.position());
+    return node.place().value_or(Place());
 }
 
 void Entry::Account::drop(const xml::Element& element, const Rule& rule, std::string_view attribute,
@@ -59,7 +52,17 @@ void Entry::Account::report(const xml::Element& element, const Rule& rule,
 
 void Entry::Account::reportPart(const xml::Element& element, const Rule& rule,
                                 std::string_view attribute, std::string_view part) {
-    report(element, rule, attribute, part, std::nullopt);
+    const std::string_view value = element.attribute(attribute).value_or("");
+    const auto offset = static_cast<std::size_t>(part.data() - value.data());
+    const Place place = element.valuePlace(attribute, offset, part.size()).value_or(Place());
+    reporter.report({rule,
+                     place,
+                     place,
+                     std::string(element.name()),
+                     std::string(attribute),
+                     std::string(part),
+                     {}});
+    reported.emplace_back(attribute);
 }
 
 std::optional<Place> Entry::Account::define(const xml::Element& element, std::string_view name,
@@ -74,7 +77,7 @@ std::optional<Place> Entry::Account::define(const xml::Element& element, std::st
 void Entry::Account::reportText(const xml::Node& node) const {
     if (node.kind() != xml::NodeKind::text)
         return;
-    const Place place = placeOf(node.parent());
+    const Place place = placeOf(node);
     reporter.report({"stray-text"_rule, place, place, "#text", {}, node.stringValue(), {}});
 }
 

@@ -7,13 +7,11 @@
 #include <limits>
 #include <system_error>
 
+#include "YGConfigManager/text/Characters.h"
+
 namespace yg::text {
 
 namespace {
-
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
 
 /// A text that begins with a number, up to its sign.
 struct Signed {

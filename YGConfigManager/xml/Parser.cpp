@@ -19,6 +19,7 @@
 #include <libxml/xmlerror.h>
 
 #include "YGConfigManager/process/ForkMutex.h"
+#include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Utf8.h"
 
 namespace yg::xml {
@@ -49,11 +50,6 @@ constexpr std::size_t messageLimit = 200;
 
 const char* chars(const xmlChar* text) {
     return reinterpret_cast<const char*>(text);
-}
-
-int lineAt(std::string_view text, std::size_t at) {
-    return static_cast<int>(
-        1 + std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
 }
 
 /// The length of the start tag that a piece begins with, up to its ">", if it has that many
@@ -231,10 +227,34 @@ void noteStandalone(Tree& tree, const xmlParserCtxt& context) {
         tree.standalone = context.standalone == 1;
 }
 
-/// The description of a failure: `Line N: message` for each error, joined with "; ".
+/// The errors of a text, which lives as long as this.
 class Errors {
 public:
-    void add(int line, std::string_view message) {
+    explicit Errors(std::string_view text) : text_(text) {}
+
+    /// An error at an offset.
+    void add(std::size_t at, std::string_view message) { add(pointAt(at), message); }
+
+    /// An error on a line, which shows where the parser stands, when that is known.
+    void add(int line, std::optional<std::size_t> parserAt, std::string_view message) {
+        TextPoint point = parserAt ? pointAt(*parserAt) : TextPoint();
+        if (point.line != static_cast<std::uint32_t>(line))
+            point = {static_cast<std::uint32_t>(line), 0};
+        add(point, message);
+    }
+
+    bool empty() const { return errors_.empty(); }
+    bool full() const { return errors_.size() == errorLimit; }
+    std::vector<ParseError> take() { return std::move(errors_); }
+
+private:
+    TextPoint pointAt(std::size_t offset) {
+        if (!lines_)
+            lines_.emplace(text_);
+        return lines_->pointAt(text_, offset);
+    }
+
+    void add(TextPoint point, std::string_view message) {
         if (full())
             return;
         const std::size_t end = message.find_last_not_of(" \n");
@@ -246,16 +266,12 @@ public:
             one += "...";
         }
         std::replace(one.begin(), one.end(), '\n', ' ');
-        text_ += (count_++ == 0 ? "Line " : "; Line ") + std::to_string(line) + ": " + one;
+        errors_.push_back({point.line, point.column, std::move(one)});
     }
 
-    bool empty() const { return count_ == 0; }
-    bool full() const { return count_ == errorLimit; }
-    std::string take() { return std::move(text_); }
-
-private:
-    std::string text_;
-    std::size_t count_ = 0;
+    std::string_view text_;
+    std::optional<text::LineIndex> lines_;  ///< made for the first error
+    std::vector<ParseError> errors_;
 };
 
 /// What reads a text by libxml2's callbacks. No exception crosses libxml2.
@@ -266,7 +282,7 @@ public:
 
 protected:
     Reader(const std::string& text, const xmlSAXHandler& callbacks)
-        : context_(text, callbacks, this) {}
+        : text_(text), context_(text, callbacks, this), errors_(text) {}
     virtual ~Reader() = default;
 
     /// Parses; false when there were errors. Throws when memory does not suffice.
@@ -275,7 +291,7 @@ protected:
         if (isOutOfMemory_ || strayMessages_.isOutOfMemory())
             throw std::bad_alloc();
         if (errors_.empty() && !context_->wellFormed)
-            errors_.add(1, "Input is not well-formed");
+            errors_.add(1, std::nullopt, "Input is not well-formed");
         return errors_.empty();
     }
 
@@ -310,13 +326,22 @@ protected:
 
     /// An error of our own ends the parse: libxml2 would go on.
     void fail(std::string_view message) {
-        errors_.add(xmlSAX2GetLineNumber(context_.get()), message);
+        errors_.add(xmlSAX2GetLineNumber(context_.get()), parserAt(), message);
         xmlStopParser(context_.get());
+    }
+
+    /// How many bytes of the text the parser has behind it; absent when it was stopped.
+    std::optional<std::size_t> parserAt() const {
+        const xmlParserInput* const input = context_->input;
+        if (!input || chars(input->base) != text_.c_str())
+            return std::nullopt;
+        return static_cast<std::size_t>(input->cur - input->base);
     }
 
     /// No error of the text.
     virtual void noteNamespaceError(const xmlError& /*error*/) {}
 
+    const std::string& text_;
     StrayMessages strayMessages_;
     Context context_;
     Errors errors_;
@@ -329,13 +354,14 @@ private:
 
     /// What libxml2 reports. A prefix that is not declared is no error: names count as written.
     void note(const xmlError& error) {
-        if (error.code == XML_ERR_NO_MEMORY)
+        // Without a message, memory did not suffice for that.
+        if (error.code == XML_ERR_NO_MEMORY || !error.message)
             return runOutOfMemory();
         if (error.domain == XML_FROM_NAMESPACE)
             return noteNamespaceError(error);
         if (error.level < XML_ERR_ERROR)
             return;
-        errors_.add(error.line, error.message ? error.message : "unknown error");
+        errors_.add(error.line, parserAt(), error.message);
         // The rest is read for further errors, and the limits are watched by callbacks, which
         // libxml2 would no longer call.
         context_->recovery = 1;
@@ -363,7 +389,7 @@ public:
             return Verdict::undecided;
         return accepts ? Verdict::wellFormed : Verdict::malformed;
     }
-    std::string takeErrors() { return errors_.take(); }
+    std::vector<ParseError> takeErrors() { return errors_.take(); }
     const xmlParserCtxt& context() const { return *context_; }
     bool hasDoctype() const { return hasDoctype_; }
     bool hasInstruction() const { return hasInstruction_; }
@@ -470,68 +496,12 @@ std::shared_ptr<Tree> buildQuickly(std::string_view text) {
     return result ? std::move(tree) : nullptr;
 }
 
-/// Follows the parser through a text and counts lines and columns as it goes.
-class PositionKeeper {
-public:
-    PositionKeeper(Tree& tree, std::string_view text, std::shared_ptr<const std::string> file)
-        : tree_(tree), text_(text), file_(file.get()) {
-        tree.files.push_back(std::move(file));
-    }
-
-    /// Called when the parser stands at the end of a start tag.
-    void keep(pugi::xml_node element, std::size_t parserAt) {
-        const std::size_t tag = text_.rfind('<', parserAt - 1);
-        if (tag == std::string_view::npos || tag < offset_)
-            return;
-        place(element.internal_object(), tag);
-        std::size_t at = tag + 1 + std::strlen(element.name());
-        for (pugi::xml_attribute attribute : element.attributes()) {
-            at = text_.find_first_not_of(" \t\r\n", at);
-            place(attribute.internal_object(), at);
-            const std::size_t quote = text_.find_first_of("\"'", at);
-            if (quote == std::string_view::npos)
-                return;
-            at = text_.find(text_[quote], quote + 1) + 1;
-        }
-    }
-
-private:
-    void place(const void* of, std::size_t at) {
-        if (at == std::string_view::npos || at < offset_)
-            return;
-        const std::string_view between = text_.substr(offset_, at - offset_);
-        const std::size_t lastBreak = between.rfind('\n');
-        if (lastBreak == std::string_view::npos) {
-            column_ += text::countCodePoints(between);
-        } else {
-            line_ += static_cast<std::size_t>(std::count(between.begin(), between.end(), '\n'));
-            column_ = 1 + text::countCodePoints(between.substr(lastBreak + 1));
-        }
-        offset_ = at;
-        tree_.places[of] = {file_, static_cast<std::uint32_t>(line_),
-                            static_cast<std::uint32_t>(column_)};
-    }
-
-    Tree& tree_;
-    std::string_view text_;
-    const std::string* file_;
-    std::size_t offset_ = 0;
-    std::size_t line_ = 1;
-    std::size_t column_ = 1;
-};
-
 /// Builds the tree of any text from the callbacks of the parser's first version, which take names
 /// as written and keep namespace declarations in their place among the attributes.
 class Builder : public Reader {
 public:
-    Builder(const std::string& text, std::shared_ptr<const std::string> file)
-        : Reader(text, callbacks()),
-          text_(text),
-          tree_(std::make_shared<Tree>()),
-          parent_(tree_->memory) {
-        if (file)
-            positions_.emplace(*tree_, text_, std::move(file));
-    }
+    explicit Builder(const std::string& text)
+        : Reader(text, callbacks()), tree_(std::make_shared<Tree>()), parent_(tree_->memory) {}
 
     Parsed run() {
         if (!read())
@@ -552,12 +522,6 @@ private:
         });
     }
 
-    /// How many bytes of the text the parser has behind it.
-    std::size_t parserAt() const {
-        const xmlParserInput& input = *context_->input;
-        return static_cast<std::size_t>(input.cur - input.base);
-    }
-
     void startElement(const char* name, const xmlChar** attributes);
     void endElement();
     void addNode(pugi::xml_node_type type, const char* name, std::string_view value);
@@ -565,9 +529,7 @@ private:
     void flushText(bool atEnd);
     void keepDoctype(const char* name);
 
-    std::string_view text_;
     std::shared_ptr<Tree> tree_;
-    std::optional<PositionKeeper> positions_;
     pugi::xml_node parent_;
     std::string pendingText_;
 };
@@ -587,8 +549,6 @@ void Builder::startElement(const char* name, const xmlChar** attributes) {
         pugi::xml_attribute attribute = made(parent_.append_attribute(chars(attributes[0])));
         setValue(attribute, attributes[1] ? chars(attributes[1]) : "");
     }
-    if (positions_)
-        positions_->keep(parent_, parserAt());
 }
 
 void Builder::endElement() {
@@ -617,12 +577,13 @@ void Builder::flushText(bool atEnd) {
 
 /// Keeps the document type, at whose end the parser stands, as it is written.
 void Builder::keepDoctype(const char* name) {
+    const std::string_view text = text_;
     // Before it there are comments and instructions at the most.
-    std::size_t at = text_.find('<');
-    while (text_.substr(at, 2) == "<?" || text_.substr(at, 4) == "<!--")
-        at = text_.find('<', text_.find(text_[at + 1] == '?' ? "?>" : "-->", at));
-    const std::size_t from = text_.find(name, at + std::string_view("<!DOCTYPE").size());
-    tree_->doctype = withLineFeeds(text_.substr(from, parserAt() - from));
+    std::size_t at = text.find('<');
+    while (text.substr(at, 2) == "<?" || text.substr(at, 4) == "<!--")
+        at = text.find('<', text.find(text[at + 1] == '?' ? "?>" : "-->", at));
+    const std::size_t from = text.find(name, at + std::string_view("<!DOCTYPE").size());
+    tree_->doctype = withLineFeeds(text.substr(from, parserAt().value() - from));
 }
 
 xmlSAXHandler Builder::callbacks() {
@@ -691,28 +652,28 @@ std::optional<std::pair<std::size_t, const char*>> fault(const std::string& text
 
 }  // namespace
 
-Parsed parseUtf8(const std::string& text, std::shared_ptr<const std::string> file) {
+Parsed parseUtf8(const std::string& text, bool byCallbacks) {
     if (const auto found = fault(text)) {
-        Errors errors;
-        errors.add(lineAt(text, found->first), found->second);
+        Errors errors(text);
+        errors.add(found->first, found->second);
         return {nullptr, errors.take()};
     }
     Parsed parsed;
     judged(text, [&](Judge& judge, bool accepts) {
         if (!accepts) {
-            parsed.error = judge.takeErrors();
+            parsed.errors = judge.takeErrors();
             return;
         }
         // pugixml leaves character references to characters that it cannot hold, and the line ends
         // of instructions, as they are.
         const bool isPlain = !judge.hasDoctype() && text.find("&#") == std::string::npos &&
                              !(judge.hasInstruction() && text.find('\r') != std::string::npos);
-        parsed.tree = isPlain && !file ? buildQuickly(text) : nullptr;
+        parsed.tree = isPlain && !byCallbacks ? buildQuickly(text) : nullptr;
         if (parsed.tree)
             noteStandalone(*parsed.tree, judge.context());
     });
-    if (!parsed.tree && parsed.error.empty())
-        return Builder(text, std::move(file)).run();
+    if (!parsed.tree && parsed.errors.empty())
+        return Builder(text).run();
     return parsed;
 }
 

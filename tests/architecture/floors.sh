@@ -46,6 +46,7 @@ jpeglib     graphics
 jerror      graphics
 turbojpeg   graphics
 nlohmann    -
+unicode     text
 CLI         ygconfig
 '
 

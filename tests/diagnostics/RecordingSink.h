@@ -108,16 +108,14 @@ private:
     using Point = std::pair<std::uint32_t, std::uint32_t>;
     static Point pointOf(const Place& place) { return {place.begin.line, place.begin.column}; }
 
-    static Place placeOf(const std::optional<xml::Position>& position) {
-        return position ? Place{position->file, {position->line, position->column}, {}} : Place{};
-    }
+    static Place placeOf(const std::optional<Place>& place) { return place.value_or(Place()); }
 
     bool isAccounted(const Place& place) const {
         return used_.contains(pointOf(place)) || reported_.contains(pointOf(place));
     }
 
     void addUnaccounted(const xml::Element& element, std::vector<std::string>& missing) const {
-        const Place place = placeOf(element.position());
+        const Place place = placeOf(element.place());
         const std::string name =
             std::to_string(place.begin.line) + ": " + std::string(element.name());
         if (!isAccounted(place))
@@ -125,15 +123,14 @@ private:
         if (!used_.contains(pointOf(place)) || dropped_.contains(pointOf(place)))
             return;
         for (const xml::Attribute attribute : element.attributes()) {
-            const Place at = placeOf(element.attributePosition(attribute.name));
+            const Place at = placeOf(element.attributePlace(attribute.name));
             if (!isAccounted(at))
                 missing.push_back(name + " " + std::string(attribute.name));
         }
         for (const xml::Node& child : element.children()) {
             if (child.isElement())
                 addUnaccounted(xml::Element(child), missing);
-            else if (child.kind() == xml::NodeKind::text &&
-                     !isAccounted(placeOf(element.position())))
+            else if (child.kind() == xml::NodeKind::text && !isAccounted(placeOf(child.place())))
                 missing.push_back(name + " #text");
         }
     }

@@ -23,23 +23,38 @@ struct Grammar {
     std::map<std::string_view, Words> values;
 };
 
-const Words panelAttributes{"name",        "split_scale",        "fix_size",
-                            "scroll_size", "min_size",           "max_size",
-                            "vertical",    "is_scroll_view",     "is_dis_split_space",
-                            "is_editable", "switch_expand_panel", "foldPosition"};
+const Words panelAttributes{"name",
+                            "split_scale",
+                            "fix_size",
+                            "scroll_size",
+                            "min_size",
+                            "max_size",
+                            "vertical",
+                            "is_scroll_view",
+                            "is_dis_split_space",
+                            "is_editable",
+                            "switch_expand_panel",
+                            "foldPosition"};
 const Words panelContent{"panel", "panel", "element", "element", "magic_panels", "reuse_panel"};
-const Words elementAttributes{"name",  "param", "property",           "uuid",
-                              "event", "event_dispatch_dest", "is_first_responder"};
+const Words elementAttributes{
+    "name", "param", "property", "uuid", "event", "event_dispatch_dest", "is_first_responder"};
 const Words flags{"true", "false", "true", "yes"};
 const Words numbers{"0", "1", "2.5", "-3", "12", "7x", ""};
 const Words names{"a", "b", "c", "chart", "side", "bar", "rtline_view", "SH600000"};
 
-const std::map<std::string_view, Words> layoutValues{
-    {"split_scale", numbers}, {"fix_size", numbers},    {"scroll_size", numbers},
-    {"min_size", numbers},    {"max_size", numbers},    {"vertical", flags},
-    {"is_editable", flags},   {"is_scroll_view", flags}, {"is_dis_split_space", flags},
-    {"is_first_responder", flags}, {"layer", numbers}, {"event_dispatch_dest", {"a;b", "", "c"}},
-    {"name", names}};
+const std::map<std::string_view, Words> layoutValues{{"split_scale", numbers},
+                                                     {"fix_size", numbers},
+                                                     {"scroll_size", numbers},
+                                                     {"min_size", numbers},
+                                                     {"max_size", numbers},
+                                                     {"vertical", flags},
+                                                     {"is_editable", flags},
+                                                     {"is_scroll_view", flags},
+                                                     {"is_dis_split_space", flags},
+                                                     {"is_first_responder", flags},
+                                                     {"layer", numbers},
+                                                     {"event_dispatch_dest", {"a;b", "", "c"}},
+                                                     {"name", names}};
 
 const std::map<std::string_view, Kind> panelKinds{
     {"panel", {panelAttributes, panelContent}},
@@ -51,22 +66,22 @@ Grammar layoutGrammar(std::string_view root, std::map<std::string_view, Kind> ki
     return {root, std::move(kinds), layoutValues};
 }
 
-const Grammar styles = layoutGrammar(
-    "styles", {{"styles", {{"default_style"}, {"style", "style", "style"}}},
-               {"style", {{"name", "name", "name", "layer", "focus"}, panelContent}},
-               {"magic_panels", {{"name"}, {}}},
-               {"reuse_panel", {{"name"}, {}}}});
+const Grammar styles =
+    layoutGrammar("styles", {{"styles", {{"default_style"}, {"style", "style", "style"}}},
+                             {"style", {{"name", "name", "name", "layer", "focus"}, panelContent}},
+                             {"magic_panels", {{"name"}, {}}},
+                             {"reuse_panel", {{"name"}, {}}}});
 
-const Grammar magicPanels = layoutGrammar(
-    "groups", {{"groups", {{}, {"magic_panels", "magic_panels"}}},
-               {"magic_panels", {{"name"}, {"magic_panel", "magic_panel"}}},
-               {"magic_panel", {{"name"}, {"panel"}}},
-               {"reuse_panel", {{"name"}, {}}}});
+const Grammar magicPanels =
+    layoutGrammar("groups", {{"groups", {{}, {"magic_panels", "magic_panels"}}},
+                             {"magic_panels", {{"name"}, {"magic_panel", "magic_panel"}}},
+                             {"magic_panel", {{"name"}, {"panel"}}},
+                             {"reuse_panel", {{"name"}, {}}}});
 
-const Grammar reusePanels = layoutGrammar("reuse_panels",
-                                          {{"reuse_panels", {{}, {"reuse_panel", "reuse_panel"}}},
-                                           {"reuse_panel", {panelAttributes, panelContent}},
-                                           {"magic_panels", {{"name"}, {}}}});
+const Grammar reusePanels =
+    layoutGrammar("reuse_panels", {{"reuse_panels", {{}, {"reuse_panel", "reuse_panel"}}},
+                                   {"reuse_panel", {panelAttributes, panelContent}},
+                                   {"magic_panels", {{"name"}, {}}}});
 
 const Grammar events{
     "event_list",
@@ -79,37 +94,40 @@ const Grammar events{
      {"include", {{"src", "src"}, {}}}},
     {{"name", {"a", "b", "c", "d"}}, {"src", {"a", "b", "c", "d"}}}};
 
-const Grammar palette{
-    "ROOT",
-    {{"ROOT", {{}, {"SWPALETTE"}}},
-     {"SWPALETTE", {{}, {"COLORES", "APP_MAP", "FONTS"}}},
-     {"APP_MAP", {{}, {"COLORES", "FONTS"}}},
-     {"COLORES", {{}, {"C", "C", "I"}}},
-     {"FONTS", {{}, {"F", "F", "I"}}},
-     {"C", {{"NAME", "NAME", "R", "G", "B", "A"}, {}}},
-     {"F", {{"NAME", "NAME", "HEIGHT", "HEIGHT"}, {}}},
-     {"I", {{"KEY", "KEY", "VALUE", "VALUE"}, {}}}},
-    {{"NAME", {"a", "b", "c"}}, {"VALUE", {"a", "b", "c"}}, {"KEY", {"k", "l", "m"}},
-     {"R", {"0", "128", "255", "300", "1x"}}, {"G", {"0", "128", "255"}},
-     {"B", {"7", "128", "-1"}}, {"A", {"0.5", "1", "128"}}, {"HEIGHT", {"12", "9.5", "-1"}}}};
+const Grammar palette{"ROOT",
+                      {{"ROOT", {{}, {"SWPALETTE"}}},
+                       {"SWPALETTE", {{}, {"COLORES", "APP_MAP", "FONTS"}}},
+                       {"APP_MAP", {{}, {"COLORES", "FONTS"}}},
+                       {"COLORES", {{}, {"C", "C", "I"}}},
+                       {"FONTS", {{}, {"F", "F", "I"}}},
+                       {"C", {{"NAME", "NAME", "R", "G", "B", "A"}, {}}},
+                       {"F", {{"NAME", "NAME", "HEIGHT", "HEIGHT"}, {}}},
+                       {"I", {{"KEY", "KEY", "VALUE", "VALUE"}, {}}}},
+                      {{"NAME", {"a", "b", "c"}},
+                       {"VALUE", {"a", "b", "c"}},
+                       {"KEY", {"k", "l", "m"}},
+                       {"R", {"0", "128", "255", "300", "1x"}},
+                       {"G", {"0", "128", "255"}},
+                       {"B", {"7", "128", "-1"}},
+                       {"A", {"0.5", "1", "128"}},
+                       {"HEIGHT", {"12", "9.5", "-1"}}}};
 
-const Grammar servers{
-    "application",
-    {{"application", {{"md5"}, {"server", "server", "server"}}},
-     {"server", {{"type", "type", "name", "domain"}, {"entry", "entry"}}},
-     {"entry", {{"key", "key", "name", "name", "addrs", "addrs"}, {}}}},
-    {{"type", {"1", "2", "3", "6", "1.0"}}, {"key", {"1", "2", "x"}},
-     {"name", {"a", "a;b", "c"}},
-     {"addrs", {"h:1", "h:2", "3:h:4", "h", "h:70000", ":5", "[::1]:6"}}}};
+const Grammar servers{"application",
+                      {{"application", {{"md5"}, {"server", "server", "server"}}},
+                       {"server", {{"type", "type", "name", "domain"}, {"entry", "entry"}}},
+                       {"entry", {{"key", "key", "name", "name", "addrs", "addrs"}, {}}}},
+                      {{"type", {"1", "2", "3", "6", "1.0"}},
+                       {"key", {"1", "2", "x"}},
+                       {"name", {"a", "a;b", "c"}},
+                       {"addrs", {"h:1", "h:2", "3:h:4", "h", "h:70000", ":5", "[::1]:6"}}}};
 
-const Grammar settings{
-    "config",
-    {{"config", {{}, {"chart", "side", "chart"}}},
-     {"chart", {{}, {"grid", "line", "grid"}}},
-     {"side", {{}, {"grid", "line"}}},
-     {"grid", {{"description"}, {}}},
-     {"line", {{"description"}, {}}}},
-    {}};
+const Grammar settings{"config",
+                       {{"config", {{}, {"chart", "side", "chart"}}},
+                        {"chart", {{}, {"grid", "line", "grid"}}},
+                        {"side", {{}, {"grid", "line"}}},
+                        {"grid", {{"description"}, {}}},
+                        {"line", {{"description"}, {}}}},
+                       {}};
 
 const Grammar webPages{"urls",
                        {{"urls", {{}, {"url", "url", "url"}}}, {"url", {{"key", "key"}, {}}}},
@@ -128,10 +146,10 @@ public:
     std::string requestUrls() {
         std::string text = R"({"md5Value":)" + json() + R"(,"urlConfigList":[)";
         for (unsigned left = below(5); left > 0; --left) {
-            text += chance(8) ? json()
-                              : R"({"urlKey":)" + json() +
-                                    (chance(4) ? "" : R"(,"urlValue":)" + json()) +
-                                    (chance(6) ? R"(,"other":1)" : "") + "}";
+            text += chance(8)
+                        ? json()
+                        : R"({"urlKey":)" + json() + (chance(4) ? "" : R"(,"urlValue":)" + json()) +
+                              (chance(6) ? R"(,"other":1)" : "") + "}";
             text += left > 1 ? "," : "";
         }
         return text + "]" + (chance(5) ? R"(,"more":[1,2])" : "") + "}";
@@ -150,8 +168,7 @@ private:
     }
 
     std::string json() {
-        const std::vector<std::string> values{R"("a")", R"("b")", R"("c")", "1", "null",
-                                              R"(" d")"};
+        const std::vector<std::string> values{R"("a")", R"("b")", R"("c")", "1", "null", R"(" d")"};
         return oneOf(values);
     }
 
@@ -183,8 +200,8 @@ private:
             text_ += ' ';
             text_ += name;
             text_ += "=\"";
-            text_ += values == grammar.values.end() || chance(12) ? oneOf(names)
-                                                                  : oneOf(values->second);
+            text_ +=
+                values == grammar.values.end() || chance(12) ? oneOf(names) : oneOf(values->second);
             text_ += '"';
         }
     }

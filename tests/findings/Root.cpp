@@ -127,8 +127,7 @@ private:
     std::string root_;
 };
 
-std::string layoutAnswers(const std::string& root, const Lookups& lookups,
-                          DiagnosticsSink* sink) {
+std::string layoutAnswers(const std::string& root, const Lookups& lookups, DiagnosticsSink* sink) {
     YGStyleConfigLoad loader(sink);
     loader.initWithStyleConfigPath(root + "/" + std::string(mainFile),
                                    root + "/config/tab_styles.xml",
@@ -222,8 +221,8 @@ Answers answersOf(const RootFiles& files, const Lookups& lookups, DiagnosticsSin
     DiagnosticsSink* const to = below ? &*below : nullptr;
     Answers answers;
     answers["layout"] = layoutAnswers(folder.path(), lookups, to);
-    answers["events"] = wholeText(
-        YGEventLoader::initWithEventConfigPath(folder.at("config/events.xml"), to));
+    answers["events"] =
+        wholeText(YGEventLoader::initWithEventConfigPath(folder.at("config/events.xml"), to));
     answers["light palette"] = paletteAnswers(0, to);
     answers["dark palette"] = paletteAnswers(1, to);
     answers["servers"] = wholeText(YGServerCfgLoader::initWithIsGray(false, to));

@@ -59,7 +59,7 @@ TEST(NullText, InANodeIsAnEmptyText) {
     EXPECT_TRUE(document.query(nullText).empty());
     EXPECT_TRUE(root.query(nullText).empty());
     EXPECT_FALSE(root.attribute(nullText));
-    EXPECT_FALSE(root.attributePosition(nullText));
+    EXPECT_FALSE(root.attributePlace(nullText));
     EXPECT_FALSE(root.rename(nullText));
     EXPECT_FALSE(root.setAttribute(nullText, nullText));
     EXPECT_TRUE(root.setAttribute("k", nullText));

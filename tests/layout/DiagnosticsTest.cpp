@@ -533,16 +533,16 @@ private:
         "misplaced-reuse-panel",  "unknown-reuse-panel",  "unknown-element"};
 
     static std::string placeOf(const yg::xml::Element& element) {
-        const auto position = element.position();
-        return position ? position->file + ':' + std::to_string(position->line) + ':' +
-                              std::to_string(position->column)
-                        : "nowhere";
+        const auto place = element.place();
+        return place ? place->file + ':' + std::to_string(place->begin.line) + ':' +
+                           std::to_string(place->begin.column)
+                     : "nowhere";
     }
 
     void addRootOf(yg::xml::Element element) {
         while (element.parent())
             element = element.parent();
-        roots_.emplace(element.position()->file, element);
+        roots_.emplace(element.place()->file, element);
     }
 
     static std::size_t take(std::map<std::string, std::size_t>& counts, const std::string& key) {

@@ -70,13 +70,12 @@ private:
 
     std::string placeOf(const Finding& finding) const {
         const xml::Element element(finding.node.isElement() ? finding.node : finding.node.parent());
-        const std::optional<xml::Position> position =
-            finding.attribute.empty() ? element.position()
-                                      : element.attributePosition(finding.attribute);
-        if (!position)
+        const std::optional<Place> place =
+            finding.attribute.empty() ? element.place() : element.attributePlace(finding.attribute);
+        if (!place)
             return "";
-        return below(position->file) + ':' + std::to_string(position->line) + ':' +
-               std::to_string(position->column);
+        return below(place->file) + ':' + std::to_string(place->begin.line) + ':' +
+               std::to_string(place->begin.column);
     }
 
     std::string below(std::string_view text) const { return text::replaceAll(text, root_, ""); }

@@ -7,8 +7,6 @@ namespace yg {
 
 namespace {
 
-constexpr std::string_view earlierDefinition = "the earlier definition";
-
 bool contains(const auto& list, std::string_view name) {
     return std::ranges::find(list, name) != list.end();
 }
@@ -24,15 +22,18 @@ Place Entry::Account::placeOf(const xml::Node& node) {
 }
 
 void Entry::Account::drop(const xml::Element& element, const Rule& rule, std::string_view attribute,
-                          std::string_view value) {
+                          std::string_view value, const Place* earlier) {
     const Place extent = placeOf(element);
-    reporter.report({rule,
-                     attribute.empty() ? extent : yg::placeOf(element, attribute),
-                     extent,
-                     std::string(element.name()),
-                     std::string(attribute),
-                     std::string(value),
-                     {}});
+    Finding finding{rule,
+                    attribute.empty() ? extent : yg::placeOf(element, attribute),
+                    extent,
+                    std::string(element.name()),
+                    std::string(attribute),
+                    std::string(value),
+                    {}};
+    if (earlier)
+        finding.related.push_back({*earlier, earlierDefinition});
+    reporter.report(finding);
 }
 
 void Entry::Account::report(const xml::Element& element, const Rule& rule,
@@ -78,6 +79,16 @@ void Entry::Account::reportText(const xml::Node& node) const {
         return;
     const Place place = placeOf(node);
     reporter.report({"stray-text"_rule, place, place, "#text", {}, node.stringValue(), {}});
+}
+
+void Entry::Account::reportElements(const xml::Element& element) const {
+    for (const xml::Node& child : element.children()) {
+        if (!child.isElement())
+            continue;
+        const Place place = placeOf(child);
+        const std::string name(child.name());
+        reporter.report({"element-in-text"_rule, place, place, name, {}, name, {}});
+    }
 }
 
 /// What is wrong with an attribute that nothing was reported of; null when nothing is.

@@ -80,9 +80,12 @@ public:
         }
     }
 
-    /// The text in the element, which counts as read; of elements in it their text.
+    /// The text in the element, which counts as read; of elements in it their text, which is
+    /// reported.
     std::string text() {
         beginContent();
+        if (account_)
+            account_->reportElements(element_);
         return element_.stringValue();
     }
 
@@ -95,10 +98,12 @@ public:
     // ---- Findings ----
 
     /// The element has no effect. What is inside is not reported any more, nor is what its reader
-    /// finds afterwards. An attribute that the rule is about may be named.
-    void drop(const Rule& rule, std::string_view attribute = {}, std::string_view value = {}) {
+    /// finds afterwards. An attribute that the rule is about may be named, and the definition that
+    /// counts instead, unless it is null.
+    void drop(const Rule& rule, std::string_view attribute = {}, std::string_view value = {},
+              const Place* earlier = nullptr) {
         if (account_)
-            account_->drop(element_, rule, attribute, value);
+            account_->drop(element_, rule, attribute, value, earlier);
         account_.reset();
     }
 
@@ -149,7 +154,7 @@ private:
 
         static Place placeOf(const xml::Node& node);
         void drop(const xml::Element& element, const Rule& rule, std::string_view attribute,
-                  std::string_view value);
+                  std::string_view value, const Place* earlier);
         void report(const xml::Element& element, const Rule& rule, std::string_view attribute,
                     std::string_view value, const std::optional<Place>& earlier);
         void reportPart(const xml::Element& element, const Rule& rule, std::string_view attribute,
@@ -157,6 +162,7 @@ private:
         static std::optional<Place> define(const xml::Element& element, std::string_view name,
                                            RecordMap<Place>& places);
         void reportText(const xml::Node& node) const;
+        void reportElements(const xml::Element& element) const;
         void endAttributes(const xml::Element& element);
         void endContent(const xml::Element& element) const;
         const Rule* ruleFor(const xml::Attribute& attribute) const;

@@ -254,9 +254,9 @@ TEST_F(NullTextOfALoader, IsNoSettingAndNoAddress) {
     EXPECT_EQ(YGWebPageUrlConfig::replaceSubstring("aba", nullText, "b"),
               YGWebPageUrlConfig::replaceSubstring("aba", "", "b"));
     EXPECT_EQ(YGWebPageUrlConfig::replaceSubstring("aba", "a", nullText), "b");
-    const auto urls = YGHttpReqUrlMgr::make();
+    const testing::KeptRequests transport;
+    const auto urls = transport.make();
     EXPECT_FALSE(urls->httpReqUrlStringWithUrlKey(nullText));
-    const testing::ScopedTransport transport;
     urls->requestUrl(nullText, nullptr);
     EXPECT_THAT(transport.urls(), ::testing::ElementsAre(""));
 }

@@ -28,6 +28,7 @@ events      $middle
 servers     $middle net
 palette     $middle graphics
 settings    $middle net
+formats     $middle graphics net layout events servers palette settings
 "
 
 # How the names of a library's headers begin, with the one place that may include them. A dash:

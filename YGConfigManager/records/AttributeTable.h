@@ -96,14 +96,23 @@ public:
     /// Reads all attributes of an element in one pass. A missing one leaves the record's own value,
     /// but a flag is false.
     void read(const xml::Element& element, Record& record) const {
+        readEach(record, [&](auto&& add) {
+            for (const xml::Attribute attribute : element.attributes())
+                add(attribute.name, attribute.value);
+        });
+    }
+
+    /// The same of an element of any kind; `forEachAttribute(add)` calls `add(name, value)`.
+    template <class ForEachAttribute>
+    void readEach(Record& record, ForEachAttribute&& forEachAttribute) const {
         std::uint64_t seen = 0;
-        for (const xml::Attribute attribute : element.attributes()) {
-            const std::size_t row = find(attribute.name);
+        forEachAttribute([&](std::string_view name, std::string_view value) {
+            const std::size_t row = find(name);
             if (row == count)
-                continue;
-            reads_[row](record, attribute.value);
+                return;
+            reads_[row](record, value);
             seen |= std::uint64_t{1} << row;
-        }
+        });
         for (std::uint64_t missing = flags_ & ~seen; missing != 0; missing &= missing - 1)
             reads_[static_cast<std::size_t>(std::countr_zero(missing))](record, {});
     }

@@ -69,12 +69,18 @@ std::optional<Place> Entry::Account::define(const xml::Element& element, std::st
     return before;
 }
 
+void Entry::Account::reportChild(const Rule& rule, const xml::Node& child) const {
+    const Place place = placeOf(child.parent());
+    const std::string name = child.kind() == xml::NodeKind::text      ? "#text"
+                             : child.kind() == xml::NodeKind::comment ? "#comment"
+                                                                      : std::string(child.name());
+    reporter.report({rule, place, place, name, {}, child.stringValue(), {}});
+}
+
 /// Comments and instructions are not content.
 void Entry::Account::reportText(const xml::Node& node) const {
-    if (node.kind() != xml::NodeKind::text)
-        return;
-    const Place place = placeOf(node.parent());
-    reporter.report({"stray-text"_rule, place, place, "#text", {}, node.stringValue(), {}});
+    if (node.kind() == xml::NodeKind::text)
+        reportChild("stray-text"_rule, node);
 }
 
 /// What is wrong with an attribute that nothing was reported of; null when nothing is.

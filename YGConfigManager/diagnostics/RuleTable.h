@@ -39,11 +39,11 @@ inline constexpr Rule ruleTable[] = {
      "A later style of the same name replaces the earlier one."},
     {"overridden-style", Handling::replaced, Severity::warning,
      "The soft-optimize file's style replaces the main file's style of the same name."},
-    {"style-element-name", Handling::dropped, Severity::error,
+    {"style-element-name", Handling::defaulted, Severity::error,
      "Panels are attached to elements named \"style\" only, so this style stays without panels."},
     {"ignored-default-style", Handling::dropped, Severity::error,
      "The tab file does not name the default style."},
-    {"soft-optimize-dropped", Handling::dropped, Severity::error,
+    {"soft-optimize-dropped", Handling::unresolved, Severity::error,
      "The main style file yields no styles, so the soft-optimize styles are dropped with it."},
     {"no-templates", Handling::unresolved, Severity::warning,
      "Without a soft-optimize style file no custom page can be built from a template."},
@@ -70,6 +70,9 @@ inline constexpr Rule ruleTable[] = {
      "A magic panel needs an element inside, its panel."},
     {"second-panel", Handling::dropped, Severity::error,
      "Only the first element inside a magic panel is its panel."},
+    {"comment-before-panel", Handling::unresolved, Severity::warning,
+     "Custom pages take whatever comes first inside a magic panel: here not its panel, but a "
+     "comment, so that they show nothing in its place."},
     {"misplaced-magic-panels", Handling::dropped, Severity::error,
      "A slot for magic panels stands below a style or a panel; here nothing is shown."},
     {"unknown-magic-group", Handling::unresolved, Severity::warning,
@@ -91,7 +94,9 @@ inline constexpr Rule ruleTable[] = {
     {"slot-left", Handling::unresolved, Severity::warning,
      "Neither a member nor a pattern serves this argument, so the slot stays as it is."},
     {"broken-pattern", Handling::unresolved, Severity::warning,
-     "With the argument written into it the pattern is no XML."},
+     "With the argument written into it the pattern is not well-formed XML, so the slot stays as "
+     "it "
+     "is."},
 
     // ---- Events and commands ----
     // Sections.

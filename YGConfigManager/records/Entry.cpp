@@ -73,21 +73,31 @@ std::optional<Place> Entry::Account::define(const xml::Element& element, std::st
     return before;
 }
 
-/// Comments and instructions are not content.
-void Entry::Account::reportText(const xml::Node& node) const {
-    if (node.kind() != xml::NodeKind::text)
-        return;
-    const Place place = placeOf(node);
-    reporter.report({"stray-text"_rule, place, place, "#text", {}, node.stringValue(), {}});
+void Entry::Account::reportChild(const Rule& rule, const xml::Node& child) const {
+    const Place place = placeOf(child);
+    const bool isElement = child.isElement();
+    const std::string_view name = isElement                                ? child.name()
+                                  : child.kind() == xml::NodeKind::comment ? "#comment"
+                                                                           : "#text";
+    reporter.report({rule,
+                     place,
+                     place,
+                     std::string(name),
+                     {},
+                     isElement ? std::string(name) : child.stringValue(),
+                     {}});
 }
 
-void Entry::Account::reportElements(const xml::Element& element) const {
+/// Comments and instructions are not content.
+void Entry::Account::reportText(const xml::Node& node) const {
+    if (node.kind() == xml::NodeKind::text)
+        reportChild("stray-text"_rule, node);
+}
+
+void Entry::Account::reportElements(const xml::Element& element, const Rule& rule) const {
     for (const xml::Node& child : element.children()) {
-        if (!child.isElement())
-            continue;
-        const Place place = placeOf(child);
-        const std::string name(child.name());
-        reporter.report({"element-in-text"_rule, place, place, name, {}, name, {}});
+        if (child.isElement())
+            reportChild(rule, child);
     }
 }
 
@@ -120,13 +130,10 @@ void Entry::Account::endContent(const xml::Element& element) const {
     if (isContentRead)
         return;
     for (const xml::Node& child : element.children()) {
-        if (!child.isElement()) {
+        if (child.isElement())
+            reportChild("unread-content"_rule, child);
+        else
             reportText(child);
-            continue;
-        }
-        const Place place = placeOf(child);
-        const std::string name(child.name());
-        reporter.report({"unread-content"_rule, place, place, name, {}, name, {}});
     }
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <span>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include "YGConfigManager/graphics/FontServices.h"
@@ -72,6 +73,9 @@ void forEachNamed(DiagnosticsSink* sink, const xml::Element& section, Visit visi
             entry.read(record);
             if (!record.name)
                 return entry.drop("palette-entry-without-name"_rule);
+            // An image has no key that would have to name it.
+            if (record.name->empty() && !std::is_same_v<Record, ImageEntry>)
+                entry.report("unreachable-palette-name"_rule, "NAME");
             visit(entry, record);
         });
     });
@@ -154,8 +158,6 @@ void YGPaletteLoad::readColors(const xml::Element& section) {
     constexpr float full = 255;
     Additions<Color> colors{maps_.customColors};
     forEachNamed<ColorEntry>(sink_, section, [&](Entry& entry, const ColorEntry& read) {
-        if (read.name->empty())
-            entry.report("unreachable-palette-name"_rule, "NAME");
         // Alpha has another scale than the others. In a switch the style is still the old one.
         const auto color =
             Color::sRGB(read.red / full, read.green / full, read.blue / full, read.alpha);
@@ -171,8 +173,6 @@ void YGPaletteLoad::readKeyColors(const xml::Element& section) {
 void YGPaletteLoad::readFonts(const xml::Element& section) {
     Additions<Font> fonts{maps_.customFonts};
     forEachNamed<FontEntry>(sink_, section, [&](Entry& entry, const FontEntry& read) {
-        if (read.name->empty())
-            entry.report("unreachable-palette-name"_rule, "NAME");
         FontServices& services = FontServices::shared();
         if (!(read.height > 0))
             entry.reportIfThere("font-without-size"_rule, "HEIGHT");

@@ -106,7 +106,7 @@ const Rule* Entry::Account::ruleFor(const xml::Attribute& attribute) const {
     for (const std::span<const AttributeInfo>& rows : tables) {
         const auto row = std::ranges::find(rows, attribute.name, &AttributeInfo::name);
         if (row != rows.end())
-            return oddity(row->kind, attribute.value);
+            return oddity(*row, attribute.value);
     }
     return contains(asked, attribute.name) ? nullptr : &"unknown-attribute"_rule;
 }
@@ -123,6 +123,12 @@ void Entry::Account::endAttributes(const xml::Element& element) {
             report(element, *rule, attribute.name, attribute.value, std::nullopt);
         else
             reporter.sink()->used(yg::placeOf(element, attribute.name));
+    }
+    for (const std::span<const AttributeInfo>& rows : tables) {
+        for (const AttributeInfo& row : rows) {
+            if (row.isExpected && !element.attribute(row.name))
+                report(element, "missing-attribute"_rule, {}, row.name, std::nullopt);
+        }
     }
 }
 

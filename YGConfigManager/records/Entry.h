@@ -123,16 +123,6 @@ public:
             report(rule, attribute, *value);
     }
 
-    /// An attribute with its value, or the element if it lacks the attribute, with its name.
-    void reportValue(const Rule& rule, std::string_view attribute) {
-        if (!account_)
-            return;
-        if (const auto value = element_.attribute(attribute))
-            report(rule, attribute, *value);
-        else
-            report(rule, {}, attribute);
-    }
-
     /// A part of an attribute's value, which `part` points into.
     void reportPart(const Rule& rule, std::string_view attribute, std::string_view part) {
         if (account_)

@@ -36,4 +36,14 @@ bool isPlainFileName(std::string_view name) {
            name.find_first_of(std::string_view("/\0", 2)) == std::string_view::npos;
 }
 
+bool leadsOut(std::string_view path) {
+    int depth = 0;
+    while (!path.empty() && depth >= 0) {
+        const std::string_view part = path.substr(0, path.find('/'));
+        path.remove_prefix(std::min(part.size() + 1, path.size()));
+        depth += part == ".." ? -1 : part.empty() || part == "." ? 0 : 1;
+    }
+    return depth < 0;
+}
+
 }  // namespace yg::text

@@ -45,12 +45,11 @@ std::size_t writeAll(std::string_view bytes) {
     std::size_t size = 0;
     while (size < bytes.size()) {
         const ssize_t written = ::write(STDERR_FILENO, bytes.data() + size, bytes.size() - size);
-        if (written > 0) {
+        if (written > 0)
             size += static_cast<std::size_t>(written);
-        } else if (written == 0 || (errno != EINTR && errno != EAGAIN) ||
-                   (errno == EAGAIN && (isStalled || !waitUntil(end)))) {
+        else if (written == 0 || (errno != EINTR && errno != EAGAIN) ||
+                 (errno == EAGAIN && (isStalled || !waitUntil(end))))
             break;
-        }
     }
     return size;
 }
@@ -58,9 +57,8 @@ std::size_t writeAll(std::string_view bytes) {
 /// Writes a line with its end.
 void writeLine(std::string_view line) {
     const std::lock_guard lock(consoleMutex);
-    if (isInLine) {
+    if (isInLine)
         isInLine = writeAll("\n") == 0;
-    }
     const std::size_t written = isInLine ? 0 : writeAll(line);
     isInLine = isInLine || (written > 0 && written < line.size());
     isStalled = written < line.size();

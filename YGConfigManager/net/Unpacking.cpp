@@ -67,9 +67,8 @@ bool Unpacking::append(std::string_view piece, std::size_t limit, std::string& b
         isOver_ = isBetweenParts_ && !hasHeader_;
         isReady_ = (result == Z_OK || result == Z_STREAM_END || result == Z_BUF_ERROR) &&
                    count <= limit - body.size();
-        if (isReady_) {
+        if (isReady_)
             body.append(reinterpret_cast<const char*>(unpacked.data()), count);
-        }
     }
     return isReady_;
 }

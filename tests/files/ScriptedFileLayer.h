@@ -22,9 +22,8 @@ namespace yg::files {
 class ScriptedFileLayer final : public FileLayer {
 public:
     ~ScriptedFileLayer() override {
-        for (const int number : open_) {
+        for (const int number : open_)
             system_.close(number);
-        }
     }
 
     /// Asked before each call, by its name: 0 lets it happen, else it does not and fails with that
@@ -144,9 +143,8 @@ private:
     }
 
     int keptOpen(int number) {
-        if (number >= 0) {
+        if (number >= 0)
             open_.insert(number);
-        }
         return number;
     }
 

@@ -157,9 +157,8 @@ TEST(Numbers, DoubleIsTheLeadingDecimalNumber) {
          "5",
          0, noDigits},
     };
-    for (const auto& row : rows) {
+    for (const auto& row : rows)
         expectRow(row, readLeadingDouble(row.text));
-    }
 }
 
 TEST(Numbers, DoubleWithHundredsOfDigitsIsLargeOrSmallByThePlaceOfItsPoint) {

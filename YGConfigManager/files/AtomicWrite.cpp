@@ -43,7 +43,7 @@ public:
             number_ = uninterrupted([&] { return layer_.openNew(folder_, name_.c_str(), mode); });
             if (number_ >= 0) {
                 exists_ = true;
-                // Tells others that it is not left over; where nothing can be locked they know
+                // Shows others that it is not left over; where nothing can be locked they know
                 // none.
                 layer_.lock(number_);
                 return true;

@@ -29,7 +29,7 @@ bool saysNoList(int error) {
 }
 
 /// The rights, of 0 to 7, that all have who are named in the list: owner, users, groups and others,
-/// as the mask leaves them. None for what is no such list.
+/// as the mask leaves them. None for what is not such a list.
 mode_t rightsOfAll(std::string_view list) {
     // A version in four bytes, then entries of eight: what it is about in two, the rights in two,
     // the number of the user or group in four. The lowest byte comes first.

@@ -28,7 +28,7 @@ hb_unicode_funcs_t* unicode() {
     return held;
 }
 
-/// Takes one character off the front of a text; of what is no UTF-8, one byte.
+/// Takes one character off the front of a text; of what is not UTF-8, one byte.
 char32_t takeCharacter(std::string_view& text) {
     const text::Character first = text::firstCharacter(text);
     text.remove_prefix(first.size);

@@ -136,10 +136,10 @@ struct FaceLike {
 };
 
 /// So many spellings of names are remembered.
-constexpr std::size_t mostNames = 1024;
+constexpr std::size_t maxNames = 1024;
 
 /// How many characters a face remembers the replacement of.
-constexpr std::size_t mostCharacters = 8192;
+constexpr std::size_t maxCharacters = 8192;
 
 /// A longer name is unknown. Blanks do not count, so a name of any length could match.
 constexpr std::size_t longestName = 1024;
@@ -256,8 +256,8 @@ FontServices& FontServices::shared() {
 FontServices::FontServices(_FcConfig* configuration)
     : configuration_(configuration), names_(std::make_unique<const FontNames>(configuration)) {}
 
-FontServices::FontServices(const std::vector<std::string>& fontFiles, std::size_t mostBytes)
-    : configuration_(FcConfigCreate()), mostBytes_(mostBytes) {
+FontServices::FontServices(const std::vector<std::string>& fontFiles, std::size_t maxBytes)
+    : configuration_(FcConfigCreate()), maxBytes_(maxBytes) {
     for (const std::string& file : fontFiles)
         FcConfigAppFontAddFile(configuration_, bytesOf(file));
     names_ = std::make_unique<const FontNames>(configuration_);
@@ -311,7 +311,7 @@ std::shared_ptr<const FontFile> FontServices::fallback(FontFallbacks& fallbacks,
             FcCharSetHasChar(characters, character) != FcFalse && (file = openFile(face)))
             break;
     }
-    if (fallbacks.files.size() >= mostCharacters)
+    if (fallbacks.files.size() >= maxCharacters)
         fallbacks.files.clear();
     fallbacks.files.emplace(character, file);
     return file;
@@ -322,7 +322,7 @@ std::shared_ptr<const FontFace> FontServices::faceNamed(const std::string& name)
         return known->second;
     std::shared_ptr<const FontFace> face = findFace(name);
     if (face) {
-        if (facesByName_.size() >= mostNames)
+        if (facesByName_.size() >= maxNames)
             facesByName_.clear();
         facesByName_.emplace(name, face);
     }
@@ -406,7 +406,7 @@ std::shared_ptr<const FontFile> FontServices::openFile(const _FcPattern* pattern
 std::shared_ptr<const FontFile> FontServices::openFace(const std::string& path, int index) {
     if (const auto known = contents_.find(path); known != contents_.end())
         return FontFile::open(known->second, index);
-    const std::size_t limit = std::min(files::largestFileRead, mostBytes_ - openBytes_);
+    const std::size_t limit = std::min(files::largestFileRead, maxBytes_ - openBytes_);
     files::FileReading file = files::readWholeFile(path, limit);
     if (!file)
         return nullptr;

@@ -4,9 +4,9 @@
 namespace yg {
 
 ImageFileReader::Reading ImageFileReader::read(std::string_view path) {
-    if (pixels_ >= mostPixels)
+    if (pixels_ >= maxPixels)
         return {Outcome::tooManyPixels, std::nullopt};
-    if (bytes_ >= mostBytes)
+    if (bytes_ >= maxBytes)
         return {Outcome::tooManyBytes, std::nullopt};
     const std::optional<files::FileIdentity> identity = files::identityOf(path);
     if (!identity)

@@ -19,11 +19,11 @@ namespace {
 
 /// Each scan of a progressive file goes over the whole picture, however few bytes it has. A picture
 /// of the most pixels may have 16.
-constexpr std::size_t mostScans = 64;
-constexpr std::size_t mostScannedPixels = std::size_t{1} << 30;
+constexpr std::size_t maxScans = 64;
+constexpr std::size_t maxScannedPixels = std::size_t{1} << 30;
 
 /// What libjpeg may take for a progressive file's coefficients.
-constexpr long mostMemory = 512L << 20;
+constexpr long maxMemory = 512L << 20;
 
 constexpr double centimetresPerInch = 2.54;
 
@@ -58,7 +58,7 @@ void onProgress(j_common_ptr jpeg) {
     const auto* const reader = reinterpret_cast<j_decompress_ptr>(jpeg);
     const auto scans = static_cast<std::size_t>(reader->input_scan_number);
     const std::size_t pixels = std::size_t{reader->image_width} * reader->image_height;
-    if (scans > mostScans || scans * pixels > mostScannedPixels)
+    if (scans > maxScans || scans * pixels > maxScannedPixels)
         fail(jpeg);
 }
 
@@ -85,7 +85,7 @@ public:
         jpeg_create_decompress(&jpeg_);
         isCreated_ = true;
         jpeg_.progress = &progress_;
-        jpeg_.mem->max_memory_to_use = mostMemory;
+        jpeg_.mem->max_memory_to_use = maxMemory;
         jpeg_mem_src(&jpeg_, reinterpret_cast<const unsigned char*>(bytes_.data()),
                      static_cast<unsigned long>(bytes_.size()));
         jpeg_read_header(&jpeg_, TRUE);

@@ -20,7 +20,7 @@ constexpr png_uint_32 longestSide = 32768;
 constexpr png_alloc_size_t largestChunk = png_alloc_size_t{8} << 20;
 
 /// Compressed data never grow to more than this many times their size when they are inflated.
-constexpr std::size_t mostInflation = 1032;
+constexpr std::size_t maxInflation = 1032;
 
 constexpr double metresPerInch = 0.0254;
 
@@ -80,7 +80,7 @@ public:
             [](png_structp png, png_infop) { readerOf(png).isEnded_ = true; });
         png_set_user_limits(png_, longestSide, longestSide);
         png_set_chunk_malloc_max(png_, largestChunk);
-        // Texts and profiles are no part of the picture and may be inflated to any size.
+        // Texts and profiles are not part of the picture and may be inflated to any size.
         static const png_byte skipped[] = "zTXt\0iTXt\0tEXt\0iCCP\0eXIf\0sPLT";
         png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, skipped, sizeof skipped / 5);
         process();
@@ -124,7 +124,7 @@ private:
         width = png_get_image_width(png_, info_);
         height = png_get_image_height(png_, info_);
         if (!PixelBuffer::isAllowed(width, height) ||
-            png_get_rowbytes(png_, info_) > bytes_.size() * mostInflation / height)
+            png_get_rowbytes(png_, info_) > bytes_.size() * maxInflation / height)
             png_error(png_, "too large");
         png_uint_32 horizontal = 0;
         png_uint_32 vertical = 0;

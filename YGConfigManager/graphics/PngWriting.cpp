@@ -28,7 +28,7 @@ void append(png_structp png, png_bytep bytes, std::size_t count) {
             ->append(reinterpret_cast<const char*>(bytes), count);
         return;
     } catch (const std::bad_alloc&) {
-        // Told to libpng outside of the handler, which a jump must not leave.
+        // Passed to libpng outside of the handler, which a jump must not leave.
     }
     png_error(png, "out of memory");
 }

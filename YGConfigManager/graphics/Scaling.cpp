@@ -19,7 +19,8 @@ namespace {
 constexpr std::uint32_t whole = 128;
 constexpr float wholeOfBoth = whole * whole;
 
-/// Where a row or column of the target comes from: two neighbours, given by where they begin.
+/// Where a row or column of the target comes from: two pixels side by side, given by where they
+/// begin.
 struct Tap {
     std::uint32_t near;
     std::uint32_t far;
@@ -30,7 +31,7 @@ struct Tap {
 /// times the memory of a row.
 class Taps {
 public:
-    /// `stride` is what lies between one neighbour and the next.
+    /// `stride` is what lies between one pixel and the next.
     Taps(std::size_t sourceSize, std::size_t targetSize, std::size_t stride)
         : step_(static_cast<double>(sourceSize) / static_cast<double>(targetSize)),
           last_(sourceSize - 1),

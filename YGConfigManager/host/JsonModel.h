@@ -169,8 +169,8 @@ std::shared_ptr<Model> modelWithJSON(OptionalText bytes) {
         [&] { return object ? detail::modelWithObject<Model>(*object) : nullptr; });
 }
 
-/// A list of new models, one for each object in `list`, in its order; items that are no objects are
-/// skipped. An absent list (null) stays absent, an empty one empty.
+/// A list of new models, one for each object in `list`, in its order; items that are not objects
+/// are skipped. An absent list (null) stays absent, an empty one empty.
 template <class Model>
 std::shared_ptr<const std::vector<std::shared_ptr<Model>>> modelArrayWithClass(
     const JsonList& list) {

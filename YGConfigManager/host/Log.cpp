@@ -39,7 +39,7 @@ bool waitUntil(std::chrono::steady_clock::time_point end) {
 }
 
 /// Writes as much as can be written and answers its size. An interruption and a partial write do
-/// not end it; any failure but a full pipe does, since there is no one to tell.
+/// not end it; any failure but a full pipe does, since there is nobody to report it to.
 std::size_t writeAll(std::string_view bytes) {
     const auto end = std::chrono::steady_clock::now() + longestWait;
     std::size_t size = 0;

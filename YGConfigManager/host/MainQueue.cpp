@@ -49,7 +49,7 @@ public:
 
     std::size_t runPending() {
         std::unique_lock lock(queueing);
-        // Whatever is posted from here on belongs to the next call and is announced anew, even
+        // Whatever is posted from here on belongs to the next call and is announced again, even
         // while this one still has tasks before it.
         isAnnounced_ = false;
         const std::uint64_t end = posted_;

@@ -69,12 +69,12 @@ public:
     static void notify(const Places& concerned, const Notification& notification) noexcept {
         for (const auto& place : concerned) {
             if (!place->isRemoved && place->observer)
-                tell(*place, notification);
+                notify(*place, notification);
         }
     }
 
 private:
-    static void tell(const Place& place, const Notification& notification) noexcept {
+    static void notify(const Place& place, const Notification& notification) noexcept {
         try {
             place.observer(notification);
         } catch (const std::exception& error) {

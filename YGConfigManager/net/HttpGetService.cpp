@@ -93,12 +93,12 @@ void HttpGetService::run() noexcept {
             takeIncoming(waiting);
             if (isStopping_)
                 break;
-            while (!waiting.empty() && transfers_->count() < options_.mostTransfers) {
+            while (!waiting.empty() && transfers_->count() < options_.maxTransfers) {
                 transfers_->add(waiting.front());
                 waiting.pop_front();
             }
             complete(transfers_->step());
-            if (waiting.empty() || transfers_->count() == options_.mostTransfers)
+            if (waiting.empty() || transfers_->count() == options_.maxTransfers)
                 transfers_->wait();
         } catch (...) {
             logException("network thread");

@@ -25,7 +25,7 @@ namespace yg::net {
 
 namespace {
 
-constexpr long mostRedirects = 20;
+constexpr long maxRedirects = 20;
 constexpr std::chrono::milliseconds longestWait = std::chrono::minutes(1);
 /// Without the means to be woken, new requests and the end are looked for.
 constexpr std::chrono::milliseconds waitWithoutWaking{20};
@@ -177,7 +177,7 @@ private:
                               set(CURLOPT_PROTOCOLS_STR, "http,https") &&
                               set(CURLOPT_REDIR_PROTOCOLS_STR, "http,https") &&
                               set(CURLOPT_FOLLOWLOCATION, 1L) &&
-                              set(CURLOPT_MAXREDIRS, mostRedirects) && set(CURLOPT_PROXY, "");
+                              set(CURLOPT_MAXREDIRS, maxRedirects) && set(CURLOPT_PROXY, "");
         const bool hasWhat = set(CURLOPT_HTTPGET, 1L) && set(CURLOPT_HTTPHEADER, headers) &&
                              set(CURLOPT_HTTP09_ALLOWED, 0L) &&
                              set(CURLOPT_HTTP_CONTENT_DECODING, 0L) &&  // Unpacking does it
@@ -197,7 +197,7 @@ private:
     }
 
     /// The system names its certificates twice, as one file and as a folder. Given both, libcurl
-    /// reads the file anew for each connection, a tenth of a second each; given the file alone,
+    /// reads the file again for each connection, a tenth of a second each; given the file alone,
     /// once.
     bool trust() {
         char* systemFile = nullptr;

@@ -18,7 +18,7 @@ bool isContinuation(unsigned byte) {
 }
 
 /// The size of the sequence that a lead byte begins, and the range of the byte after it, which is
-/// where overlong forms, surrogates and too large code points show. Size 0 is no lead byte.
+/// where overlong forms, surrogates and too large code points show. Size 0 is not a lead byte.
 struct Lead {
     std::size_t size;
     unsigned lowest = 0x80;

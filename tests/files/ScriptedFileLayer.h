@@ -30,7 +30,7 @@ public:
     /// error. By default everything happens.
     std::function<int(std::string_view call)> errorOf = [](std::string_view) { return 0; };
 
-    /// Told of each call that happened, whatever came of it.
+    /// Called after each call that happened, whatever came of it.
     std::function<void(std::string_view call)> after = [](std::string_view) {};
 
     /// May change what is seen of a file.

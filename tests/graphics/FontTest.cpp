@@ -280,7 +280,7 @@ TEST_F(FontWidths, TextsOfAnyLengthAreMeasured) {
     }
 }
 
-TEST_F(FontWidths, ATextMeasuredAgainAfterAnotherIsMeasuredAnew) {
+TEST_F(FontWidths, ATextIsMeasuredAgainAfterAnother) {
     const yg::Font font = fonts.system(10);
     EXPECT_EQ(font.widthOf("ab"), 20);
     EXPECT_EQ(font.widthOf("abc"), 30);

@@ -173,7 +173,7 @@ TEST(ImageScaling, ColoursAreWeightedByTheirAlpha) {
     EXPECT_THAT(pixelsOf(*image.scaled(1, 1)), ElementsAre(0x780000A0));
 }
 
-TEST(ImageScaling, ANeighbourWithoutWeightDoesNotShow) {
+TEST(ImageScaling, APixelWithoutWeightDoesNotShow) {
     // The middle one of three lies exactly on a centre.
     const Image image = imageOf(3, {0xFF0000FF, 0x00000000, 0x00FF00FF});
     EXPECT_THAT(pixelsOf(*image.scaled(1, 1)), Each(0x00000000));

@@ -229,7 +229,7 @@ TEST(Service, RunsNoMoreTransfersThanToldAndTheOthersAfterThem) {
     std::atomic<int> all = 0;
     Crowd crowd;
     FaultServer server([&](Connection& client) { crowd.answer(client, 100ms); });
-    HttpGetService service({.idleTime = 1s, .mostTransfers = 2});
+    HttpGetService service({.idleTime = 1s, .maxTransfers = 2});
     // The last ones wait for longer than the idle time, which begins with their own transfers.
     for (int i = 0; i < 30; ++i) {
         service.get(server.url(),

@@ -243,9 +243,8 @@ inline constexpr Rule ruleTable[] = {
     {"address-without-host", Handling::defaulted, Severity::warning,
      "The host before the port is empty."},
     {"odd-server-port", Handling::defaulted, Severity::warning,
-     "The port is not a plain number: only the number that it begins with counts, 0 without one."},
-    {"server-port-out-of-range", Handling::unresolved, Severity::warning,
-     "A port is a number from 1 to 65535; this one is stored all the same."},
+     "A port is a plain number from 1 to 65535; of this one the number that it begins with is "
+     "stored, 0 without one."},
     {"address-weight", Handling::dropped, Severity::note,
      "Weights have no effect: each address of an entry has the same chance."},
 

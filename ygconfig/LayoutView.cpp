@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 #include "ygconfig/Details.h"
 #include "ygconfig/Display.h"

@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "YGConfigManager/export.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 

@@ -11,7 +11,7 @@
 #include "YGConfigManager/diagnostics/Reporter.h"
 #include "YGConfigManager/events/EventRules.h"
 #include "YGConfigManager/records/AttributeTable.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 

@@ -19,7 +19,7 @@
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/text/Numbers.h"
 #include "YGConfigManager/text/Split.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 

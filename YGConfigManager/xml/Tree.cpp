@@ -132,6 +132,12 @@ pugi::xml_node firstChildFrom(pugi::xml_node node) {
     return node;
 }
 
+bool isInside(pugi::xml_node node, pugi::xml_node top) {
+    while (node && node != top)
+        node = node.parent();
+    return static_cast<bool>(node);
+}
+
 pugi::xml_node nextInSubtree(pugi::xml_node node, pugi::xml_node top) {
     if (const pugi::xml_node child = node.first_child())
         return child;

@@ -18,7 +18,7 @@
 
 #include <pugixml.hpp>
 
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 #include "YGConfigManager/xml/Places.h"
 #include "YGConfigManager/xml/Query.h"
 
@@ -86,7 +86,10 @@ struct Tree {
     pugi::xml_node insertCopy(pugi::xml_node parent, pugi::xml_node before, const Tree& from,
                               pugi::xml_node source);
 
-    /// Without a source when nothing was kept.
+    /// Without a source when nothing was kept, or there is no tree.
+    static Range rangeOf(const std::shared_ptr<Tree>& tree, const void* holder) {
+        return tree ? tree->rangeOf(holder) : Range();
+    }
     Range rangeOf(const void* holder) const;
 
     /// What was parsed is no longer what the attribute holds.
@@ -134,6 +137,9 @@ bool isChild(pugi::xml_node node);
 
 /// The node itself or the first sibling after it that counts as a child.
 pugi::xml_node firstChildFrom(pugi::xml_node node);
+
+/// Whether a node is `top` or below it.
+bool isInside(pugi::xml_node node, pugi::xml_node top);
 
 /// The node after `node` in document order within the subtree of `top`; empty after the last.
 pugi::xml_node nextInSubtree(pugi::xml_node node, pugi::xml_node top);

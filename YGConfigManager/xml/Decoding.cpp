@@ -12,6 +12,7 @@
 #include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Utf8.h"
+#include "YGConfigManager/xml/Names.h"
 
 namespace yg::xml {
 
@@ -28,10 +29,6 @@ std::string lowered(std::string_view name) {
             c = static_cast<char>(c - 'A' + 'a');
     }
     return lower;
-}
-
-bool isSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
 std::string_view declarationOf(std::string_view text) {

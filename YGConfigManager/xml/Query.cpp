@@ -95,10 +95,6 @@ constexpr Operator operators[] = {
 
 constexpr std::string_view nodeTypes[] = {"comment", "node", "processing-instruction", "text"};
 
-bool isSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }

@@ -19,6 +19,7 @@
 #include <pugixml.hpp>
 
 #include "YGConfigManager/xml/Element.h"
+#include "YGConfigManager/xml/Names.h"
 #include "YGConfigManager/xml/Places.h"
 #include "YGConfigManager/xml/Query.h"
 
@@ -126,8 +127,6 @@ void setValue(Holder holder, std::string_view value) {
         throw std::bad_alloc();
 }
 
-bool isBlank(std::string_view text);
-
 /// A text node of white space alone. It is kept as the only content of an element, for its string
 /// value, but never counts as a child.
 bool isBlankText(pugi::xml_node node);
@@ -143,8 +142,6 @@ bool isInside(pugi::xml_node node, pugi::xml_node top);
 
 /// The node after `node` in document order within the subtree of `top`; empty after the last.
 pugi::xml_node nextInSubtree(pugi::xml_node node, pugi::xml_node top);
-
-bool isXmlName(std::string_view name);
 
 /// The text without what XML cannot hold: control characters, U+FFFE, U+FFFF, invalid UTF-8.
 std::string storableText(std::string_view text);

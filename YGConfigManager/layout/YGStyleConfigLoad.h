@@ -29,7 +29,7 @@
 #include "YGConfigManager/records/RecordMap.h"
 #include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/text/OwnedText.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 

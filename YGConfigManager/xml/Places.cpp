@@ -10,8 +10,6 @@ namespace yg::xml {
 
 namespace {
 
-constexpr std::string_view whiteSpace = " \t\r\n";
-
 /// The size in UTF-8 of what a reference, from "&" to ";", stands for.
 std::size_t sizeOfReference(std::string_view reference) {
     if (reference[1] != '#')
@@ -82,7 +80,7 @@ private:
     /// Only the declaration has the target "xml".
     void takeInstruction() {
         const std::size_t end = behind("?>", at_ + 2);
-        if (isAt("<?xml") && whiteSpace.find(text_[at_ + 5]) != std::string_view::npos)
+        if (isAt("<?xml") && isSpace(text_[at_ + 5]))
             at_ = end;
         else
             take(pugi::node_pi, end);

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 #include "ygconfig/drawing/Details.h"
 #include "ygconfig/drawing/Display.h"

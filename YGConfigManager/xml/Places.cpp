@@ -80,7 +80,7 @@ private:
     /// Only the declaration has the target "xml".
     void takeInstruction() {
         const std::size_t end = behind("?>", at_ + 2);
-        if (isAt("<?xml") && isSpace(text_[at_ + 5]))
+        if (isAt("<?xml") && text::isWhiteSpace(text_[at_ + 5]))
             at_ = end;
         else
             take(pugi::node_pi, end);

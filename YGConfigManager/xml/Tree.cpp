@@ -68,7 +68,7 @@ bool isBlankText(pugi::xml_node node) {
     if (node.type() != pugi::node_pcdata)
         return false;
     const char* value = node.value();
-    while (isSpace(*value))
+    while (text::isWhiteSpace(*value))
         ++value;
     return *value == '\0';
 }

@@ -35,10 +35,7 @@ std::shared_ptr<YGPaletteLoad> YGPaletteLoad::initWithPaletteStyle(std::int8_t s
                                                                    DiagnosticsSink* sink) {
     auto loader = guarded(
         loadName, [&] { return std::shared_ptr<YGPaletteLoad>(new YGPaletteLoad(style, sink)); });
-    if (!loader || !loader->loadConfig(style))
-        return nullptr;
-    loader->sink_ = nullptr;
-    return loader;
+    return loader && loader->loadConfig(style) ? loader : nullptr;
 }
 
 void YGPaletteLoad::reloadPaletteWithOtherStyle(std::int8_t style) {

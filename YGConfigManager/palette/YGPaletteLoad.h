@@ -49,7 +49,7 @@ class YG_EXPORT YGPaletteLoad : public std::enable_shared_from_this<YGPaletteLoa
 public:
     /// A loader of the theme's palette, fully loaded: style 0 is the light theme, 1 the dark one.
     /// Null when the host has no path for the style's file and when the file cannot be read.
-    /// With a sink, what this load passes over is reported to it; see setDiagnosticsSink().
+    /// Findings, of later loads too, go to the sink; see diagnostics/DiagnosticsSink.h.
     static std::shared_ptr<YGPaletteLoad> initWithPaletteStyle(std::int8_t style,
                                                                DiagnosticsSink* sink = nullptr);
 
@@ -176,10 +176,6 @@ public:
 
     /// Images by name.
     const PaletteImages& customImages() const { return maps_.customImages; }
-
-    /// Who hears of what later loads pass over; null, the default, for nobody. It must outlive the
-    /// loader's use of it.
-    void setDiagnosticsSink(DiagnosticsSink* sink) { sink_ = sink; }
 
 private:
     YGPaletteLoad(std::int8_t style, DiagnosticsSink* sink);

@@ -53,7 +53,7 @@ enum class Naming {
 struct AttributeInfo {
     static constexpr float lowest = std::numeric_limits<float>::lowest();
 
-    std::string_view name;  ///< empty for a field that no attribute gives
+    std::string_view name = {};  ///< empty for a field that no attribute gives
     AttributeKind kind = AttributeKind::text;
     std::string_view sentence = {};     ///< what it means, for the author of the file
     Naming names = Naming::nothing;     ///< what the value names

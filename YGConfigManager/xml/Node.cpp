@@ -43,6 +43,12 @@ pugi::xml_attribute findAttribute(pugi::xml_node node, std::string_view name) {
     return attribute;
 }
 
+/// Without a source when nothing was kept.
+template <class Holder>
+Range rangeOf(const std::shared_ptr<Tree>& tree, Holder holder) {
+    return holder ? tree->rangeOf(holder.internal_object()) : Range();
+}
+
 }  // namespace
 
 NodeKind Node::kind() const {
@@ -136,8 +142,9 @@ std::string Node::serialise(Form form) const {
     return out;
 }
 
-std::optional<Position> Node::position() const {
-    return node_ ? tree_->position(Tree::raw(*this).internal_object()) : std::nullopt;
+std::optional<Place> Node::place() const {
+    const Range range = rangeOf(tree_, Tree::raw(*this));
+    return range.source ? std::optional(range.source->place(range.begin, range.end)) : std::nullopt;
 }
 
 Children::Iterator& Children::Iterator::operator++() {
@@ -184,6 +191,7 @@ bool Element::setAttribute(OptionalText name, OptionalText value) {
     pugi::xml_node element = Tree::raw(*this);
     if (const pugi::xml_attribute attribute = findAttribute(element, *name)) {
         setValue(attribute, stored);
+        tree_->forgetValue(attribute);
         return true;
     }
     pugi::xml_attribute added = made(element.append_attribute(""));
@@ -213,6 +221,7 @@ bool Element::setContent(OptionalText text) {
     const pugi::xml_node only = element.first_child();
     if (only.type() == pugi::node_pcdata && !only.next_sibling() && !isBlank(stored)) {
         setValue(only, stored);
+        tree_->ranges.erase(only.internal_object());
         return true;
     }
 
@@ -307,9 +316,23 @@ std::vector<Node> Element::query(OptionalText query) const {
     return this->query(Query(query));
 }
 
-std::optional<Position> Element::attributePosition(OptionalText name) const {
-    const pugi::xml_attribute found = findAttribute(Tree::raw(*this), *name);
-    return found ? tree_->position(found.internal_object()) : std::nullopt;
+std::optional<Place> Element::tagPlace() const {
+    const Range range = rangeOf(tree_, Tree::raw(*this));
+    return range.source ? std::optional(range.source->place(range.begin, range.inner))
+                        : std::nullopt;
+}
+
+std::optional<Place> Element::attributePlace(OptionalText name) const {
+    const Range range = rangeOf(tree_, findAttribute(Tree::raw(*this), *name));
+    return range.source ? std::optional(range.source->place(range.begin, range.end)) : std::nullopt;
+}
+
+std::optional<Place> Element::valuePlace(OptionalText name, std::size_t offset,
+                                         std::size_t length) const {
+    const Range range = rangeOf(tree_, findAttribute(Tree::raw(*this), *name));
+    if (range.inner == 0)
+        return std::nullopt;
+    return range.source->placeInValue(range.inner, range.end - 1, offset, length);
 }
 
 }  // namespace yg::xml

@@ -9,7 +9,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <optional>
@@ -20,6 +19,7 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/text/OptionalText.h"
+#include "YGConfigManager/text/Place.h"
 
 namespace yg::xml {
 
@@ -36,13 +36,6 @@ enum class NodeKind { element, text, comment, processingInstruction };
 enum class Form {
     plain,   ///< no declaration, no white space added
     pretty,  ///< one element to a line, four spaces a level
-};
-
-/// Where something stands in the file that it was read from.
-struct Position {
-    std::string file;      ///< the path as it was given; empty for bytes and text
-    std::uint32_t line;    ///< from 1
-    std::uint32_t column;  ///< in characters, from 1
 };
 
 /// One attribute as it is read. The texts live until the value is changed, and as long as there is
@@ -113,9 +106,11 @@ public:
     /// The node as XML text, without a declaration; "" for an empty handle.
     std::string serialise(Form form = Form::plain) const;
 
-    /// Where the node's tag, comment or instruction begins, when its parse was asked to keep
-    /// positions; a copy has the position of its source. Elements only; absent for other kinds.
-    std::optional<Position> position() const;
+    /// Where the node stands, when its parse was asked to keep positions: an element from its start
+    /// tag to its end tag, a text with the white space around it, all others with their delimiters.
+    /// A copy has the place of its source. Absent for what was made in code, and for a text that
+    /// was changed there.
+    std::optional<Place> place() const;
 
 protected:
     friend class Document;
@@ -257,8 +252,17 @@ public:
     std::vector<Node> query(const Query& query) const;
     std::vector<Node> query(OptionalText query) const;
 
-    /// Where an attribute's name begins, when the parse was asked to keep positions.
-    std::optional<Position> attributePosition(OptionalText name) const;
+    /// The place of the start tag alone. This and the next two are absent as place() is.
+    std::optional<Place> tagPlace() const;
+
+    /// The place of an attribute, from its name to its closing quote.
+    std::optional<Place> attributePlace(OptionalText name) const;
+
+    /// The place, between the quotes, of a part of an attribute's value: `length` bytes from
+    /// `offset` on of the value as attribute() answers it, as many as there are. What reaches into
+    /// a reference as "&amp;" has all of it. Absent, too, when the value was changed in code.
+    std::optional<Place> valuePlace(OptionalText name, std::size_t offset = 0,
+                                    std::size_t length = std::string_view::npos) const;
 
 private:
     friend class Node;

@@ -208,7 +208,7 @@ pugi::xml_node Tree::insertCopy(pugi::xml_node parent, pugi::xml_node before, co
                                             : parent.append_child(source.type()));
     try {
         fillDeeply(copy, source);
-        copyPlaces(from, source, copy);
+        copyRanges(from, source, copy);
     } catch (...) {
         freeSubtree(copy);
         throw;
@@ -216,37 +216,36 @@ pugi::xml_node Tree::insertCopy(pugi::xml_node parent, pugi::xml_node before, co
     return copy;
 }
 
-void Tree::copyPlaces(const Tree& from, pugi::xml_node source, pugi::xml_node copy) {
-    if (from.places.empty())
+void Tree::copyRanges(const Tree& from, pugi::xml_node source, pugi::xml_node copy) {
+    if (from.ranges.empty())
         return;
     if (this != &from) {
-        for (const auto& file : from.files) {
-            if (std::find(files.begin(), files.end(), file) == files.end())
-                files.push_back(file);
+        for (const auto& file : from.sources) {
+            if (std::find(sources.begin(), sources.end(), file) == sources.end())
+                sources.push_back(file);
         }
     }
-    const auto copyPlace = [&](const void* of, const void* to) {
-        const auto found = from.places.find(of);
-        if (found != from.places.end()) {
-            const Place place = found->second;
-            places[to] = place;
-        }
+    const auto copyRange = [&](const void* of, const void* to) {
+        if (const Range range = from.rangeOf(of); range.source)
+            ranges[to] = range;
     };
     forEachPair(source, copy, [&](pugi::xml_node left, pugi::xml_node right) {
-        copyPlace(left.internal_object(), right.internal_object());
+        copyRange(left.internal_object(), right.internal_object());
         pugi::xml_attribute to = right.first_attribute();
         for (pugi::xml_attribute of = left.first_attribute(); of && to;
              of = of.next_attribute(), to = to.next_attribute())
-            copyPlace(of.internal_object(), to.internal_object());
+            copyRange(of.internal_object(), to.internal_object());
     });
 }
 
-std::optional<Position> Tree::position(const void* of) const {
-    const auto found = places.find(of);
-    if (found == places.end())
-        return std::nullopt;
-    const Place& place = found->second;
-    return Position{place.file ? *place.file : std::string(), place.line, place.column};
+Range Tree::rangeOf(const void* holder) const {
+    const auto found = ranges.find(holder);
+    return found == ranges.end() ? Range() : found->second;
+}
+
+void Tree::forgetValue(pugi::xml_attribute attribute) {
+    if (const auto found = ranges.find(attribute.internal_object()); found != ranges.end())
+        found->second.inner = 0;
 }
 
 void Tree::freeRemoved() {
@@ -262,9 +261,9 @@ void Tree::freeSubtree(pugi::xml_node top) {
             node = child;
             continue;
         }
-        places.erase(node.internal_object());
+        ranges.erase(node.internal_object());
         for (pugi::xml_attribute attribute : node.attributes())
-            places.erase(attribute.internal_object());
+            ranges.erase(attribute.internal_object());
         pugi::xml_node above = node.parent();
         above.remove_child(node);
         node = node == top ? pugi::xml_node() : above;

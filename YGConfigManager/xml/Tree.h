@@ -8,7 +8,6 @@
 // child of `keep` is the top of a tree of its own.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <new>
 #include <optional>
@@ -20,6 +19,7 @@
 #include <pugixml.hpp>
 
 #include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Places.h"
 #include "YGConfigManager/xml/Query.h"
 
 namespace yg::xml {
@@ -45,12 +45,6 @@ struct Query::Compiled {
 };
 
 struct Tree {
-    struct Place {
-        const std::string* file;
-        std::uint32_t line;
-        std::uint32_t column;
-    };
-
     pugi::xml_document memory;
     pugi::xml_node keep;
     std::optional<bool> standalone;
@@ -60,9 +54,9 @@ struct Tree {
     std::string doctype;
     pugi::xml_node nodeAfterDoctype;
 
-    /// Where elements and attributes stand, by their address; empty unless a parse was asked.
-    std::unordered_map<const void*, Place> places;
-    std::vector<std::shared_ptr<const std::string>> files;
+    /// Where nodes and attributes stand, by their address; empty unless a parse was asked.
+    std::unordered_map<const void*, Range> ranges;
+    std::vector<std::shared_ptr<const Source>> sources;
 
     static pugi::xml_node raw(const Node& node) {
         return pugi::xml_node(reinterpret_cast<pugi::xml_node_struct*>(node.node_));
@@ -92,7 +86,11 @@ struct Tree {
     pugi::xml_node insertCopy(pugi::xml_node parent, pugi::xml_node before, const Tree& from,
                               pugi::xml_node source);
 
-    std::optional<Position> position(const void* of) const;
+    /// Without a source when nothing was kept.
+    Range rangeOf(const void* holder) const;
+
+    /// What was parsed is no longer what the attribute holds.
+    void forgetValue(pugi::xml_attribute attribute);
 
     /// Frees what was taken out. No handle into it may be left.
     void freeRemoved();
@@ -103,7 +101,7 @@ struct Tree {
 
 private:
     void freeSubtree(pugi::xml_node top);
-    void copyPlaces(const Tree& from, pugi::xml_node source, pugi::xml_node copy);
+    void copyRanges(const Tree& from, pugi::xml_node source, pugi::xml_node copy);
 };
 
 /// pugixml answers nothing, or false, when memory does not suffice. These throw std::bad_alloc

@@ -35,41 +35,44 @@ std::string shown(const ImageEntry& entry) {
     return shown(entry.name) + ' ' + shown(entry.path);
 }
 
-std::string shown(const KeyEntry& entry) {
+template <Naming named>
+std::string shown(const KeyEntry<named>& entry) {
     return shown(entry.key) + ' ' + shown(entry.value);
 }
 
 /// Expects of each row alone that it gives the entry expected.
-template <class Entry, std::size_t size>
-void expectRows(const AttributeRow<Entry> (&table)[size],
-                const std::map<std::string_view, std::string>& expected) {
-    EXPECT_EQ(expected.size(), size);
-    for (const AttributeRow<Entry>& row : table) {
+template <class Entry>
+void expectRows(const std::map<std::string_view, std::string>& expected) {
+    EXPECT_EQ(expected.size(), attributesOf<Entry>.rows().size());
+    for (const AttributeInfo& row : attributesOf<Entry>.rows()) {
         const auto parsed = xml::Document::parseText("<e " + std::string(row.name) + "=' 2.5x'/>");
         Entry entry;
-        readAttributes(parsed.document.root(), table, entry);
+        attributesOf<Entry>.read(parsed.document.root(), entry);
         ASSERT_TRUE(expected.contains(row.name)) << row.name;
         EXPECT_EQ(shown(entry), expected.at(row.name));
     }
 }
 
 TEST(PaletteAttributes, FillTheirMember) {
-    expectRows(colorAttributes, {{"R", "absent 25 0 0 10"},
-                                 {"G", "absent 0 25 0 10"},
-                                 {"B", "absent 0 0 25 10"},
-                                 {"A", "absent 0 0 0 25"},
-                                 {"NAME", R"(" 2.5x" 0 0 0 10)"}});
-    expectRows(fontAttributes, {{"NAME", R"(" 2.5x" 0 absent)"},
-                                {"HEIGHT", "absent 25 absent"},
-                                {"FACE", R"(absent 0 " 2.5x")"}});
-    expectRows(imageAttributes, {{"NAME", R"(" 2.5x" absent)"}, {"PATH", R"(absent " 2.5x")"}});
-    expectRows(keyAttributes, {{"KEY", R"(" 2.5x" absent)"}, {"VALUE", R"(absent " 2.5x")"}});
+    expectRows<ColorEntry>({{"R", "absent 25 0 0 10"},
+                            {"G", "absent 0 25 0 10"},
+                            {"B", "absent 0 0 25 10"},
+                            {"A", "absent 0 0 0 25"},
+                            {"NAME", R"(" 2.5x" 0 0 0 10)"}});
+    expectRows<FontEntry>({{"NAME", R"(" 2.5x" 0 absent)"},
+                           {"HEIGHT", "absent 25 absent"},
+                           {"FACE", R"(absent 0 " 2.5x")"}});
+    expectRows<ImageEntry>({{"NAME", R"(" 2.5x" absent)"}, {"PATH", R"(absent " 2.5x")"}});
+    const std::map<std::string_view, std::string> keys{{"KEY", R"(" 2.5x" absent)"},
+                                                       {"VALUE", R"(absent " 2.5x")"}};
+    expectRows<KeyEntry<Naming::color>>(keys);
+    expectRows<KeyEntry<Naming::font>>(keys);
 }
 
 TEST(PaletteAttributes, AreWrittenInCapitals) {
     const auto parsed = xml::Document::parseText("<e name='n' r='1' a='0' Name='n'/>");
     ColorEntry entry;
-    readAttributes(parsed.document.root(), colorAttributes, entry);
+    attributesOf<ColorEntry>.read(parsed.document.root(), entry);
     EXPECT_EQ(shown(entry), shown(ColorEntry()));
 }
 

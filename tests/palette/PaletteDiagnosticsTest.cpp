@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What a sink hears of a palette.
+// The findings about a palette.
 #include <memory>
 #include <string>
 #include <string_view>
@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "YGConfigManager/palette/YGPaletteLoad.h"
+#include "YGConfigManager/xml/Document.h"
 
 #include "diagnostics/RecordingSink.h"
 #include "palette/PaletteRoot.h"
@@ -101,9 +102,9 @@ TEST(PaletteDiagnostics, SecondSections) {
 <BITMAPS/>
 <APP_MAP><COLORES/>
 <FONTS/></APP_MAP>)"),
-                ElementsAre("3: second-palette-section", "6: second-palette-section",
-                            "4: second-palette-section", "7: second-palette-section",
-                            "5: second-palette-section"));
+                ElementsAre("3: second-palette-section", "4: second-palette-section",
+                            "5: second-palette-section", "6: second-palette-section",
+                            "7: second-palette-section"));
 }
 
 TEST(PaletteDiagnostics, UnknownAttributesAndStrayContent) {
@@ -114,8 +115,7 @@ TEST(PaletteDiagnostics, UnknownAttributesAndStrayContent) {
         ElementsAre("1: unknown-attribute version=1", "1: stray-text =text",
                     "1: unknown-attribute a=1", "1: stray-text =text\n", "3: unknown-attribute a=1",
                     "3: stray-text =text", "2: unknown-attribute a=1", "2: stray-text =text",
-                    "2: unknown-attribute name=c", "2: stray-text =text",
-                    "2: content-in-palette-entry =c"));
+                    "2: unknown-attribute name=c", "2: stray-text =text", "2: unread-content =c"));
 }
 
 TEST(PaletteDiagnostics, EntriesWithoutNameKeyOrValue) {
@@ -141,16 +141,49 @@ TEST(PaletteDiagnostics, EmptyAndRepeatedNames) {
                     "3: duplicate-palette-name NAME=", "4: duplicate-palette-name NAME=i"));
 }
 
+TEST(PaletteDiagnostics, ARepeatedNameOrKeyLeadsToTheEarlierOne) {
+    const PaletteRoot files;
+    files.writeImage("a.png", 4, 2);
+    files.writeLight(yg::testing::palette(R"(<COLORES><c NAME="n" R="0" G="0" B="0"/>
+<c NAME="n" R="0" G="0" B="0"/>
+<c NAME="n" R="0" G="0" B="0"/></COLORES><APP_MAP><COLORES>
+<k KEY="k" VALUE="n"/>
+<k KEY="k" VALUE="n"/></COLORES></APP_MAP><BITMAPS>
+<i NAME="n" PATH="a.png"/>
+<i NAME="n"/></BITMAPS>)"));
+    RecordingSink sink;
+    YGPaletteLoad::initWithPaletteStyle(0, &sink);
+    EXPECT_THAT(sink.unaccounted(), IsEmpty());
+    std::vector<std::string> earlier;
+    for (const Finding& finding : sink.findings) {
+        for (const RelatedPlace& related : finding.related)
+            earlier.push_back(std::to_string(related.place.begin.line) + ": " +
+                              std::string(related.meaning));
+    }
+    EXPECT_THAT(sink.lines(),
+                ElementsAre("2: duplicate-palette-name NAME=n", "3: duplicate-palette-name NAME=n",
+                            "5: duplicate-palette-key KEY=k", "7: duplicate-palette-name NAME=n",
+                            "7: missing-attribute =PATH"));
+    EXPECT_THAT(earlier, ElementsAre("1: the earlier definition", "2: the earlier definition",
+                                     "4: the earlier definition", "6: the earlier definition"));
+}
+
+TEST(PaletteDiagnostics, AnImageWithoutAFileIsReadOtherwise) {
+    EXPECT_THAT(findingsIn(R"(<BITMAPS><i NAME="a" PATH="none.png" SIZE="1">text</i></BITMAPS>)"),
+                ElementsAre("1: unreadable-image PATH=ROOT/images/none.png",
+                            "1: unknown-attribute SIZE=1", "1: stray-text =text"));
+}
+
 TEST(PaletteDiagnostics, NumbersThatAreNoneOrOutOfRange) {
     EXPECT_THAT(findingsIn(R"(<COLORES>
 <c NAME="a" R="x" G="256" B="-1" A="128"/>
 <c NAME="b" R="1,5" G="" B="1e99" A="-0.1"/>
 <c NAME="c" G="0"/></COLORES>)"),
-                ElementsAre("2: odd-number R=x", "2: color-component-out-of-range G=256",
-                            "2: color-component-out-of-range B=-1", "2: alpha-out-of-range A=128",
+                ElementsAre("2: odd-number R=x", "2: number-out-of-range G=256",
+                            "2: number-out-of-range B=-1", "2: number-out-of-range A=128",
                             "3: odd-number R=1,5", "3: odd-number G=", "3: odd-number B=1e99",
-                            "3: alpha-out-of-range A=-0.1", "4: missing-color-component =R",
-                            "4: missing-color-component =B"));
+                            "3: number-out-of-range A=-0.1", "4: missing-attribute =R",
+                            "4: missing-attribute =B"));
 }
 
 TEST(PaletteDiagnostics, FontsWithoutSizeOrFace) {
@@ -161,8 +194,9 @@ TEST(PaletteDiagnostics, FontsWithoutSizeOrFace) {
 <f NAME="c" HEIGHT="x" FACE="YG Test Latin"/>
 <f NAME="d"/></FONTS>)"),
         ElementsAre("2: font-without-size HEIGHT=0", "2: unknown-font-face FACE=No Such Face",
-                    "3: font-without-size HEIGHT=-1", "3: unknown-font-face FACE=",
-                    "4: odd-number HEIGHT=x", "5: font-without-size", "5: unknown-font-face"));
+                    "3: font-without-size HEIGHT=-1",
+                    "3: unknown-font-face FACE=", "4: font-without-size HEIGHT=x",
+                    "5: missing-attribute =HEIGHT", "5: missing-attribute =FACE"));
 }
 
 TEST(PaletteDiagnostics, KeysWhoseColourOrFontDoesNotExist) {
@@ -180,9 +214,9 @@ TEST(PaletteDiagnostics, ImagesThatCannotBeLoadedOrLieOutside) {
 <i NAME="d" PATH="x/../../none.png"/>
 <i NAME="e" PATH="/../images/a.png"/></BITMAPS>)"),
                 ElementsAre("2: unreadable-image PATH=ROOT/images/none.png",
-                            "3: image-without-path", "4: image-outside-folder PATH=../out.png",
-                            "5: unreadable-image PATH=ROOT/images/x/../../none.png",
+                            "3: missing-attribute =PATH", "4: image-outside-folder PATH=../out.png",
                             "5: image-outside-folder PATH=x/../../none.png",
+                            "5: unreadable-image PATH=ROOT/images/x/../../none.png",
                             "6: image-outside-folder PATH=/../images/a.png"));
 }
 
@@ -210,26 +244,38 @@ TEST(PaletteDiagnostics, ASinkChangesNeitherAnswersNorLog) {
     const auto log = files.host->log();
     files.host->clear();
     const auto without = YGPaletteLoad::initWithPaletteStyle(0);
-    EXPECT_FALSE(sink.entries.empty());
+    EXPECT_FALSE(sink.found.empty());
     EXPECT_EQ(textOf(*with), textOf(*without));
     EXPECT_EQ(log, files.host->log());
 }
 
-TEST(PaletteDiagnostics, TheSinkOfTheFirstLoadIsNotUsedAfterwards) {
+TEST(PaletteDiagnostics, ASwitchOfTheThemeReportsToTheSameSink) {
     const PaletteRoot files;
     files.writeLight(yg::testing::palette("<COLORS/>"));
-    files.writeDark(yg::testing::palette("<FONT/>"));
-    std::shared_ptr<YGPaletteLoad> loader;
-    {
-        RecordingSink sink;
-        loader = YGPaletteLoad::initWithPaletteStyle(0, &sink);
-        EXPECT_THAT(sink.rules(), ElementsAre("unknown-palette-section"));
-    }
-    loader->reloadPaletteWithOtherStyle(1);
+    files.writeDark(yg::testing::palette("\n<FONT/>"));
     RecordingSink sink;
-    loader->setDiagnosticsSink(&sink);
-    loader->reloadPaletteWithOtherStyle(0);
-    EXPECT_THAT(sink.lines(), ElementsAre("1: unknown-palette-section =COLORS"));
+    const auto loader = YGPaletteLoad::initWithPaletteStyle(0, &sink);
+    loader->reloadPaletteWithOtherStyle(1);
+    EXPECT_THAT(sink.lines(), ElementsAre("1: unknown-palette-section =COLORS",
+                                          "2: unknown-palette-section =FONT"));
+    EXPECT_THAT(sink.unaccounted(), IsEmpty());
+}
+
+TEST(PaletteDiagnostics, TheStepsReportToTheSinkToo) {
+    const PaletteRoot files;
+    files.writeLight(yg::testing::palette(""));
+    RecordingSink sink;
+    const auto loader = YGPaletteLoad::initWithPaletteStyle(0, &sink);
+    const xml::Element section =
+        xml::Document::parseText("<COLORES><c/></COLORES>").document.root();
+    loader->loadColor(section);
+    loader->loadKeyColorName(section);
+    loader->loadFont(section);
+    loader->loadKeyFontName(section);
+    loader->loadImage(section);
+    EXPECT_THAT(sink.rules(), ElementsAre("palette-entry-without-name", "incomplete-palette-key",
+                                          "palette-entry-without-name", "incomplete-palette-key",
+                                          "palette-entry-without-name"));
 }
 
 }  // namespace

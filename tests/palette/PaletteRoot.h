@@ -21,7 +21,7 @@
 
 namespace yg::testing {
 
-/// Keeps what is posted until it is told to run it.
+/// Keeps what is posted until run() is called.
 class HeldQueue final : public MainQueue {
 public:
     void post(std::function<void()> task) override { tasks_.push_back(std::move(task)); }

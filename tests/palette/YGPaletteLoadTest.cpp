@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
 // A palette from the outside: what its sections give, lookups, the log, the switch of the theme.
+#include <array>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -11,6 +13,7 @@
 #include "YGConfigManager/host/NotificationCenter.h"
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 #include "YGConfigManager/xml/Document.h"
+#include "YGConfigManager/xml/Query.h"
 
 #include "palette/PaletteRoot.h"
 #include "palette/TestFonts.h"
@@ -204,6 +207,47 @@ TEST(PaletteSection, MayStandInASecondPalette) {
     EXPECT_THAT(keysOf(YGPaletteLoad::initWithPaletteStyle(0)->customColors()), ElementsAre("c"));
 }
 
+/// Elements inside each other by chance, with names from palettes, each with another NAME and KEY.
+std::string elements(std::minstd_rand& random, int depth) {
+    std::string text;
+    for (auto count = random() % 4 + 1; depth > 0 && count > 0; --count) {
+        const std::string name = std::array{"ROOT",    "SWPALETTE", "SWPALETTE", "APP_MAP",
+                                            "COLORES", "FONTS",     "x"}[random() % 7];
+        const std::string number = std::to_string(random());
+        text += '<' + name + " NAME='" + number + "' KEY='" + number + "' VALUE=''>" +
+                elements(random, depth - 1) + "</" + name + '>';
+    }
+    return text;
+}
+
+TEST(PaletteSection, IsTheFirstInTheFileThatAQueryFinds) {
+    const PaletteRoot files;
+    std::minstd_rand random;
+    int found = 0;
+    for (int round = 0; round < 300; ++round) {
+        const std::string text = "<ROOT>" + elements(random, 4) + "</ROOT>";
+        files.writeLight(text);
+        const auto loader = YGPaletteLoad::initWithPaletteStyle(0);
+        const xml::ParseResult parsed = xml::Document::parseText(text);
+        const auto entriesOf = [&](const char* path) {
+            std::vector<std::string> names;
+            const auto sections = parsed.document.query(xml::Query(path));
+            const xml::Element first(sections.empty() ? xml::Node() : sections.front());
+            for (const xml::Node& entry : first.children())
+                names.emplace_back(*xml::Element(entry).attribute("NAME"));
+            found += names.empty() ? 0 : 1;
+            return names;
+        };
+        EXPECT_EQ(keysOf(loader->customColors()), entriesOf("/ROOT/SWPALETTE/COLORES")) << text;
+        EXPECT_EQ(keysOf(loader->customFonts()), entriesOf("/ROOT/SWPALETTE/FONTS")) << text;
+        EXPECT_EQ(keysOf(loader->keyColorNames()), entriesOf("/ROOT/SWPALETTE/APP_MAP/COLORES"))
+            << text;
+        EXPECT_EQ(keysOf(loader->keyFontNames()), entriesOf("/ROOT/SWPALETTE/APP_MAP/FONTS"))
+            << text;
+    }
+    EXPECT_GT(found, 100);
+}
+
 TEST(PaletteSection, TakesEveryElementForAnEntryAndNothingElse) {
     const auto loader = loadPalette(R"(<COLORES>text<!-- comment -->
         <color NAME="a"/><COLORES NAME="b"/><颜色 NAME="c"><d NAME="d"/></颜色><x:y NAME="e"/>
@@ -219,7 +263,7 @@ TEST(PaletteSection, LetsTheLaterEntryWin) {
     EXPECT_EQ(loader->getCustomColor("k"), (Color{0, 0, 1, 1}));
 }
 
-TEST(PaletteSection, PassesOverEntriesWithoutAName) {
+TEST(PaletteSection, IgnoresEntriesWithoutAName) {
     const auto loader = loadPalette(R"(
         <COLORES><c R="1"/><c NAME="c"/></COLORES><FONTS><f HEIGHT="1"/><f NAME="f"/></FONTS>
         <BITMAPS><i PATH="a.png"/></BITMAPS>)");
@@ -227,7 +271,7 @@ TEST(PaletteSection, PassesOverEntriesWithoutAName) {
     EXPECT_THAT(keysOf(loader->customFonts()), ElementsAre("f"));
 }
 
-TEST(PaletteSection, PassesOverKeysWithoutAValue) {
+TEST(PaletteSection, IgnoresKeysWithoutAValue) {
     const auto loader = loadPalette(R"(<APP_MAP>
         <COLORES><k KEY="a"/><k VALUE="b"/><k KEY="c" VALUE="d"/></COLORES>
         <FONTS><k KEY="a"/><k VALUE="b"/><k KEY="c" VALUE="d"/></FONTS></APP_MAP>)");
@@ -319,7 +363,7 @@ TEST(PaletteLoad, LeavesTheMapsOfMissingSectionsEmpty) {
 
 // ---- The switch of the theme -------------------------------------------------------------------
 
-/// Both themes in a folder, and who hears of the switch.
+/// Both themes in a folder, and an observer of the switch.
 class Switch : public ::testing::Test {
 protected:
     Switch() {

@@ -108,23 +108,29 @@ Answer showStyle(const Session& session) {
 
 constexpr Command table[] = {
     {"dump layout", "all styles, tab styles and magic panels, as JSON",
-     "ygconfig dump layout --root examples/terminal\n"
-     "ygconfig dump layout --style draft/custompage_template.xml\n",
+     "  ygconfig dump layout --root examples/terminal\n"
+     "  ygconfig dump layout --style draft/custompage_template.xml\n",
      "", declareLayout, dumpLayout},
 
     {"dump style", "one style, stored or custom, as JSON; null if there is none",
-     "ygconfig dump style 行情报价 --root examples/terminal\n"
-     "ygconfig dump style quote-SH990001-depth --root examples/terminal\n"
-     "ygconfig dump style --root examples/terminal -- -a-name-with-a-dash\n",
+     "  ygconfig dump style 行情报价 --root examples/terminal\n"
+     "  ygconfig dump style quote-SH990001-depth --root examples/terminal\n"
+     "  ygconfig dump style --root examples/terminal -- -a-name-with-a-dash\n",
      "", declareStyle, dumpStyle},
 
+    {"show", "draws what the library holds, for people",
+     "  ygconfig show --root examples/terminal\n"
+     "  ygconfig show style 市场总览 --root examples/terminal\n"
+     "  ygconfig show events --root examples/terminal | less\n",
+     "Without a subcommand it does the same as 'show layout'.\n", declareLayout, showLayout},
+
     {"show layout", "all styles, tab styles and magic panels, as trees",
-     "ygconfig show layout --root examples/terminal | less\n", layoutLegend, declareLayout,
+     "  ygconfig show layout --root examples/terminal | less\n", layoutLegend, declareLayout,
      showLayout},
 
     {"show style", "one style, stored or custom, as a tree with all that is in it",
-     "ygconfig show style 行情报价 --root examples/terminal\n"
-     "ygconfig show style quote-SH990001-depth --root examples/terminal\n",
+     "  ygconfig show style 行情报价 --root examples/terminal\n"
+     "  ygconfig show style quote-SH990001-depth --root examples/terminal\n",
      layoutLegend, declareStyle, showStyle},
 };
 

@@ -328,16 +328,16 @@ inline constexpr Rule ruleTable[] = {
     <magic_panels name="chart"><!-- daily --><magic_panel name="kline"><panel name="kline"/></magic_panel></magic_panels>
 </groups>)"},
     {"misplaced-magic-panels", Handling::dropped, Severity::error,
-     "A slot for magic panels stands below a style or a panel; here nothing is shown.",
-     "A slot counts directly below a \"style\" or a \"panel\". Below a \"reuse_panel\" nothing is "
-     "shown. Put a panel around the slot.",
-     "base_optimize/reuse_panels.xml",
-     R"(<reuse_panels>
-    <reuse_panel name="toolbar"><magic_panels name="chart"/></reuse_panel>
-</reuse_panels>)",
-     R"(<reuse_panels>
-    <reuse_panel name="toolbar"><panel name="in"><magic_panels name="chart"/></panel></reuse_panel>
-</reuse_panels>)"},
+     "A slot for magic panels is directly below a style or a panel; here nothing is shown.",
+     "A slot counts directly below a \"style\" or a \"panel\". Anywhere else nothing is shown. Put "
+     "a panel around the slot.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <page name="quote"><magic_panels name="chart"/></page>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><magic_panels name="chart"/></style>
+</styles>)"},
     {"unknown-magic-group", Handling::unresolved, Severity::warning,
      "No group of magic panels of this name is known here.",
      "The group must be in the magic panel file that is known at this point: pages of the "

@@ -4,7 +4,7 @@
 // makes it, so that a file's reading is written once and measured over both.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -112,21 +112,10 @@ struct Libxml2 {
 };
 
 /// Reads the attributes of an element by a table of the library's.
-template <class Library, class Record, std::size_t size>
-void readAttributesOf(typename Library::Node node, const AttributeRow<Record> (&table)[size],
+template <class Library, class Record, std::size_t count>
+void readAttributesOf(typename Library::Node node, const AttributeTable<Record, count>& table,
                       Record& record) {
-    std::uint64_t seen = 0;
-    Library::forEachAttribute(node, [&](std::string_view name, std::string_view value) {
-        const std::size_t row = rowOf(table, name);
-        if (row == size)
-            return;
-        table[row].read(record, value);
-        seen |= std::uint64_t{1} << row;
-    });
-    for (std::size_t row = 0; row < size; ++row) {
-        if (table[row].setMissing && (seen & (std::uint64_t{1} << row)) == 0)
-            table[row].setMissing(record);
-    }
+    table.readEach(record, [&](auto&& add) { Library::forEachAttribute(node, add); });
 }
 
 }  // namespace yg::benchmarks

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What the targets of whole loaders share: a host that keeps the log, a listener that looks at all
-// it is told, and records as text.
+// What the targets of whole loaders share: a host that keeps the log, a sink that looks at
+// whatever is reported, and records as text.
 #pragma once
 
 #include <cstddef>
@@ -10,15 +10,12 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <type_traits>
-#include <vector>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/host/Host.h"
-#include "YGConfigManager/records/Description.h"
-#include "YGConfigManager/records/RecordMap.h"
 
 #include "Target.h"
+#include "records/RecordText.h"
 
 namespace yg::fuzz {
 
@@ -51,73 +48,39 @@ public:
     }
 };
 
+/// Looks at whatever is reported.
 class LookingSink : public DiagnosticsSink {
 public:
+    std::size_t seen = 0;
+
     void report(const Finding& finding) override {
-        require(!finding.rule.name.empty(), "a rule has a name");
-        if (!finding.node.isElement())
-            return;
-        require(finding.node.position().has_value(), "an element reported has a place");
-        const xml::Element element(finding.node);
-        require(finding.attribute.empty() || element.attribute(finding.attribute).has_value(),
-                "an attribute reported exists");
+        require(finding.element.empty() || finding.place.begin.line > 0,
+                "an element reported has a place");
+        require(ruleNamed(finding.rule.name) == &finding.rule, "a rule is in the table");
+        require(isInOrder(finding.place) && isInOrder(finding.extent),
+                "a place ends behind its begin");
+        seen += finding.element.size() + finding.attribute.size() + finding.value.size();
+        for (const RelatedPlace& related : finding.related)
+            require(isInOrder(related.place), "a related place ends behind its begin");
     }
-    void usedElement(const xml::Element& element) override {
-        require(static_cast<bool>(element), "an element used exists");
+    void used(const Place& place) override {
+        require(isInOrder(place), "what is used has a place");
     }
-    void usedAttribute(const xml::Element& element, std::string_view attribute) override {
-        require(element.attribute(attribute).has_value(), "an attribute used exists");
+
+private:
+    static bool isInOrder(const Place& place) {
+        const auto before = [](const TextPoint& left, const TextPoint& right) {
+            return left.line < right.line ||
+                   (left.line == right.line && left.column <= right.column);
+        };
+        return before(place.begin, place.end);
     }
 };
 
-inline std::string shown(const std::string& text) {
-    return '"' + text + '"';
-}
-
-template <class Number>
-requires std::is_arithmetic_v<Number> std::string shown(Number number) {
-    return std::to_string(number);
-}
-
+/// Records as text.
 template <class Value>
-std::string shown(const std::optional<Value>& value) {
-    return value ? shown(*value) : "absent";
-}
-
-template <class Value>
-std::string shown(const std::shared_ptr<Value>& value);
-
-template <class Value>
-std::string shown(const std::vector<Value>& values) {
-    std::string text = "[";
-    for (const Value& value : values)
-        text += shown(value) + '\n';
-    return text + ']';
-}
-
-template <class Value>
-std::string shown(const RecordMap<Value>& values);
-
-template <class Record>
-auto shown(const Record& record) -> decltype(Description<Record>::fields, std::string()) {
-    std::string text = "{";
-    forEachField(record, [&](std::string_view name, const auto& value) {
-        text += std::string(name) + '=' + shown(value) + ' ';
-    });
-    return text + '}';
-}
-
-template <class Value>
-std::string shown(const std::shared_ptr<Value>& value) {
-    return value ? shown(*value) : "null";
-}
-
-template <class Value>
-std::string shown(const RecordMap<Value>& values) {
-    std::string text = "{";
-    for (const auto& [key, value] : values)
-        text += shown(key) + ": " + shown(value) + '\n';
-    return text + '}';
+std::string shown(const Value& value) {
+    return testing::wholeText(value);
 }
 
 }  // namespace yg::fuzz

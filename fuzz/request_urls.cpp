@@ -10,8 +10,8 @@
 #include <string_view>
 #include <utility>
 
+#include "YGConfigManager/net/HttpGet.h"
 #include "YGConfigManager/settings/Transport.h"
-#include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 #include "YGConfigManager/text/Utf8.h"
 
 #include "Loaders.h"
@@ -68,14 +68,14 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view rest = textOf(data, size);
     const std::string stored(takeUntil(rest, "=====\n"));
     const std::string download(rest);
-    setTransport([&](const std::string&, const net::GetCompletion& completion) {
+    const RequestUrlsOver transport{[&](const std::string&, const net::GetCompletion& completion) {
         completion(download, std::nullopt, std::nullopt);
-    });
+    }};
 
     const auto run = [&](DiagnosticsSink* sink) {
         file.put(stored);
         host->log.clear();
-        const auto manager = YGHttpReqUrlMgr::make(sink);
+        const auto manager = transport.make(sink);
         manager->readUrlModelFromFile();
         lookUpAll(*manager);
         const std::string listBefore = described(*manager);
@@ -91,7 +91,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     LookingSink sink;
     require(run(&sink) == silent, "a listener changes no answer, line or byte");
 
-    const auto next = YGHttpReqUrlMgr::make();
+    const auto next = transport.make();
     next->readUrlModelFromFile();
     const std::string kept = described(*next);
     next->updateHttpReqUrls();

@@ -2,16 +2,18 @@
 //
 // The server configuration: a stored file is loaded without and with a listener, which must be the
 // same; a delivery is applied and saved, and loaded again, which must give the groups again; and
-// items are chosen from.
+// items are chosen from. What the entries offer goes with the servers that they gave.
 //
 // The input is cut at lines "=====" into the stored file, the delivery, its digest, and items, one
 // to a line.
+#include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "YGConfigManager/servers/RandomSource.h"
+#include "YGConfigManager/servers/AddressChoice.h"
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
 #include "YGConfigManager/text/Split.h"
 
@@ -56,13 +58,26 @@ std::string groupsOf(const YGServerCfgLoader& loader) {
     return text;
 }
 
-void choose(std::string_view lines) {
+/// An entry that offers an address gives at least one server, one without gives none.
+void checkOffers(const YGServerCfgLoader& loader) {
+    for (const auto& [type, entries] : loader.offers()) {
+        const auto group = loader.listTagWithServerType(type);
+        require(group && group->serverAddrList(), "a type with offers has a group");
+        std::size_t offering = 0;
+        for (const ServerOffer& entry : entries)
+            offering += std::ranges::any_of(entry.addresses, &AddressOffer::canBeChosen);
+        require(offering <= group->serverAddrList()->size(), "an offer gives a server");
+        require(offering > 0 || group->serverAddrList()->empty(), "a server has an offer");
+    }
+}
+
+void choose(std::string_view lines, RandomSource& random) {
     const std::vector<std::string> items = text::split(lines, '\n');
-    const std::string chosen = YGServerAddrListTag::changeIpByPercentNew(&items);
+    const std::string chosen = chooseAddress(&items, random);
     const auto colon = chosen.find(':');
     require(chosen.empty() || (colon != std::string::npos && colon == chosen.rfind(':')),
             "a choice is a host and a port");
-    const std::string host = YGServerAddrListTag::changeIpByPercent(&items);
+    const std::string host = chooseHostByPercent(&items, random);
     require(host == items.front() || host.find(':') == std::string::npos,
             "a choice by weight is the first item or a host");
 }
@@ -73,10 +88,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const StoredFile file;
     static const auto host = std::make_shared<LoggingHost>();
     static const std::shared_ptr<Host> before = setHost(host);
-    static CountingSource random;
-    static RandomSource* const systemSource = setRandomSource(&random);
     static_cast<void>(before);
-    static_cast<void>(systemSource);
+    CountingSource random;
     host->storagePath = file.path();
 
     std::string_view rest = textOf(data, size);
@@ -87,7 +100,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto load = [&](DiagnosticsSink* sink) {
         host->log.clear();
         random.restart();
-        return YGServerCfgLoader::initWithIsGray(false, sink);
+        return YGServerCfgLoader::initWithIsGray(false, sink, &random);
     };
     const auto silent = load(nullptr);
     const std::string log = host->log;
@@ -95,6 +108,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto heard = load(&sink);
     require(shown(*heard) == shown(*silent), "a listener changes no answer");
     require(host->log == log, "a listener changes no log line");
+    checkOffers(*heard);
 
     const std::string stored = file.bytes();
     const std::string groups = groupsOf(*heard);
@@ -111,6 +125,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         require(groupsOf(*heard) == groups, "a refused delivery changes no group");
         require(file.bytes() == stored, "a refused delivery is not saved");
     }
-    choose(rest);
+    choose(rest, random);
     return 0;
 }

@@ -35,12 +35,12 @@ void expectSame(const Node& left, const Node& right) {
         require(attribute.name == (*other).name && attribute.value == (*other).value,
                 "both builders make the same attributes");
         require(leftElement.attribute(attribute.name) == attribute.value, "an attribute is found");
-        require(rightElement.attributePosition(attribute.name).has_value() ||
-                    rightElement.position().has_value(),
-                "an element has a position");
+        require(rightElement.attributePlace(attribute.name).has_value(),
+                "an attribute has a place");
         ++other;
     }
     require(leftElement.childCount() == rightElement.childCount(), "as many children");
+    require(right.place().has_value(), "a node has a place");
 }
 
 void expectReadsBack(const Document& document) {

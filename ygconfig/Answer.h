@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What one run of the tool has to say. Commands answer values and print nothing themselves.
+// What one run of the tool answers. Commands answer values and print nothing themselves.
 #pragma once
 
 #include <concepts>
@@ -29,7 +29,7 @@ public:
     /// The sink must outlive it.
     explicit Output(const Sink& sink) : sink_(sink) {}
 
-    /// What has not gone to the sink yet. Whoever appends to it calls `passOn` now and then.
+    /// What has not gone to the sink yet. After appending to it, call `passOn`.
     std::string& pending() { return pending_; }
     void passOn() {
         if (pending_.size() >= pieceSize)

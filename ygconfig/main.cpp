@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// ygconfig: looks into the configuration below a root folder. See `ygconfig --help`.
+// ygconfig: shows what the configuration in a root folder holds. See `ygconfig --help`.
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -21,8 +21,8 @@ namespace {
 using yg::tool::Answer;
 using yg::tool::ExitCode;
 
-/// Fills the places of standard streams that are closed, lest a file that the library opens take
-/// one. What is opened here refuses the stream's use, as the closed stream does.
+/// Fills the places of standard streams that are closed, so that no file that the library opens
+/// takes one. What is opened here refuses the stream's use, as the closed stream does.
 void occupyStandardStreams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (::fcntl(stream, F_GETFD) == -1)
@@ -68,7 +68,7 @@ int answerTo(const std::vector<std::string>& words) {
         });
         return statusOf(answer.exitCode);
     } catch (const NotWritten& failure) {
-        // A reader that has seen enough, such as `head`, is told nothing.
+        // A reader that has seen enough, such as `head`, gets no message.
         if (failure.error != EPIPE)
             complain(std::string("ygconfig: standard output: ") + std::strerror(failure.error));
         return statusOf(ExitCode::failed);

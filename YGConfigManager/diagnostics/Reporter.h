@@ -49,6 +49,9 @@ private:
     DiagnosticsSink* sink_;
 };
 
+/// What the place of a definition that another one loses to means in a finding.
+inline constexpr std::string_view earlierDefinition = "the earlier definition";
+
 /// What `unsaved-file` says of a file that the host has no path for.
 inline constexpr std::string_view noPathToWrite = "there is no path to write to";
 

@@ -44,11 +44,11 @@ inline constexpr Rule ruleTable[] = {
      "A later style of the same name replaces the earlier one."},
     {"overridden-style", Handling::replaced, Severity::warning,
      "The soft-optimize file's style replaces the main file's style of the same name."},
-    {"style-element-name", Handling::dropped, Severity::error,
+    {"style-element-name", Handling::defaulted, Severity::error,
      "Panels are attached to elements named \"style\" only, so this style stays without panels."},
     {"ignored-default-style", Handling::dropped, Severity::error,
      "The tab file does not name the default style."},
-    {"soft-optimize-dropped", Handling::dropped, Severity::error,
+    {"soft-optimize-dropped", Handling::unresolved, Severity::error,
      "The main style file yields no styles, so the soft-optimize styles are dropped with it."},
     {"no-templates", Handling::unresolved, Severity::warning,
      "Without a soft-optimize style file no custom page can be built from a template."},
@@ -75,6 +75,9 @@ inline constexpr Rule ruleTable[] = {
      "A magic panel needs an element inside, its panel."},
     {"second-panel", Handling::dropped, Severity::error,
      "Only the first element inside a magic panel is its panel."},
+    {"comment-before-panel", Handling::unresolved, Severity::warning,
+     "Custom pages take whatever comes first inside a magic panel: here not its panel, but a "
+     "comment, so that they show nothing in its place."},
     {"misplaced-magic-panels", Handling::dropped, Severity::error,
      "A slot for magic panels stands below a style or a panel; here nothing is shown."},
     {"unknown-magic-group", Handling::unresolved, Severity::warning,
@@ -96,7 +99,9 @@ inline constexpr Rule ruleTable[] = {
     {"slot-left", Handling::unresolved, Severity::warning,
      "Neither a member nor a pattern serves this argument, so the slot stays as it is."},
     {"broken-pattern", Handling::unresolved, Severity::warning,
-     "With the argument written into it the pattern is no XML."},
+     "With the argument written into it the pattern is not well-formed XML, so the slot stays as "
+     "it "
+     "is."},
 
     // ---- Events and commands ----
     // Sections.
@@ -206,7 +211,7 @@ inline constexpr Rule ruleTable[] = {
      "saved, so nothing changes."},
     {"replaced-md5", Handling::replaced, Severity::warning,
      "The digest that came with the delivery takes the place of the document's own."},
-    {"server-root-name", Handling::dropped, Severity::error,
+    {"server-root-name", Handling::unresolved, Severity::error,
      "The root of a server configuration is named \"application\"; no group of this file is read."},
     {"server-group-without-type", Handling::dropped, Severity::error,
      "A group needs a type to be found by."},
@@ -218,30 +223,30 @@ inline constexpr Rule ruleTable[] = {
     {"incomplete-server-entry", Handling::dropped, Severity::error,
      "An entry needs the attributes key, name and addrs; the one named here is missing."},
     {"server-entry-without-address", Handling::dropped, Severity::error,
-     "None of the entry's addresses can be used, so it gives no server."},
+     "None of the entry's addresses is host:port or weight:host:port, so it gives no server."},
     {"server-without-name", Handling::defaulted, Severity::warning,
      "Between two \";\", or beside one at an end, stands an empty name, which makes a server."},
     {"too-many-servers", Handling::dropped, Severity::error,
      "Beside the first of each entry, the names of a group give at most 250,000 servers and 16 MiB "
-     "of names and hosts."},
+     "of names and hosts; these names give none."},
     // Addresses.
     {"empty-server-address", Handling::dropped, Severity::error,
      "Between two \";\", or beside one at an end, stands an empty address."},
     {"address-without-port", Handling::dropped, Severity::error,
-     "An address is host:port or weight:host:port."},
+     "An address is host:port or weight:host:port; without a port it is never chosen."},
     {"address-with-too-many-parts", Handling::defaulted, Severity::warning,
      "Of more than three parts the second is the host and the third the port; the others are "
      "ignored."},
     {"ipv6-address", Handling::defaulted, Severity::warning,
-     "An address is cut at every \":\", so that an IPv6 address cannot be written; what its parts "
-     "give is no usable host."},
+     "An address is cut at every \":\", so that an IPv6 address cannot be written; its parts give "
+     "a "
+     "wrong host and port."},
     {"address-without-host", Handling::defaulted, Severity::warning,
      "The host before the port is empty."},
     {"odd-server-port", Handling::defaulted, Severity::warning,
-     "The port is no plain number: only the number that it begins with counts, 0 without one."},
-    {"server-port-out-of-range", Handling::unresolved, Severity::warning,
-     "A port is a number from 1 to 65535; this one is stored all the same."},
-    {"address-weight", Handling::dropped, Severity::error,
+     "A port is a plain number from 1 to 65535; of this one the number that it begins with is "
+     "stored, 0 without one."},
+    {"address-weight", Handling::dropped, Severity::note,
      "Weights have no effect: each address of an entry has the same chance."},
 
     // ---- Settings, web pages and request URLs ----
@@ -249,13 +254,13 @@ inline constexpr Rule ruleTable[] = {
     {"settings-root-name", Handling::dropped, Severity::error,
      "The root of a settings file is named \"config\"; no item of this file is read, and what is "
      "written into it is lost."},
-    {"lost-setting", Handling::dropped, Severity::error,
+    {"lost-setting", Handling::unresolved, Severity::error,
      "Without a root element named \"config\" an item cannot be read again once it is written."},
     {"duplicate-item", Handling::dropped, Severity::error,
      "Of the items of one name in the sections of one name only the first is read."},
     {"no-element-name", Handling::unresolved, Severity::warning,
      "Sections and items are named like elements; this is no such name."},
-    {"unreadable-setting", Handling::dropped, Severity::error,
+    {"unreadable-setting", Handling::unresolved, Severity::error,
      "With this item the file could not be read again at the next start, so nothing changes."},
     // Settings and web pages.
     {"element-in-text", Handling::defaulted, Severity::warning,
@@ -267,7 +272,7 @@ inline constexpr Rule ruleTable[] = {
      "An address needs a key to be found by."},
     {"duplicate-web-page", Handling::dropped, Severity::error,
      "Only the first address of a key is read."},
-    {"key-with-apostrophe", Handling::unresolved, Severity::warning,
+    {"key-with-apostrophe", Handling::dropped, Severity::error,
      "A key with an apostrophe is never found."},
     {"escaped-twice", Handling::defaulted, Severity::warning,
      "Every \"&\" of a delivered table is escaped, also one that is part of \"&amp;\", which then "
@@ -287,17 +292,20 @@ inline constexpr Rule ruleTable[] = {
     {"unknown-member", Handling::dropped, Severity::error, "No member of this name is read here."},
     {"member-of-wrong-type", Handling::dropped, Severity::error,
      "The member is of a type that is not read here, so it counts as missing."},
+    {"replaced-member", Handling::dropped, Severity::error,
+     "A later member of the same name counts."},
     {"number-for-text", Handling::defaulted, Severity::warning,
      "A text is expected; the number is read as its decimal text."},
     {"list-without-digest", Handling::unresolved, Severity::warning,
      "Without a digest a download changes nothing, and a stored list is always replaced."},
-    {"same-digest-other-entries", Handling::dropped, Severity::error,
+    {"same-digest-other-entries", Handling::unresolved, Severity::error,
      "The download has other entries under the digest of the current list, which stays."},
-    {"url-without-key", Handling::dropped, Severity::error, "An entry needs a key to be found by."},
+    {"url-without-key", Handling::unresolved, Severity::error,
+     "An entry needs a key to be found by."},
     {"url-without-value", Handling::unresolved, Severity::warning,
      "The entry has no address; its key gives none."},
-    {"duplicate-url-key", Handling::dropped, Severity::error,
-     "Only the first entry of a key is read."},
+    {"duplicate-url-key", Handling::unresolved, Severity::error,
+     "Only the first entry of a key is found."},
     {"unknown-url-key", Handling::unresolved, Severity::warning, "No entry has this key."},
 };
 

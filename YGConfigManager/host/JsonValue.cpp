@@ -13,6 +13,7 @@
 #include <nlohmann/json.hpp>
 
 #include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/text/Characters.h"
 #include "YGConfigManager/text/Format.h"
 #include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Numbers.h"
@@ -59,10 +60,6 @@ std::string decimalOf(double number) {
     return {digits, end};
 }
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
 /// A number of JSON at the beginning of a text: how long it is, 0 when there is none, and whether
 /// it has a point or an exponent. One that breaks off behind either counts up to there.
 struct Written {
@@ -72,7 +69,7 @@ struct Written {
 
 Written writtenNumber(std::string_view text) {
     const auto afterDigits = [&](std::size_t at) {
-        while (at < text.size() && isDigit(text[at]))
+        while (at < text.size() && text::isDigit(text[at]))
             ++at;
         return at;
     };
@@ -310,13 +307,11 @@ private:
 
 JsonValue::Parsed JsonValue::parse(OptionalText bytes, JsonOptions options) noexcept {
     try {
-        if (const std::size_t valid = text::validUtf8Prefix(*bytes); valid < bytes->size()) {
+        if (const std::size_t valid = text::validUtf8Prefix(*bytes); valid < bytes->size())
             return errorAt(*bytes, valid, "invalid UTF-8");
-        }
         // The reader takes a NUL byte for the end of the text and ignores what follows.
-        if (const std::size_t nul = bytes->find('\0'); nul != std::string_view::npos) {
+        if (const std::size_t nul = bytes->find('\0'); nul != std::string_view::npos)
             return errorAt(*bytes, nul, "not valid JSON");
-        }
         JsonBuilder builder(*bytes, options);
         const bool isWhole = nlohmann::json::sax_parse(withoutDecimals(*bytes), &builder);
         Parsed parsed = std::move(builder).result();
@@ -332,17 +327,17 @@ JsonValue::Parsed JsonValue::parse(OptionalText bytes, JsonOptions options) noex
 
 std::optional<bool> JsonValue::boolean() const {
     const bool* value = std::get_if<bool>(&value_);
-    return value == nullptr ? std::nullopt : std::optional(*value);
+    return value ? std::optional(*value) : std::nullopt;
 }
 
 const std::string* JsonValue::number() const& {
     const Number* value = std::get_if<Number>(&value_);
-    return value == nullptr ? nullptr : &value->decimal;
+    return value ? &value->decimal : nullptr;
 }
 
 std::shared_ptr<const JsonValue::List> JsonValue::list() const {
     const auto* value = std::get_if<std::shared_ptr<const List>>(&value_);
-    return value == nullptr ? nullptr : *value;
+    return value ? *value : nullptr;
 }
 
 std::shared_ptr<const JsonValue::Object> JsonValue::object() const {

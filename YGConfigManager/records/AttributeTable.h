@@ -22,7 +22,7 @@
 #include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/text/Numbers.h"
 #include "YGConfigManager/text/Split.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 
@@ -75,6 +75,8 @@ public:
         for (std::size_t row = 0; row < count; ++row) {
             if (rows_[row].kind == AttributeKind::flag)
                 flags_ |= std::uint64_t{1} << row;
+            if (rows_[row].isRequired)
+                required_ |= std::uint64_t{1} << row;
         }
         first_[longest] = static_cast<std::uint8_t>(placed);
         if (placed != count)
@@ -94,18 +96,30 @@ public:
     }
 
     /// Reads all attributes of an element in one pass. A missing one leaves the record's own value,
-    /// but a flag is false.
-    void read(const xml::Element& element, Record& record) const {
+    /// but a flag is false. Answers the first required one that is missing; "" when none is.
+    std::string_view read(const xml::Element& element, Record& record) const {
+        return readEach(record, [&](auto&& add) {
+            for (const xml::Attribute attribute : element.attributes())
+                add(attribute.name, attribute.value);
+        });
+    }
+
+    /// The same of an element of any kind; `forEachAttribute(add)` calls `add(name, value)`.
+    template <class ForEachAttribute>
+    std::string_view readEach(Record& record, ForEachAttribute&& forEachAttribute) const {
         std::uint64_t seen = 0;
-        for (const xml::Attribute attribute : element.attributes()) {
-            const std::size_t row = find(attribute.name);
+        forEachAttribute([&](std::string_view name, std::string_view value) {
+            const std::size_t row = find(name);
             if (row == count)
-                continue;
-            reads_[row](record, attribute.value);
+                return;
+            reads_[row](record, value);
             seen |= std::uint64_t{1} << row;
-        }
+        });
         for (std::uint64_t missing = flags_ & ~seen; missing != 0; missing &= missing - 1)
             reads_[static_cast<std::size_t>(std::countr_zero(missing))](record, {});
+        const std::uint64_t lacking = required_ & ~seen;
+        return lacking == 0 ? std::string_view()
+                            : rows_[static_cast<std::size_t>(std::countr_zero(lacking))].name;
     }
 
 private:
@@ -126,6 +140,7 @@ private:
     std::array<std::uint8_t, count> bySize_{};
     std::array<std::uint8_t, longest + 1> first_{};
     std::uint64_t flags_ = 0;
+    std::uint64_t required_ = 0;
 };
 
 namespace detail {

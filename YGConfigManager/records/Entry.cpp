@@ -7,39 +7,33 @@ namespace yg {
 
 namespace {
 
-constexpr std::string_view earlierDefinition = "the earlier definition";
-
 bool contains(const auto& list, std::string_view name) {
     return std::ranges::find(list, name) != list.end();
 }
 
-Place placeOf(const std::optional<xml::Position>& position) {
-    if (!position)
-        return {};
-    const TextPoint begin{position->line, position->column};
-    return {position->file, begin, begin};
-}
-
 Place placeOf(const xml::Element& element, std::string_view attribute) {
-    return placeOf(element.attributePosition(attribute));
+    return element.attributePlace(attribute).value_or(Place());
 }
 
 }  // namespace
 
 Place Entry::Account::placeOf(const xml::Node& node) {
-    return yg::placeOf(node.position());
+    return node.place().value_or(Place());
 }
 
 void Entry::Account::drop(const xml::Element& element, const Rule& rule, std::string_view attribute,
-                          std::string_view value) {
+                          std::string_view value, const Place* earlier) {
     const Place extent = placeOf(element);
-    reporter.report({rule,
-                     attribute.empty() ? extent : yg::placeOf(element, attribute),
-                     extent,
-                     std::string(element.name()),
-                     std::string(attribute),
-                     std::string(value),
-                     {}});
+    Finding finding{rule,
+                    attribute.empty() ? extent : yg::placeOf(element, attribute),
+                    extent,
+                    std::string(element.name()),
+                    std::string(attribute),
+                    std::string(value),
+                    {}};
+    if (earlier)
+        finding.related.push_back({*earlier, earlierDefinition});
+    reporter.report(finding);
 }
 
 void Entry::Account::report(const xml::Element& element, const Rule& rule,
@@ -58,7 +52,17 @@ void Entry::Account::report(const xml::Element& element, const Rule& rule,
 
 void Entry::Account::reportPart(const xml::Element& element, const Rule& rule,
                                 std::string_view attribute, std::string_view part) {
-    report(element, rule, attribute, part, std::nullopt);
+    const std::string_view value = element.attribute(attribute).value_or("");
+    const auto offset = static_cast<std::size_t>(part.data() - value.data());
+    const Place place = element.valuePlace(attribute, offset, part.size()).value_or(Place());
+    reporter.report({rule,
+                     place,
+                     place,
+                     std::string(element.name()),
+                     std::string(attribute),
+                     std::string(part),
+                     {}});
+    reported.emplace_back(attribute);
 }
 
 std::optional<Place> Entry::Account::define(const xml::Element& element, std::string_view name,
@@ -69,12 +73,32 @@ std::optional<Place> Entry::Account::define(const xml::Element& element, std::st
     return before;
 }
 
+void Entry::Account::reportChild(const Rule& rule, const xml::Node& child) const {
+    const Place place = placeOf(child);
+    const bool isElement = child.isElement();
+    const std::string_view name = isElement                                ? child.name()
+                                  : child.kind() == xml::NodeKind::comment ? "#comment"
+                                                                           : "#text";
+    reporter.report({rule,
+                     place,
+                     place,
+                     std::string(name),
+                     {},
+                     isElement ? std::string(name) : child.stringValue(),
+                     {}});
+}
+
 /// Comments and instructions are not content.
 void Entry::Account::reportText(const xml::Node& node) const {
-    if (node.kind() != xml::NodeKind::text)
-        return;
-    const Place place = placeOf(node.parent());
-    reporter.report({"stray-text"_rule, place, place, "#text", {}, node.stringValue(), {}});
+    if (node.kind() == xml::NodeKind::text)
+        reportChild("stray-text"_rule, node);
+}
+
+void Entry::Account::reportElements(const xml::Element& element, const Rule& rule) const {
+    for (const xml::Node& child : element.children()) {
+        if (child.isElement())
+            reportChild(rule, child);
+    }
 }
 
 /// What is wrong with an attribute that nothing was reported of; null when nothing is.
@@ -112,13 +136,10 @@ void Entry::Account::endContent(const xml::Element& element) const {
     if (isContentRead)
         return;
     for (const xml::Node& child : element.children()) {
-        if (!child.isElement()) {
+        if (child.isElement())
+            reportChild("unread-content"_rule, child);
+        else
             reportText(child);
-            continue;
-        }
-        const Place place = placeOf(child);
-        const std::string name(child.name());
-        reporter.report({"unread-content"_rule, place, place, name, {}, name, {}});
     }
 }
 

@@ -23,6 +23,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -51,16 +52,17 @@ public:
         return element_.attribute(name);
     }
 
-    /// Reads the attributes of a table into a record.
+    /// Reads the attributes of a table into a record, and answers the first required one that is
+    /// missing; "" when none is.
     template <class Record, std::size_t count>
-    void read(const AttributeTable<Record, count>& table, Record& record) {
-        table.read(element_, record);
+    std::string_view read(const AttributeTable<Record, count>& table, Record& record) {
         if (account_)
             account_->tables.push_back(table.rows());
+        return table.read(element_, record);
     }
     template <class Record>
-    void read(Record& record) {
-        read(attributesOf<Record>, record);
+    std::string_view read(Record& record) {
+        return read(attributesOf<Record>, record);
     }
 
     /// Calls `visit(Entry&)` for each child element. Text between them is reported.
@@ -79,9 +81,12 @@ public:
         }
     }
 
-    /// The text in the element, which counts as read; of elements in it their text.
+    /// The text in the element, which counts as read; of elements in it their text, which is
+    /// reported.
     std::string text() {
         beginContent();
+        if (account_)
+            account_->reportElements(element_, "element-in-text"_rule);
         return element_.stringValue();
     }
 
@@ -94,10 +99,12 @@ public:
     // ---- Findings ----
 
     /// The element has no effect. What is inside is not reported any more, nor is what its reader
-    /// finds afterwards. An attribute that the rule is about may be named.
-    void drop(const Rule& rule, std::string_view attribute = {}, std::string_view value = {}) {
+    /// finds afterwards. An attribute that the rule is about may be named, and the definition that
+    /// counts instead, unless it is null.
+    void drop(const Rule& rule, std::string_view attribute = {}, std::string_view value = {},
+              const Place* earlier = nullptr) {
         if (account_)
-            account_->drop(element_, rule, attribute, value);
+            account_->drop(element_, rule, attribute, value, earlier);
         account_.reset();
     }
 
@@ -122,6 +129,12 @@ public:
             account_->reportPart(element_, rule, attribute, part);
     }
 
+    /// A child that is not an element, such as a comment.
+    void reportChild(const Rule& rule, const xml::Node& child) {
+        if (account_)
+            account_->reportChild(rule, child);
+    }
+
     /// Notes that the element defines a name, and answers where it was defined before, for a
     /// finding; absent without a sink.
     std::optional<Place> define(std::string_view name, RecordMap<Place>& places) const {
@@ -130,7 +143,7 @@ public:
 
 private:
     template <class Read>
-    friend void reading(const Reporter& reporter, const xml::Element& element, Read&& read);
+    friend auto reading(const Reporter& reporter, const xml::Element& element, Read&& read);
 
     /// What was asked of the element and said about it.
     struct Account {
@@ -138,14 +151,16 @@ private:
 
         static Place placeOf(const xml::Node& node);
         void drop(const xml::Element& element, const Rule& rule, std::string_view attribute,
-                  std::string_view value);
+                  std::string_view value, const Place* earlier);
         void report(const xml::Element& element, const Rule& rule, std::string_view attribute,
                     std::string_view value, const std::optional<Place>& earlier);
         void reportPart(const xml::Element& element, const Rule& rule, std::string_view attribute,
                         std::string_view part);
         static std::optional<Place> define(const xml::Element& element, std::string_view name,
                                            RecordMap<Place>& places);
+        void reportChild(const Rule& rule, const xml::Node& child) const;
         void reportText(const xml::Node& node) const;
+        void reportElements(const xml::Element& element, const Rule& rule) const;
         void endAttributes(const xml::Element& element);
         void endContent(const xml::Element& element) const;
         const Rule* ruleFor(const xml::Attribute& attribute) const;
@@ -181,15 +196,20 @@ private:
     std::unique_ptr<Account> account_;
 };
 
-/// Calls `read(Entry&)` for an element, and reports what it leaves unread; nothing happens for an
-/// empty handle.
+/// Calls `read(Entry&)` for an element, reports what it leaves unread and answers what it answers.
+/// For an empty handle nothing happens, or nothing is reported when there is an answer.
 template <class Read>
-void reading(const Reporter& reporter, const xml::Element& element, Read&& read) {
-    if (!element)
-        return;
-    Entry entry(&reporter, element);
-    read(entry);
-    entry.end();
+auto reading(const Reporter& reporter, const xml::Element& element, Read&& read) {
+    Entry entry(element ? &reporter : nullptr, element);
+    if constexpr (std::is_void_v<std::invoke_result_t<Read, Entry&>>) {
+        if (element)
+            read(entry);
+        entry.end();
+    } else {
+        auto answer = read(entry);
+        entry.end();
+        return answer;
+    }
 }
 
 }  // namespace yg

@@ -1,53 +1,78 @@
 // SPDX-License-Identifier: MIT
 //
-// The choice of an address: the uniform one of the group parse and the older weighted one.
+// The items of an entry, and the choice of an address: the uniform one of the group parse and the
+// older weighted one.
 #include "YGConfigManager/servers/AddressChoice.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 #include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/records/Entry.h"
 #include "YGConfigManager/records/RecordMap.h"
-#include "YGConfigManager/servers/RandomSource.h"
 #include "YGConfigManager/servers/YGServerAddrListTag.h"
 #include "YGConfigManager/text/Format.h"
 #include "YGConfigManager/text/Numbers.h"
 
 namespace yg {
 
-void AddressChoice::add(std::string_view item) {
-    const AddressParts parts = splitAddressItem(item);
-    if (parts.count == 2)
-        addresses_.push_back({parts.part[0], parts.part[1]});
-    else if (parts.count > 2)
-        addresses_.push_back({parts.part[1], parts.part[2]});
+AddressItem::AddressItem(std::string_view item) {
+    for (bool more = true; more; ++count_) {
+        const std::size_t colon = item.find(':');
+        more = colon != std::string_view::npos;
+        if (count_ < parts_.size())
+            parts_[count_] = item.substr(0, colon);
+        if (more)
+            item.remove_prefix(colon + 1);
+    }
 }
 
-const Address& AddressChoice::draw() const {
-    if (addresses_.size() == 1)
-        return addresses_.front();
-    return addresses_[randomSource().uniform() % addresses_.size()];
+const AddressItem& AddressChoice::draw(RandomSource& random) const {
+    return items_.size() == 1 ? items_.front() : items_[random.uniform() % items_.size()];
 }
 
-std::string YGServerAddrListTag::changeIpByPercentNew(const std::vector<std::string>* items) {
-    return guarded("choose server address", [items]() -> std::string {
-        AddressChoice choice;
-        if (items) {
-            for (const std::string& item : *items)
-                choice.add(item);
-        }
-        if (choice.empty())
-            return "";
-        const Address& chosen = choice.draw();
-        return text::format("%@:%@", chosen.host, chosen.port);
+void reportOddAddresses(Entry& entry, std::string_view addrs) {
+    if (!entry)
+        return;
+    bool hasWeight = false;
+    forEachItem(addrs, [&](std::string_view text) {
+        const AddressItem item(text);
+        const auto report = [&entry](const Rule& rule, std::string_view part) {
+            entry.reportPart(rule, "addrs", part);
+        };
+        if (!item.isOffered())
+            return report(text.empty() ? "empty-server-address"_rule : "address-without-port"_rule,
+                          text);
+        if (text.find("::") != std::string_view::npos || text.find('[') != std::string_view::npos)
+            return report("ipv6-address"_rule, text);
+        if (item.count() > 3)
+            report("address-with-too-many-parts"_rule, text);
+        else if (item.hasWeight() && !std::exchange(hasWeight, true))
+            report("address-weight"_rule, item.weight());
+        if (item.host().empty())
+            report("address-without-host"_rule, text);
+        const auto [port, oddity] = text::readLeadingInt32(item.port());
+        if (oddity != text::NumberOddity::none || port < 1 || port > 65535)
+            report("odd-server-port"_rule, item.port());
     });
 }
 
-namespace {
+std::string chooseAddress(const std::vector<std::string>* items, RandomSource& random) {
+    if (!items)
+        return "";
+    AddressChoice choice;
+    for (const std::string& item : *items)
+        choice.add(AddressItem(item));
+    if (choice.empty())
+        return "";
+    const AddressItem& chosen = choice.draw(random);
+    return text::format("%@:%@", chosen.host(), chosen.port());
+}
 
-std::string chooseByPercent(const std::vector<std::string>* items) {
+std::string chooseHostByPercent(const std::vector<std::string>* items, RandomSource& random) {
     if (!items || items->empty())
         return "";
     RecordMap<std::uint64_t> totals;
@@ -55,15 +80,15 @@ std::string chooseByPercent(const std::vector<std::string>* items) {
     for (const std::string& item : *items) {
         if (item.empty())
             continue;
-        const AddressParts parts = splitAddressItem(item);
-        const bool isWeighted = parts.count > 1;
+        const AddressItem parts{item};
+        const bool isWeighted = parts.count() > 1;
         if (isWeighted)
-            total += static_cast<std::uint64_t>(text::leadingInt64(parts.part[0]));
-        totals.set(isWeighted ? parts.part[1] : parts.part[0], total);
+            total += static_cast<std::uint64_t>(text::leadingInt64(parts.part(0)));
+        totals.set(parts.part(isWeighted ? 1 : 0), total);
     }
     if (total == 0)
         return items->front();
-    const std::uint64_t drawn = static_cast<std::uint64_t>(randomSource().legacy()) % total;
+    const std::uint64_t drawn = static_cast<std::uint64_t>(random.legacy()) % total;
     // In the order of the hash, in which running totals do not ascend: a host's chance is not its
     // percentage, and hosts rely on the choice as it is. That order takes a hash without a key, so
     // a list may be made to fill one bucket; it ends there.
@@ -81,10 +106,14 @@ std::string chooseByPercent(const std::vector<std::string>* items) {
     return "";
 }
 
-}  // namespace
+std::string YGServerAddrListTag::changeIpByPercentNew(const std::vector<std::string>* items) {
+    return guarded("choose server address",
+                   [items] { return chooseAddress(items, systemRandomSource()); });
+}
 
 std::string YGServerAddrListTag::changeIpByPercent(const std::vector<std::string>* items) {
-    return guarded("choose server address", [items] { return chooseByPercent(items); });
+    return guarded("choose server address",
+                   [items] { return chooseHostByPercent(items, systemRandomSource()); });
 }
 
 }  // namespace yg

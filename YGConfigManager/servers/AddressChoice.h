@@ -1,34 +1,46 @@
 // SPDX-License-Identifier: MIT
 //
-// The uniform choice among the addresses of a server entry, with the items read once however many
-// choices follow. Internal; the texts must outlive what is made from them.
+// The addresses of a server entry: which of its items are offered, what is odd about one, and the
+// choice among them, with the items read once however many choices follow. Internal; the texts must
+// outlive what is made from them.
 #pragma once
 
 #include <array>
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "YGConfigManager/servers/RandomSource.h"
+
 namespace yg {
 
-/// The first parts of an address item between ":", and how many parts there are.
-struct AddressParts {
-    std::array<std::string_view, 3> part;
-    std::size_t count = 0;
-};
+class Entry;
 
-inline AddressParts splitAddressItem(std::string_view item) {
-    AddressParts parts;
-    for (bool more = true; more; ++parts.count) {
-        const std::size_t colon = item.find(':');
-        more = colon != std::string_view::npos;
-        if (parts.count < parts.part.size())
-            parts.part[parts.count] = item.substr(0, colon);
-        if (more)
-            item.remove_prefix(colon + 1);
-    }
-    return parts;
-}
+/// An item of "addrs", cut at every ":": host:port or weight:host:port. Parts behind the port are
+/// ignored.
+class AddressItem {
+public:
+    explicit AddressItem(std::string_view item);
+
+    /// How many parts there are, and the first of them.
+    std::size_t count() const { return count_; }
+    std::string_view part(std::size_t index) const { return parts_[index]; }
+
+    /// Whether the item can be chosen. Without a port it cannot.
+    bool isOffered() const { return count_ > 1; }
+
+    /// Whether the item begins with a weight, which is not used.
+    bool hasWeight() const { return count_ > 2; }
+
+    std::string_view weight() const { return parts_[0]; }
+    std::string_view host() const { return parts_[hasWeight() ? 1 : 0]; }
+    std::string_view port() const { return parts_[hasWeight() ? 2 : 1]; }
+
+private:
+    std::array<std::string_view, 3> parts_;
+    std::size_t count_ = 0;
+};
 
 /// Calls `visit` with each piece of a text between ";", empty ones included.
 template <class Visit>
@@ -40,25 +52,31 @@ void forEachItem(std::string_view text, Visit&& visit) {
     visit(text);
 }
 
-/// An address that can be chosen; neither text holds a ":".
-struct Address {
-    std::string_view host;
-    std::string_view port;
-};
-
 class AddressChoice {
 public:
-    /// Takes host:port and weight:host:port; whatever has fewer parts is passed over.
-    void add(std::string_view item);
+    /// Takes an item if it is offered.
+    void add(const AddressItem& item) {
+        if (item.isOffered())
+            items_.push_back(item);
+    }
 
-    bool empty() const { return addresses_.empty(); }
+    bool empty() const { return items_.empty(); }
 
-    /// One of the addresses, each with the same chance. A single one needs no random number. There
-    /// must be one.
-    const Address& draw() const;
+    /// One of the items, each with the same chance. A single one needs no random number. There must
+    /// be one.
+    const AddressItem& draw(RandomSource& random) const;
 
 private:
-    std::vector<Address> addresses_;
+    std::vector<AddressItem> items_;
 };
+
+/// Reports what is odd about the items of an entry's "addrs", one of which is offered. Weights are
+/// reported once, however many there are.
+void reportOddAddresses(Entry& entry, std::string_view addrs);
+
+/// YGServerAddrListTag::changeIpByPercentNew and changeIpByPercent with numbers from `random`.
+/// Throw std::bad_alloc.
+std::string chooseAddress(const std::vector<std::string>* items, RandomSource& random);
+std::string chooseHostByPercent(const std::vector<std::string>* items, RandomSource& random);
 
 }  // namespace yg

@@ -2,7 +2,6 @@
 #include "YGConfigManager/servers/RandomSource.h"
 
 #include <array>
-#include <atomic>
 #include <cstddef>
 #include <stdlib.h>
 
@@ -29,18 +28,11 @@ public:
     int legacy() override { return ::rand(); }
 };
 
-std::atomic<RandomSource*> replacement = nullptr;
-
 }  // namespace
 
-RandomSource& randomSource() {
+RandomSource& systemRandomSource() {
     static Immortal<SystemRandomSource> system;
-    RandomSource* const source = replacement.load();
-    return source ? *source : *system;
-}
-
-RandomSource* setRandomSource(RandomSource* source) {
-    return replacement.exchange(source);
+    return *system;
 }
 
 }  // namespace yg

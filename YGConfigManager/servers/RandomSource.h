@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 //
-// Where the choice of an address gets its random numbers, behind an abstract class so that tests
-// can say which ones come. Internal.
+// Where the choice of an address gets its random numbers. A loader may be given another source than
+// the system's, so that the choices are known beforehand.
 #pragma once
 
 #include <cstdint>
 
+#include "YGConfigManager/export.h"
+
 namespace yg {
 
-class RandomSource {
+class YG_EXPORT RandomSource {
 public:
     virtual ~RandomSource() = default;
 
@@ -19,12 +21,7 @@ public:
     virtual int legacy() = 0;
 };
 
-/// The source in use: the system's unless another one was set. Any thread.
-RandomSource& randomSource();
-
-/// Puts a source in use for the whole process; null brings the system's back. Answers the one that
-/// it replaces, null for the system's. The source must outlive its use and, like the system's, be
-/// safe from any thread that chooses addresses.
-RandomSource* setRandomSource(RandomSource* source);
+/// The system's source, for any thread.
+YG_EXPORT RandomSource& systemRandomSource();
 
 }  // namespace yg

@@ -19,7 +19,7 @@
 #include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/servers/YGServerAddrTag.h"
 #include "YGConfigManager/text/OwnedText.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 
@@ -48,7 +48,7 @@ public:
 
     /// One "host:port" of the items, each with the same chance. An item is host:port or
     /// weight:host:port, whose weight is not used and whose further parts are ignored; others are
-    /// passed over. "" when no item can be used and for a null list. A single usable item is
+    /// never chosen. "" when no item can be used and for a null list. A single usable item is
     /// answered without drawing a random number. "" when memory does not suffice, here and below.
     static std::string changeIpByPercentNew(const std::vector<std::string>* items);
 
@@ -80,11 +80,6 @@ public:
     void setServerType(std::uint64_t type) { serverType_ = type; }
 
 private:
-    friend class YGServerCfgLoader;
-    static YGServerAddrListTag read(std::uint64_t serverType, const xml::Element& rootElement,
-                                    DiagnosticsSink* sink);
-    void readGroup(const xml::Element& rootElement, DiagnosticsSink* sink);
-
     std::optional<std::string> serverDescription_;
     std::optional<std::string> glooxDomain_;
     std::shared_ptr<ServerAddrList> serverAddrList_;
@@ -93,11 +88,22 @@ private:
 
 template <>
 struct Description<YGServerAddrListTag> {
+    using Group = YGServerAddrListTag;
     static constexpr std::tuple fields{
-        Field{"serverDescription", &YGServerAddrListTag::serverDescription},
-        Field{"glooxDomain", &YGServerAddrListTag::glooxDomain},
-        Field{"serverAddrList", &YGServerAddrListTag::serverAddrList},
-        Field{"serverType", &YGServerAddrListTag::serverType},
+        Field{"serverDescription", &Group::serverDescription, &Group::setServerDescription,
+              AttributeInfo{.name = "name", .sentence = "What the servers of the group are for."}},
+        Field{"glooxDomain", &Group::glooxDomain, &Group::setGlooxDomain,
+              AttributeInfo{.name = "domain", .sentence = "The messaging domain of the group."}},
+        Field{"serverAddrList", &Group::serverAddrList},
+        // A group is found by its type, so there is nothing left to store.
+        Field{"serverType", &Group::serverType, nullptr,
+              AttributeInfo{.name = "type",
+                            .kind = AttributeKind::integer,
+                            .sentence = "The kind of servers: 1, 2, 3, 4, 5, 7 or 8. Only the "
+                                        "first group of a type is read.",
+                            .names = Naming::serverType,
+                            .defines = true,
+                            .isRequired = true}},
     };
 };
 

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
 
-#include "YGConfigManager/diagnostics/Reporter.h"
 #include "YGConfigManager/files/AtomicWrite.h"
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
-#include "YGConfigManager/servers/ServerAttributes.h"
-#include "YGConfigManager/servers/ServerRules.h"
-#include "YGConfigManager/xml/Query.h"
+#include "YGConfigManager/records/Entry.h"
+#include "YGConfigManager/servers/ServerGroup.h"
 
 namespace yg {
 
@@ -46,12 +46,6 @@ struct YGServerCfgLoader::GroupRow {
     Group YGServerCfgLoader::*group;
 };
 
-/// One document, before it counts.
-struct YGServerCfgLoader::Loaded {
-    std::optional<std::string> md5;
-    std::array<Group, 7> groups;
-};
-
 /// In the order in which the groups are built, and draw their random numbers.
 constexpr YGServerCfgLoader::GroupRow YGServerCfgLoader::groupRows[] = {
     {1, &YGServerCfgLoader::appServerAddrListTag_},
@@ -63,13 +57,12 @@ constexpr YGServerCfgLoader::GroupRow YGServerCfgLoader::groupRows[] = {
     {8, &YGServerCfgLoader::domeFutureServerAddrListTag_},
 };
 
-YGServerCfgLoader::YGServerCfgLoader(bool isGray, DiagnosticsSink* sink)
-    : isGrayScaleUser_(isGray), sink_(sink) {}
-
 std::shared_ptr<YGServerCfgLoader> YGServerCfgLoader::initWithIsGray(bool isGray,
-                                                                     DiagnosticsSink* sink) {
+                                                                     DiagnosticsSink* sink,
+                                                                     RandomSource* random) {
     auto loader = guarded(loadName, [&] {
-        return std::shared_ptr<YGServerCfgLoader>(new YGServerCfgLoader(isGray, sink));
+        return std::shared_ptr<YGServerCfgLoader>(
+            new YGServerCfgLoader(isGray, sink, random ? *random : systemRandomSource()));
     });
     if (!loader)
         return nullptr;
@@ -105,14 +98,12 @@ void YGServerCfgLoader::reloadFreeRightServerConfig() {
 void YGServerCfgLoader::loadFile() {
     guarded(loadName, [this] {
         const Reporter reporter(sink_);
-        const xml::ParseResult parsed =
-            reporter.parseFile(configPath_ ? std::string_view(*configPath_) : "");
-        if (!parsed) {
-            writeRuntimeLog("load style config fail:%@", parsed.error);
-            reporter.report(rules::unreadableFile, {}, {}, parsed.error);
-            return;
-        }
-        take(read(parsed.document.root()));
+        const std::string_view path = configPath_ ? std::string_view(*configPath_) : "";
+        const xml::ParseResult parsed = reporter.parseFile(path);
+        if (parsed)
+            return load(parsed.document.root());
+        writeRuntimeLog("load style config fail:%@", parsed.error);
+        reporter.unreadable("unreadable-file"_rule, path, parsed);
     });
 }
 
@@ -125,26 +116,28 @@ bool YGServerCfgLoader::deliver(std::optional<std::string_view> data,
                                 std::string_view serverConfigMd5) {
     const Reporter reporter(sink_);
     if (!data || data->empty()) {
-        reporter.report(rules::unreadableDelivery, {});
+        reporter.report("unreadable-delivery"_rule);
         return false;
     }
-    xml::ParseResult parsed =
-        orOutOfMemory(xml::Document::parseBytes(*data, reporter.parseOptions()));
+    xml::ParseResult parsed = reporter.parseBytes(*data);
     if (!parsed) {
         writeRuntimeLog("set style config fail:%@", parsed.error);
-        reporter.report(rules::unreadableDelivery, {}, {}, parsed.error);
+        reporter.unreadable("unreadable-delivery"_rule, {}, parsed);
         return false;
     }
     xml::Element root = parsed.document.root();
-    if (const auto md5 = root.attribute("md5"))
-        reporter.report(rules::replacedMd5, root, "md5", *md5);
+    reading(reporter, root, [](Entry& application) {
+        application.reportIfThere("replaced-md5"_rule, "md5");
+        application.leave();
+    });
     root.setAttribute("md5", serverConfigMd5);
-    Loaded loaded = read(root);
+    YGServerCfgLoader loaded(isGrayScaleUser_, sink_, random_);
+    loaded.read(root);
     const std::string bytes = parsed.document.serialise(xml::Form::pretty);
     if (!xml::Document::canBeRead(bytes) || bytes.size() > files::largestFileRead) {
         constexpr std::string_view reason = "it could not be read again";
         writeRuntimeLog("set style config fail:%@", reason);
-        reporter.report(rules::unreadableDelivery, {}, {}, reason);
+        reporter.report("unreadable-delivery"_rule, {}, reason);
         return false;
     }
     take(std::move(loaded));
@@ -157,10 +150,9 @@ bool YGServerCfgLoader::deliver(std::optional<std::string_view> data,
         path && !path->empty() ? files::writeFileAtomically(*path, bytes) : files::FileWriting{};
     guarded(deliverName, [&] {
         if (!writing)
-            reporter.unsaved(fileName,
-                             path && !path->empty()
-                                 ? writing.error
-                                 : files::describeFailure(fileName, rules::noPathToWrite));
+            reporter.unsaved(fileName, path && !path->empty()
+                                           ? writing.error
+                                           : files::describeFailure(fileName, noPathToWrite));
     });
     return true;
 }
@@ -168,31 +160,58 @@ bool YGServerCfgLoader::deliver(std::optional<std::string_view> data,
 bool YGServerCfgLoader::loadServerCfg(const xml::Document& document) {
     return guarded(loadName, [&] {
         const xml::Element root = document.root();
-        if (!root)
-            return false;
-        take(read(root));
-        return true;
+        if (root)
+            load(root);
+        return static_cast<bool>(root);
     });
 }
 
-/// What a document loads, from a root element.
-YGServerCfgLoader::Loaded YGServerCfgLoader::read(const xml::Element& root) const {
-    Loaded loaded;
-    YGServerCfgLoader attributes(isGrayScaleUser_, nullptr);
-    readAttributes(root, applicationAttributes, attributes);
-    loaded.md5 = std::move(attributes.configMd5_);
-    reportDocument(root);
-    for (std::size_t i = 0; i < loaded.groups.size(); ++i)
-        loaded.groups[i] = std::make_shared<YGServerAddrListTag>(
-            YGServerAddrListTag::read(groupRows[i].type, root, sink_));
-    return loaded;
+void YGServerCfgLoader::load(const xml::Element& root) {
+    YGServerCfgLoader loaded(isGrayScaleUser_, sink_, random_);
+    loaded.read(root);
+    take(std::move(loaded));
 }
 
-void YGServerCfgLoader::take(Loaded loaded) noexcept {
-    if (loaded.md5)
-        configMd5_ = std::move(loaded.md5);
-    for (std::size_t i = 0; i < loaded.groups.size(); ++i)
-        this->*groupRows[i].group = std::move(loaded.groups[i]);
+/// Reads a whole document, from its root element, into this loader, which is new.
+void YGServerCfgLoader::read(const xml::Element& root) {
+    const Reporter reporter(sink_);
+    std::array<std::vector<xml::Node>, std::size(groupRows)> found;
+    std::ranges::transform(groupRows, found.begin(),
+                           [&](const GroupRow& row) { return serverGroups(root, row.type); });
+    reading(reporter, root, [&](Entry& application) {
+        application.read(*this);
+        if (application.name() != "application")
+            return application.drop("server-root-name"_rule, {}, application.name());
+        // Both go in the order of the document.
+        std::array<std::size_t, std::size(groupRows)> next{};
+        application.forEachElement([&](Entry& child) {
+            if (child.name() != "server")
+                return child.drop("unknown-element"_rule, {}, child.name());
+            for (std::size_t row = 0; row < found.size(); ++row) {
+                if (next[row] < found[row].size() && found[row][next[row]] == child.element()) {
+                    ++next[row];
+                    return child.leave();
+                }
+            }
+            const auto type = child.attribute("type");
+            if (!type)
+                return child.drop("server-group-without-type"_rule);
+            child.drop("server-type-never-loaded"_rule, "type", *type);
+        });
+    });
+    for (std::size_t row = 0; row < found.size(); ++row) {
+        auto group = std::make_shared<YGServerAddrListTag>();
+        group->setServerType(groupRows[row].type);
+        readServerGroup(found[row], *group, reporter, random_);
+        this->*groupRows[row].group = std::move(group);
+    }
+}
+
+void YGServerCfgLoader::take(YGServerCfgLoader&& loaded) noexcept {
+    if (loaded.configMd5_)
+        configMd5_ = std::move(loaded.configMd5_);
+    for (const GroupRow& row : groupRows)
+        this->*row.group = std::move(loaded.*row.group);
 }
 
 YGServerCfgLoader::Group YGServerCfgLoader::listTagWithServerType(std::uint64_t serverType) const {
@@ -203,33 +222,18 @@ YGServerCfgLoader::Group YGServerCfgLoader::listTagWithServerType(std::uint64_t 
     return nullptr;
 }
 
-/// What the queries for the groups do not find.
-void YGServerCfgLoader::reportDocument(const xml::Element& root) const {
-    const Reporter reporter(sink_);
-    if (!reporter)
-        return;
-    const xml::Query neverLoaded(
-        "/application/server[not(@type=1 or @type=2 or @type=3 or @type=4 or @type=5 or @type=7 or "
-        "@type=8)]");
-    reportAttributes(root, applicationAttributes, *sink_);
-    if (root.name() != "application") {
-        reporter.report(rules::serverRootName, root, {}, root.name());
-        return;
-    }
-    reporter.used(root);
-    for (const xml::Node& child : root.children()) {
-        if (!child.isElement())
-            reporter.stray(child);
-        else if (child.name() != "server")
-            reporter.report(rules::unknownElement, child, {}, child.name());
-    }
-    for (const xml::Node& node : root.query(neverLoaded)) {
-        const xml::Element group(node);
-        if (const auto type = group.attribute("type"))
-            reporter.report(rules::serverTypeNeverLoaded, group, "type", *type);
-        else
-            reporter.report(rules::serverGroupWithoutType, group);
-    }
+std::map<std::uint64_t, std::vector<ServerOffer>> YGServerCfgLoader::offers() const {
+    return guarded(loadName, [this] {
+        const xml::ParseResult parsed =
+            orOutOfMemory(xml::Document::parseFile(configPath_.value_or("")));
+        std::map<std::uint64_t, std::vector<ServerOffer>> offers;
+        for (const GroupRow& row : groupRows) {
+            const std::vector<xml::Node> found = serverGroups(parsed.document.root(), row.type);
+            if (!found.empty())
+                offers.emplace(row.type, serverOffers(xml::Element(found.front())));
+        }
+        return offers;
+    });
 }
 
 }  // namespace yg

@@ -5,21 +5,25 @@
 //
 // One thread at a time uses a loader: nobody may read its groups while another thread reloads.
 // Nothing is thrown: a file that cannot be read is logged as "load style config fail:" with the
-// reason and leaves everything as it was; so it is when memory does not suffice. Every load draws
-// the servers' addresses anew.
+// reason and leaves everything as it was; so it is when memory does not suffice. Every load chooses
+// the servers' addresses again.
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/records/Description.h"
+#include "YGConfigManager/servers/RandomSource.h"
+#include "YGConfigManager/servers/ServerOffer.h"
 #include "YGConfigManager/servers/YGServerAddrListTag.h"
 #include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/text/OwnedText.h"
@@ -33,9 +37,12 @@ public:
 
     /// A loader with its file loaded; `isGray` says whether the user belongs to the grey-release
     /// group. Null when the host answers no path for the file, or without memory for a loader. When
-    /// the file is missing, as with an empty path, or not XML the loader has no groups.
+    /// the file is missing, as with an empty path, or not XML the loader has no groups. Addresses
+    /// are chosen by numbers from `random`, null for the system's; it must live as long as the
+    /// loader.
     static std::shared_ptr<YGServerCfgLoader> initWithIsGray(bool isGray,
-                                                             DiagnosticsSink* sink = nullptr);
+                                                             DiagnosticsSink* sink = nullptr,
+                                                             RandomSource* random = nullptr);
 
     YGServerCfgLoader(const YGServerCfgLoader&) = delete;
     YGServerCfgLoader& operator=(const YGServerCfgLoader&) = delete;
@@ -64,6 +71,11 @@ public:
 
     /// The group of a server type; null for a type that is never loaded and before a load.
     Group listTagWithServerType(std::uint64_t serverType) const;
+
+    /// What the entries of each type's group offer, in their order. The file at `configPath` is
+    /// read for it again, so that a delivery since counts only if it was saved there. A type
+    /// without a group is missing, all are when the file cannot be read or memory does not suffice.
+    std::map<std::uint64_t, std::vector<ServerOffer>> offers() const;
 
     /// Chooses the file for the right level as it is now and loads it.
     void reloadServerConfigWhenRightChanged();
@@ -113,22 +125,18 @@ public:
         domeFutureServerAddrListTag_ = std::move(group);
     }
 
-    /// Who hears of what a load passes over; null, the default, for nobody. It must outlive the
-    /// loader's use of it.
-    void setDiagnosticsSink(DiagnosticsSink* sink) { sink_ = sink; }
-
 private:
-    struct Loaded;
     struct GroupRow;
     static const GroupRow groupRows[];
 
-    YGServerCfgLoader(bool isGray, DiagnosticsSink* sink);
+    YGServerCfgLoader(bool isGray, DiagnosticsSink* sink, RandomSource& random)
+        : isGrayScaleUser_(isGray), sink_(sink), random_(random) {}
 
     void loadFile();
+    void load(const xml::Element& root);
     bool deliver(std::optional<std::string_view> data, std::string_view serverConfigMd5);
-    Loaded read(const xml::Element& root) const;
-    void take(Loaded loaded) noexcept;
-    void reportDocument(const xml::Element& root) const;
+    void read(const xml::Element& root);
+    void take(YGServerCfgLoader&& loaded) noexcept;
 
     std::optional<std::string> configPath_;
     bool isGrayScaleUser_;
@@ -141,20 +149,25 @@ private:
     Group superL2ServerAddrListTag_;
     Group domeFutureServerAddrListTag_;
     DiagnosticsSink* sink_;
+    RandomSource& random_;
 };
 
 template <>
 struct Description<YGServerCfgLoader> {
+    using Loader = YGServerCfgLoader;
     static constexpr std::tuple fields{
-        Field{"configPath", &YGServerCfgLoader::configPath},
-        Field{"configMd5", &YGServerCfgLoader::configMd5},
-        Field{"appServerAddrListTag", &YGServerCfgLoader::appServerAddrListTag},
-        Field{"hisServerAddrListTag", &YGServerCfgLoader::hisServerAddrListTag},
-        Field{"mineServerAddrListTag", &YGServerCfgLoader::mineServerAddrListTag},
-        Field{"gssServerAddrListTag", &YGServerCfgLoader::gssServerAddrListTag},
-        Field{"glooxMsgServerAddrListTag", &YGServerCfgLoader::glooxMsgServerAddrListTag},
-        Field{"superL2ServerAddrListTag", &YGServerCfgLoader::superL2ServerAddrListTag},
-        Field{"domeFutureServerAddrListTag", &YGServerCfgLoader::domeFutureServerAddrListTag},
+        Field{"configPath", &Loader::configPath},
+        Field{"configMd5", &Loader::configMd5, &Loader::setConfigMd5,
+              AttributeInfo{.name = "md5",
+                            .sentence = "The digest of a delivered configuration. It is written "
+                                        "when a delivery is saved."}},
+        Field{"appServerAddrListTag", &Loader::appServerAddrListTag},
+        Field{"hisServerAddrListTag", &Loader::hisServerAddrListTag},
+        Field{"mineServerAddrListTag", &Loader::mineServerAddrListTag},
+        Field{"gssServerAddrListTag", &Loader::gssServerAddrListTag},
+        Field{"glooxMsgServerAddrListTag", &Loader::glooxMsgServerAddrListTag},
+        Field{"superL2ServerAddrListTag", &Loader::superL2ServerAddrListTag},
+        Field{"domeFutureServerAddrListTag", &Loader::domeFutureServerAddrListTag},
     };
 };
 

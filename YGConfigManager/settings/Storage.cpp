@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "YGConfigManager/diagnostics/CommonRules.h"
+#include "YGConfigManager/diagnostics/Reporter.h"
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 
@@ -16,10 +16,16 @@ std::optional<std::string> storagePath(std::optional<std::string_view> fileName,
 files::FileWriting writeStoredFile(std::string_view fileName,
                                    const std::optional<std::string>& path, std::string_view bytes) {
     if (!path || path->empty())
-        return {false, files::describeFailure(fileName, rules::noPathToWrite)};
+        return {false, files::describeFailure(fileName, noPathToWrite)};
     if (bytes.size() > files::largestFileRead)
         return {false, files::describeFailure(*path, "too large to be read again")};
     return files::writeFileAtomically(*path, bytes);
+}
+
+bool hasBlanksAround(std::string_view address) {
+    constexpr std::string_view blanks = " \t\r\n";
+    return !address.empty() && (blanks.find(address.front()) != std::string_view::npos ||
+                                blanks.find(address.back()) != std::string_view::npos);
 }
 
 }  // namespace yg

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Where the files of this folder lie and how they are written. Internal. Any thread may call.
+// Where the files of this folder lie, how they are written, and what is odd about an address in
+// them. Internal. Any thread may call.
 #pragma once
 
 #include <optional>
@@ -21,5 +22,8 @@ inline constexpr std::string_view couldNotBeReadAgain = "it could not be read ag
 /// that names the file by `fileName`, and if there are more bytes than readWholeFile() would read.
 files::FileWriting writeStoredFile(std::string_view fileName,
                                    const std::optional<std::string>& path, std::string_view bytes);
+
+/// Whether blanks stand before or behind the address.
+bool hasBlanksAround(std::string_view address);
 
 }  // namespace yg

@@ -1,24 +1,26 @@
 // SPDX-License-Identifier: MIT
 //
-// How requests reach the network: the network service, unless a test puts itself in its place.
-// Internal. Any thread may call.
+// Managers of request URLs whose requests go another way than over the network, for tests.
+// Internal.
 #pragma once
 
-#include <functional>
-#include <string>
+#include <memory>
+#include <utility>
 
-#include "YGConfigManager/net/HttpGet.h"
+#include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 
 namespace yg {
 
-/// Starts a GET and keeps what net::get promises of the completion.
-using Transport = std::function<void(std::string url, net::GetCompletion completion)>;
+struct RequestUrlsOver {
+    /// As YGHttpReqUrlMgr::init and make, over this transport.
+    std::shared_ptr<YGHttpReqUrlMgr> init(DiagnosticsSink* sink = nullptr) const {
+        return YGHttpReqUrlMgr::init(sink, transport);
+    }
+    std::shared_ptr<YGHttpReqUrlMgr> make(DiagnosticsSink* sink = nullptr) const {
+        return YGHttpReqUrlMgr::make(sink, transport);
+    }
 
-/// Starts a GET by the transport in use.
-void startGet(std::string url, net::GetCompletion completion);
-
-/// Puts a transport in use for the whole process; an empty one brings net::get back. Answers the
-/// one that it replaces, empty for net::get.
-Transport setTransport(Transport transport);
+    YGHttpReqUrlMgr::Transport transport;
+};
 
 }  // namespace yg

@@ -9,7 +9,8 @@
 #include "YGConfigManager/files/FolderLock.h"
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/Guarded.h"
-#include "YGConfigManager/settings/SettingsRules.h"
+#include "YGConfigManager/records/Entry.h"
+#include "YGConfigManager/settings/SettingsAttributes.h"
 #include "YGConfigManager/settings/Storage.h"
 
 namespace yg {
@@ -50,43 +51,17 @@ bool isElementName(std::string_view name) {
     return static_cast<bool>(xml::Element::create(name));
 }
 
-/// What in a file has an effect, and what has none.
-void reportSettings(const xml::Element& root, const Reporter& reporter) {
-    if (root.name() != rootName) {
-        reporter.report(rules::settingsRootName, root, {}, root.name());
-        return;
-    }
-    RecordMap<bool> seen;
-    reporter.used(root);
-    reporter.attributesBut(root, {});
-    for (const xml::Node& child : root.children()) {
-        if (!child.isElement()) {
-            reporter.stray(child);
-            continue;
-        }
-        const xml::Element section(child);
-        reporter.used(section);
-        reporter.attributesBut(section, {});
-        for (const xml::Node& grandchild : section.children()) {
-            if (!grandchild.isElement()) {
-                reporter.stray(grandchild);
-                continue;
-            }
-            const xml::Element item(grandchild);
-            if (seen.set(itemPath(section.name(), item.name()), true)) {
-                reporter.report(rules::duplicateItem, item, {}, item.name());
-                continue;
-            }
-            reporter.used(item);
-            if (item.attribute("description"))
-                reporter.used(item, "description");
-            reporter.attributesBut(item, "description");
-            for (const xml::Node& part : item.children()) {
-                if (part.isElement())
-                    reporter.report(rules::elementInText, part, {}, part.name());
-            }
+/// Reports which of two names no element can have; whether both can be had.
+bool reportNames(const Reporter& reporter, std::string_view file, std::string_view section,
+                 std::string_view item) {
+    bool areNames = true;
+    for (const std::string_view name : {section, item}) {
+        if (!isElementName(name)) {
+            reporter.report("no-element-name"_rule, file, name);
+            areNames = false;
         }
     }
+    return areNames;
 }
 
 }  // namespace
@@ -141,15 +116,17 @@ std::shared_ptr<YGAppConfigManager> YGAppConfigManager::initWithFileName(
 
 YGAppConfigManager::YGAppConfigManager(std::string_view fileName, const std::string& path,
                                        DiagnosticsSink* sink, OtherWriters otherWriters)
-    : fileName_(fileName), otherWriters_(otherWriters), sink_(sink), knownPath_(path) {
+    : fileName_(fileName),
+      pathRead_(path),
+      otherWriters_(otherWriters),
+      sink_(sink),
+      knownPath_(path) {
     const Reporter reporter(sink);
     const xml::ParseResult parsed = reporter.parseFile(path);
     if (!parsed)
-        reporter.report(rules::unreadableFile, {}, {}, parsed.error);
-    else if (reporter)
-        reportSettings(parsed.document.root(), reporter);
+        reporter.unreadable("unreadable-file"_rule, path, parsed);
     docment_ = parsed.document;
-    texts_ = indexOf(docment_);
+    texts_ = indexOf(docment_, reporter);
 }
 
 std::optional<std::string> YGAppConfigManager::getFilePath(OptionalText fileName,
@@ -179,11 +156,8 @@ std::optional<std::string> YGAppConfigManager::getItemText(OptionalText section,
             const std::string* const text = texts ? (*texts)->find(*itemName) : nullptr;
             return text ? std::optional(*text) : std::nullopt;
         }
-        const Reporter reporter(sink_);
-        for (const std::string_view name : {*section, *itemName}) {
-            if (reporter && !isElementName(name))
-                reporter.report(rules::noElementName, {}, {}, name);
-        }
+        if (sink_)
+            reportNames(Reporter(sink_), pathRead_, *section, *itemName);
         const xml::Document document = current();
         const std::vector<xml::Node> found = document.query(queryFor(*section, *itemName));
         return found.empty() ? std::nullopt : std::optional(found.front().stringValue());
@@ -207,18 +181,10 @@ bool YGAppConfigManager::setConfigItem(OptionalText section, OptionalText itemNa
     // What is done is done, whatever becomes of the reports.
     guarded("report app config", [&] {
         const Reporter reporter(sink_);
-        const bool isRefused = reporter && isChanged == false;
-        bool isNamed = true;
-        for (const std::string_view name : {*section, *itemName}) {
-            if (isRefused && !isElementName(name)) {
-                reporter.report(rules::noElementName, {}, {}, name);
-                isNamed = false;
-            }
-        }
-        if (isRefused && isNamed)
-            reporter.report(rules::unreadableSetting, {}, {}, itemPath(*section, *itemName));
+        if (reporter && isChanged == false && reportNames(reporter, pathRead_, *section, *itemName))
+            reporter.report("unreadable-setting"_rule, pathRead_, itemPath(*section, *itemName));
         for (const std::string& lost : outcome.lost)
-            reporter.report(rules::lostSetting, {}, {}, lost);
+            reporter.report("lost-setting"_rule, pathRead_, lost);
         if (!outcome.saving)
             reporter.unsaved(fileName_, outcome.saving.error);
     });
@@ -388,7 +354,7 @@ std::optional<YGAppConfigManager::Changed> YGAppConfigManager::changed(
     next.bytes = next.document.serialise(xml::Form::pretty);
     if (!next.bytes.empty() && !xml::Document::canBeRead(next.bytes))
         return std::nullopt;
-    next.texts = indexOf(next.document);
+    next.texts = indexOf(next.document, Reporter(nullptr));
     return next;
 }
 
@@ -404,23 +370,29 @@ void YGAppConfigManager::remember(const Setting& setting, std::vector<Setting>& 
         unsaved.push_back(setting);
 }
 
-YGAppConfigManager::Index YGAppConfigManager::indexOf(const xml::Document& document) {
+YGAppConfigManager::Index YGAppConfigManager::indexOf(const xml::Document& document,
+                                                      const Reporter& reporter) {
     Index index;
-    const xml::Element root = document.root();
-    if (root.name() != rootName)
-        return index;
-    for (const xml::Node& section : root.children()) {
-        if (!section.isElement())
-            continue;
-        const std::shared_ptr<Texts>* found = index.find(section.name());
-        const auto texts = found ? *found : std::make_shared<Texts>();
-        if (!found)
-            index.set(section.name(), texts);
-        for (const xml::Node& item : xml::Element(section).children()) {
-            if (item.isElement() && !texts->contains(item.name()))
-                texts->set(item.name(), item.stringValue());
-        }
-    }
+    RecordMap<Place> places;
+    reading(reporter, document.root(), [&](Entry& root) {
+        if (root.name() != rootName)
+            return root.drop("settings-root-name"_rule, {}, root.name());
+        root.forEachElement([&](Entry& section) {
+            const std::shared_ptr<Texts>* found = index.find(section.name());
+            const auto texts = found ? *found : std::make_shared<Texts>();
+            if (!found)
+                index.set(section.name(), texts);
+            section.forEachElement([&](Entry& item) {
+                const std::string path = item ? itemPath(section.name(), item.name()) : "";
+                if (texts->contains(item.name()))
+                    return item.drop("duplicate-item"_rule, {}, item.name(), places.find(path));
+                item.define(path, places);
+                SettingsItem attributes;
+                item.read(attributes);
+                texts->set(item.name(), item.text());
+            });
+        });
+    });
     return index;
 }
 

@@ -59,12 +59,14 @@ enum class OtherWriters {
     merged,
 };
 
+class Reporter;
+
 class YG_EXPORT YGAppConfigManager {
 public:
     /// A store of the file of this name in the user's storage. Null when the name is absent or
     /// empty, or when the host has no path for it. When the file is missing or not well-formed XML
-    /// the store is empty; nothing is logged. `sink` hears of what the file has wrong and of what a
-    /// call cannot do, on the calling thread and under no lock; it must outlive the store.
+    /// the store is empty; nothing is logged. Findings, also of what a call cannot do, go to the
+    /// sink; see diagnostics/DiagnosticsSink.h.
     static std::shared_ptr<YGAppConfigManager> initWithFileName(
         OptionalText fileName, DiagnosticsSink* sink = nullptr,
         OtherWriters otherWriters = OtherWriters::ignored);
@@ -150,9 +152,10 @@ private:
     FileSeen lockFile(const FileSeen& seen) const;
     void readFile(FileSeen& file, const FileSeen& seen) const;
     xml::Document current() const;
-    static Index indexOf(const xml::Document& document);
+    static Index indexOf(const xml::Document& document, const Reporter& reporter);
 
     const std::string fileName_;
+    const std::string pathRead_;  ///< at first; findings name it
     const OtherWriters otherWriters_;
     DiagnosticsSink* const sink_;
 

@@ -5,16 +5,16 @@
 #include <new>
 #include <utility>
 
-#include "YGConfigManager/diagnostics/Reporter.h"
+#include "YGConfigManager/diagnostics/KeptFindings.h"
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Host.h"
 #include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/Log.h"
-#include "YGConfigManager/settings/SettingsRules.h"
+#include "YGConfigManager/net/HttpGet.h"
+#include "YGConfigManager/process/ForkMutex.h"
+#include "YGConfigManager/records/JsonEntry.h"
 #include "YGConfigManager/settings/Storage.h"
-#include "YGConfigManager/settings/Transport.h"
-#include "YGConfigManager/settings/UrlReports.h"
 
 namespace yg {
 
@@ -24,6 +24,9 @@ constexpr std::string_view listFileName = "request_urls_json.txt";
 constexpr std::string_view listUrlPath = "/mac/mac_free_free_request_urls_json.txt";
 constexpr std::string_view readName = "-[YGHttpReqUrlMgr readUrlModelFromFile]";
 constexpr std::string_view takeName = "-[YGHttpReqUrlMgr updateHttpReqUrls]_block_invoke";
+
+/// Held while a pointer to a list is copied or replaced, and for nothing else.
+constinit ForkMutex listPointers;
 
 /// The authority of the download server; empty when there is none.
 std::string configServer() {
@@ -95,7 +98,11 @@ const std::shared_ptr<YGHttpReqUrlMgr>& YGHttpReqUrlMgr::shared() {
 }
 
 std::shared_ptr<YGHttpReqUrlMgr> YGHttpReqUrlMgr::init(DiagnosticsSink* sink) {
-    auto manager = make(sink);
+    return init(sink, net::get);
+}
+
+std::shared_ptr<YGHttpReqUrlMgr> YGHttpReqUrlMgr::init(DiagnosticsSink* sink, Transport transport) {
+    auto manager = make(sink, std::move(transport));
     if (manager) {
         manager->readUrlModelFromFile();
         manager->updateHttpReqUrls();
@@ -104,8 +111,24 @@ std::shared_ptr<YGHttpReqUrlMgr> YGHttpReqUrlMgr::init(DiagnosticsSink* sink) {
 }
 
 std::shared_ptr<YGHttpReqUrlMgr> YGHttpReqUrlMgr::make(DiagnosticsSink* sink) {
-    return guarded("load request urls",
-                   [sink] { return std::make_shared<YGHttpReqUrlMgr>(Key(), sink); });
+    return make(sink, net::get);
+}
+
+std::shared_ptr<YGHttpReqUrlMgr> YGHttpReqUrlMgr::make(DiagnosticsSink* sink, Transport transport) {
+    return guarded("load request urls", [&] {
+        return std::make_shared<YGHttpReqUrlMgr>(Key(), sink, std::move(transport));
+    });
+}
+
+std::shared_ptr<const YGHttpReqUrlModel> YGHttpReqUrlMgr::urlModel() const {
+    const std::lock_guard lock(listPointers);
+    return urlModel_;
+}
+
+/// Replaces the list. The one before goes with the parameter, outside of the lock.
+void YGHttpReqUrlMgr::setUrlModel(std::shared_ptr<const YGHttpReqUrlModel> model) {
+    const std::lock_guard lock(listPointers);
+    urlModel_.swap(model);
 }
 
 void YGHttpReqUrlMgr::readUrlModelFromFile() {
@@ -119,9 +142,10 @@ void YGHttpReqUrlMgr::read() {
     reporting([&] { reporter.reading(path.value_or("")); });
     if (!path || path->empty() || !files::fileExists(*path)) {
         writeBusCommonLogInside("%s L%d [%@]文件不存在", readName, 75, path);
-        reporter.report(rules::unreadableUrlList, {}, {}, path.value_or(""));
+        reporter.report("unreadable-url-list"_rule, path.value_or(""), path.value_or(""));
         return;
     }
+    KeptFindings found(sink_);
     files::FileReading file;
     std::shared_ptr<const YGHttpReqUrlModel> model;
     {
@@ -129,19 +153,20 @@ void YGHttpReqUrlMgr::read() {
         const std::lock_guard lock(lock_);
         file = files::readWholeFile(*path);
         if (file) {
-            model = YGHttpReqUrlModel::read(file.bytes);
-            urlModel_.store(Reference::Next(model));
+            model = YGHttpReqUrlModel::read({file.bytes, *path}, "unreadable-url-list"_rule,
+                                            found.reporter());
+            setUrlModel(model);
             if (model)
                 taken_ = ++begun_;
         }
     }
     if (!file) {
         writeBusCommonLogInside("%s L%d 读不到数据", readName, 84);
-        reporter.report(rules::unreadableUrlList, {}, {}, file.error);
+        reporter.report("unreadable-url-list"_rule, *path, file.error);
         return;
     }
     writeBusCommonLogInside("%s L%d _urlModel.Md5: %@", readName, 91, digestOf(model));
-    reportUrlList(file.bytes, rules::unreadableUrlList, reporter);
+    found.passOn();
 }
 
 void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
@@ -160,7 +185,7 @@ void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
             once->call();
         };
         once->keep(std::exchange(ended, nullptr));
-        startGet(std::move(url), std::move(completion));
+        transport_(std::move(url), std::move(completion));
         return true;
     });
     if (!isStarted) {
@@ -178,39 +203,40 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
     const Reporter reporter(sink_);
     reporting([&] { reporter.reading(url); });
     if (!body) {
-        reporter.report(rules::failedDownload, {}, {}, error.value_or(""));
+        reporter.report("failed-download"_rule, url, error.value_or(""));
         return;
     }
-    reporting([&] { reportUrlList(*body, rules::failedDownload, reporter); });
-    const std::shared_ptr<const YGHttpReqUrlModel> model = YGHttpReqUrlModel::read(*body);
+    KeptFindings found(sink_);
+    const std::shared_ptr<const YGHttpReqUrlModel> model =
+        YGHttpReqUrlModel::read({*body, url}, "failed-download"_rule, found.reporter());
+    reporting([&] { found.passOn(); });
     const std::optional<std::string> digest = digestOf(model);
     if (!digest || digest->empty())
         return;
-    Reference::Next next(model);
     std::unique_lock lock(lock_);
     // What began later has been taken before.
     if (number < taken_)
         return;
-    const auto current = urlModel_.load();
+    const auto current = urlModel();
     const std::optional<std::string> currentDigest = digestOf(current);
     if (digest == currentDigest) {
         taken_ = number;
         lock.unlock();
-        if (!haveSameEntries(*model, *current))
-            reporter.report(rules::sameDigestOtherEntries, {}, "md5Value", *digest);
+        if (reporter && model->description() != current->description())
+            reporter.report("same-digest-other-entries"_rule, url, *digest);
         return;
     }
     const std::optional<std::string> path = storagePath(listFileName, true);
     if (!path || path->empty()) {
         lock.unlock();
-        reporter.unsaved(listFileName, files::describeFailure(listFileName, rules::noPathToWrite));
+        reporter.unsaved(listFileName, files::describeFailure(listFileName, noPathToWrite));
         return;
     }
     writeBusCommonLogInside("%s L%d newMd5Value : [%@]; oldMd5Value : [%@]", takeName, 110, digest,
                             currentDigest);
     // The next start begins with the old list when it cannot be written; this one goes on.
     const files::FileWriting writing = writeStoredFile(listFileName, path, *body);
-    urlModel_.store(std::move(next));
+    setUrlModel(model);
     taken_ = number;
     lock.unlock();
     if (!writing)
@@ -219,7 +245,7 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
 
 std::optional<std::string> YGHttpReqUrlMgr::httpReqUrlStringWithUrlKey(OptionalText urlKey) const {
     return guarded("read request urls", [&]() -> std::optional<std::string> {
-        const std::shared_ptr<const YGHttpReqUrlModel> model = urlModel_.load();
+        const std::shared_ptr<const YGHttpReqUrlModel> model = urlModel();
         const auto entries = model && urlKey ? model->urlConfigs() : nullptr;
         if (entries) {
             for (const std::shared_ptr<YGHttpUrlConfigModel>& entry : *entries) {
@@ -227,7 +253,7 @@ std::optional<std::string> YGHttpReqUrlMgr::httpReqUrlStringWithUrlKey(OptionalT
                     return entry->urlValue();
             }
         }
-        Reporter(sink_).report(rules::unknownUrlKey, {}, {}, *urlKey);
+        Reporter(sink_).report("unknown-url-key"_rule, {}, *urlKey);
         return std::nullopt;
     });
 }
@@ -248,7 +274,7 @@ void YGHttpReqUrlMgr::requestUrl(OptionalText url, Finish finish) const {
             once->keep(std::exchange(finish, nullptr));
         }
         try {
-            startGet(std::move(address), std::move(completion));
+            transport_(std::move(address), std::move(completion));
         } catch (const std::bad_alloc&) {
             throw;
         } catch (const std::exception& thrown) {

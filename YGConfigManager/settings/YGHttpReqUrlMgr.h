@@ -4,8 +4,8 @@
 // "request_urls_json.txt", and is refreshed from the configuration download server: a download with
 // another digest takes the place of the list and of the file, byte for byte.
 //
-// Any thread may call. A lookup works on the list that it finds when it begins, and waits for
-// nothing; a download replaces the list in one step, on the network service's thread. Nothing waits
+// Any thread may call. A lookup works on the list that it finds when it begins, and waits at most
+// for others to copy a pointer; a download replaces the list on the network's thread. Nothing waits
 // for the network. Downloads and readings of the file end in any order, and the one begun last
 // wins: what was begun before another that gave a list changes nothing. List and file change
 // together, so they agree as far as the file could be written. Of several managers on one file each
@@ -24,11 +24,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/net/HttpResponse.h"
-#include "YGConfigManager/settings/AtomicReference.h"
 #include "YGConfigManager/settings/YGHttpReqUrlModel.h"
 #include "YGConfigManager/text/OptionalText.h"
 
@@ -51,15 +51,16 @@ public:
     static const std::shared_ptr<YGHttpReqUrlMgr>& shared();
 
     /// A manager that has read the stored file and has started a download, which it does not wait
-    /// for. `sink` hears of what is wrong with both, of a download that fails too, also on the
-    /// network's thread and from several threads at the same time, and must outlive both manager
-    /// and download.
+    /// for. Findings go to the sink, see diagnostics/DiagnosticsSink.h: also on the network's
+    /// thread, on several threads at the same time, and until the download has ended.
     static std::shared_ptr<YGHttpReqUrlMgr> init(DiagnosticsSink* sink = nullptr);
 
     /// A manager without a list, which has read and started nothing.
     static std::shared_ptr<YGHttpReqUrlMgr> make(DiagnosticsSink* sink = nullptr);
 
-    YGHttpReqUrlMgr(Key, DiagnosticsSink* sink) : sink_(sink) {}
+    YGHttpReqUrlMgr(Key, DiagnosticsSink* sink,
+                    std::function<void(std::string url, Finish finish)> transport)
+        : transport_(std::move(transport)), sink_(sink) {}
     YGHttpReqUrlMgr(const YGHttpReqUrlMgr&) = delete;
     YGHttpReqUrlMgr& operator=(const YGHttpReqUrlMgr&) = delete;
     ~YGHttpReqUrlMgr();
@@ -86,18 +87,27 @@ public:
     void requestUrl(OptionalText url, Finish finish) const;
 
     /// The list; null when there is none. It stays as it is, another one takes its place.
-    std::shared_ptr<const YGHttpReqUrlModel> urlModel() const { return urlModel_.load(); }
+    std::shared_ptr<const YGHttpReqUrlModel> urlModel() const;
 
 private:
+    friend struct RequestUrlsOver;
+
+    /// How requests reach the network: starts a GET, and calls `finish` once.
+    using Transport = std::function<void(std::string url, Finish finish)>;
+
+    static std::shared_ptr<YGHttpReqUrlMgr> init(DiagnosticsSink* sink, Transport transport);
+    static std::shared_ptr<YGHttpReqUrlMgr> make(DiagnosticsSink* sink, Transport transport);
+
+    void setUrlModel(std::shared_ptr<const YGHttpReqUrlModel> model);
     void read();
     void take(std::uint64_t number, std::string_view url, const std::optional<std::string>& body,
               const std::optional<std::string>& error);
 
-    using Reference = AtomicReference<const YGHttpReqUrlModel>;
-    Reference urlModel_;
+    std::shared_ptr<const YGHttpReqUrlModel> urlModel_;
     std::atomic<std::uint64_t> begun_ = 0;  ///< downloads and readings, numbered from 1
     std::mutex lock_;                       ///< held while list and file change, never by a lookup
     std::uint64_t taken_ = 0;               ///< the number of the one taken last, under the lock
+    const Transport transport_;
     DiagnosticsSink* const sink_;
 };
 

@@ -2,21 +2,47 @@
 #include "YGConfigManager/settings/YGHttpReqUrlModel.h"
 
 #include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/records/JsonEntry.h"
+#include "YGConfigManager/settings/Storage.h"
 
 namespace yg {
 
 std::shared_ptr<YGHttpReqUrlModel> YGHttpReqUrlModel::modelWithJSON(OptionalText bytes) {
-    return guarded("read request urls", [bytes] { return read(*bytes); });
+    return guarded("read request urls", [bytes] {
+        return read({*bytes, {}}, "unreadable-url-list"_rule, Reporter(nullptr));
+    });
 }
 
-std::shared_ptr<YGHttpReqUrlModel> YGHttpReqUrlModel::read(std::string_view bytes) {
-    const JsonValue::Parsed parsed = orOutOfMemory(JsonValue::parse(bytes));
-    const auto object = parsed ? parsed.value->object() : nullptr;
-    if (!object)
-        return nullptr;
-    auto model = detail::modelWithObject<YGHttpReqUrlModel>(*object);
-    if (const JsonList list = model->urlConfigList_.json())
-        model->urlConfigList_ = detail::modelsOf<YGHttpUrlConfigModel>(*list);
+std::shared_ptr<YGHttpReqUrlModel> YGHttpReqUrlModel::read(const JsonText& text,
+                                                           const Rule& unreadable,
+                                                           const Reporter& reporter) {
+    std::shared_ptr<YGHttpReqUrlModel> model;
+    readingJson(reporter, text, unreadable, [&](JsonEntry& list) {
+        model = std::make_shared<YGHttpReqUrlModel>();
+        list.read(*model);
+        if (!model->md5Value_ || model->md5Value_->empty())
+            list.report("list-without-digest"_rule, "md5Value");
+        const JsonList urls = model->urlConfigList_.json();
+        if (!urls)
+            return;
+        const auto entries = std::make_shared<List::Items>();
+        RecordMap<Place> places;
+        list.forEachObject("urlConfigList", *urls, [&](JsonEntry& url) {
+            entries->push_back(std::make_shared<YGHttpUrlConfigModel>());
+            url.read(*entries->back());
+            const std::optional<std::string>& key = entries->back()->urlKey();
+            const std::optional<std::string>& address = entries->back()->urlValue();
+            if (!key)
+                url.report("url-without-key"_rule);
+            else if (const Place* const earlier = url.define(*key, places))
+                url.report("duplicate-url-key"_rule, {}, *key, earlier);
+            if (!address)
+                url.report("url-without-value"_rule, {}, key ? *key : "");
+            else if (hasBlanksAround(*address))
+                url.report("blanks-around-address"_rule, "urlValue", *address);
+        });
+        model->urlConfigList_ = List(entries);
+    });
     return model;
 }
 

@@ -21,6 +21,10 @@
 
 namespace yg {
 
+class Reporter;
+struct JsonText;
+struct Rule;
+
 class YG_EXPORT YGHttpReqUrlModel {
 public:
     using List = ModelList<YGHttpUrlConfigModel>;
@@ -45,15 +49,14 @@ public:
     std::string description() const;
 
     /// The members that JSON fills.
-    static constexpr auto modelFields() {
-        return std::tuple{ModelField{"md5Value", &YGHttpReqUrlModel::md5Value_},
-                          ModelField{"urlConfigList", &YGHttpReqUrlModel::urlConfigList_}};
-    }
+    static constexpr auto modelFields();
 
 private:
     friend class YGHttpReqUrlMgr;
-    /// As modelWithJSON, but throws std::bad_alloc.
-    static std::shared_ptr<YGHttpReqUrlModel> read(std::string_view bytes);
+    friend struct Description<YGHttpReqUrlModel>;
+    /// As modelWithJSON, but throws std::bad_alloc, and reports what it leaves out.
+    static std::shared_ptr<YGHttpReqUrlModel> read(const JsonText& text, const Rule& unreadable,
+                                                   const Reporter& reporter);
 
     std::optional<std::string> md5Value_;
     List urlConfigList_;
@@ -61,10 +64,20 @@ private:
 
 template <>
 struct Description<YGHttpReqUrlModel> {
+    using List = YGHttpReqUrlModel;
     static constexpr std::tuple fields{
-        Field{"md5Value", &YGHttpReqUrlModel::md5Value},
-        Field{"urlConfigList", &YGHttpReqUrlModel::urlConfigs},
+        Field{"md5Value", &List::md5Value, &List::md5Value_,
+              AttributeInfo{.name = "md5Value",
+                            .sentence = "A text of your choice that names this version of the "
+                                        "list: a download with the same one changes nothing.",
+                            .isRequired = true}},
+        Field{"urlConfigList", &List::urlConfigs, &List::urlConfigList_,
+              AttributeInfo{.name = "urlConfigList", .sentence = "The entries."}},
     };
 };
+
+constexpr auto YGHttpReqUrlModel::modelFields() {
+    return detail::modelFieldsOf<YGHttpReqUrlModel>();
+}
 
 }  // namespace yg

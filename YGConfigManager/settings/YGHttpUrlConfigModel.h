@@ -27,22 +27,46 @@ public:
     void setUrlValue(OwnedText value) { urlValue_ = std::move(value); }
 
     /// The members that JSON fills.
-    static constexpr auto modelFields() {
-        return std::tuple{ModelField{"urlKey", &YGHttpUrlConfigModel::urlKey_},
-                          ModelField{"urlValue", &YGHttpUrlConfigModel::urlValue_}};
-    }
+    static constexpr auto modelFields();
 
 private:
+    friend struct Description<YGHttpUrlConfigModel>;
+
     std::optional<std::string> urlKey_;
     std::optional<std::string> urlValue_;
 };
 
 template <>
 struct Description<YGHttpUrlConfigModel> {
+    using Url = YGHttpUrlConfigModel;
     static constexpr std::tuple fields{
-        Field{"urlKey", &YGHttpUrlConfigModel::urlKey},
-        Field{"urlValue", &YGHttpUrlConfigModel::urlValue},
+        Field{"urlKey", &Url::urlKey, &Url::urlKey_,
+              AttributeInfo{.name = "urlKey",
+                            .sentence = "The name by which the terminal asks for the address.",
+                            .names = Naming::requestUrl,
+                            .defines = true,
+                            .isRequired = true}},
+        Field{"urlValue", &Url::urlValue, &Url::urlValue_,
+              AttributeInfo{.name = "urlValue", .sentence = "The address, as it is to be used."}},
     };
 };
+
+namespace detail {
+
+/// The fields of a described record, for JsonModel.h.
+template <class Record>
+constexpr auto modelFieldsOf() {
+    return std::apply(
+        [](const auto&... field) {
+            return std::tuple{ModelField{field.attribute.name, field.setter}...};
+        },
+        Description<Record>::fields);
+}
+
+}  // namespace detail
+
+constexpr auto YGHttpUrlConfigModel::modelFields() {
+    return detail::modelFieldsOf<YGHttpUrlConfigModel>();
+}
 
 }  // namespace yg

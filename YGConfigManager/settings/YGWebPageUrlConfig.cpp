@@ -9,9 +9,9 @@
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
-#include "YGConfigManager/settings/SettingsRules.h"
+#include "YGConfigManager/records/Entry.h"
+#include "YGConfigManager/settings/SettingsAttributes.h"
 #include "YGConfigManager/settings/Storage.h"
-#include "YGConfigManager/settings/UrlReports.h"
 #include "YGConfigManager/text/Replace.h"
 #include "YGConfigManager/text/Utf8.h"
 
@@ -23,66 +23,35 @@ constexpr std::string_view rootName = "urls";
 constexpr std::string_view entryName = "url";
 constexpr std::string_view lookUpName = "-[YGWebPageUrlConfig getWebPageUrlByKey:]";
 
-/// The address of each key that has one and can be asked for.
-RecordMap<std::string> addressesIn(const xml::Document& document) {
+/// The address of each key that can be asked for.
+RecordMap<std::string> addressesIn(const xml::Document& document, const Reporter& reporter) {
     RecordMap<std::string> addresses;
-    const xml::Element root = document.root();
-    if (root.name() != rootName)
-        return addresses;
-    for (const xml::Node& child : root.children()) {
-        if (!child.isElement() || child.name() != entryName)
-            continue;
-        const auto key = xml::Element(child).attribute("key");
-        if (key && !addresses.contains(*key))
-            addresses.set(*key, child.stringValue());
-    }
+    RecordMap<Place> places;
+    reading(reporter, document.root(), [&](Entry& root) {
+        if (root.name() != rootName)
+            return root.drop("web-page-root-name"_rule, {}, root.name());
+        root.forEachElement([&](Entry& entry) {
+            if (entry.name() != entryName)
+                return entry.drop("unknown-element"_rule, {}, entry.name());
+            WebPage page;
+            entry.read(page);
+            if (!page.key || page.key->empty())
+                return entry.drop("web-page-without-key"_rule);
+            if (page.key->find('\'') != std::string_view::npos)
+                return entry.drop("key-with-apostrophe"_rule, "key", *page.key);
+            if (addresses.contains(*page.key))
+                return entry.drop("duplicate-web-page"_rule, "key", *page.key,
+                                  places.find(*page.key));
+            entry.define(*page.key, places);
+            std::string address = entry.text();
+            if (hasBlanksAround(address))
+                entry.report("blanks-around-address"_rule, {}, address);
+            if (entry && address.find("&amp;") != std::string::npos)
+                entry.report("escaped-twice"_rule, {}, address);
+            addresses.set(*page.key, std::move(address));
+        });
+    });
     return addresses;
-}
-
-/// What in a table has an effect, and what has none.
-void reportTable(const xml::Element& root, const Reporter& reporter) {
-    if (root.name() != rootName) {
-        reporter.report(rules::webPageRootName, root, {}, root.name());
-        return;
-    }
-    RecordMap<bool> seen;
-    reporter.used(root);
-    reporter.attributesBut(root, {});
-    for (const xml::Node& child : root.children()) {
-        if (!child.isElement()) {
-            reporter.stray(child);
-            continue;
-        }
-        const xml::Element entry(child);
-        if (entry.name() != entryName) {
-            reporter.report(rules::unknownElement, entry, {}, entry.name());
-            continue;
-        }
-        const auto key = entry.attribute("key");
-        if (!key || key->empty()) {
-            reporter.report(rules::webPageWithoutKey, entry);
-            continue;
-        }
-        if (seen.set(*key, true)) {
-            reporter.report(rules::duplicateWebPage, entry, "key", *key);
-            continue;
-        }
-        reporter.used(entry);
-        if (key->find('\'') != std::string_view::npos)
-            reporter.report(rules::keyWithApostrophe, entry, "key", *key);
-        else
-            reporter.used(entry, "key");
-        reporter.attributesBut(entry, "key");
-        for (const xml::Node& part : entry.children()) {
-            if (part.isElement())
-                reporter.report(rules::elementInText, part, {}, part.name());
-        }
-        const std::string address = entry.stringValue();
-        if (hasBlanksAround(address))
-            reporter.report(rules::blanksAroundAddress, entry, {}, address);
-        if (address.find("&amp;") != std::string::npos)
-            reporter.report(rules::escapedTwice, entry, {}, address);
-    }
 }
 
 }  // namespace
@@ -107,10 +76,8 @@ YGWebPageUrlConfig::YGWebPageUrlConfig(std::string_view fileName, const std::str
     const Reporter reporter(sink);
     const xml::ParseResult parsed = reporter.parseFile(path);
     if (!parsed)
-        reporter.report(rules::unreadableFile, {}, {}, parsed.error);
-    else if (reporter)
-        reportTable(parsed.document.root(), reporter);
-    install(parsed.document);
+        reporter.unreadable("unreadable-file"_rule, path, parsed);
+    install(parsed.document, reporter);
 }
 
 std::optional<std::string> YGWebPageUrlConfig::getFilePath(OptionalText fileName,
@@ -145,8 +112,7 @@ std::string YGWebPageUrlConfig::getWebPageUrlByKey(OptionalText key) const {
     }
     if (address)
         return std::move(*address);
-    guarded("report web pages",
-            [&] { Reporter(sink_).report(rules::unknownWebPage, {}, {}, *key); });
+    guarded("report web pages", [&] { Reporter(sink_).report("unknown-web-page"_rule, {}, *key); });
     return "about:blank";
 }
 
@@ -170,16 +136,14 @@ bool YGWebPageUrlConfig::replaceDataFromServer(OptionalText text) {
 
 bool YGWebPageUrlConfig::replace(std::string_view text) {
     const Reporter reporter(sink_);
-    const xml::ParseResult parsed = orOutOfMemory(
-        xml::Document::parseText(text::replaceAll(text, "&", "&amp;"), reporter.parseOptions()));
+    const xml::ParseResult parsed = orOutOfMemory(xml::Document::parseText(
+        text::replaceAll(text, "&", "&amp;"), {.positions = static_cast<bool>(reporter)}));
     if (!parsed) {
-        reporter.report(rules::unreadableWebPages, {}, {}, parsed.error);
+        reporter.unreadable("unreadable-web-pages"_rule, {}, parsed);
         return false;
     }
-    if (reporter)
-        reportTable(parsed.document.root(), reporter);
     std::uint64_t written = 0;
-    std::uint64_t current = install(parsed.document);
+    std::uint64_t current = install(parsed.document, reporter);
     files::FileWriting writing{};
     // A table that replaces this one meanwhile may have been written before it: then once more.
     while (written != current) {
@@ -207,8 +171,8 @@ bool YGWebPageUrlConfig::replace(std::string_view text) {
 }
 
 /// Makes a document the table; answers how many there were.
-std::uint64_t YGWebPageUrlConfig::install(xml::Document document) {
-    Addresses addresses = addressesIn(document);
+std::uint64_t YGWebPageUrlConfig::install(xml::Document document, const Reporter& reporter) {
+    Addresses addresses = addressesIn(document, reporter);
     const std::lock_guard lock(lock_);
     std::swap(docment_, document);
     std::swap(addresses_, addresses);

@@ -26,12 +26,14 @@
 
 namespace yg {
 
+class Reporter;
+
 class YG_EXPORT YGWebPageUrlConfig {
 public:
     /// A table of the file of this name in the user's storage. Null when the name is absent or
     /// empty, or when the host has no path for it. When the file is missing or not well-formed XML
-    /// the table is empty; nothing is logged. `sink` hears of what a table has wrong and of keys
-    /// that are not found, on the calling thread and under no lock; it must outlive the table.
+    /// the table is empty; nothing is logged. Findings, also of keys that are not found, go to the
+    /// sink; see diagnostics/DiagnosticsSink.h.
     static std::shared_ptr<YGWebPageUrlConfig> initWithFileName(OptionalText fileName,
                                                                 DiagnosticsSink* sink = nullptr);
 
@@ -78,7 +80,7 @@ private:
     std::optional<std::string> find(std::string_view key) const;
     bool replace(std::string_view text);
     xml::Document current() const;
-    std::uint64_t install(xml::Document document);
+    std::uint64_t install(xml::Document document, const Reporter& reporter);
 
     xml::Document docment_;
     const std::string fileName_;

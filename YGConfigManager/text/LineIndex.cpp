@@ -9,34 +9,38 @@ namespace yg::text {
 
 namespace {
 
-/// The point before the byte at an offset, which lies in the line that begins at `begin`.
-TextPoint pointInLine(std::string_view text, std::size_t begin, std::size_t offset,
-                      std::size_t line) {
-    std::string_view before = text.substr(begin, offset - begin);
-    if (begin == 0 && text.starts_with(byteOrderMark))
-        before.remove_prefix(std::min(before.size(), byteOrderMark.size()));
-    return {static_cast<std::uint32_t>(line),
-            static_cast<std::uint32_t>(countCodePoints(before) + 1)};
-}
+constexpr std::size_t blockSize = 256;
 
 }  // namespace
-
-TextPoint pointAt(std::string_view text, std::size_t offset) {
-    const std::string_view before = text.substr(0, offset);
-    const auto line = static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n')) + 1;
-    return pointInLine(text, before.rfind('\n') + 1, before.size(), line);  // npos + 1 is 0
-}
 
 LineIndex::LineIndex(std::string_view text) : lineBegins_{0} {
     for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at))
         lineBegins_.push_back(++at);
+    std::size_t count = 0;
+    for (std::size_t at = 0; at <= text.size(); at += blockSize) {
+        characters_.push_back(count);
+        count += countCodePoints(text.substr(at, blockSize));
+    }
+}
+
+std::size_t LineIndex::charactersBefore(std::string_view text, std::size_t offset) const {
+    const std::size_t block = offset / blockSize;
+    return characters_[block] + countCodePoints(text.substr(block * blockSize, offset % blockSize));
 }
 
 TextPoint LineIndex::pointAt(std::string_view text, std::size_t offset) const {
     offset = std::min(offset, text.size());
     const auto next = std::upper_bound(lineBegins_.begin(), lineBegins_.end(), offset);
-    return pointInLine(text, *(next - 1), offset,
-                       static_cast<std::size_t>(next - lineBegins_.begin()));
+    const std::size_t begin = *(next - 1);
+    if (begin == 0 && text.starts_with(byteOrderMark))
+        return {1, static_cast<std::uint32_t>(charactersBefore(text, offset) + (offset == 0))};
+    return {static_cast<std::uint32_t>(next - lineBegins_.begin()),
+            static_cast<std::uint32_t>(charactersBefore(text, offset) -
+                                       charactersBefore(text, begin) + 1)};
+}
+
+TextPoint pointAt(std::string_view text, std::size_t offset) {
+    return LineIndex(text).pointAt(text, offset);
 }
 
 }  // namespace yg::text

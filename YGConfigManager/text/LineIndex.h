@@ -12,12 +12,11 @@
 namespace yg::text {
 
 /// The point before the byte at an offset; the end of the text for one beyond it. A line ends
-/// behind
-/// "\n"; a byte-order mark at the start of the text takes no column. Counts all lines before it.
+/// behind "\n", and a byte-order mark at the start takes no column. Takes the length of the text.
 TextPoint pointAt(std::string_view text, std::size_t offset);
 
 /// The lines of a UTF-8 text, which it does not keep: pass the same text to each call. A look-up
-/// takes the logarithm of the number of lines and the length of one line.
+/// takes the logarithm of the number of lines, however long they are.
 class LineIndex {
 public:
     explicit LineIndex(std::string_view text);
@@ -26,7 +25,10 @@ public:
     TextPoint pointAt(std::string_view text, std::size_t offset) const;
 
 private:
+    std::size_t charactersBefore(std::string_view text, std::size_t offset) const;
+
     std::vector<std::size_t> lineBegins_;
+    std::vector<std::size_t> characters_;  ///< before each block of the text
 };
 
 }  // namespace yg::text

@@ -6,21 +6,18 @@
 namespace yg::text {
 
 std::optional<std::string> lastPathComponent(std::optional<std::string_view> path) {
-    if (!path) {
+    if (!path)
         return std::nullopt;
-    }
     const std::size_t last = path->find_last_not_of('/');
-    if (last == std::string_view::npos) {
+    if (last == std::string_view::npos)
         return std::string(path->substr(0, 1));
-    }
     const std::string_view trimmed = path->substr(0, last + 1);
     return std::string(trimmed.substr(trimmed.find_last_of('/') + 1));
 }
 
 std::string joinPath(std::string_view folder, std::string_view path) {
-    if (folder.empty() || path.empty()) {
+    if (folder.empty() || path.empty())
         return std::string(folder.empty() ? path : folder);
-    }
     folder = folder.substr(0, folder.find_last_not_of('/') + 1);
     path.remove_prefix(std::min(path.find_first_not_of('/'), path.size()));
     std::string joined;

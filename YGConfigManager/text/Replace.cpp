@@ -5,17 +5,17 @@
 #include <cstddef>
 #include <cstring>
 #include <optional>
+#include <unicode/uchar.h>
 #include <vector>
 
-#include "YGConfigManager/text/CaseFolding.h"
 #include "YGConfigManager/text/Utf8.h"
 
 namespace yg::text {
 
 namespace {
 
-/// A folded character and the bytes that it took. A byte that is no UTF-8 is a character beyond all
-/// of Unicode's.
+/// A folded character and the bytes that it took. A byte that is not UTF-8 is a character beyond
+/// all of Unicode's.
 struct Folded {
     char32_t character;
     std::size_t size;
@@ -23,23 +23,18 @@ struct Folded {
 
 /// The first character of a text that is not empty.
 Folded firstFolded(std::string_view text) {
-    const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
-    const char32_t lead = byte(0);
-    if (lead < 0x80)
-        return {foldedCase(lead), 1};
-    const std::size_t size = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (validUtf8Prefix(text.substr(0, size)) != size)
-        return {0x110000 + lead, 1};
-    char32_t character = lead & (0x7Fu >> size);
-    for (std::size_t at = 1; at < size; ++at)
-        character = (character << 6) | (byte(at) & 0x3Fu);
-    return {foldedCase(character), size};
+    const Character first = firstCharacter(text);
+    if (!first.isValid)
+        return {char32_t{0x110000} + static_cast<unsigned char>(text.front()), 1};
+    const auto character = static_cast<UChar32>(first.value);
+    return {static_cast<char32_t>(u_foldCase(character, U_FOLD_CASE_DEFAULT)), first.size};
 }
 
+/// Whether another text could be equal to this one.
 bool hasCase(std::string_view text) {
     return std::any_of(text.begin(), text.end(), [](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        return byte >= 0x80 || foldedCase(byte) != byte || foldedCase(byte - 0x20u) == byte;
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+               static_cast<unsigned char>(c) >= 0x80;
     });
 }
 

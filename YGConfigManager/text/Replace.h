@@ -20,8 +20,8 @@ std::size_t findText(std::string_view text, std::string_view target, std::size_t
 std::string replaceAll(std::string_view text, std::string_view target,
                        std::string_view replacement);
 
-/// The same, but letter case does not count (foldedCase in CaseFolding.h), whatever the locale.
-/// Bytes that are no UTF-8 are equal to themselves only.
+/// The same, but letter case does not count, whatever the locale: characters are equal that Unicode
+/// folds to one (simple case folding). Bytes that are not UTF-8 are equal to themselves only.
 std::string replaceAllIgnoringCase(std::string_view text, std::string_view target,
                                    std::string_view replacement);
 

@@ -10,19 +10,16 @@
 #include <utility>
 
 #include "YGConfigManager/process/ForkMutex.h"
+#include "YGConfigManager/text/Characters.h"
+#include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Utf8.h"
+#include "YGConfigManager/xml/Names.h"
 
 namespace yg::xml {
 
 namespace {
 
 using namespace std::string_view_literals;
-
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF"sv;
-
-std::string lineOf(std::string_view textBefore) {
-    return std::to_string(1 + std::count(textBefore.begin(), textBefore.end(), '\n'));
-}
 
 std::string lowered(std::string_view name) {
     std::string lower(name);
@@ -33,17 +30,13 @@ std::string lowered(std::string_view name) {
     return lower;
 }
 
-bool isSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-
 std::string_view declarationOf(std::string_view text) {
     return text.substr(0, text.find("?>"));
 }
 
 /// The encoding that an XML declaration in an ASCII-compatible text names.
 std::optional<std::string> declaredEncoding(std::string_view text) {
-    if (text.substr(0, 5) != "<?xml" || text.size() < 6 || !isSpace(text[5]))
+    if (text.substr(0, 5) != "<?xml" || text.size() < 6 || !text::isWhiteSpace(text[5]))
         return std::nullopt;
     const std::string_view declaration = declarationOf(text);
     constexpr std::string_view label = "encoding";
@@ -52,7 +45,7 @@ std::optional<std::string> declaredEncoding(std::string_view text) {
         return std::nullopt;
     at += label.size();
     const auto skipSpace = [&] {
-        while (at < declaration.size() && isSpace(declaration[at]))
+        while (at < declaration.size() && text::isWhiteSpace(declaration[at]))
             ++at;
     };
     skipSpace();
@@ -79,7 +72,13 @@ bool isEncodingName(std::string_view name) {
 }
 
 Decoded notProper(std::string_view textBefore, const std::string& encoding) {
-    return {{}, "Line " + lineOf(textBefore) + ": Input is not proper " + encoding};
+    const TextPoint point = text::LineIndex(textBefore).pointAt(textBefore, textBefore.size());
+    return {{}, {{point.line, point.column, "Input is not proper " + encoding}}};
+}
+
+/// An error of the declaration.
+Decoded wrongLabel(std::string message) {
+    return {{}, {{1, 0, std::move(message)}}};
 }
 
 /// For what takes locks of the C library that the child of a fork could find taken.
@@ -142,14 +141,14 @@ Decoded convert(std::string_view bytes, const std::string& encoding, std::string
                 std::string_view beginning = {}) {
     Converter converter(encoding);
     if (!converter)
-        return {{}, "Line 1: Unsupported encoding " + encoding};
+        return wrongLabel("Unsupported encoding " + encoding);
     std::string text;
     text.reserve(bytes.size() + bytes.size() / 2);
     const bool isRight = converter.convert(bytes, text);
     // A declaration that is not ASCII is wrong in any encoding, as the parser will say.
     beginning = beginning.substr(0, asciiPrefix(beginning));
     if (text.compare(0, beginning.size(), beginning) != 0)
-        return {{}, "Line 1: Input is labelled " + encoding + " but is not encoded so"};
+        return wrongLabel("Input is labelled " + encoding + " but is not encoded so");
     // A converter may hold back a character for an accent that follows, and takes a text that stops
     // within a shift sequence. A line feed brings out the one and is wrong in the other.
     if (!isRight || !converter.convert(lineFeed, text) || !text.ends_with('\n'))
@@ -165,8 +164,8 @@ Decoded convert(std::string_view bytes, const std::string& encoding, std::string
 }  // namespace
 
 Decoded decodeUtf8(std::string_view text) {
-    if (text.substr(0, utf8Mark.size()) == utf8Mark)
-        text.remove_prefix(utf8Mark.size());
+    if (text.substr(0, text::byteOrderMark.size()) == text::byteOrderMark)
+        text.remove_prefix(text::byteOrderMark.size());
     const std::size_t valid = text::validUtf8Prefix(text);
     if (valid != text.size())
         return notProper(text.substr(0, valid), "UTF-8");
@@ -174,7 +173,7 @@ Decoded decodeUtf8(std::string_view text) {
 }
 
 Decoded decodeXml(std::string_view bytes) {
-    if (bytes.substr(0, utf8Mark.size()) == utf8Mark)
+    if (bytes.substr(0, text::byteOrderMark.size()) == text::byteOrderMark)
         return decodeUtf8(bytes);
     if (bytes.substr(0, 2) == "\xFF\xFE"sv)
         return convert(bytes.substr(2), "UTF-16LE", "\n\0"sv);
@@ -186,12 +185,12 @@ Decoded decodeXml(std::string_view bytes) {
         return decodeUtf8(bytes);
     const std::string name = lowered(*declared);
     if (!isEncodingName(name))
-        return {{}, "Line 1: Unsupported encoding"};
+        return wrongLabel("Unsupported encoding");
     if (name == "utf-8" || name == "utf8")
         return decodeUtf8(bytes);
     if (name.substr(0, 6) == "utf-16" || name.substr(0, 6) == "utf-32" ||
         name.substr(0, 3) == "ucs")
-        return {{}, "Line 1: Input is labelled " + *declared + " but has no byte-order mark"};
+        return wrongLabel("Input is labelled " + *declared + " but has no byte-order mark");
     const bool isGbk = name == "gb2312" || name == "gbk" || name == "gb18030";
     // The declaration was read as ASCII, and must read the same in the encoding that it names.
     return convert(bytes, isGbk ? "GB18030" : *declared, "\n", declarationOf(bytes));

@@ -5,13 +5,16 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "YGConfigManager/xml/Document.h"
 
 namespace yg::xml {
 
-/// UTF-8 text without a mark, or a description of why there is none.
+/// UTF-8 text without a mark, or the error by which there is none.
 struct Decoded {
     std::string text;
-    std::string error;  ///< empty on success
+    std::vector<ParseError> errors;  ///< empty on success
 };
 
 /// Decodes by the byte-order mark (UTF-8, UTF-16), else by the encoding that the declaration names,

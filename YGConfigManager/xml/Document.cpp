@@ -17,18 +17,23 @@ namespace {
 
 constexpr const char* outOfMemory = "out of memory";
 
-/// Decodes and parses what `read` answers. `path` is kept as the file of positions.
-template <class Read>
-Parsed parsed(Read read, std::string_view path, ParseOptions options) {
+/// What `parse` answers, which may run out of memory.
+template <class Parse>
+ParseResult guarded(Parse parse) {
     try {
-        Decoded decoded = read();
-        if (!decoded.error.empty())
-            return {nullptr, std::move(decoded.error)};
-        return parseUtf8(decoded.text,
-                         options.positions ? std::make_shared<std::string>(path) : nullptr);
+        return parse();
     } catch (const std::exception&) {
-        return {nullptr, outOfMemory};
+        return {{}, outOfMemory, {}};
     }
+}
+
+/// `Line N: message` for each error, joined with "; ".
+std::string described(const std::vector<ParseError>& errors) {
+    std::string text;
+    for (const ParseError& error : errors)
+        text += (text.empty() ? "Line " : "; Line ") + std::to_string(error.line) + ": " +
+                error.message;
+    return text;
 }
 
 }  // namespace
@@ -37,24 +42,31 @@ bool Document::canBeRead(const std::string& text) {
     return text.size() <= files::largestFileRead && text::isValidUtf8(text) && isReadable(text);
 }
 
-ParseResult Document::result(Parsed parsed) {
-    return {Document(std::move(parsed.tree)), std::move(parsed.error)};
+ParseResult Document::parsed(Decoded decoded, std::string_view path, ParseOptions options) {
+    Parsed parsed{nullptr, std::move(decoded.errors)};
+    if (parsed.errors.empty())
+        parsed = parseUtf8(decoded.text, options.positions);
+    if (parsed.tree && options.positions)
+        notePlaces(*parsed.tree, std::make_shared<Source>(path, std::move(decoded.text)));
+    std::string error = described(parsed.errors);
+    return {Document(std::move(parsed.tree)), std::move(error), std::move(parsed.errors)};
 }
 
 ParseResult Document::parseFile(OptionalText path, ParseOptions options) {
-    const auto read = [&]() -> Decoded {
+    return guarded([&]() -> ParseResult {
         files::FileReading file = files::readWholeFile(*path);
-        return file ? decodeXml(file.bytes) : Decoded{{}, std::move(file.error)};
-    };
-    return result(parsed(read, *path, options));
+        if (!file)
+            return {{}, std::move(file.error), {}};
+        return parsed(decodeXml(file.bytes), *path, options);
+    });
 }
 
 ParseResult Document::parseBytes(OptionalText bytes, ParseOptions options) {
-    return result(parsed([&] { return decodeXml(*bytes); }, {}, options));
+    return guarded([&] { return parsed(decodeXml(*bytes), {}, options); });
 }
 
 ParseResult Document::parseText(OptionalText text, ParseOptions options) {
-    return result(parsed([&] { return decodeUtf8(*text); }, {}, options));
+    return guarded([&] { return parsed(decodeUtf8(*text), {}, options); });
 }
 
 Element Document::root() const {

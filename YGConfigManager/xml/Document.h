@@ -6,6 +6,7 @@
 // nodes throws std::bad_alloc when memory does not suffice.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -13,15 +14,16 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/text/OptionalText.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg::xml {
 
+struct Decoded;
 struct ParseResult;
-struct Parsed;
 
 struct ParseOptions {
-    /// Keep file, line and column of every element and attribute.
+    /// Keep the text, and where in it every node and attribute stands. Copies and other trees that
+    /// nodes are added to share the text.
     bool positions = false;
 };
 
@@ -72,17 +74,26 @@ public:
     void releaseRemoved();
 
 private:
-    static ParseResult result(Parsed parsed);
+    static ParseResult parsed(Decoded decoded, std::string_view path, ParseOptions options);
 
     explicit Document(std::shared_ptr<Tree> tree) : tree_(std::move(tree)) {}
 
     std::shared_ptr<Tree> tree_;  ///< null without a root element
 };
 
+/// One error of a text.
+struct ParseError {
+    std::uint32_t line;    ///< from 1
+    std::uint32_t column;  ///< where it shows, in characters, from 1; 0 when that is not known
+    std::string message;   ///< one line
+};
+
 /// What a parse answers: a document, or a description of why there is none.
 struct ParseResult {
     Document document;  ///< without a root element on failure
     std::string error;  ///< one line; empty on success
+    /// What `error` lists; empty when the file cannot be read or memory does not suffice.
+    std::vector<ParseError> errors;
 
     explicit operator bool() const { return error.empty(); }
 };

@@ -5,20 +5,21 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
+#include <vector>
 
+#include "YGConfigManager/xml/Document.h"
 #include "YGConfigManager/xml/Tree.h"
 
 namespace yg::xml {
 
 struct Parsed {
-    std::shared_ptr<Tree> tree;  ///< null on failure
-    std::string error;           ///< `Line N: message`, joined with "; "
+    std::shared_ptr<Tree> tree;      ///< null on failure
+    std::vector<ParseError> errors;  ///< empty on success
 };
 
-/// Parses UTF-8 text. With `file`, the positions of elements and attributes are kept under it.
-/// Throws std::bad_alloc when memory does not suffice.
-Parsed parseUtf8(const std::string& text, std::shared_ptr<const std::string> file);
+/// Parses UTF-8 text. Throws std::bad_alloc when memory does not suffice. `byCallbacks` asks for
+/// the slower of the two ways to build a tree, which make the same of any text.
+Parsed parseUtf8(const std::string& text, bool byCallbacks);
 
 /// Whether parseUtf8 gives a tree of such a text.
 bool isReadable(const std::string& text);

@@ -10,6 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "YGConfigManager/text/Characters.h"
 #include "YGConfigManager/text/Utf8.h"
 #include "YGConfigManager/xml/Tree.h"
 
@@ -95,14 +96,6 @@ constexpr Operator operators[] = {
 
 constexpr std::string_view nodeTypes[] = {"comment", "node", "processing-instruction", "text"};
 
-bool isSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 bool isAscii(std::string_view text) {
     return std::all_of(text.begin(), text.end(),
                        [](char c) { return static_cast<unsigned char>(c) < 0x80; });
@@ -130,7 +123,7 @@ private:
     using MaybeType = std::optional<Type>;
 
     void skipSpace() {
-        while (!rest_.empty() && isSpace(rest_.front()))
+        while (!rest_.empty() && text::isWhiteSpace(rest_.front()))
             rest_.remove_prefix(1);
     }
 
@@ -152,7 +145,7 @@ private:
                 take(Kind::wrong, rest_.size());
             else
                 take(Kind::literal, end + 1);
-        } else if (isDigit(c) || (c == '.' && rest_.size() > 1 && isDigit(rest_[1]))) {
+        } else if (text::isDigit(c) || (c == '.' && rest_.size() > 1 && text::isDigit(rest_[1]))) {
             const std::size_t whole = digitsFrom(0);
             const bool hasPoint = whole < rest_.size() && rest_[whole] == '.';
             take(Kind::number, hasPoint ? digitsFrom(whole + 1) : whole);
@@ -164,7 +157,7 @@ private:
     }
 
     std::size_t digitsFrom(std::size_t at) const {
-        while (at < rest_.size() && isDigit(rest_[at]))
+        while (at < rest_.size() && text::isDigit(rest_[at]))
             ++at;
         return at;
     }

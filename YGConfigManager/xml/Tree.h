@@ -8,7 +8,6 @@
 // child of `keep` is the top of a tree of its own.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <new>
 #include <optional>
@@ -19,7 +18,9 @@
 
 #include <pugixml.hpp>
 
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
+#include "YGConfigManager/xml/Names.h"
+#include "YGConfigManager/xml/Places.h"
 #include "YGConfigManager/xml/Query.h"
 
 namespace yg::xml {
@@ -45,12 +46,6 @@ struct Query::Compiled {
 };
 
 struct Tree {
-    struct Place {
-        const std::string* file;
-        std::uint32_t line;
-        std::uint32_t column;
-    };
-
     pugi::xml_document memory;
     pugi::xml_node keep;
     std::optional<bool> standalone;
@@ -60,9 +55,9 @@ struct Tree {
     std::string doctype;
     pugi::xml_node nodeAfterDoctype;
 
-    /// Where elements and attributes stand, by their address; empty unless a parse was asked.
-    std::unordered_map<const void*, Place> places;
-    std::vector<std::shared_ptr<const std::string>> files;
+    /// Where nodes and attributes stand, by their address; empty unless a parse was asked.
+    std::unordered_map<const void*, Range> ranges;
+    std::vector<std::shared_ptr<const Source>> sources;
 
     static pugi::xml_node raw(const Node& node) {
         return pugi::xml_node(reinterpret_cast<pugi::xml_node_struct*>(node.node_));
@@ -92,7 +87,14 @@ struct Tree {
     pugi::xml_node insertCopy(pugi::xml_node parent, pugi::xml_node before, const Tree& from,
                               pugi::xml_node source);
 
-    std::optional<Position> position(const void* of) const;
+    /// Without a source when nothing was kept, or there is no tree.
+    static Range rangeOf(const std::shared_ptr<Tree>& tree, const void* holder) {
+        return tree ? tree->rangeOf(holder) : Range();
+    }
+    Range rangeOf(const void* holder) const;
+
+    /// What was parsed is no longer what the attribute holds.
+    void forgetValue(pugi::xml_attribute attribute);
 
     /// Frees what was taken out. No handle into it may be left.
     void freeRemoved();
@@ -103,7 +105,7 @@ struct Tree {
 
 private:
     void freeSubtree(pugi::xml_node top);
-    void copyPlaces(const Tree& from, pugi::xml_node source, pugi::xml_node copy);
+    void copyRanges(const Tree& from, pugi::xml_node source, pugi::xml_node copy);
 };
 
 /// pugixml answers nothing, or false, when memory does not suffice. These throw std::bad_alloc
@@ -125,8 +127,6 @@ void setValue(Holder holder, std::string_view value) {
         throw std::bad_alloc();
 }
 
-bool isBlank(std::string_view text);
-
 /// A text node of white space alone. It is kept as the only content of an element, for its string
 /// value, but never counts as a child.
 bool isBlankText(pugi::xml_node node);
@@ -137,10 +137,11 @@ bool isChild(pugi::xml_node node);
 /// The node itself or the first sibling after it that counts as a child.
 pugi::xml_node firstChildFrom(pugi::xml_node node);
 
+/// Whether a node is `top` or below it.
+bool isInside(pugi::xml_node node, pugi::xml_node top);
+
 /// The node after `node` in document order within the subtree of `top`; empty after the last.
 pugi::xml_node nextInSubtree(pugi::xml_node node, pugi::xml_node top);
-
-bool isXmlName(std::string_view name);
 
 /// The text without what XML cannot hold: control characters, U+FFFE, U+FFFF, invalid UTF-8.
 std::string storableText(std::string_view text);

@@ -2,13 +2,14 @@
 #include "crash/Savers.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "YGConfigManager/host/StandAloneHost.h"
+#include "YGConfigManager/net/HttpGet.h"
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
 #include "YGConfigManager/settings/Transport.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
-#include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 #include "YGConfigManager/settings/YGWebPageUrlConfig.h"
 #include "YGConfigManager/xml/Document.h"
 
@@ -42,14 +43,14 @@ Save replaceWebPages() {
 }
 
 Save downloadUrls() {
-    const auto manager = YGHttpReqUrlMgr::make();
-    return [manager](long number) {
-        setTransport([number](const std::string&, const net::GetCompletion& completion) {
-            completion(R"({"urlConfigList":[],"md5Value":")" + textOf(number) + R"("})",
-                       std::nullopt, std::nullopt);
-        });
+    const auto body = std::make_shared<std::string>();
+    const RequestUrlsOver transport{
+        [body](const std::string&, const net::GetCompletion& completion) {
+            completion(*body, std::nullopt, std::nullopt);
+        }};
+    return [manager = transport.make(), body](long number) {
+        *body = R"({"urlConfigList":[],"md5Value":")" + textOf(number) + R"("})";
         manager->updateHttpReqUrls();
-        setTransport(nullptr);
         return true;
     };
 }

@@ -183,13 +183,24 @@ std::function<void()> serialising(std::size_t count) {
     };
 }
 
-std::function<void()> askingForPositions(std::size_t count) {
-    const std::string text = documentWith(count).serialise(xml::Form::pretty);
+std::function<void()> askingForPlaces(std::size_t count) {
+    const std::string text = documentWith(count).serialise(xml::Form::plain);
     return [document = xml::Document::parseText(text, {.positions = true}).document] {
         for (const xml::Node& child : document.root().children()) {
-            consume(child.position()->line);
-            consume(xml::Element(child).attributePosition("k")->column);
+            consume(child.place()->begin.column);
+            consume(xml::Element(child).attributePlace("k")->begin.column);
         }
+    };
+}
+
+std::function<void()> askingForPlacesInOneValue(std::size_t count) {
+    std::string value;
+    for (std::size_t i = 0; i < count; ++i)
+        value += "&amp;;";
+    const std::string text = "<r v='" + value + "'/>";
+    return [count, document = xml::Document::parseText(text, {.positions = true}).document] {
+        for (std::size_t i = 0; i < count; ++i)
+            consume(document.root().valuePlace("v", 2 * i, 1)->begin.column);
     };
 }
 
@@ -446,7 +457,8 @@ const Operation operations[] = {
     {"treeCopying", 500, copying},
     {"treeReleasing", 500, releasing},
     {"treeSerialising", 500, serialising},
-    {"treePositions", 500, askingForPositions},
+    {"treePlaces", 500, askingForPlaces},
+    {"treePlacesInOneValue", 500, askingForPlacesInOneValue},
     {"queryChildren", 500, asking("r/e")},
     {"queryByAttribute", 500, asking("r/e[@k='7']")},
     {"queryDescendants", 500, asking("//x")},

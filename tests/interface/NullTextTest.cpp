@@ -59,7 +59,7 @@ TEST(NullText, InANodeIsAnEmptyText) {
     EXPECT_TRUE(document.query(nullText).empty());
     EXPECT_TRUE(root.query(nullText).empty());
     EXPECT_FALSE(root.attribute(nullText));
-    EXPECT_FALSE(root.attributePosition(nullText));
+    EXPECT_FALSE(root.attributePlace(nullText));
     EXPECT_FALSE(root.rename(nullText));
     EXPECT_FALSE(root.setAttribute(nullText, nullText));
     EXPECT_TRUE(root.setAttribute("k", nullText));
@@ -254,9 +254,9 @@ TEST_F(NullTextOfALoader, IsNoSettingAndNoAddress) {
     EXPECT_EQ(YGWebPageUrlConfig::replaceSubstring("aba", nullText, "b"),
               YGWebPageUrlConfig::replaceSubstring("aba", "", "b"));
     EXPECT_EQ(YGWebPageUrlConfig::replaceSubstring("aba", "a", nullText), "b");
-    const auto urls = YGHttpReqUrlMgr::make();
+    const testing::KeptRequests transport;
+    const auto urls = transport.make();
     EXPECT_FALSE(urls->httpReqUrlStringWithUrlKey(nullText));
-    const testing::ScopedTransport transport;
     urls->requestUrl(nullText, nullptr);
     EXPECT_THAT(transport.urls(), ::testing::ElementsAre(""));
 }

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <concepts>
 #include <cstdint>
 #include <exception>
 #include <functional>
@@ -26,12 +25,11 @@
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/host/Host.h"
-#include "YGConfigManager/records/Description.h"
-#include "YGConfigManager/records/RecordMap.h"
 
 #include "host/RecordingHost.h"
 #include "host/TempRoot.h"
 #include "memory/FailingAllocations.h"
+#include "records/RecordText.h"
 
 namespace yg::testing {
 
@@ -95,57 +93,6 @@ inline SilentSink silentSink;
 
 /// Without findings and with them.
 inline DiagnosticsSink* const bothSinks[] = {nullptr, &silentSink};
-
-// The whole of what an operation answers, as text.
-
-inline std::string wholeText(const std::string& text) {
-    return text;
-}
-inline std::string wholeText(std::integral auto number) {
-    return std::to_string(number);
-}
-inline std::string wholeText(std::floating_point auto number) {
-    return std::to_string(number);
-}
-template <class T>
-std::string wholeText(const std::optional<T>& value);
-template <class T>
-std::string wholeText(const std::shared_ptr<T>& value);
-template <class T>
-std::string wholeText(const std::vector<T>& list);
-template <class T>
-std::string wholeText(const RecordMap<T>& map);
-
-template <class Record>
-auto wholeText(const Record& record) -> decltype(Description<Record>::fields, std::string()) {
-    std::string text = "{";
-    forEachField(record, [&](std::string_view name, const auto& field) {
-        text += std::string(name) + '=' + wholeText(field) + ' ';
-    });
-    return text + '}';
-}
-template <class T>
-std::string wholeText(const std::optional<T>& value) {
-    return value ? wholeText(*value) : "-";
-}
-template <class T>
-std::string wholeText(const std::shared_ptr<T>& value) {
-    return value ? wholeText(*value) : "null";
-}
-template <class T>
-std::string wholeText(const std::vector<T>& list) {
-    std::string text = "[";
-    for (const T& item : list)
-        text += wholeText(item) + ' ';
-    return text + ']';
-}
-template <class T>
-std::string wholeText(const RecordMap<T>& map) {
-    std::string text = "(";
-    for (const auto& [key, value] : map)
-        text += key + ':' + wholeText(value) + ' ';
-    return text + ')';
-}
 
 /// Longer than what a text keeps without memory of its own.
 inline const std::string longText(40, 'x');

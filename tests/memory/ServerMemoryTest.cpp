@@ -94,6 +94,19 @@ TEST_F(ServerMemory, ADeliveryIsAppliedAndSavedOrChangesNothing) {
                   before, prepare});
 }
 
+TEST_F(ServerMemory, AllOffersAreListedOrNone) {
+    const auto made = YGServerCfgLoader::initWithIsGray(false);
+    const auto text = [](const auto& offers) {
+        std::string all;
+        for (const auto& [type, entries] : offers) {
+            for (const ServerOffer& entry : entries)
+                all += *entry.key + *entry.names + entry.addresses.front().address + '\n';
+        }
+        return all;
+    };
+    everyAllocationFails(Operation{[&] { return made->offers(); }, text, ""});
+}
+
 TEST_F(ServerMemory, AGroupAnAddressAndARecordAreThereOrNot) {
     const std::string& text = testing::longText;
     const auto whole = [](const auto& answer) { return testing::wholeText(answer); };

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <filesystem>
 
+#include "YGConfigManager/net/HttpGet.h"
 #include "YGConfigManager/settings/Transport.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
@@ -263,17 +264,15 @@ TEST_F(SettingsMemory, AReplacedTextIsWholeOrAbsent) {
 }
 
 /// Takes requests in the place of the network; without failures of its own.
-class HeldRequests {
+class HeldRequests : public RequestUrlsOver {
 public:
-    HeldRequests() {
-        setTransport([this](const std::string& url, net::GetCompletion completion) {
-            const testing::PausedFailures paused;
-            requests_.emplace_back(url, std::move(completion));
-        });
-    }
+    HeldRequests()
+        : RequestUrlsOver{[this](const std::string& url, net::GetCompletion completion) {
+              const testing::PausedFailures paused;
+              requests_.emplace_back(url, std::move(completion));
+          }} {}
     HeldRequests(const HeldRequests&) = delete;
     HeldRequests& operator=(const HeldRequests&) = delete;
-    ~HeldRequests() { setTransport(nullptr); }
 
     std::size_t count() const { return requests_.size(); }
     std::string url() const { return requests_.empty() ? "" : requests_.front().first; }
@@ -328,7 +327,7 @@ TEST_F(SettingsMemory, AnAddressIsFoundOrAbsent) {
 TEST_F(SettingsMemory, ARequestIsStartedOrItsEndIsToldAtOnce) {
     HeldRequests requests;
     host->server = "server" + text;
-    const auto manager = YGHttpReqUrlMgr::make();
+    const auto manager = requests.make();
     int endings = 0;
     const auto count = [&](const auto&...) { ++endings; };
     const auto textOf = [&] {
@@ -356,7 +355,7 @@ TEST_F(SettingsMemory, ADownloadIsTakenAndStoredOrChangesNothing) {
     const auto prepare = [&] {
         put("request_urls_json.txt", urls("old"));
         host->server = std::nullopt;
-        manager = YGHttpReqUrlMgr::init(&testing::silentSink);
+        manager = requests.init(&testing::silentSink);
         host->server = "server";
         endings = 0;
         manager->updateHttpReqUrls([&] { ++endings; });

@@ -84,10 +84,14 @@ TEST_F(XmlMemory, AParseAnswersAllOrSaysThatMemoryRanOut) {
     put("a.xml", source);
     const std::string path = root.at("a.xml");
     const std::string withoutReferences = "<r>" + longText + "</r>";
+    const std::string malformed = withoutReferences + "&x;";
     const std::string declared =
         "<?xml version='1.0' encoding='gb2312'?><r a='\xC4\xE3'>" + longText + "</r>";
     const auto text = [](const xml::ParseResult& result) {
-        return result ? result.document.serialise(xml::Form::plain) : result.error;
+        std::string all = result ? result.document.serialise(xml::Form::plain) : result.error;
+        for (const xml::ParseError& error : result.errors)
+            all += '\n' + error.message;
+        return all;
     };
     const auto fails = [&](auto call) {
         everyAllocationFails(Operation{call, text, "out of memory", [] {}, Allocators::all, false});
@@ -95,6 +99,7 @@ TEST_F(XmlMemory, AParseAnswersAllOrSaysThatMemoryRanOut) {
     fails([&] { return xml::Document::parseText(source); });
     fails([&] { return xml::Document::parseText(source, {.positions = true}); });
     fails([&] { return xml::Document::parseText(withoutReferences); });
+    fails([&] { return xml::Document::parseText(malformed); });
     fails([&] { return xml::Document::parseBytes(declared); });
     fails([&] { return xml::Document::parseFile(path); });
 }

@@ -55,6 +55,10 @@ install() {
     "$CMAKE" --install "$BUILD" --prefix "$work/first" >/dev/null
     mv "$work/first" "$prefix"
     (cd "$prefix" && find . ! -type d | sort)
+    local library=libYGConfigManager.so.${VERSION%.*}
+    # The layout of public classes may differ in every minor version.
+    LC_ALL=C readelf -d "$(find "$prefix" -name "libYGConfigManager.so.$VERSION")" |
+        grep -F "soname: [$library]" >/dev/null || fail "the library's SONAME is not $library"
     if [ -e "$prefix/bin/ygconfig" ]; then
         "$prefix/bin/ygconfig" --help >/dev/null
     fi

@@ -30,19 +30,19 @@ using ::testing::ElementsAre;
 using yg::testing::ScriptedRandomSource;
 using Items = std::vector<std::string>;
 
-std::string chooseNew(const Items& items) {
-    return YGServerAddrListTag::changeIpByPercentNew(&items);
+std::string chooseNew(const Items& items, ScriptedRandomSource& random) {
+    return chooseAddress(&items, random);
 }
 
-std::string choose(const Items& items) {
-    return YGServerAddrListTag::changeIpByPercent(&items);
+std::string choose(const Items& items, ScriptedRandomSource& random) {
+    return chooseHostByPercent(&items, random);
 }
 
 TEST(AddressItem, IsCutAtEveryColon) {
     const auto parts = [](std::string_view item) {
-        const AddressParts cut = splitAddressItem(item);
-        return Items{std::string(cut.part[0]), std::string(cut.part[1]), std::string(cut.part[2]),
-                     std::to_string(cut.count)};
+        const AddressItem cut(item);
+        return Items{std::string(cut.part(0)), std::string(cut.part(1)), std::string(cut.part(2)),
+                     std::to_string(cut.count())};
     };
     EXPECT_THAT(parts(""), ElementsAre("", "", "", "1"));
     EXPECT_THAT(parts("a"), ElementsAre("a", "", "", "1"));
@@ -55,57 +55,59 @@ TEST(AddressItem, IsCutAtEveryColon) {
 // ---- The uniform choice ----------------------------------------------------------------------
 
 TEST(UniformChoice, OfNothingUsableIsEmpty) {
-    const ScriptedRandomSource random;
-    EXPECT_EQ(YGServerAddrListTag::changeIpByPercentNew(nullptr), "");
-    EXPECT_EQ(chooseNew({}), "");
-    EXPECT_EQ(chooseNew({"", "abc"}), "");
+    ScriptedRandomSource random;
+    EXPECT_EQ(chooseAddress(nullptr, random), "");
+    EXPECT_EQ(chooseNew({}, random), "");
+    EXPECT_EQ(chooseNew({"", "abc"}, random), "");
 }
 
 TEST(UniformChoice, OfOneItemDrawsNoRandomNumber) {
-    const ScriptedRandomSource random;
-    EXPECT_EQ(chooseNew({"10.0.0.1:80"}), "10.0.0.1:80");
-    EXPECT_EQ(chooseNew({"", "abc", "10.0.0.1:80", ""}), "10.0.0.1:80");
+    ScriptedRandomSource random;
+    EXPECT_EQ(chooseNew({"10.0.0.1:80"}, random), "10.0.0.1:80");
+    EXPECT_EQ(chooseNew({"", "abc", "10.0.0.1:80", ""}, random), "10.0.0.1:80");
 }
 
 TEST(UniformChoice, OfTwoWeightedItemsGivesEachHalfOfTheTime) {
     const Items items{"30:10.0.0.1:80", "70:10.0.0.2:81"};
     // Every second number leads to the first one, whatever the weights.
-    const ScriptedRandomSource random({0, 1, 2, 3, 0xFFFFFFFE, 0xFFFFFFFF});
-    EXPECT_EQ(chooseNew(items), "10.0.0.1:80");
-    EXPECT_EQ(chooseNew(items), "10.0.0.2:81");
-    EXPECT_EQ(chooseNew(items), "10.0.0.1:80");
-    EXPECT_EQ(chooseNew(items), "10.0.0.2:81");
-    EXPECT_EQ(chooseNew(items), "10.0.0.1:80");
-    EXPECT_EQ(chooseNew(items), "10.0.0.2:81");
+    ScriptedRandomSource random({0, 1, 2, 3, 0xFFFFFFFE, 0xFFFFFFFF});
+    EXPECT_EQ(chooseNew(items, random), "10.0.0.1:80");
+    EXPECT_EQ(chooseNew(items, random), "10.0.0.2:81");
+    EXPECT_EQ(chooseNew(items, random), "10.0.0.1:80");
+    EXPECT_EQ(chooseNew(items, random), "10.0.0.2:81");
+    EXPECT_EQ(chooseNew(items, random), "10.0.0.1:80");
+    EXPECT_EQ(chooseNew(items, random), "10.0.0.2:81");
     EXPECT_TRUE(random.uniformNumbers.empty());
 }
 
 TEST(UniformChoice, TakesSecondAndThirdOfFourParts) {
-    EXPECT_EQ(chooseNew({"1:2:3:4"}), "2:3");
+    ScriptedRandomSource random;
+    EXPECT_EQ(chooseNew({"1:2:3:4"}, random), "2:3");
 }
 
 TEST(UniformChoice, CountsUsableItemsOnly) {
     const Items items{"a", "b:1", "", "9:c:2", ":", "d:3:"};
-    const ScriptedRandomSource random({0, 1, 2, 3, 4});
-    EXPECT_EQ(chooseNew(items), "b:1");
-    EXPECT_EQ(chooseNew(items), "c:2");
-    EXPECT_EQ(chooseNew(items), ":");
-    EXPECT_EQ(chooseNew(items), "3:");
-    EXPECT_EQ(chooseNew(items), "b:1");
+    ScriptedRandomSource random({0, 1, 2, 3, 4});
+    EXPECT_EQ(chooseNew(items, random), "b:1");
+    EXPECT_EQ(chooseNew(items, random), "c:2");
+    EXPECT_EQ(chooseNew(items, random), ":");
+    EXPECT_EQ(chooseNew(items, random), "3:");
+    EXPECT_EQ(chooseNew(items, random), "b:1");
 }
 
 TEST(UniformChoice, TakesTheNumberModuloTheCount) {
     const Items items{"a:0", "a:1", "a:2"};
-    const ScriptedRandomSource random({5, 4294967295u, 4294967294u});
-    EXPECT_EQ(chooseNew(items), "a:2");
-    EXPECT_EQ(chooseNew(items), "a:0");
-    EXPECT_EQ(chooseNew(items), "a:2");
+    ScriptedRandomSource random({5, 4294967295u, 4294967294u});
+    EXPECT_EQ(chooseNew(items, random), "a:2");
+    EXPECT_EQ(chooseNew(items, random), "a:0");
+    EXPECT_EQ(chooseNew(items, random), "a:2");
 }
 
 TEST(UniformChoice, LeavesTextsAsTheyStand) {
-    EXPECT_EQ(chooseNew({" 10.0.0.1 : 80 "}), " 10.0.0.1 : 80 ");
-    EXPECT_EQ(chooseNew({"主机:端口"}), "主机:端口");
-    EXPECT_EQ(chooseNew({"100:[fe80::1]:80"}), "[fe80:");
+    ScriptedRandomSource random;
+    EXPECT_EQ(chooseNew({" 10.0.0.1 : 80 "}, random), " 10.0.0.1 : 80 ");
+    EXPECT_EQ(chooseNew({"主机:端口"}, random), "主机:端口");
+    EXPECT_EQ(chooseNew({"100:[fe80::1]:80"}, random), "[fe80:");
 }
 
 /// The chi-square statistic of the counts against equal chances.
@@ -131,7 +133,8 @@ TEST(UniformChoice, OfTheSystemsNumbersIsUniform) {
         items.push_back(text::format("%d:10.0.0.1:%d", 10 * i, i));
     std::array<int, addresses> counts{};
     for (int i = 0; i < draws; ++i)
-        ++counts[static_cast<std::size_t>(chooseNew(items).back() - '0')];
+        ++counts[static_cast<std::size_t>(YGServerAddrListTag::changeIpByPercentNew(&items).back() -
+                                          '0')];
     EXPECT_LT(chiSquare(counts, draws), 65.0);
 }
 
@@ -143,8 +146,10 @@ TEST(UniformChoice, OfTheSystemsNumbersDoesNotDependOnTheOneBefore) {
         items.push_back(text::format("10.0.0.1:%d", i));
     std::array<int, 25> counts{};
     for (int i = 0; i < draws; ++i) {
-        const auto first = static_cast<std::size_t>(chooseNew(items).back() - '0');
-        const auto second = static_cast<std::size_t>(chooseNew(items).back() - '0');
+        const auto first = static_cast<std::size_t>(
+            YGServerAddrListTag::changeIpByPercentNew(&items).back() - '0');
+        const auto second = static_cast<std::size_t>(
+            YGServerAddrListTag::changeIpByPercentNew(&items).back() - '0');
         ++counts[first * 5 + second];
     }
     EXPECT_LT(chiSquare(counts, draws), 100.0);
@@ -154,7 +159,7 @@ TEST(UniformChoice, OfTheSystemsNumbersDoesNotDependOnTheOneBefore) {
 TEST(UniformChoice, DrawsOtherNumbersOnEachThread) {
     const auto draw = [](std::vector<std::uint32_t>& numbers) {
         for (int i = 0; i < 40; ++i)
-            numbers.push_back(randomSource().uniform());
+            numbers.push_back(systemRandomSource().uniform());
     };
     std::vector<std::uint32_t> here;
     std::vector<std::uint32_t> there;
@@ -167,32 +172,32 @@ TEST(UniformChoice, DrawsOtherNumbersOnEachThread) {
 // ---- The choice by weight --------------------------------------------------------------------
 
 TEST(WeightedChoice, OfNothingIsEmpty) {
-    const ScriptedRandomSource random;
-    EXPECT_EQ(YGServerAddrListTag::changeIpByPercent(nullptr), "");
-    EXPECT_EQ(choose({}), "");
+    ScriptedRandomSource random;
+    EXPECT_EQ(chooseHostByPercent(nullptr, random), "");
+    EXPECT_EQ(choose({}, random), "");
 }
 
 TEST(WeightedChoice, TakesThePortOfTwoPartsForTheHost) {
     ScriptedRandomSource random;
     for (const int number : {0, 9, 10, 2147483647}) {
         random.legacyNumbers.push_back(number);
-        EXPECT_EQ(choose({"10.0.0.1:80"}), "80");
+        EXPECT_EQ(choose({"10.0.0.1:80"}, random), "80");
     }
 }
 
 TEST(WeightedChoice, WithoutWeightAnswersTheFirstItemAsItStands) {
-    const ScriptedRandomSource random;
-    EXPECT_EQ(choose({"0:10.0.0.1:80", "abc:10.0.0.2:81"}), "0:10.0.0.1:80");
-    EXPECT_EQ(choose({"host"}), "host");
-    EXPECT_EQ(choose({"", "host"}), "");
-    EXPECT_EQ(choose({"5:a:1", "-5:b:1"}), "5:a:1");
+    ScriptedRandomSource random;
+    EXPECT_EQ(choose({"0:10.0.0.1:80", "abc:10.0.0.2:81"}, random), "0:10.0.0.1:80");
+    EXPECT_EQ(choose({"host"}, random), "host");
+    EXPECT_EQ(choose({"", "host"}, random), "");
+    EXPECT_EQ(choose({"5:a:1", "-5:b:1"}, random), "5:a:1");
 }
 
 TEST(WeightedChoice, OfOneHostIsThatHost) {
     ScriptedRandomSource random;
     for (const int number : {0, 99, 100, 2147483647}) {
         random.legacyNumbers.push_back(number);
-        EXPECT_EQ(choose({"100:10.0.0.1:80"}), "10.0.0.1");
+        EXPECT_EQ(choose({"100:10.0.0.1:80"}, random), "10.0.0.1");
     }
 }
 
@@ -200,7 +205,7 @@ TEST(WeightedChoice, OfOneHostTwiceIsThatHost) {
     ScriptedRandomSource random;
     for (int number = 0; number < 200; ++number) {
         random.legacyNumbers.push_back(number);
-        EXPECT_EQ(choose({"50:h:1", "50:h:2"}), "h");
+        EXPECT_EQ(choose({"50:h:1", "50:h:2"}, random), "h");
     }
 }
 
@@ -209,7 +214,7 @@ TEST(WeightedChoice, KeepsTheLastTotalOfAHost) {
     ScriptedRandomSource random;
     for (int number = 0; number < 30; ++number) {
         random.legacyNumbers.push_back(number);
-        const std::string host = choose({"10:a:1", "10:b:1", "10:a:2"});
+        const std::string host = choose({"10:a:1", "10:b:1", "10:a:2"}, random);
         EXPECT_TRUE(number < 20 || host == "a") << number << host;
     }
 }
@@ -245,7 +250,7 @@ TEST(WeightedChoice, TakesTheFirstInHashOrderWhoseRunningTotalIsGreater) {
         ScriptedRandomSource random;
         for (int number = 0; number < 100; ++number) {
             random.legacyNumbers.push_back(number);
-            const std::string answer = choose(items);
+            const std::string answer = choose(items, random);
             EXPECT_EQ(answer, expectedHost(totals, static_cast<std::uint64_t>(number) % total))
                 << list << ' ' << number;
             answers.insert(answer);
@@ -262,7 +267,7 @@ TEST(WeightedChoice, DoesNotGoInTheOrderOfTheInput) {
         items.push_back(text::format("10:host%d:80", i));
     ScriptedRandomSource random;
     random.legacyNumbers = {0};
-    EXPECT_NE(choose(items), "host0");
+    EXPECT_NE(choose(items, random), "host0");
 }
 
 // Weights 50 and 50: the host that the map happens to give first has more than half of the numbers
@@ -272,7 +277,7 @@ TEST(WeightedChoice, ChancesAreNotThePercentages) {
     std::unordered_map<std::string, int> counts;
     for (int number = 0; number < 100; ++number) {
         random.legacyNumbers.push_back(number);
-        ++counts[choose({"50:a:1", "50:b:1"})];
+        ++counts[choose({"50:a:1", "50:b:1"}, random)];
     }
     const bool bComesFirst = expectedHost({{"a", 50}, {"b", 100}}, 0) == "b";
     EXPECT_EQ(counts["b"], bComesFirst ? 100 : 50);
@@ -284,8 +289,8 @@ TEST(WeightedChoice, ReadsWeightsAsLeadingNumbers) {
     ScriptedRandomSource random;
     for (int number = 0; number < 17; ++number) {
         random.legacyNumbers.push_back(number);
-        EXPECT_EQ(choose(items), expectedHost({{"a", 12}, {"b", 12}, {"c", 17}},
-                                              static_cast<std::uint64_t>(number)));
+        EXPECT_EQ(choose(items, random), expectedHost({{"a", 12}, {"b", 12}, {"c", 17}},
+                                                      static_cast<std::uint64_t>(number)));
     }
 }
 
@@ -296,7 +301,7 @@ TEST(WeightedChoice, WrapsTotalsAroundWithoutSign) {
     ScriptedRandomSource random;
     for (const int number : {0, 9, 10, 2147483647}) {
         random.legacyNumbers.push_back(number);
-        EXPECT_EQ(choose(items),
+        EXPECT_EQ(choose(items, random),
                   expectedHost({{"a", 10}, {"b", wrapped}}, static_cast<std::uint64_t>(number)));
     }
 }
@@ -304,8 +309,8 @@ TEST(WeightedChoice, WrapsTotalsAroundWithoutSign) {
 TEST(WeightedChoice, AddsUpTheLargestWeights) {
     // Twice 2 to the power of 63 less 1, clamped once, then 2 more: the sum wraps to 0.
     const Items items{"9223372036854775807:a:1", "99999999999999999999:b:1", "2:c:1"};
-    const ScriptedRandomSource random;
-    EXPECT_EQ(choose(items), "9223372036854775807:a:1");
+    ScriptedRandomSource random;
+    EXPECT_EQ(choose(items, random), "9223372036854775807:a:1");
 }
 
 /// A text of 16 bytes with the hash that all of these have in libstdc++: its last steps backwards.
@@ -335,7 +340,7 @@ TEST(WeightedChoice, TakesTimeInProportionForHostsOfOneHash) {
     }
     ScriptedRandomSource random;
     random.legacyNumbers = {0};
-    EXPECT_EQ(choose(items).size(), 16u);
+    EXPECT_EQ(choose(items, random).size(), 16u);
 }
 
 TEST(WeightedChoice, DrawsFromRand) {
@@ -347,7 +352,7 @@ TEST(WeightedChoice, DrawsFromRand) {
         std::srand(20);
         Items chosen;
         for (int i = 0; i < 50; ++i)
-            chosen.push_back(choose(items));
+            chosen.push_back(YGServerAddrListTag::changeIpByPercent(&items));
         return chosen;
     };
     const Items first = series();

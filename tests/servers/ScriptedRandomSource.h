@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A random source that gives the numbers of a test, in use until the end of the scope. A number
-// that the test has not foreseen fails it.
+// A random source that gives the numbers of a test. A number that the test has not foreseen fails
+// it.
 #pragma once
 
 #include <cstdint>
@@ -17,10 +17,7 @@ namespace yg::testing {
 class ScriptedRandomSource final : public RandomSource {
 public:
     explicit ScriptedRandomSource(std::initializer_list<std::uint32_t> numbers = {})
-        : uniformNumbers(numbers), previous_(setRandomSource(this)) {}
-    ~ScriptedRandomSource() override { setRandomSource(previous_); }
-    ScriptedRandomSource(const ScriptedRandomSource&) = delete;
-    ScriptedRandomSource& operator=(const ScriptedRandomSource&) = delete;
+        : uniformNumbers(numbers) {}
 
     std::uint32_t uniform() override { return next(uniformNumbers); }
     int legacy() override { return next(legacyNumbers); }
@@ -39,25 +36,18 @@ private:
         numbers.pop_front();
         return number;
     }
-
-    RandomSource* previous_;
 };
 
-/// The same number for ever, from any thread: each choice takes the address at that index.
+/// Always the same number, from any thread: each choice takes the address at that index.
 class ConstantRandomSource final : public RandomSource {
 public:
-    explicit ConstantRandomSource(std::uint32_t number)
-        : number_(number), previous_(setRandomSource(this)) {}
-    ~ConstantRandomSource() override { setRandomSource(previous_); }
-    ConstantRandomSource(const ConstantRandomSource&) = delete;
-    ConstantRandomSource& operator=(const ConstantRandomSource&) = delete;
+    explicit ConstantRandomSource(std::uint32_t number) : number_(number) {}
 
     std::uint32_t uniform() override { return number_; }
     int legacy() override { return static_cast<int>(number_); }
 
 private:
     std::uint32_t number_;
-    RandomSource* previous_;
 };
 
 }  // namespace yg::testing

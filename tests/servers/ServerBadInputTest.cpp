@@ -22,7 +22,6 @@
 #include "diagnostics/RecordingSink.h"
 #include "files/TemporaryFolder.h"
 #include "host/RecordingHost.h"
-#include "servers/ScriptedRandomSource.h"
 #include "servers/ServerText.h"
 
 namespace yg {
@@ -163,6 +162,8 @@ TEST_F(ServerBadInput, AGroupEndsAtItsLimit) {
     const auto group = YGServerAddrListTag::initWithServerType(1, parsed.document.root(), &sink);
     EXPECT_THAT(sink.rules(),
                 ElementsAre("server-without-name", "too-many-servers", "too-many-servers"));
+    EXPECT_EQ(sink.found[1].value, ";c");
+    EXPECT_EQ(sink.found[2].value, ";e");
     // What each entry names first is always there.
     ASSERT_EQ(group->serverAddrList()->size(), most + 4);
     const auto fromTheEnd = [&](std::size_t back) {

@@ -9,9 +9,12 @@
 #include <string_view>
 #include <vector>
 
+#include "YGConfigManager/servers/ServerGroup.h"
 #include "YGConfigManager/servers/YGServerAddrListTag.h"
 #include "YGConfigManager/text/Format.h"
 #include "YGConfigManager/xml/Document.h"
+
+#include "servers/ScriptedRandomSource.h"
 
 namespace yg::testing {
 
@@ -41,10 +44,19 @@ inline std::shared_ptr<YGServerAddrListTag> groupOf(std::string_view xml, std::u
     return YGServerAddrListTag::initWithServerType(type, parsed.document.root(), sink);
 }
 
-/// The servers of group 1 of a document with these entries.
+/// The servers of group 1 of a document with these entries, chosen by these numbers.
+inline std::vector<std::string> serversOfEntries(std::string_view entries, RandomSource& random) {
+    const auto parsed = xml::Document::parseText("<application><server type='1'>" +
+                                                 std::string(entries) + "</server></application>");
+    YGServerAddrListTag group;
+    readServerGroup(serverGroups(parsed.document.root(), 1), group, Reporter(nullptr), random);
+    return serversOf(group);
+}
+
+/// The same where nothing is to be chosen.
 inline std::vector<std::string> serversOfEntries(std::string_view entries) {
-    return serversOf(*groupOf(
-        "<application><server type='1'>" + std::string(entries) + "</server></application>", 1));
+    ScriptedRandomSource random;
+    return serversOfEntries(entries, random);
 }
 
 }  // namespace yg::testing

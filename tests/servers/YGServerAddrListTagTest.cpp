@@ -106,32 +106,31 @@ TEST(ServerGroup, ReadsDescriptionAndDomain) {
 }
 
 TEST(ServerGroup, GivesAServerForEachNameOfAnEntry) {
-    const ScriptedRandomSource random;
     EXPECT_THAT(serversOfEntries("<e key='1' name='a;b' addrs='10.0.0.1:80'/>"),
                 ElementsAre("1 a 10.0.0.1:80", "1 b 10.0.0.1:80"));
 }
 
 TEST(ServerGroup, ChoosesOneOfTwoWeightedAddressesWithEqualChance) {
     constexpr const char* entry = "<e key='1' name='a' addrs='30:10.0.0.1:80;70:10.0.0.2:81'/>";
-    const ScriptedRandomSource random({0, 1, 2, 3, 4294967295u});
-    EXPECT_THAT(serversOfEntries(entry), ElementsAre("1 a 10.0.0.1:80"));
-    EXPECT_THAT(serversOfEntries(entry), ElementsAre("1 a 10.0.0.2:81"));
-    EXPECT_THAT(serversOfEntries(entry), ElementsAre("1 a 10.0.0.1:80"));
-    EXPECT_THAT(serversOfEntries(entry), ElementsAre("1 a 10.0.0.2:81"));
-    EXPECT_THAT(serversOfEntries(entry), ElementsAre("1 a 10.0.0.2:81"));
+    ScriptedRandomSource random({0, 1, 2, 3, 4294967295u});
+    EXPECT_THAT(serversOfEntries(entry, random), ElementsAre("1 a 10.0.0.1:80"));
+    EXPECT_THAT(serversOfEntries(entry, random), ElementsAre("1 a 10.0.0.2:81"));
+    EXPECT_THAT(serversOfEntries(entry, random), ElementsAre("1 a 10.0.0.1:80"));
+    EXPECT_THAT(serversOfEntries(entry, random), ElementsAre("1 a 10.0.0.2:81"));
+    EXPECT_THAT(serversOfEntries(entry, random), ElementsAre("1 a 10.0.0.2:81"));
 }
 
-TEST(ServerGroup, DrawsForEachNameAnew) {
-    const ScriptedRandomSource random({2, 0, 4, 5});
+TEST(ServerGroup, DrawsForEachName) {
+    ScriptedRandomSource random({2, 0, 4, 5});
     EXPECT_THAT(serversOfEntries("<e key='1' name='a;b' addrs='h:0;h:1;h:2'/>"
                                  "<e key='2' name='c' addrs='h:9'/>"
-                                 "<e key='3' name='d;e' addrs='h:0;h:1;h:2'/>"),
+                                 "<e key='3' name='d;e' addrs='h:0;h:1;h:2'/>",
+                                 random),
                 ElementsAre("1 a h:2", "1 b h:0", "2 c h:9", "3 d h:1", "3 e h:2"));
     EXPECT_TRUE(random.uniformNumbers.empty());
 }
 
 TEST(ServerGroup, HasNoServerOfAnEntryWithoutUsableAddress) {
-    const ScriptedRandomSource random;
     EXPECT_THAT(serversOfEntries("<e key='1' name='a;b' addrs=''/><e key='1' name='a' addrs=';'/>"
                                  "<e key='1' name='a' addrs='host;;other'/>"),
                 IsEmpty());

@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unistd.h>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -236,9 +237,10 @@ TEST_F(ServerCfgLoader, BuildsTheGroupsInAFixedOrder) {
     for (const char* type : {"1", "2", "3", "4", "5", "7", "8"})
         xml += "<server type='" + std::string(type) +
                "'><e key='0' name='a' addrs='h:0;h:1;h:2;h:3;h:4;h:5;h:6'/></server>";
-    put(folder / "skeleton_v1.xml", xml + "</application>");
-    const ScriptedRandomSource random({0, 1, 2, 3, 4, 5, 6});
-    const auto loader = YGServerCfgLoader::initWithIsGray(false);
+    xml += "</application>";
+    put(folder / "skeleton_v1.xml", xml);
+    ScriptedRandomSource random({0, 1, 2, 3, 4, 5, 6});
+    const auto loader = YGServerCfgLoader::initWithIsGray(false, nullptr, &random);
     EXPECT_THAT(serversOf(*loader->appServerAddrListTag()), ElementsAre("0 a h:0"));
     EXPECT_THAT(serversOf(*loader->hisServerAddrListTag()), ElementsAre("0 a h:1"));
     EXPECT_THAT(serversOf(*loader->mineServerAddrListTag()), ElementsAre("0 a h:2"));
@@ -246,6 +248,54 @@ TEST_F(ServerCfgLoader, BuildsTheGroupsInAFixedOrder) {
     EXPECT_THAT(serversOf(*loader->glooxMsgServerAddrListTag()), ElementsAre("0 a h:4"));
     EXPECT_THAT(serversOf(*loader->superL2ServerAddrListTag()), ElementsAre("0 a h:5"));
     EXPECT_THAT(serversOf(*loader->domeFutureServerAddrListTag()), ElementsAre("0 a h:6"));
+    // Later loads and deliveries choose again, by the same source.
+    const auto expectNext = [&](auto load) {
+        random.uniformNumbers = {6, 5, 4, 3, 2, 1, 0};
+        load();
+        EXPECT_TRUE(random.uniformNumbers.empty());
+        EXPECT_THAT(serversOf(*loader->appServerAddrListTag()), ElementsAre("0 a h:6"));
+        EXPECT_THAT(serversOf(*loader->domeFutureServerAddrListTag()), ElementsAre("0 a h:0"));
+    };
+    expectNext([&] { loader->reloadConfig(); });
+    expectNext([&] { loader->reloadServerConfigWithData(xml, "digest"); });
+    expectNext([&] { loader->loadServerCfg(xml::Document::parseText(xml).document); });
+}
+
+std::vector<std::string> linesOf(const std::vector<ServerOffer>& offers) {
+    std::vector<std::string> lines;
+    for (const ServerOffer& offer : offers) {
+        lines.push_back(offer.key.value_or("-") + ' ' + offer.names.value_or("-"));
+        for (const AddressOffer& each : offer.addresses)
+            lines.push_back(each.address + ' ' + each.weight.value_or("-") +
+                            (each.canBeChosen ? "" : " never"));
+    }
+    return lines;
+}
+
+TEST_F(ServerCfgLoader, ListsWhatTheEntriesOffer) {
+    put(folder / "skeleton_v1.xml", R"(<application>
+        <server type="6"><e key="1" name="a" addrs="h:1"/></server>
+        <server type="2"/>
+        <server type="01"><e key="7x" name="a;b" addrs="90:h:1;;h;k:80a:;4:m:5:6"/>
+            text<e name="c" addrs="h:1"/><e key="1" addrs="h:1"/><e key="" name=""/></server>
+        <server type="1"><e key="1" name="second" addrs="h:1"/></server>
+    </application>)");
+    auto offers = YGServerCfgLoader::initWithIsGray(false)->offers();
+    EXPECT_EQ(offers.size(), 2u);
+    EXPECT_THAT(linesOf(offers[2]), IsEmpty());
+    EXPECT_THAT(linesOf(offers[1]),
+                ElementsAre("7x a;b", "h:1 90", " - never", "h - never", "80a: k", "m:5 4", "- c",
+                            "h:1 - never", "1 -", "h:1 - never", " "));
+}
+
+TEST_F(ServerCfgLoader, ListsNoOffersWithoutAFile) {
+    put(folder / "skeleton_v1.xml", "<application/>");
+    const auto loader = YGServerCfgLoader::initWithIsGray(false);
+    EXPECT_THAT(loader->offers(), IsEmpty());
+    put(folder / "skeleton_v1.xml", "<application><server type='1'/>");
+    EXPECT_THAT(loader->offers(), IsEmpty());
+    ASSERT_EQ(::unlink((folder / "skeleton_v1.xml").c_str()), 0);
+    EXPECT_THAT(loader->offers(), IsEmpty());
 }
 
 TEST_F(ServerCfgLoader, TakesADocumentFromTheHost) {

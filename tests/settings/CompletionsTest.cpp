@@ -57,11 +57,11 @@ constexpr Order allOrders[] = {Order::calls,  Order::callsLater,          Order:
                                Order::throws, Order::throwsAndCallsLater, Order::callsTwice};
 
 /// A transport of one of these, which answers all requests with one body.
-class Transporting {
+class Transporting : public RequestUrlsOver {
 public:
     Transporting(Order order, Throws what, std::optional<std::string> body) {
-        setTransport([this, order, what, body = std::move(body)](const std::string&,
-                                                                 net::GetCompletion completion) {
+        transport = [this, order, what, body = std::move(body)](
+                        const std::string&, const net::GetCompletion& completion) {
             const auto call = [completion, body] {
                 if (completion)
                     completion(body, std::nullopt, std::nullopt);
@@ -74,11 +74,10 @@ public:
                 call();
             if (order != Order::calls && order != Order::callsLater && order != Order::callsTwice)
                 maybeThrow(what);
-        });
+        };
     }
     Transporting(const Transporting&) = delete;
     Transporting& operator=(const Transporting&) = delete;
-    ~Transporting() { setTransport(nullptr); }
 
     void callLater() {
         for (const auto& call : std::exchange(later_, {}))
@@ -123,7 +122,7 @@ TEST_F(Completions, ADownloadEndsOnceWhateverThrows) {
                     host->server = server;
                     files::put(folder / listFile, "{}");
                     Transporting transporting(order, transport, body);
-                    const auto manager = YGHttpReqUrlMgr::make(&sink);
+                    const auto manager = transporting.make(&sink);
                     manager->readUrlModelFromFile();
                     ASSERT_NE(manager->urlModel(), nullptr);
                     int calls = 0;
@@ -147,11 +146,11 @@ TEST_F(Completions, ADownloadEndsOnceWhateverThrows) {
 }
 
 TEST_F(Completions, ARequestFinishesOnceWhateverThrows) {
-    const auto manager = YGHttpReqUrlMgr::make();
     for (const Order order : allOrders) {
         for (const Throws transport : allThrows) {
             for (const Throws finish : allThrows) {
                 Transporting transporting(order, transport, "body");
+                const auto manager = transporting.make();
                 std::vector<std::optional<std::string>> bodies;
                 std::optional<std::string> cause;
                 manager->requestUrl("http://h",

@@ -30,9 +30,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using yg::testing::KeptRequests;
 using yg::testing::largeInput;
 using yg::testing::ScopedFileLayer;
-using yg::testing::ScopedTransport;
 
 constexpr std::string_view settingsName = "app.xml";
 constexpr std::string_view pagesName = "pages.xml";
@@ -50,7 +50,7 @@ constexpr std::string_view newUrls =
 class SettingsBadInput : public yg::testing::StorageTest {
 protected:
     SettingsBadInput() { host->server = "127.0.0.1:1"; }
-    ScopedTransport transport;
+    KeptRequests transport;
 };
 
 /// Every beginning of a file, and files of other kinds.
@@ -107,7 +107,7 @@ TEST_F(SettingsBadInput, ADamagedUrlListIsNoneAndCanBeDownloaded) {
     forms.emplace_back("<config/>");
     for (const std::string& form : forms) {
         put(urlsName, form);
-        const auto manager = YGHttpReqUrlMgr::init();
+        const auto manager = transport.init();
         EXPECT_EQ(manager->urlModel(), nullptr) << form;
         EXPECT_EQ(manager->httpReqUrlStringWithUrlKey("k"), std::nullopt);
         EXPECT_EQ(contentOf(urlsName), form);
@@ -124,7 +124,7 @@ TEST_F(SettingsBadInput, AFolderInPlaceOfAFileIsAMissingFile) {
     const auto table = YGWebPageUrlConfig::initWithFileName(pagesName);
     EXPECT_FALSE(table->replaceDataFromServer(newPages));
     EXPECT_EQ(table->getWebPageUrlByKey("news"), "new");
-    const auto manager = YGHttpReqUrlMgr::init();
+    const auto manager = transport.init();
     transport.answer(std::string(newUrls));
     EXPECT_EQ(manager->httpReqUrlStringWithUrlKey("k"), "new");
     EXPECT_THAT(folder.names(), ElementsAre(settingsName, pagesName, urlsName));
@@ -366,7 +366,7 @@ TEST_F(SettingsBadInput, AHugeUrlListIsReadOrRefusedAsAWhole) {
         json += "{\"urlKey\":\"k" + std::to_string(keys++) + "\",\"urlValue\":\"http://x/\"},\n";
     const std::string pad(largeInput - json.size(), ' ');
     put(urlsName, json + pad + R"({"urlKey":"last","urlValue":"v"}]})");
-    const auto manager = YGHttpReqUrlMgr::init();
+    const auto manager = transport.init();
     EXPECT_EQ(manager->httpReqUrlStringWithUrlKey("last"), "v");
     // More values than any list has.
     json = R"({"md5Value":"big","urlConfigList":[0)";
@@ -379,7 +379,7 @@ TEST_F(SettingsBadInput, AHugeUrlListIsReadOrRefusedAsAWhole) {
 TEST_F(SettingsBadInput, DeepNestingIsRefused) {
     std::string json = R"({"md5Value":"deep","urlConfigList":)" + std::string(100'000, '[');
     put(urlsName, json);
-    EXPECT_EQ(YGHttpReqUrlMgr::init()->urlModel(), nullptr);
+    EXPECT_EQ(transport.init()->urlModel(), nullptr);
     std::string xml;
     for (int i = 0; i < 100'000; ++i)
         xml += "<config>";
@@ -441,7 +441,7 @@ TEST_P(SettingsOnABadDisk, AReplacedTableCountsInMemoryAndIsFalse) {
 }
 
 TEST_P(SettingsOnABadDisk, ADownloadedListCountsInMemory) {
-    const auto manager = YGHttpReqUrlMgr::init();
+    const auto manager = transport.init();
     transport.answer(std::string(newUrls));
     EXPECT_EQ(manager->httpReqUrlStringWithUrlKey("k"), "new");
     EXPECT_EQ(contentOf(urlsName), urls);

@@ -20,9 +20,9 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using yg::testing::KeptRequests;
 using yg::testing::RecordingSink;
 using yg::testing::ScopedFileLayer;
-using yg::testing::ScopedTransport;
 
 constexpr std::string_view urlsName = "request_urls_json.txt";
 
@@ -40,7 +40,7 @@ protected:
     }
     std::shared_ptr<YGHttpReqUrlMgr> openUrls(std::string_view json) {
         put(urlsName, json);
-        return YGHttpReqUrlMgr::init(&sink);
+        return transport.init(&sink);
     }
 
     /// The findings since the last call. Everything in the files was accounted for; the text of an
@@ -67,7 +67,7 @@ protected:
     }
 
     RecordingSink sink;
-    ScopedTransport transport;
+    KeptRequests transport;
 };
 
 // ---- Settings --------------------------------------------------------------------------------
@@ -93,14 +93,14 @@ TEST_F(SettingsDiagnostics, NameFilesThatCannotBeRead) {
     const std::string missing = "No such file or directory";
     YGAppConfigManager::initWithFileName("none.xml", &sink);
     YGWebPageUrlConfig::initWithFileName("none.xml", &sink);
-    YGHttpReqUrlMgr::init(&sink);
+    transport.init(&sink);
     EXPECT_THAT(sink.files,
                 ElementsAre(folder / "none.xml", folder / "none.xml", folder / urlsName));
     const std::string line = "unreadable-file =" + (folder / "none.xml") + ": " + missing;
     EXPECT_THAT(findings(), ElementsAre(line, line, "unreadable-url-list =" + (folder / urlsName)));
     EXPECT_THAT(findingsInUrls("[]"), ElementsAre("unreadable-url-list =not a JSON object"));
     EXPECT_THAT(findingsInUrls("{"),
-                ElementsAre(::testing::StartsWith("unreadable-url-list =line 1, column ")));
+                ElementsAre(::testing::StartsWith("1: unreadable-url-list =line 1, column ")));
 }
 
 TEST_F(SettingsDiagnostics, ASettingsRootOfAnotherNameInWhichWritesAreLost) {
@@ -118,6 +118,21 @@ TEST_F(SettingsDiagnostics, DuplicateItems) {
     EXPECT_THAT(
         findingsInSettings("<config><a><x/>\n<x/></a>\n<b><x/></b>\n<a><x/><y/></a></config>"),
         ElementsAre("2: duplicate-item =x", "4: duplicate-item =x"));
+}
+
+TEST_F(SettingsDiagnostics, DuplicatesNameTheDefinitionThatCounts) {
+    openSettings("<config><a><x/>\n<x/></a>\n<a>\n<x/></a></config>");
+    openPages("<urls><url key='a'/>\n<url key='a'/>\n<url key='a'/></urls>");
+    openUrls(
+        "{\"md5Value\":\"m\",\"urlConfigList\":[{\"urlKey\":\"k\",\"urlValue\":\"\"},\n"
+        "{\"urlKey\":\"k\",\"urlValue\":\"\"},\n{\"urlKey\":\"k\",\"urlValue\":\"\"}]}");
+    EXPECT_EQ(sink.findings.size(), 6);
+    for (const Finding& finding : sink.findings) {
+        ASSERT_EQ(finding.related.size(), 1);
+        EXPECT_EQ(finding.related.front().place.begin.line, 1);
+        EXPECT_EQ(finding.related.front().place.file, finding.place.file);
+        EXPECT_GT(finding.place.begin.line, 1);
+    }
 }
 
 TEST_F(SettingsDiagnostics, StrangersAmongSettings) {
@@ -226,12 +241,6 @@ TEST_F(SettingsDiagnostics, NothingIsReportedUnderALock) {
     EXPECT_EQ(asking.reports, 4);
 }
 
-TEST_F(SettingsDiagnostics, WhatWasReportedStaysAsItWasRead) {
-    const auto store = openSettings("<config><a><x>1</x><x>2</x></a></config>");
-    store->setConfigItem("a", "x[2]", "", "3");
-    EXPECT_EQ(sink.entries.front().node.stringValue(), "2");
-}
-
 // ---- Web pages -------------------------------------------------------------------------------
 
 TEST_F(SettingsDiagnostics, ATableRootOfAnotherName) {
@@ -260,7 +269,7 @@ TEST_F(SettingsDiagnostics, BlanksAroundAnAddress) {
                 ElementsAre("1: blanks-around-address = h", "1: blanks-around-address =h\n"));
     EXPECT_THAT(findingsInUrls(R"({"md5Value":"m","urlConfigList":[)"
                                R"({"urlKey":" a","urlValue":"h\t"}]})"),
-                ElementsAre("blanks-around-address urlConfigList[0].urlValue=h\t"));
+                ElementsAre("1: blanks-around-address urlConfigList[0].urlValue=h\t"));
 }
 
 TEST_F(SettingsDiagnostics, KeysThatAreNotInATable) {
@@ -291,7 +300,8 @@ TEST_F(SettingsDiagnostics, OfADownloadNameItAndThoseOfTheFileTheFile) {
     manager->updateHttpReqUrls();
     transport.answer("{\"x\":1}");
     EXPECT_THAT(sink.files, ElementsAre(url));
-    EXPECT_THAT(findings(), ElementsAre("unknown-member x=1", "list-without-digest md5Value="));
+    EXPECT_THAT(findings(),
+                ElementsAre("1: list-without-digest md5Value=", "1: unknown-member x=1"));
     manager->readUrlModelFromFile();
     EXPECT_THAT(sink.files, ElementsAre(folder / urlsName));
     findings();
@@ -305,36 +315,60 @@ TEST_F(SettingsDiagnostics, OfADownloadNameItAndThoseOfTheFileTheFile) {
 // ---- Request URLs ----------------------------------------------------------------------------
 
 TEST_F(SettingsDiagnostics, MembersOfTheWrongTypeAndOfOtherNames) {
-    EXPECT_THAT(findingsInUrls(R"({"md5Value":7,"md5":"x","urlConfigList":[null,)"
-                               R"({"urlKey":1,"urlValue":true,"url":[1]},"text"]})"),
-                ElementsAre("unknown-member md5=\"x\"", "number-for-text md5Value=7",
-                            "member-of-wrong-type urlConfigList[0]=null",
-                            "unknown-member urlConfigList[1].url=[1]",
-                            "number-for-text urlConfigList[1].urlKey=1",
-                            "member-of-wrong-type urlConfigList[1].urlValue=true",
-                            "url-without-value urlConfigList[1]=1",
-                            "member-of-wrong-type urlConfigList[2]=\"text\""));
+    EXPECT_THAT(
+        findingsInUrls(R"({"md5Value":7,"md5":"x","urlConfigList":[null,)"
+                       R"({"urlKey":1,"urlValue":true,"url":[1]},"text"]})"),
+        ElementsAre(
+            "1: number-for-text md5Value=7", "1: member-of-wrong-type urlConfigList[0]=null",
+            "1: number-for-text urlConfigList[1].urlKey=1",
+            "1: member-of-wrong-type urlConfigList[1].urlValue=true",
+            "1: url-without-value urlConfigList[1]=1", "1: unknown-member urlConfigList[1].url=[1]",
+            "1: member-of-wrong-type urlConfigList[2]=\"text\"", "1: unknown-member md5=\"x\""));
     EXPECT_THAT(findingsInUrls(R"({"md5Value":"m","urlConfigList":{}})"),
-                ElementsAre("member-of-wrong-type urlConfigList={}"));
+                ElementsAre("1: member-of-wrong-type urlConfigList={}"));
+}
+
+TEST_F(SettingsDiagnostics, MembersThatLoseToALaterOneOfTheirName) {
+    const auto manager = openUrls(
+        "{\"md5Value\":1,\"md5Value\":\"m\",\n\"urlConfigList\":[],\"urlConfigList\":[\n"
+        "{\"urlKey\":\"a\",\"urlValue\":\"h\",\n\"urlKey\":\"b\"}],\"x\":1,\n\"x\":2}");
+    EXPECT_EQ(manager->httpReqUrlStringWithUrlKey("b"), "h");
+    EXPECT_THAT(findings(),
+                ElementsAre("3: replaced-member urlConfigList[0].urlKey=\"a\"",
+                            "1: replaced-member md5Value=1", "2: replaced-member urlConfigList=[]",
+                            "4: unknown-member x=1", "5: unknown-member x=2"));
+}
+
+TEST_F(SettingsDiagnostics, OfAMemberShowItsValueAndReachOverItsName) {
+    const std::string list = "{\"md5Value\":\"m\",\n \"表\": [1,\n2] , \"other\": {}}";
+    openUrls(list);
+    ASSERT_EQ(sink.findings.size(), 2);
+    const Finding& first = sink.findings.front();
+    EXPECT_EQ(first.place, (Place{folder / urlsName, {2, 7}, {3, 3}}));
+    EXPECT_EQ(first.extent, (Place{folder / urlsName, {2, 2}, {3, 3}}));
+    const Finding& second = sink.findings.back();
+    EXPECT_EQ(second.place, (Place{folder / urlsName, {3, 15}, {3, 17}}));
+    EXPECT_EQ(second.extent, (Place{folder / urlsName, {3, 6}, {3, 17}}));
 }
 
 TEST_F(SettingsDiagnostics, EntriesWithoutKeyOrValueAndDuplicateKeys) {
     EXPECT_THAT(
         findingsInUrls(R"({"md5Value":"m","urlConfigList":[{"urlValue":"h"},)"
                        R"({"urlKey":"a"},{"urlKey":"a","urlValue":"h"},{}]})"),
-        ElementsAre("url-without-key urlConfigList[0]=", "url-without-value urlConfigList[1]=a",
-                    "duplicate-url-key urlConfigList[2]=a",
-                    "url-without-key urlConfigList[3]=", "url-without-value urlConfigList[3]="));
+        ElementsAre(
+            "1: url-without-key urlConfigList[0]=", "1: url-without-value urlConfigList[1]=a",
+            "1: duplicate-url-key urlConfigList[2]=a",
+            "1: url-without-key urlConfigList[3]=", "1: url-without-value urlConfigList[3]="));
 }
 
 TEST_F(SettingsDiagnostics, ListsWithoutADigest) {
-    EXPECT_THAT(findingsInUrls("{}"), ElementsAre("list-without-digest md5Value="));
+    EXPECT_THAT(findingsInUrls("{}"), ElementsAre("1: list-without-digest md5Value="));
     EXPECT_THAT(findingsInUrls("{\"md5Value\":\"\"}"),
-                ElementsAre("list-without-digest md5Value="));
+                ElementsAre("1: list-without-digest md5Value="));
     const auto manager = openUrls("{\"md5Value\":\"m\"}");
     transport.answer("{\"md5Value\":null}");
-    EXPECT_THAT(findings(),
-                ElementsAre("member-of-wrong-type md5Value=null", "list-without-digest md5Value="));
+    EXPECT_THAT(findings(), ElementsAre("1: member-of-wrong-type md5Value=null",
+                                        "1: list-without-digest md5Value="));
 }
 
 TEST_F(SettingsDiagnostics, AnEqualDigestWithOtherEntries) {
@@ -348,7 +382,7 @@ TEST_F(SettingsDiagnostics, AnEqualDigestWithOtherEntries) {
           R"({"md5Value":"m","urlConfigList":[{"urlKey":"k","urlValue":"i"}]})"}) {
         manager->updateHttpReqUrls();
         transport.answer(other);
-        EXPECT_THAT(findings(), ElementsAre("same-digest-other-entries md5Value=m"));
+        EXPECT_THAT(findings(), ElementsAre("same-digest-other-entries =m"));
     }
 }
 

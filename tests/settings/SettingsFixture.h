@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What the tests of this folder share: a storage of their own, and transports, file layers and
-// sinks put in place for a scope.
+// What the tests of this folder share: a storage of their own, a transport, file layers and
+// sinks.
 #pragma once
 
 #include <cstddef>
@@ -17,6 +17,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "YGConfigManager/net/HttpGet.h"
 #include "YGConfigManager/settings/Storage.h"
 #include "YGConfigManager/settings/Transport.h"
 
@@ -45,19 +46,17 @@ protected:
 };
 
 /// A transport that keeps requests until the test answers them, on another thread as the network
-/// would. In place until the end of the scope.
-class ScopedTransport {
+/// would. Outlives the managers that use it.
+class KeptRequests : public RequestUrlsOver {
 public:
-    ScopedTransport() {
-        setTransport([this](std::string url, net::GetCompletion completion) {
-            const std::lock_guard lock(mutex_);
-            urls_.push_back(std::move(url));
-            completions_.push_back(std::move(completion));
-        });
-    }
-    ScopedTransport(const ScopedTransport&) = delete;
-    ScopedTransport& operator=(const ScopedTransport&) = delete;
-    ~ScopedTransport() { setTransport(nullptr); }
+    KeptRequests()
+        : RequestUrlsOver{[this](std::string url, net::GetCompletion completion) {
+              const std::lock_guard lock(mutex_);
+              urls_.push_back(std::move(url));
+              completions_.push_back(std::move(completion));
+          }} {}
+    KeptRequests(const KeptRequests&) = delete;
+    KeptRequests& operator=(const KeptRequests&) = delete;
 
     /// The addresses asked for so far.
     std::vector<std::string> urls() const {

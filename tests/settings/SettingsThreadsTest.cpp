@@ -98,14 +98,14 @@ TEST_F(SettingsThreads, LookUpWhileDownloadsReplaceTheList) {
     host->server = "127.0.0.1:1";
     put("request_urls_json.txt", R"({"md5Value":"0","urlConfigList":[]})");
     std::atomic<int> downloads = 0;
-    setTransport([&](const std::string&, const net::GetCompletion& completion) {
+    const RequestUrlsOver transport{[&](const std::string&, const net::GetCompletion& completion) {
         const std::string number = std::to_string(++downloads);
         completion(R"({"md5Value":")" + number +
                        R"(","urlConfigList":[{"urlKey":"k","urlValue":")" + number +
                        R"("},{"urlKey":"l","urlValue":")" + number + R"("}]})",
                    std::nullopt, std::nullopt);
-    });
-    const auto manager = YGHttpReqUrlMgr::init();
+    }};
+    const auto manager = transport.init();
     runTogether(50, [&](int thread, int) {
         if (thread < 2) {
             manager->updateHttpReqUrls();
@@ -120,7 +120,6 @@ TEST_F(SettingsThreads, LookUpWhileDownloadsReplaceTheList) {
             }
         }
     });
-    setTransport(nullptr);
     EXPECT_EQ(downloads, 101);
 }
 

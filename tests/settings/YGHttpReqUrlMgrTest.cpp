@@ -26,8 +26,8 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using yg::testing::KeptRequests;
 using yg::testing::ScopedFileLayer;
-using yg::testing::ScopedTransport;
 
 constexpr std::string_view name = "request_urls_json.txt";
 constexpr std::string_view stored =
@@ -42,7 +42,7 @@ protected:
 
     std::shared_ptr<YGHttpReqUrlMgr> open(std::string_view json) {
         put(name, json);
-        return YGHttpReqUrlMgr::init();
+        return transport.init();
     }
 
     /// A line that reading the file logs.
@@ -63,7 +63,7 @@ protected:
         EXPECT_THAT(host->log(), IsEmpty());
     }
 
-    ScopedTransport transport;
+    KeptRequests transport;
 };
 
 // ---- Reading ---------------------------------------------------------------------------------
@@ -100,7 +100,7 @@ TEST_F(RequestUrls, AnEntryWithoutAKeyIsNeverMeant) {
 }
 
 TEST_F(RequestUrls, AMissingFileIsLoggedAndLeavesNoList) {
-    const auto manager = YGHttpReqUrlMgr::init();
+    const auto manager = transport.init();
     EXPECT_EQ(manager->urlModel(), nullptr);
     EXPECT_EQ(manager->httpReqUrlStringWithUrlKey("k"), std::nullopt);
     EXPECT_THAT(host->businessLog(), ElementsAre(readLine(71, "filePath: " + path()),
@@ -111,7 +111,7 @@ TEST_F(RequestUrls, WithoutAPathThereIsNoFile) {
     for (const auto& none : {std::optional<std::string>(), std::optional<std::string>("")}) {
         host->paths.insert_or_assign(std::string(name), none);
         host->clear();
-        YGHttpReqUrlMgr::make()->readUrlModelFromFile();
+        transport.make()->readUrlModelFromFile();
         const std::string shown = none ? "" : "(null)";
         EXPECT_THAT(host->businessLog(), ElementsAre(readLine(71, "filePath: " + shown),
                                                      readLine(75, "[" + shown + "]文件不存在")));
@@ -192,11 +192,11 @@ TEST_F(RequestUrls, ADownloadWithAnotherDigestTakesTheirPlace) {
     EXPECT_THAT(host->questions(),
                 ElementsAre("getStorageFilePath(1, (null), request_urls_json.txt, 1)"));
     EXPECT_EQ(before->urlConfigs()->front()->urlValue(), "old");
-    EXPECT_EQ(YGHttpReqUrlMgr::init()->httpReqUrlStringWithUrlKey("k"), "new");
+    EXPECT_EQ(transport.init()->httpReqUrlStringWithUrlKey("k"), "new");
 }
 
 TEST_F(RequestUrls, ADownloadCountsWhenThereWasNoList) {
-    const auto manager = YGHttpReqUrlMgr::init();
+    const auto manager = transport.init();
     host->clear();
     transport.answer(std::string(downloaded));
     EXPECT_EQ(manager->httpReqUrlStringWithUrlKey("k"), "new");
@@ -281,7 +281,7 @@ TEST_F(RequestUrls, AHostThatThrowsHasNoServer) {
         std::optional<std::string> configServer() override { throw std::runtime_error("no"); }
     };
     const yg::testing::ScopedHost<ThrowingHost> throwing;
-    YGHttpReqUrlMgr::init();
+    transport.init();
     EXPECT_THAT(transport.urls(), IsEmpty());
 }
 
@@ -297,9 +297,9 @@ std::string listOf(const std::string& digest) {
 class RequestUrlsAtOnce : public RequestUrls {
 protected:
     RequestUrlsAtOnce() {
-        setTransport([this](const std::string&, net::GetCompletion completion) {
+        transport.transport = [this](const std::string&, net::GetCompletion completion) {
             completions.push_back(std::move(completion));
-        });
+        };
     }
 
     /// Ends a download, numbered from 0.
@@ -403,7 +403,7 @@ TEST_F(RequestUrlsProof, ListAndFileAgreeWhateverEndsAtTheSameTime) {
 // ---- Requests --------------------------------------------------------------------------------
 
 TEST_F(RequestUrls, RequestsReachTheTransportUnchanged) {
-    const auto manager = YGHttpReqUrlMgr::make();
+    const auto manager = transport.make();
     std::vector<std::optional<std::string>> bodies;
     const auto keep = [&](const std::optional<std::string>& body, const auto&...) {
         bodies.push_back(body);
@@ -420,7 +420,7 @@ TEST_F(RequestUrls, RequestsReachTheTransportUnchanged) {
 }
 
 TEST_F(RequestUrls, ACompletionMayStartAnotherRequest) {
-    const auto manager = YGHttpReqUrlMgr::make();
+    const auto manager = transport.make();
     int ended = 0;
     manager->requestUrl("first", [&](const std::optional<std::string>&, const auto&...) {
         manager->requestUrl("second",

@@ -47,5 +47,16 @@ TEST(LineIndex, AnswersTheEndForWhatLiesBehindIt) {
     EXPECT_EQ(pointIn("", 7), (TextPoint{1, 1}));
 }
 
+TEST(LineIndex, CountsInLinesOfAnyLength) {
+    std::string text;
+    for (std::size_t count = 0; count < 2'100; ++count) {
+        EXPECT_EQ(pointAt(text, text.size()),
+                  (TextPoint{1, static_cast<std::uint32_t>(count + 1)}));
+        EXPECT_EQ(pointAt("x\n" + text, text.size() + 2),
+                  (TextPoint{2, static_cast<std::uint32_t>(count + 1)}));
+        text += count % 3 == 0 ? "行" : "x";
+    }
+}
+
 }  // namespace
 }  // namespace yg::text

@@ -81,6 +81,29 @@ TEST(ReplaceIgnoringCase, ReplacesEveryForm) {
     EXPECT_EQ(replaceAllIgnoringCase("abc", "", "x"), "abc");
 }
 
+TEST(ReplaceIgnoringCase, FoldsOneCharacterToOneWithoutALocale) {
+    struct Row {
+        std::string_view target;
+        std::string_view forms;
+        std::string_view others;
+    };
+    for (const Row& row : {
+             Row{"a", "aA", "@[àａ"},
+             Row{"Σ", "Σσς", "ζ"},
+             Row{"ẞ", "ẞß", "ssS"},
+             Row{"i", "iI", "İı"},
+             Row{"Я", "Яя", "RЮ"},
+             Row{"ａ", "Ａａ", "aA"},
+             Row{"Ā", "Āā", "ĂăAa"},
+             Row{"\U00010400", "\U00010400\U00010428", "\U00010401"},
+             Row{"中", "中", "国"},
+             Row{"1", "1", "١!"},
+         }) {
+        EXPECT_EQ(replaceAllIgnoringCase(row.forms, row.target, ""), "") << row.target;
+        EXPECT_EQ(replaceAllIgnoringCase(row.others, row.target, ""), row.others) << row.target;
+    }
+}
+
 // The forms of a letter need not have the same number of bytes.
 TEST(ReplaceIgnoringCase, FindsFormsOfOtherLengths) {
     EXPECT_EQ(replaceAllIgnoringCase("1\u212A 2k 3K", "k", "x"), "1x 2x 3x");

@@ -36,7 +36,7 @@ TEST_P(BrokenFile, IsNamedWithTheLine) {
                 HasSubstr("\nygconfig: " + root.path() + "/" + GetParam().file + ": Line 3: "));
 }
 
-TEST_P(BrokenFile, OfTheSampleThereIsNone) {
+TEST_P(BrokenFile, IsNotInTheSample) {
     const auto run =
         runTool({"show", GetParam().what, "--root", YG_PROJECT_FOLDER "/examples/terminal"});
     EXPECT_EQ(run.status, 0);
@@ -62,7 +62,7 @@ TEST(BrokenFiles, AreNamedOnceHoweverOftenTheyAreRead) {
     EXPECT_EQ(errors.find(line), errors.rfind(line)) << errors;
 }
 
-TEST(BrokenFiles, AListOfRequestUrlsThatIsNoJsonIsNamed) {
+TEST(BrokenFiles, AListOfRequestUrlsThatIsNotJsonIsNamed) {
     const TempRoot root;
     root.write("user/request_urls_json.txt", "{\"md5Value\":");
     EXPECT_THAT(runTool({"show", "request-urls", "--root", root.path()}).errors,

@@ -71,6 +71,9 @@ TEST(CommandLine, TakesAnyValueForAnOption) {
     EXPECT_EQ(arguments.style, "--");
     EXPECT_EQ(arguments.tab, "[a,b]");
     EXPECT_EQ(arguments.magic, "a=b");
+    EXPECT_EQ(argumentsOf({"dump", "style", "--style", "--", "n"}, "dump style").name, "n");
+    EXPECT_EQ(argumentsOf({"dump", "style", "--style", "--", "--", "--tab="}, "dump style").name,
+              "--tab=");
 }
 
 TEST(CommandLine, CountsTheLastOfAnOptionGivenTwice) {
@@ -81,7 +84,7 @@ TEST(CommandLine, CountsTheLastOfAnOptionGivenTwice) {
     EXPECT_EQ(arguments.style, "b");
 }
 
-TEST(CommandLine, EndsTheOptionsWhereItIsTold) {
+TEST(CommandLine, EndsTheOptionsAtTwoDashes) {
     EXPECT_EQ(argumentsOf({"dump", "style", "--", "--root"}, "dump style").name, "--root");
     EXPECT_EQ(argumentsOf({"dump", "--", "style", "-x"}, "dump style").name, "-x");
     EXPECT_EQ(argumentsOf({"--", "dump", "style", "--help"}, "dump style").name, "--help");
@@ -94,38 +97,36 @@ TEST(CommandLine, TakesTheNameOfACommandForAName) {
     EXPECT_EQ(argumentsOf({"dump", "style", "style"}, "dump style").name, "style");
 }
 
-TEST(CommandLine, CompletesAGroupThatMeansACommand) {
-    EXPECT_EQ(argumentsOf({"show", "--style", "x"}, "show layout").style, "x");
+TEST(CommandLine, TakesAWordThatOthersBeginWithForACommand) {
+    EXPECT_EQ(argumentsOf({"show", "--style", "x"}, "show").style, "x");
+    EXPECT_EQ(argumentsOf({"show", "layout", "--style", "x"}, "show layout").style, "x");
 }
 
 TEST(CommandLine, RefusesWordsTooMany) {
     EXPECT_EQ(complaintAbout({"dump", "layout", "x"}), "ygconfig dump layout: unexpected 'x'");
-    EXPECT_EQ(complaintAbout({"dump", "layout", "--", "--"}),
-              "ygconfig dump layout: unexpected '--'");
+    EXPECT_EQ(complaintAbout({"dump", "style", "--", "-x", "-y="}),
+              "ygconfig dump style: unexpected '-y'");
 }
 
 TEST(CommandLine, JoinsNoWords) {
-    EXPECT_EQ(complaintAbout({"dump layout"}),
-              "ygconfig: no command '\"dump layout\"'; did you mean 'dump layout'?");
-    EXPECT_EQ(complaintAbout({"", "dump", "layout"}),
-              "ygconfig: no command '\"\"'; see ygconfig --help");
+    EXPECT_EQ(complaintAbout({"dump layout"}), "ygconfig: unexpected 'dump layout'");
+    EXPECT_EQ(complaintAbout({"", "dump", "layout"}), "ygconfig: unexpected ''");
 }
 
 TEST(CommandLine, NamesTheOptionWhoseValueWasTakenForACommand) {
     EXPECT_EQ(complaintAbout({"--roto", "x", "dump", "layout"}),
-              "ygconfig: no option '--roto'; did you mean '--root'?");
+              "ygconfig: unexpected '--roto'; did you mean '--root'?");
     EXPECT_EQ(complaintAbout({"show", "--stile=x"}),
-              "ygconfig show layout: no option '--stile'; did you mean '--style'?");
+              "ygconfig show: unexpected '--stile'; did you mean '--style'?");
 }
 
-TEST(CommandLine, GivesNoValueToAFlag) {
-    EXPECT_EQ(complaintAbout({"dump", "servers", "--gray=true"}),
-              "ygconfig dump servers: option '--gray' takes no value");
-    EXPECT_TRUE(argumentsOf({"--gray", "dump", "servers", "--gray"}, "dump servers").gray);
+TEST(CommandLine, TakesAFlagTwice) {
+    EXPECT_TRUE(argumentsOf({"dump", "servers", "--gray", "--gray"}, "dump servers").gray);
+    EXPECT_NE(complaintAbout({"dump", "servers", "--gray="}), "");
 }
 
 TEST(CommandLine, KeepsRepeatedOperandsInOrder) {
-    const std::vector<std::string> items{"b", "", "[x,y]", "{}", "b"};
+    const std::vector<std::string> items{"b", "", "[x,y]", "{}", "++", "x=", "show", "b"};
     std::vector<std::string> words{"choose"};
     words.insert(words.end(), items.begin(), items.end());
     EXPECT_EQ(argumentsOf(words, "choose").items, items);

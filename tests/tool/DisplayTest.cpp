@@ -37,7 +37,7 @@ TEST(Printable, ReplacesControlCharacters) {
     EXPECT_EQ(displayWidth(printable("a\u202eb\u200f市\u061c")), 7);
 }
 
-TEST(Printable, ReplacesWhatIsNoUtf8) {
+TEST(Printable, ReplacesWhatIsNotUtf8) {
     EXPECT_EQ(printable("a\xff\xfe"), "a\uFFFD\uFFFD");
     EXPECT_EQ(printable("\xe5\xb8"), "\uFFFD\uFFFD");
     EXPECT_EQ(printable("\xe5\xb8市"), "\uFFFD\uFFFD市");

@@ -34,7 +34,7 @@ json panelOf(std::string_view attributes, std::string_view content = "") {
     return json::parse(dumpStyle(root, "s").output).at("stylePanes").at(0);
 }
 
-TEST(DumpStyle, TellsAbsentTextsFromEmptyOnes) {
+TEST(DumpStyle, DistinguishesAbsentTextsFromEmptyOnes) {
     const json panel = panelOf("foldPosition=''", "<element name='e' param=''/>");
     EXPECT_EQ(panel.at("panelName"), nullptr);
     EXPECT_EQ(panel.at("foldPosition"), "");
@@ -130,7 +130,7 @@ TEST(DumpStyle, TakesAnyName) {
     EXPECT_EQ(dumpStyle(root, "").output, "null\n");
 }
 
-TEST(DumpStyle, TakesNamesThatAreNoUtf8) {
+TEST(DumpStyle, TakesNamesThatAreNotUtf8) {
     const TempRoot root;
     root.write(stylePath, "<styles><style name='t'><magic_panels name='g'/></style></styles>");
     root.write("soft_optimize/custompage_template.xml", "<styles/>");

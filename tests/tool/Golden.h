@@ -2,8 +2,8 @@
 //
 // Expected output that is too long for a test's source stands in files of the folder golden.
 //
-// When output changes on purpose, YG_UPDATE_GOLDEN=1 has the tests write the files anew; the
-// difference is then to be read and judged as part of the change:
+// When output changes on purpose, YG_UPDATE_GOLDEN=1 makes the tests rewrite the files; read
+// and judge the difference as part of the change:
 //
 //   YG_UPDATE_GOLDEN=1 ctest --preset release -R '^tool'
 #pragma once

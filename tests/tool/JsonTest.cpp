@@ -155,7 +155,7 @@ TEST(Json, WritesInfinitiesAsTexts) {
     EXPECT_EQ(written(-std::numeric_limits<double>::infinity()), "\"-inf\"\n");
 }
 
-TEST(Json, WritesWhatIsNoNumberAsNull) {
+TEST(Json, WritesNotANumberAsNull) {
     EXPECT_EQ(written(std::numeric_limits<float>::quiet_NaN()), "null\n");
 }
 
@@ -163,7 +163,7 @@ TEST(Json, EscapesInTextsWhatItMust) {
     EXPECT_EQ(written(std::string("\"\\/\n\x01\x7F")), "\"\\\"\\\\/\\n\\u0001\x7F\"\n");
 }
 
-TEST(Json, ReplacesWhatIsNoUtf8) {
+TEST(Json, ReplacesWhatIsNotUtf8) {
     EXPECT_EQ(written(std::string("a\xff"
                                   "b")),
               "\"a\uFFFDb\"\n");
@@ -216,7 +216,7 @@ ExitCode exitCodeOf(const Value& value) {
     return jsonAnswer(value).exitCode;
 }
 
-TEST(JsonAnswer, TellsNullAndFalseFromTheRest) {
+TEST(JsonAnswer, DistinguishesNullAndFalseFromOtherAnswers) {
     EXPECT_EQ(exitCodeOf(nullptr), ExitCode::noAnswer);
     EXPECT_EQ(exitCodeOf(false), ExitCode::noAnswer);
     EXPECT_EQ(exitCodeOf(std::optional<std::string>()), ExitCode::noAnswer);

@@ -159,7 +159,7 @@ std::vector<Obstacle> obstacles() {
              fs::create_directory(root.at("user"));
              ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
          }},
-        {"a folder in which nobody can make a file", "",
+        {"a folder in which no file can be made", "",
          [](const TempRoot& root, const std::string&) {
              fs::create_symlink("/proc", root.at("user"));
          }},

@@ -152,7 +152,7 @@ TEST(DumpPalette, WantsAStyleThatIsANumber) {
         EXPECT_EQ(run.status, 2) << style;
         EXPECT_EQ(run.output, "") << style;
         EXPECT_EQ(run.errors, std::string("ygconfig dump palette: --palette-style: '") + style +
-                                  "' is no whole number from -128 to 127\n");
+                                  "' is not a whole number from -128 to 127\n");
     }
 }
 
@@ -354,15 +354,16 @@ TEST(WriteImage, RefusesOptionsThatDoNotGoTogether) {
         return run.errors;
     };
     const std::string file = root.at("out.png");
-    EXPECT_EQ(complaint({}), "ygconfig image: -o is required\n");
+    EXPECT_EQ(complaint({}), "ygconfig image: --output is required\n");
     EXPECT_EQ(complaint({"-o", file, "--index", "1"}),
-              "ygconfig image: --group and --index go together\n");
+              "ygconfig image: --index requires --group\n");
     EXPECT_EQ(complaint({"-o", file, "--width", "1", "--height", "1"}),
-              "ygconfig image: --width or --height, not both\n");
+              "ygconfig image: --width excludes --height\n");
     EXPECT_EQ(complaint({"-o", file, "--width", "inf"}),
-              "ygconfig image: --width: 'inf' is no number\n");
-    EXPECT_EQ(complaint({"-o", file, "--group", "-4"}),
-              "ygconfig image: --group: '-4' is no whole number from 0 to 18446744073709551615\n");
+              "ygconfig image: --width: 'inf' is not a number\n");
+    EXPECT_EQ(
+        complaint({"-o", file, "--group", "-4"}),
+        "ygconfig image: --group: '-4' is not a whole number from 0 to 18446744073709551615\n");
     EXPECT_FALSE(std::filesystem::exists(file));
 }
 
@@ -397,7 +398,7 @@ TEST(WriteImage, LeavesADeviceThatTakesNothingInItsPlace) {
     EXPECT_EQ(complaintOf(root, root.at("link.png")), fullAt(root.at("link.png")));
     EXPECT_TRUE(std::filesystem::is_symlink(root.at("link.png")));
     EXPECT_TRUE(isDevice("/dev/full"));
-    // A device of our own, so that nobody's is lost if this fails.
+    // A device of our own, so that a failure does no harm.
     const std::string path = root.at("full");
     if (::mknod(path.c_str(), S_IFCHR | 0666, makedev(1, 7)) != 0)
         GTEST_SKIP() << "no device can be made";

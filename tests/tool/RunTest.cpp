@@ -50,7 +50,7 @@ TEST(Run, PutsTheRightOfTheOptionBeforeHostJson) {
     EXPECT_EQ(answerFor(root.path(), ""), path);
 }
 
-TEST(Run, RefusesARootThatIsNone) {
+TEST(Run, RefusesARootThatDoesNotExist) {
     const TempRoot root;
     Arguments arguments;
     arguments.root = root.at("none");

@@ -242,7 +242,7 @@ TEST(DeliverServers, NamesTheFileByRightLevelAndGreyRelease) {
     EXPECT_FALSE(std::filesystem::exists(root.at("user/skeleton_v1.xml")));
 }
 
-TEST(DeliverServers, RefusesWhatIsNoXml) {
+TEST(DeliverServers, RefusesWhatIsNotXml) {
     const TempRoot root;
     root.write(freePath, fileWith("shipped"));
     for (const char* bytes : {"", "no XML", "<application>", "<a/><b/>"}) {
@@ -307,7 +307,7 @@ TEST(Choose, TakesEachItemAsItStands) {
     EXPECT_EQ(chosen({"[1:a:2,x]"}), "\"a:2,x]\"\n");
 }
 
-TEST(Choose, DrawsAnewInEachRun) {
+TEST(Choose, ChoosesAgainInEachRun) {
     const auto isEverDifferent = [](const std::vector<std::string>& words) {
         const std::string first = chosen(words);
         for (int i = 0; i < 64; ++i) {

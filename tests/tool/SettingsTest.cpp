@@ -115,7 +115,7 @@ TEST(SettingsSet, KeepsTextsAsTheyAre) {
     expectAnswer(root, {"settings", "get", "app.xml", "a", "x"}, "\"--readonly\"");
 }
 
-TEST(SettingsSet, IsFalseForTheReadonlyStoreAndForNamesThatCannotBe) {
+TEST(SettingsSet, IsFalseForTheReadonlyStoreAndForImpossibleNames) {
     const TempRoot root;
     root.write(settingsFile, settings);
     expectAnswer(root, {"settings", "set", "app.xml", "a", "x", "2", "--readonly"}, "false");
@@ -186,7 +186,7 @@ TEST(WebPage, NeedsAKeyOrAReplacementThatCanBeRead) {
     expectRefused(root, {"web-page", "pages.xml"},
                   "ygconfig web-page: KEY or --replace is required");
     expectRefused(root, {"web-page", "pages.xml", "k", "--replace", "x"},
-                  "ygconfig web-page: KEY and --replace exclude each other");
+                  "ygconfig web-page: KEY and --replace cannot be combined");
     expectRefused(root, {"web-page", "pages.xml", "--replace", root.at("none")},
                   "ygconfig web-page: \"" + root.at("none") + "\": No such file or directory");
     expectRefused(root, {"web-page"}, "ygconfig web-page: FILE is required");

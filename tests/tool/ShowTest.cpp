@@ -87,7 +87,7 @@ TEST(ShowStyle, NamesTheSlotAndTheTemplate) {
               "└─ p\n");
 }
 
-TEST(ShowStyle, LetsNothingReachTheTerminalButText) {
+TEST(ShowStyle, SendsOnlyTextToTheTerminal) {
     const TempRoot root;
     root.write(stylePath,
                "<styles><style name='s'><panel name='a&#10;b'/><panel name='&#x9b;31m'/></style>"

@@ -14,7 +14,7 @@ enum class OutputTo {
     memory,    ///< kept in ToolRun::output
     terminal,  ///< likewise, through a pseudo-terminal
     fullDisk,
-    closedPipe,  ///< a pipe that nobody reads any more
+    closedPipe,  ///< a pipe that is no longer read
     nowhere,     ///< the stream is closed
     count,       ///< ToolRun::outputSize alone says how much it was
 };

@@ -363,8 +363,8 @@ TEST(Children, CopiesStandWhereTheirSourcesStandEvenInsideThem) {
     const auto positions = [](const Document& document) {
         std::string all;
         for (const Node& node : document.query("//*")) {
-            const auto place = node.position();
-            all += joined(node.name(), std::to_string(place->line), " ");
+            const auto place = node.place();
+            all += joined(node.name(), std::to_string(place->begin.line), " ");
         }
         return all;
     };

@@ -321,7 +321,7 @@ TEST(Encoding, TextAfterTheRootIsAnErrorInEveryEncoding) {
             // What is held back for a next character comes out without one, too.
             const Decoded alone = decodeXml(after);
             const Decoded followed = decodeXml(after + "\n");
-            if (alone.error.empty() && followed.error.empty()) {
+            if (alone.errors.empty() && followed.errors.empty()) {
                 EXPECT_EQ(alone.text + "\n", followed.text) << name << " " << byte;
             }
         }
@@ -402,8 +402,10 @@ TEST(Encoding, WhatIsDecodedIsUtf8WithoutNulOrAnError) {
             }
             const Decoded decoded = decodeXml(bytes);
             EXPECT_TRUE(text::isValidUtf8(decoded.text)) << name;
-            EXPECT_TRUE(text::isValidUtf8(decoded.error)) << name;
-            EXPECT_LT(decoded.error.size(), 100U);
+            for (const ParseError& error : decoded.errors) {
+                EXPECT_TRUE(text::isValidUtf8(error.message)) << name;
+                EXPECT_LT(error.message.size(), 100U);
+            }
         }
     }
 }
@@ -431,7 +433,7 @@ TEST(Encoding, CharactersThatMakeSeveralAreDecodedWhereverTheyStand) {
         for (std::size_t blanks = 0; blanks < 8; ++blanks) {
             const Decoded decoded = decodeXml(
                 declared(one.encoding, joined(repeated(" ", blanks), repeated(one.bytes, 2000))));
-            EXPECT_EQ(decoded.error, "") << one.encoding;
+            EXPECT_TRUE(decoded.errors.empty()) << one.encoding;
             EXPECT_TRUE(decoded.text.substr(declaration + blanks) == repeated(expected, 2000))
                 << one.encoding << " after " << blanks;
         }

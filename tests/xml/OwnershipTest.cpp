@@ -123,7 +123,7 @@ void expectEmpty(Element element) {
     element.remove();
     EXPECT_FALSE(element.replaceWith(Element::create("a")));
     EXPECT_EQ(element.serialise(), "");
-    EXPECT_EQ(element.position(), std::nullopt);
+    EXPECT_EQ(element.place(), std::nullopt);
     EXPECT_EQ(element.attribute("a"), std::nullopt);
     EXPECT_TRUE(element.attributes().begin() == element.attributes().end());
     EXPECT_FALSE(element.setAttribute("a", "b"));
@@ -138,7 +138,7 @@ void expectEmpty(Element element) {
     EXPECT_FALSE(element.appendChild(Element::create("a")));
     EXPECT_FALSE(element.insertChild(Element::create("a"), 0));
     EXPECT_TRUE(element.query("//a").empty());
-    EXPECT_EQ(element.attributePosition("a"), std::nullopt);
+    EXPECT_EQ(element.attributePlace("a"), std::nullopt);
 }
 
 TEST(Ownership, AHandleThatWasMovedFromIsEmpty) {

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 #include "YGConfigManager/xml/Document.h"
 
@@ -237,6 +238,7 @@ TEST(Parsing, AFileThatCannotBeReadIsNamedWithTheCause) {
     EXPECT_EQ(Document::parseFile(folder.path()).error, folder.path() + ": Is a directory");
     EXPECT_FALSE(Document::parseFile(""));
     EXPECT_FALSE(Document::parseFile(missing).document.root());
+    EXPECT_TRUE(Document::parseFile(missing).errors.empty());
     ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
     EXPECT_THAT(Document::parseFile(folder / "pipe").error, StartsWith(folder / "pipe: "));
     if (::geteuid() != 0) {
@@ -270,6 +272,56 @@ TEST(Parsing, TheDescriptionIsOneLineWhateverTheInput) {
     expectOneLine(Document::parseText(joined("<a>&", repeated("x", 40'000), ";</a>")).error);
     expectOneLine(Document::parseText(joined("<", repeated("x", 40'000), "></y>")).error);
     expectOneLine(Document::parseText("<!DOCTYPE a SYSTEM 'c\nd\r\ne\\'><a>&b;</a>").error);
+}
+
+/// "line:column message" for each error.
+std::vector<std::string> errorsOf(const ParseResult& result) {
+    std::vector<std::string> all;
+    for (const ParseError& error : result.errors)
+        all.push_back(joined(std::to_string(error.line), ":", std::to_string(error.column), " ",
+                             error.message));
+    return all;
+}
+
+TEST(Parsing, ListsEachErrorWithTheLineAndColumnWhereItShows) {
+    const auto errors = [](std::string_view bytes) { return errorsOf(parsedBytes(bytes)); };
+    EXPECT_THAT(errors("<a>\n  <b></c>\n</a>"),
+                ElementsAre("2:10 Opening and ending tag mismatch: b line 2 and c"));
+    EXPECT_THAT(errors("<a>\r\n\t行情 & c &x;</a>"),
+                ElementsAre("2:6 xmlParseEntityRef: no name", "2:12 Entity 'x' not defined"));
+    EXPECT_THAT(errors("<?xml version='1.0' encoding='gbk'?>\n<a b='\xD6\xD0\xCE\xC4' b='2'/>"),
+                ElementsAre("2:16 Attribute b redefined"));
+    EXPECT_THAT(errors("<a/>\n<!-- -->\n<b/>"),
+                ElementsAre("3:1 Extra content at the end of the document"));
+    EXPECT_THAT(errors("<a>\n<b>\xE8\xA1\x8C\xFF</b></a>"),
+                ElementsAre("2:5 Input is not proper UTF-8"));
+    EXPECT_THAT(errors("<a>\n<b>\0</b></a>"sv), ElementsAre("2:4 Input holds a NUL character"));
+    EXPECT_THAT(errors("\n<!DOCTYPE a [\n]><a/>"),
+                ElementsAre("2:13 A document type with an internal subset is not allowed"));
+    EXPECT_THAT(errors(""), ElementsAre("1:1 Document is empty"));
+    EXPECT_THAT(errors("<?xml version='1.0' encoding='x'?><a/>"),
+                ElementsAre("1:0 Unsupported encoding x"));
+    EXPECT_THAT(errors("<a/>"), ElementsAre());
+}
+
+TEST(Parsing, TheDescriptionIsTheListAndEachErrorIsInTheText) {
+    for (const auto& [what, input] : notXml) {
+        SCOPED_TRACE(what);
+        const ParseResult result = parsedBytes(input);
+        std::string description;
+        for (const ParseError& error : result.errors) {
+            description += joined(description.empty() ? "Line " : "; Line ",
+                                  std::to_string(error.line), ": ", error.message);
+            std::string_view line = input;
+            for (std::uint32_t before = 1; before < error.line; ++before) {
+                ASSERT_NE(line.find('\n'), std::string_view::npos);
+                line.remove_prefix(line.find('\n') + 1);
+            }
+            EXPECT_LE(error.column, line.substr(0, line.find('\n')).size() + 1);
+        }
+        EXPECT_EQ(result.error, description);
+        EXPECT_FALSE(result.errors.empty());
+    }
 }
 
 TEST(Parsing, PrintsNothing) {

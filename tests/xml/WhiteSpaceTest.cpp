@@ -185,7 +185,7 @@ TEST(Walk, AnEmptyHandleAnswersTheEmptyAnswer) {
     EXPECT_FALSE(none.replaceWith(Element::create("a")));
     EXPECT_EQ(none.serialise(), "");
     EXPECT_EQ(none.serialise(Form::pretty), "");
-    EXPECT_EQ(none.position(), std::nullopt);
+    EXPECT_EQ(none.place(), std::nullopt);
     EXPECT_EQ(none.attribute("a"), std::nullopt);
     EXPECT_TRUE(none.attributes().begin() == none.attributes().end());
     EXPECT_FALSE(none.setAttribute("a", "b"));
@@ -200,7 +200,7 @@ TEST(Walk, AnEmptyHandleAnswersTheEmptyAnswer) {
     EXPECT_FALSE(none.appendChild(Element::create("a")));
     EXPECT_FALSE(none.insertChild(Element::create("a"), 0));
     EXPECT_TRUE(none.query("//*").empty());
-    EXPECT_EQ(none.attributePosition("a"), std::nullopt);
+    EXPECT_EQ(none.attributePlace("a"), std::nullopt);
     EXPECT_FALSE(Element(Node()));
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <type_traits>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
@@ -16,31 +17,34 @@ template <class Number>
 std::string rangeOf() {
     using Limits = std::numeric_limits<Number>;
     if constexpr (std::is_floating_point_v<Number>)
-        return "no number";
+        return "a number";
     else
-        return "no whole number from " + std::to_string(Limits::min()) + " to " +
+        return "a whole number from " + std::to_string(Limits::min()) + " to " +
                std::to_string(Limits::max());
 }
 
-template <class Number>
-void declareAnyNumber(CLI::App& app, const char* option, const char* valueName,
-                      std::optional<Number>& field, const char* help) {
-    const auto read = [&field, option](const CLI::results_t& texts) {
-        const std::string& text = texts.back();
-        Number number{};
-        const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
-        bool isNumber = end.ec == std::errc() && end.ptr == text.data() + text.size();
-        if constexpr (std::is_floating_point_v<Number>)
-            isNumber = isNumber && std::isfinite(number);
-        if (!isNumber)
-            throw CLI::ValidationError(option, "'" + text + "' is " + rangeOf<Number>());
-        field = number;
-        return true;
+/// Declares an option or an operand whose word is read by `read`.
+template <class Reader>
+CLI::Option* declareWord(CLI::App& app, const char* name, const char* help, Reader read) {
+    const std::function<void(const std::string&)> whole = [read](const std::string& word) {
+        read(unmarked(word));
     };
-    app.add_option(option, CLI::callback_t(read), help)->option_text(valueName)->take_last();
+    return app.add_option_function(name, whole, help);
 }
 
 }  // namespace
+
+std::string marked(std::string word) {
+    if (!word.empty() && std::string_view("=]}+").find(word.back()) != std::string_view::npos)
+        word += '\0';
+    return word;
+}
+
+std::string unmarked(std::string word) {
+    if (!word.empty() && word.back() == '\0')
+        word.pop_back();
+    return word;
+}
 
 std::string Arguments::inRoot(std::string_view path) const {
     const std::size_t end = root.find_last_not_of('/');
@@ -57,57 +61,59 @@ std::optional<std::string> Arguments::withoutRoot(const std::optional<std::strin
     return path->substr(folder.size());
 }
 
-void declareText(CLI::App& app, const char* option, const char* valueName,
-                 std::optional<std::string>& field, const char* help) {
-    app.add_option(option, field, help)->option_text(valueName)->take_last();
+CLI::Option* declareText(CLI::App& app, const char* name, const char* valueName,
+                         std::optional<std::string>& field, const char* help) {
+    return declareWord(app, name, help, [&field](std::string word) { field = std::move(word); })
+        ->type_name(valueName);
 }
 
-void declareNumber(CLI::App& app, const char* option, const char* valueName,
-                   std::optional<std::int8_t>& field, const char* help) {
-    declareAnyNumber(app, option, valueName, field, help);
+template <class Number>
+CLI::Option* declareNumber(CLI::App& app, const char* option, const char* valueName,
+                           std::optional<Number>& field, const char* help) {
+    const auto read = [&field, option](const std::string& text) {
+        Number number{};
+        const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
+        bool isNumber = end.ec == std::errc() && end.ptr == text.data() + text.size();
+        if constexpr (std::is_floating_point_v<Number>)
+            isNumber = isNumber && std::isfinite(number);
+        if (!isNumber)
+            throw CLI::ValidationError(option, "'" + text + "' is not " + rangeOf<Number>());
+        field = number;
+    };
+    return declareWord(app, option, help, read)->type_name(valueName);
 }
 
-void declareNumber(CLI::App& app, const char* option, const char* valueName,
-                   std::optional<std::uint64_t>& field, const char* help) {
-    declareAnyNumber(app, option, valueName, field, help);
-}
-
-void declareNumber(CLI::App& app, const char* option, const char* valueName,
-                   std::optional<double>& field, const char* help) {
-    declareAnyNumber(app, option, valueName, field, help);
-}
+template CLI::Option* declareNumber(CLI::App&, const char*, const char*,
+                                    std::optional<std::int8_t>&, const char*);
+template CLI::Option* declareNumber(CLI::App&, const char*, const char*,
+                                    std::optional<std::uint64_t>&, const char*);
+template CLI::Option* declareNumber(CLI::App&, const char*, const char*, std::optional<double>&,
+                                    const char*);
 
 void declareFlag(CLI::App& app, const char* option, bool& field, const char* help) {
     app.add_flag(option, field, help);
 }
 
 void declareOperand(CLI::App& app, const char* name, std::string& field, const char* help) {
-    app.add_option(name, field, help)->required();
-}
-
-void declareOptionalOperand(CLI::App& app, const char* name, std::optional<std::string>& field,
-                            const char* help) {
-    app.add_option(name, field, help);
+    declareWord(app, name, help, [&field](std::string word) { field = std::move(word); })
+        ->required()
+        ->type_name("");
 }
 
 void declareOperands(CLI::App& app, const char* name, std::vector<std::string>& field,
                      const char* help) {
-    const auto keep = [&field](const CLI::results_t& texts) {
-        field = texts;
-        return true;
-    };
-    // A list of any length would be taken apart: CLI11 reads "[a,b]" as two items and "{}" as none.
-    // So it is one of very many items, which may end early.
-    app.add_option(name, CLI::callback_t(keep), help)
-        ->expected(CLI::detail::expected_max_vector_size, CLI::detail::expected_max_vector_size)
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    const std::function<void(const std::vector<std::string>&)> read =
+        [&field](const std::vector<std::string>& words) {
+            for (const std::string& word : words)
+                field.push_back(unmarked(word));
+        };
+    app.add_option_function(name, read, help)->take_all()->type_name("");
 }
 
 void declareCommon(CLI::App& app, Arguments& arguments) {
-    app.add_option("--root", arguments.root, "the root folder; the current folder if not given")
-        ->option_text("ROOT")
-        ->take_last();
+    declareWord(app, "--root", "the root folder; the current folder if not given",
+                [&](std::string word) { arguments.root = std::move(word); })
+        ->type_name("ROOT");
     declareText(app, "--right", "LEVEL", arguments.right,
                 "the user's right level, instead of the one in host.json");
 }

@@ -12,7 +12,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace yg::tool {
 
@@ -59,28 +60,27 @@ struct Arguments {
     std::optional<std::string> withoutRoot(const std::optional<std::string>& path) const;
 };
 
-/// Declares an option that takes a text, an empty one too. Given twice, the last one counts.
-void declareText(CLI::App& app, const char* option, const char* valueName,
-                 std::optional<std::string>& field, const char* help);
+/// The word as CLI11 takes it as it stands: without the mark "--option=" has the next word as its
+/// value, "[a,b]" is two words, and "++" ends a command. No word of a command line has a NUL in it.
+std::string marked(std::string word);
+std::string unmarked(std::string word);
 
-/// Declares an option that takes a plain number of the field's type: a whole one, or one with a
-/// fraction. Given twice, the last one counts.
-void declareNumber(CLI::App& app, const char* option, const char* valueName,
-                   std::optional<std::int8_t>& field, const char* help);
-void declareNumber(CLI::App& app, const char* option, const char* valueName,
-                   std::optional<std::uint64_t>& field, const char* help);
-void declareNumber(CLI::App& app, const char* option, const char* valueName,
-                   std::optional<double>& field, const char* help);
+/// Declares an option that takes a text, an empty one too, or an operand that may be missing, whose
+/// name stands in brackets and whose value has no name. Given twice, the last one counts.
+CLI::Option* declareText(CLI::App& app, const char* name, const char* valueName,
+                         std::optional<std::string>& field, const char* help);
+
+/// Declares an option that takes a plain number of the field's type: int8_t, uint64_t or double.
+/// Given twice, the last one counts.
+template <class Number>
+CLI::Option* declareNumber(CLI::App& app, const char* option, const char* valueName,
+                           std::optional<Number>& field, const char* help);
 
 /// Declares an option without a value.
 void declareFlag(CLI::App& app, const char* option, bool& field, const char* help);
 
 /// Declares an operand that must be given.
 void declareOperand(CLI::App& app, const char* name, std::string& field, const char* help);
-
-/// Declares an operand that may be missing.
-void declareOptionalOperand(CLI::App& app, const char* name, std::optional<std::string>& field,
-                            const char* help);
 
 /// Declares an operand that may be given any number of times, none included. Each text is kept as
 /// it stands.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Reads the words of a command line; does no work and looks at no file.
+// Reads the words of a command line; does not run the command and opens no file.
 #pragma once
 
 #include <span>
@@ -20,10 +20,10 @@ struct CommandLine {
     Answer answer = {};
 };
 
-/// Reads the words after the program's name. Options may stand before, between and after the words
-/// of the command, as "--option VALUE" or "--option=VALUE", until "--" ends them; a word that
-/// begins with "-" is a value after its option and a name after "--", otherwise an option. A word
-/// that is not known gets the nearest known one as a suggestion.
+/// Reads the words after the program's name. Options may stand behind the words of the command, as
+/// "--option VALUE" or "--option=VALUE", until "--" ends them; --root and --right may also stand
+/// before them. A word that begins with "-" is a value after its option and a name after "--",
+/// otherwise an option. A word that is not expected gets the nearest known one as a suggestion.
 CommandLine readCommandLine(std::span<const std::string> words);
 
 }  // namespace yg::tool

@@ -46,7 +46,7 @@ std::string_view nearest(std::string_view word, std::span<const std::string> kno
         if (candidate.empty() || longer - shorter > limit)
             continue;
         const std::size_t steps = distance(wanted, candidate);
-        // With half of the characters changed it is another word altogether.
+        // With half of the characters changed it is a different word.
         if (steps <= limit && 2 * steps < longer && (found.empty() || steps < best)) {
             found = each;
             best = steps;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What somebody may have meant who typed a word that is not known.
+// The known word that a misspelt one probably means.
 #pragma once
 
 #include <span>

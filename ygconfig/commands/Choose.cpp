@@ -12,8 +12,8 @@ namespace yg::tool {
 namespace {
 
 void declareChoose(CLI::App& app, Arguments& arguments) {
-    declareOperands(app, "ITEM…", arguments.items, "host:port or weight:host:port; none is fine");
-    declareFlag(app, "--weighted", arguments.weighted, "the older choice, by weight");
+    declareOperands(app, "ITEM", arguments.items, "host:port or weight:host:port");
+    declareFlag(app, "--weighted", arguments.weighted, "the older way of choosing, by weight");
 }
 
 Answer choose(const Session& session) {
@@ -26,9 +26,9 @@ Answer choose(const Session& session) {
 }
 
 constexpr std::string_view chooseNotes =
-    "Each item that says host:port or weight:host:port has the same chance, whatever its weight, "
-    "and\n"
-    "the others have none. The answer is host:port, \"\" when no item has both.\n"
+    "All items of the form host:port or weight:host:port have the same chance, whatever their "
+    "weight;\n"
+    "other items are never chosen. The answer is host:port, or \"\" if there is no such item.\n"
     "With --weighted the first part of an item is its weight and the second its host; the answer "
     "is\n"
     "a host without port, or the first item as it stands when the weights add up to 0. The "
@@ -37,8 +37,8 @@ constexpr std::string_view chooseNotes =
 
 constexpr Command table[] = {
     {"choose", "one address out of several, as a JSON string",
-     "ygconfig choose 192.0.2.1:9211 192.0.2.2:9211\n"
-     "ygconfig choose --weighted 70:192.0.2.1:9211 30:192.0.2.2:9211\n",
+     "  ygconfig choose 192.0.2.1:9211 192.0.2.2:9211\n"
+     "  ygconfig choose --weighted 70:192.0.2.1:9211 30:192.0.2.2:9211\n",
      chooseNotes, declareChoose, choose},
 };
 

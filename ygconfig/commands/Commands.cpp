@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/commands/Commands.h"
 
-#include <algorithm>
+#include <vector>
 
 #include "ygconfig/drawing/Display.h"
 #include "ygconfig/json/Json.h"
@@ -10,52 +10,42 @@ namespace yg::tool {
 
 namespace {
 
-constexpr Group groupTable[] = {
-    {"", "looks into the configuration of a terminal",
-     "ygconfig show layout --root examples/terminal\n"
-     "ygconfig dump style 行情报价 --root examples/terminal\n"
-     "ygconfig event watch_list select --root examples/terminal\n",
+/// The words that several commands begin with.
+constexpr Command groups[] = {
+    {"", "shows what the configuration of a terminal holds",
+     "  ygconfig show layout --root examples/terminal\n"
+     "  ygconfig dump style 行情报价 --root examples/terminal\n"
+     "  ygconfig event watch_list select --root examples/terminal\n",
      "Exit status: 0 answered, 1 the answer is null or false, 2 the command line, the root folder\n"
      "or host.json cannot be used, 3 the answer cannot be made or written.\n",
-     ""},
+     nullptr, nullptr},
 
     {"dump", "prints what the library holds, as JSON",
-     "ygconfig dump layout --root examples/terminal\n"
-     "ygconfig dump style quote-kline-depth --root examples/terminal\n"
-     "ygconfig dump servers --root examples/terminal --right l2 --gray\n",
-     "", ""},
-
-    {"show", "draws what the library holds, for people",
-     "ygconfig show --root examples/terminal\n"
-     "ygconfig show style 市场总览 --root examples/terminal\n"
-     "ygconfig show events --root examples/terminal | less\n",
-     "Without a further word it is 'show layout'.\n", "show layout"},
+     "  ygconfig dump layout --root examples/terminal\n"
+     "  ygconfig dump style quote-kline-depth --root examples/terminal\n"
+     "  ygconfig dump servers --root examples/terminal --right l2 --gray\n",
+     "", nullptr, nullptr},
 
     {"settings", "reads and changes the application's settings",
-     "ygconfig settings get app_config.xml appearance theme --root examples/terminal\n"
-     "ygconfig settings set app_config.xml appearance theme white --root examples/terminal\n",
-     "", ""},
+     "  ygconfig settings get app_config.xml appearance theme --root examples/terminal\n"
+     "  ygconfig settings set app_config.xml appearance theme white --root examples/terminal\n",
+     "", nullptr, nullptr},
 
     {"servers", "changes the servers that the library keeps",
-     "ygconfig servers deliver new.xml 900150983cd24fb0d6963f7d28e17f72 --root examples/terminal\n",
-     "", ""},
+     "  ygconfig servers deliver new.xml 900150983cd24fb0d6963f7d28e17f72 --root "
+     "examples/terminal\n",
+     "", nullptr, nullptr},
 };
 
 /// A subject is a row here, and a source that has its commands in a table of its own.
 std::vector<Command> commandsOfAllSubjects() {
     std::vector<Command> all;
     for (const std::span<const Command> subject :
-         {layoutCommands(), eventCommands(), paletteCommands(), serverCommands(),
-          settingsCommands(), webPageCommands(), requestUrlCommands(), chooseCommands()})
+         {std::span<const Command>(groups), layoutCommands(), eventCommands(), paletteCommands(),
+          serverCommands(), settingsCommands(), webPageCommands(), requestUrlCommands(),
+          chooseCommands()})
         all.insert(all.end(), subject.begin(), subject.end());
     return all;
-}
-
-template <class Row>
-const Row* rowNamed(std::span<const Row> table, std::string_view words) {
-    const auto row = std::find_if(table.begin(), table.end(),
-                                  [&](const Row& each) { return each.words == words; });
-    return row == table.end() ? nullptr : &*row;
 }
 
 }  // namespace
@@ -63,18 +53,6 @@ const Row* rowNamed(std::span<const Row> table, std::string_view words) {
 std::span<const Command> commands() {
     static const std::vector<Command> all = commandsOfAllSubjects();
     return all;
-}
-
-std::span<const Group> groups() {
-    return groupTable;
-}
-
-const Command* commandNamed(std::string_view words) {
-    return rowNamed(commands(), words);
-}
-
-const Group* groupNamed(std::string_view words) {
-    return rowNamed(groups(), words);
 }
 
 Answer nothingShownWithoutPath(std::string_view fileName) {

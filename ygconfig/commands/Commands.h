@@ -19,29 +19,16 @@ struct Session {
 };
 
 struct Command {
-    std::string_view words;                                ///< as typed: "dump layout"
-    std::string_view help;                                 ///< one line
-    std::string_view examples;                             ///< command lines, shown by --help
-    std::string_view notes;                                ///< what else --help says
-    void (*declare)(CLI::App& app, Arguments& arguments);  ///< what it takes; null for nothing
-    Answer (*run)(const Session& session);
-};
-
-/// Words that several commands begin with.
-struct Group {
-    std::string_view words;     ///< "dump"; empty for the tool itself
+    std::string_view words;     ///< as typed: "dump layout"; empty for the program itself
     std::string_view help;      ///< one line
-    std::string_view examples;  ///< command lines, shown by --help
+    std::string_view examples;  ///< indented command lines, shown by --help
     std::string_view notes;     ///< what else --help says
-    std::string_view meaning;   ///< the command meant when no further word is given, or empty
+    void (*declare)(CLI::App& app, Arguments& arguments);  ///< what it takes; null for nothing
+    Answer (*run)(const Session& session);  ///< null when a further word has to be given
 };
 
+/// All commands, each behind those whose words it begins with.
 std::span<const Command> commands();
-std::span<const Group> groups();
-
-/// The command or group of exactly these words; null when there is none.
-const Command* commandNamed(std::string_view words);
-const Group* groupNamed(std::string_view words);
 
 /// The commands of each subject.
 std::span<const Command> layoutCommands();

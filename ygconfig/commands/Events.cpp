@@ -24,7 +24,8 @@ void declareCommandName(CLI::App& app, Arguments& arguments) {
 }
 
 void declareEventName(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "GROUP", arguments.group, "the group's name, which elements have as event");
+    declareOperand(app, "GROUP", arguments.group,
+                   "the group's name, as in the event attribute of elements");
     declareOperand(app, "NAME", arguments.name, "the event's name in its group");
     declareEvents(app, arguments);
 }
@@ -63,21 +64,21 @@ Answer findEvent(const Session& session) {
 
 constexpr Command table[] = {
     {"dump events", "all commands, event templates and event groups, as JSON",
-     "ygconfig dump events --root examples/terminal\n"
-     "ygconfig dump events --events draft/events.xml\n",
+     "  ygconfig dump events --root examples/terminal\n"
+     "  ygconfig dump events --events draft/events.xml\n",
      "", declareEvents, dumpEvents},
 
     {"show events", "all event groups, event templates and commands, as trees",
-     "ygconfig show events --root examples/terminal | less\n", eventsLegend, declareEvents,
+     "  ygconfig show events --root examples/terminal | less\n", eventsLegend, declareEvents,
      showEvents},
 
     {"command", "one command of the event file, as JSON; null if there is none",
-     "ygconfig command open_index_page --root examples/terminal\n", "", declareCommandName,
+     "  ygconfig command open_index_page --root examples/terminal\n", "", declareCommandName,
      findCommand},
 
     {"event", "one event of an event group, as JSON; null if there is none",
-     "ygconfig event watch_list select --root examples/terminal\n",
-     "Neither templates nor other groups are looked at.\n", declareEventName, findEvent},
+     "  ygconfig event watch_list select --root examples/terminal\n",
+     "Looks in this group only, not in templates or other groups.\n", declareEventName, findEvent},
 };
 
 }  // namespace

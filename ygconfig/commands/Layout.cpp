@@ -51,8 +51,7 @@ std::shared_ptr<YGStyleConfigLoad> loadLayout(const Arguments& arguments,
     const auto path = [&](const std::optional<std::string>& given, std::string_view otherwise) {
         return given ? *given : arguments.inRoot(otherwise);
     };
-    auto loader = std::make_shared<YGStyleConfigLoad>();
-    loader->setDiagnosticsSink(sink);
+    auto loader = std::make_shared<YGStyleConfigLoad>(sink);
     loader->initWithStyleConfigPath(path(arguments.style, "config/custompage_template.xml"),
                                     path(arguments.tab, "config/tab_styles.xml"),
                                     path(arguments.magic, "config/magic_panels.xml"));
@@ -69,13 +68,13 @@ Answer dumpStyle(const Session& session) {
 }
 
 Answer showLayout(const Session& session) {
-    UnreadableFiles unreadable;
-    const auto loader = loadLayout(session.arguments, &unreadable);
-    loader->setDiagnosticsSink(nullptr);
-    return {[loader, colour = session.colour](Output& output) {
+    // The sink must live as long as the loader.
+    const auto unreadable = std::make_shared<UnreadableFiles>();
+    const auto loader = loadLayout(session.arguments, unreadable.get());
+    return {[unreadable, loader, colour = session.colour](Output& output) {
                 LayoutView(*loader, colour).layout(output);
             },
-            ExitCode::answer, unreadable.complaint()};
+            ExitCode::answer, unreadable->complaint()};
 }
 
 Answer noStyle(const YGStyleConfigLoad& loader, const std::string& name) {
@@ -108,23 +107,29 @@ Answer showStyle(const Session& session) {
 
 constexpr Command table[] = {
     {"dump layout", "all styles, tab styles and magic panels, as JSON",
-     "ygconfig dump layout --root examples/terminal\n"
-     "ygconfig dump layout --style draft/custompage_template.xml\n",
+     "  ygconfig dump layout --root examples/terminal\n"
+     "  ygconfig dump layout --style draft/custompage_template.xml\n",
      "", declareLayout, dumpLayout},
 
     {"dump style", "one style, stored or custom, as JSON; null if there is none",
-     "ygconfig dump style 行情报价 --root examples/terminal\n"
-     "ygconfig dump style quote-SH990001-depth --root examples/terminal\n"
-     "ygconfig dump style --root examples/terminal -- -a-name-with-a-dash\n",
+     "  ygconfig dump style 行情报价 --root examples/terminal\n"
+     "  ygconfig dump style quote-SH990001-depth --root examples/terminal\n"
+     "  ygconfig dump style --root examples/terminal -- -a-name-with-a-dash\n",
      "", declareStyle, dumpStyle},
 
+    {"show", "draws what the library holds, for people",
+     "  ygconfig show --root examples/terminal\n"
+     "  ygconfig show style 市场总览 --root examples/terminal\n"
+     "  ygconfig show events --root examples/terminal | less\n",
+     "Without a subcommand it does the same as 'show layout'.\n", declareLayout, showLayout},
+
     {"show layout", "all styles, tab styles and magic panels, as trees",
-     "ygconfig show layout --root examples/terminal | less\n", layoutLegend, declareLayout,
+     "  ygconfig show layout --root examples/terminal | less\n", layoutLegend, declareLayout,
      showLayout},
 
     {"show style", "one style, stored or custom, as a tree with all that is in it",
-     "ygconfig show style 行情报价 --root examples/terminal\n"
-     "ygconfig show style quote-SH990001-depth --root examples/terminal\n",
+     "  ygconfig show style 行情报价 --root examples/terminal\n"
+     "  ygconfig show style quote-SH990001-depth --root examples/terminal\n",
      layoutLegend, declareStyle, showStyle},
 };
 

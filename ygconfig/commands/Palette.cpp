@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include <CLI/CLI.hpp>
+
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 
 #include "ygconfig/commands/Commands.h"
@@ -30,11 +32,17 @@ void declarePaletteKey(CLI::App& app, Arguments& arguments) {
 void declareImage(CLI::App& app, Arguments& arguments) {
     declareOperand(app, "NAME", arguments.name, "an image's name");
     declarePalette(app, arguments);
-    declareNumber(app, "--group", "COUNT", arguments.groupCount, "how many pieces the image has");
-    declareNumber(app, "--index", "I", arguments.indexInGroup, "the piece, from 0");
-    declareNumber(app, "--width", "W", arguments.width, "scaled to this width, in points");
-    declareNumber(app, "--height", "H", arguments.height, "scaled to this height, in points");
-    declareText(app, "-o,--output", "FILE", arguments.output, "the PNG file to write");
+    const auto group = declareNumber(app, "--group", "COUNT", arguments.groupCount,
+                                     "how many pieces the image has");
+    const auto index =
+        declareNumber(app, "--index", "I", arguments.indexInGroup, "the piece, from 0");
+    group->needs(index);
+    index->needs(group);
+    const auto width =
+        declareNumber(app, "--width", "W", arguments.width, "scaled to this width, in points");
+    declareNumber(app, "--height", "H", arguments.height, "scaled to this height, in points")
+        ->excludes(width);
+    declareText(app, "-o,--output", "FILE", arguments.output, "the PNG file to write")->required();
 }
 
 /// A loader of the theme asked for; null when its palette cannot be loaded.
@@ -70,17 +78,6 @@ Answer findFont(const Session& session) {
     return loader ? jsonAnswer(loader->getCustomFont(session.arguments.name)) : jsonAnswer(nullptr);
 }
 
-/// What is wrong with the options as a whole; empty for nothing.
-std::string faultIn(const Arguments& arguments) {
-    if (!arguments.output)
-        return "-o is required";
-    if (arguments.groupCount.has_value() != arguments.indexInGroup.has_value())
-        return "--group and --index go together";
-    if (arguments.width && arguments.height)
-        return "--width or --height, not both";
-    return "";
-}
-
 /// The image asked for, by the operation of the library that makes it.
 std::optional<Image> imageOf(const YGPaletteLoad& loader, const Arguments& arguments) {
     const bool isScaled = arguments.width || arguments.height;
@@ -97,8 +94,6 @@ std::optional<Image> imageOf(const YGPaletteLoad& loader, const Arguments& argum
 
 Answer writeImage(const Session& session) {
     const Arguments& arguments = session.arguments;
-    if (const std::string fault = faultIn(arguments); !fault.empty())
-        return {"", ExitCode::unusable, "ygconfig image: " + fault};
     const auto loader = loadPalette(arguments);
     const auto image = loader ? imageOf(*loader, arguments) : std::nullopt;
     const auto png = image ? image->toPng() : std::nullopt;
@@ -111,37 +106,37 @@ Answer writeImage(const Session& session) {
 }
 
 constexpr std::string_view paletteNotes =
-    "The palette is palette_white.xml for style 0 and palette_black.xml for style 1; ROOT/user "
-    "goes\n"
-    "before ROOT/storage. For any other style, and without its file, the answer is null.\n";
+    "The palette is palette_white.xml for style 0 and palette_black.xml for style 1, in ROOT/user "
+    "or\n"
+    "else in ROOT/storage. For any other style, or without the file, the answer is null.\n";
 
 constexpr std::string_view imageNotes =
-    "The answer is the size of what was written, in points and in pixels; null, with nothing "
-    "written,\n"
-    "when there is no such image. With --group and --index it is one piece of a strip of COUNT "
-    "pieces,\n"
-    "numbered from 0 at the left; the aspect ratio stays with --width as with --height.\n";
+    "The answer is the size of the written image in points and in pixels. If the image does not "
+    "exist,\n"
+    "the answer is null and nothing is written. --group and --index select one piece of a strip "
+    "of\n"
+    "COUNT pieces, counted from 0 at the left; --width and --height keep the aspect ratio.\n";
 
 constexpr Command table[] = {
     {"dump palette", "the colours, fonts and images of a theme, as JSON; null if there is none",
-     "ygconfig dump palette --palette-style 1 --root examples/terminal\n", paletteNotes,
+     "  ygconfig dump palette --palette-style 1 --root examples/terminal\n", paletteNotes,
      declarePalette, dumpPalette},
 
     {"show palette", "the colours, fonts and images of both themes, side by side",
-     "ygconfig show palette --root examples/terminal | less -R\n", paletteLegend, nullptr,
+     "  ygconfig show palette --root examples/terminal | less -R\n", paletteLegend, nullptr,
      showPalette},
 
     {"color", "the colour of an application key, as JSON; red if there is none",
-     "ygconfig color QuoteGrid.名称 --palette-style 1 --root examples/terminal\n", paletteNotes,
+     "  ygconfig color QuoteGrid.名称 --palette-style 1 --root examples/terminal\n", paletteNotes,
      declarePaletteKey, findColor},
 
     {"font", "the font of an application key, as JSON; the system font if there is none",
-     "ygconfig font QuoteGrid.名称 --palette-style 1 --root examples/terminal\n", paletteNotes,
+     "  ygconfig font QuoteGrid.名称 --palette-style 1 --root examples/terminal\n", paletteNotes,
      declarePaletteKey, findFont},
 
     {"image", "writes an image of a theme, a piece of it or a scaled one, as PNG",
-     "ygconfig image logo -o logo.png --root examples/terminal\n"
-     "ygconfig image NavTabs.自选 --group 4 --index 1 --width 40 -o star.png --root "
+     "  ygconfig image logo -o logo.png --root examples/terminal\n"
+     "  ygconfig image NavTabs.自选 --group 4 --index 1 --width 40 -o star.png --root "
      "examples/terminal\n",
      imageNotes, declareImage, writeImage},
 };

@@ -26,7 +26,7 @@ namespace {
 
 void declareRefresh(CLI::App& app, Arguments& arguments) {
     declareFlag(app, "--refresh", arguments.refresh,
-                "download the list first, and keep it if its digest is another");
+                "download the list first, and keep it if its digest differs");
 }
 
 void declareKey(CLI::App& app, Arguments& arguments) {
@@ -118,22 +118,24 @@ Answer findRequestUrl(const Session& session) {
 constexpr std::string_view requestUrlNotes =
     "--refresh downloads http://SERVER/mac/mac_free_free_request_urls_json.txt from the "
     "configServer\n"
-    "of host.json and waits for the end. A list with another digest is written to ROOT/user and\n"
-    "answers; after any failure the list that was stored does. Nothing is downloaded without it.\n"
-    "A line on standard error says why a list could not be had or not be stored.\n";
+    "of host.json and waits for the end. A list with another digest is written to ROOT/user and "
+    "used;\n"
+    "after any failure the stored list is used. Without --refresh nothing is downloaded. If the "
+    "list\n"
+    "cannot be downloaded or stored, a line on standard error says why.\n";
 
 constexpr Command table[] = {
     {"dump request-urls", "the stored list of request URLs, as JSON; null if there is none",
-     "ygconfig dump request-urls --root examples/terminal\n", "", nullptr, dumpRequestUrls},
+     "  ygconfig dump request-urls --root examples/terminal\n", "", nullptr, dumpRequestUrls},
 
     {"show request-urls", "the addresses of HTTP services by key",
-     "ygconfig show request-urls --root examples/terminal\n"
-     "ygconfig show request-urls --root examples/terminal --refresh\n",
+     "  ygconfig show request-urls --root examples/terminal\n"
+     "  ygconfig show request-urls --root examples/terminal --refresh\n",
      urlsLegend, declareRefresh, showRequestUrls},
 
     {"request-url", "the address of an HTTP service, as a JSON string; null if there is none",
-     "ygconfig request-url quote_snapshot --root examples/terminal\n"
-     "ygconfig request-url quote_snapshot --refresh --root examples/terminal\n",
+     "  ygconfig request-url quote_snapshot --root examples/terminal\n"
+     "  ygconfig request-url quote_snapshot --refresh --root examples/terminal\n",
      requestUrlNotes, declareKey, findRequestUrl},
 };
 

@@ -21,12 +21,12 @@ namespace yg::tool {
 namespace {
 
 void declareServers(CLI::App& app, Arguments& arguments) {
-    declareFlag(app, "--gray", arguments.gray, "as a user of the grey-release group");
+    declareFlag(app, "--gray", arguments.gray, "as a user in the grey release");
 }
 
 void declareDelivery(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "DATA", arguments.data, "the file that is delivered");
-    declareOperand(app, "MD5", arguments.md5, "the digest that comes with it; any text");
+    declareOperand(app, "DATA", arguments.data, "the delivered file");
+    declareOperand(app, "MD5", arguments.md5, "the digest delivered with it; any text");
     declareServers(app, arguments);
 }
 
@@ -82,32 +82,33 @@ Answer deliverServers(const Session& session) {
 }
 
 constexpr std::string_view rightLevelNotes =
-    "The right level chooses the file: skeleton_v1.xml for \"free\" or none, skeleton_l2_v1.xml "
+    "The right level selects the file: skeleton_v1.xml for \"free\" or none, skeleton_l2_v1.xml "
     "for\n"
-    "any other, each with _gray before _v1 for --gray; ROOT/user goes before ROOT/storage.\n"
-    "Several addresses of one server are chosen from anew in each run.\n";
+    "any other; --gray adds _gray before _v1. A file in ROOT/user is used instead of the one in\n"
+    "ROOT/storage. If a server has several addresses, each run chooses again.\n";
 
 constexpr std::string_view deliveryNotes =
-    "It is false for what is no XML, and nothing is written then. Otherwise the file is written "
-    "to\n"
-    "ROOT/user under the name for the right level and --gray, with MD5 as md5 of its root; what\n"
-    "stands in ROOT/storage stays. Whenever nothing was stored, also when the answer is true, a "
-    "line\n"
-    "on standard error says why. A DATA file that cannot be read is an error (exit status 2).\n";
+    "The answer is false for data that is not XML, and nothing is written. Otherwise the file is\n"
+    "written to ROOT/user under the name for the right level and --gray, with MD5 as md5 of its "
+    "root;\n"
+    "ROOT/storage is not changed. Whenever nothing was stored, even if the answer is true, a line "
+    "on\n"
+    "standard error says why. A DATA file that cannot be read is an error (exit status 2).\n";
 
 constexpr Command table[] = {
     {"dump servers", "the servers with the addresses chosen for them, as JSON",
-     "ygconfig dump servers --root examples/terminal\n"
-     "ygconfig dump servers --root examples/terminal --right l2 --gray\n",
+     "  ygconfig dump servers --root examples/terminal\n"
+     "  ygconfig dump servers --root examples/terminal --right l2 --gray\n",
      rightLevelNotes, declareServers, dumpServers},
 
     {"show servers", "the servers of each type and the chances of their addresses, as trees",
-     "ygconfig show servers --root examples/terminal\n"
-     "ygconfig show servers --root examples/terminal --right l2 --gray\n",
+     "  ygconfig show servers --root examples/terminal\n"
+     "  ygconfig show servers --root examples/terminal --right l2 --gray\n",
      serversLegend, declareServers, showServers},
 
     {"servers deliver", "applies a server file and keeps it as the user's own; true or false",
-     "ygconfig servers deliver new.xml 900150983cd24fb0d6963f7d28e17f72 --root examples/terminal\n",
+     "  ygconfig servers deliver new.xml 900150983cd24fb0d6963f7d28e17f72 --root "
+     "examples/terminal\n",
      deliveryNotes, declareDelivery, deliverServers},
 };
 

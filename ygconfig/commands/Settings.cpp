@@ -16,7 +16,7 @@ namespace yg::tool {
 namespace {
 
 void declareItem(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "FILE", arguments.file, "a settings file's name, app_config.xml for one");
+    declareOperand(app, "FILE", arguments.file, "a settings file's name, such as app_config.xml");
     declareOperand(app, "SECTION", arguments.section, "the name of an element below the root");
     declareOperand(app, "ITEM", arguments.item, "the name of an element in the section");
 }
@@ -25,13 +25,13 @@ void declareItemText(CLI::App& app, Arguments& arguments) {
     declareItem(app, arguments);
     declareOperand(app, "TEXT", arguments.text, "the text to store; may be empty");
     declareText(app, "--description", "D", arguments.description,
-                "what a new item is for; one that is there keeps its own");
-    declareFlag(app, "--readonly", arguments.readonly, "through the store that never writes");
+                "what a new item is for; an existing item keeps its description");
+    declareFlag(app, "--readonly", arguments.readonly, "use the store that never writes");
 }
 
 void declareFile(CLI::App& app, Arguments& arguments) {
-    declareOptionalOperand(app, "[FILE]", arguments.key,
-                           "a settings file's name; app_config.xml if not given");
+    declareText(app, "[FILE]", "", arguments.key,
+                "a settings file's name; app_config.xml if not given");
 }
 
 Answer getSetting(const Session& session) {
@@ -73,32 +73,32 @@ Answer showSettings(const Session& session) {
 }
 
 constexpr std::string_view settingsNotes =
-    "It is written to ROOT/user, with all that is in FILE; what stands in ROOT/storage stays. A "
-    "new\n"
-    "item needs a FILE with a root element: without one the text is lost, and the answer is true.\n"
-    "False are names that no XML element can have, and --readonly. Whenever nothing was stored, "
-    "also\n"
-    "when the answer is true, a line on standard error says why.\n"
+    "The file is written to ROOT/user with everything else that FILE holds; ROOT/storage is not\n"
+    "changed. A new item needs a FILE with a root element: without one the text is lost, and the\n"
+    "answer is true. The answer is false for names that an XML element cannot have, and with\n"
+    "--readonly. Whenever nothing was stored, even if the answer is true, a line on standard "
+    "error\n"
+    "says why.\n"
     "\n"
-    "Several of these commands at the same time lose nothing to each other, nor to an application "
-    "that\n"
-    "opens FILE with OtherWriters::merged. An application that opens it otherwise does not see "
-    "what "
-    "is\n"
-    "stored here while it runs, and undoes it when it next stores something itself.\n";
+    "If several of these commands run at the same time, none undoes what another one stored. The "
+    "same\n"
+    "holds for an application that opens FILE with OtherWriters::merged. An application that opens "
+    "it\n"
+    "otherwise does not see what is stored here while it runs, and undoes it when it next stores\n"
+    "something itself.\n";
 
 constexpr Command table[] = {
     {"settings get", "the text of a settings item, as a JSON string; null if there is none",
-     "ygconfig settings get app_config.xml appearance theme --root examples/terminal\n", "",
+     "  ygconfig settings get app_config.xml appearance theme --root examples/terminal\n", "",
      declareItem, getSetting},
 
     {"settings set", "stores the text of a settings item; true or false",
-     "ygconfig settings set app_config.xml appearance theme white --root examples/terminal\n"
-     "ygconfig settings set app_config.xml chart grid true --description 'lines behind charts'\n",
+     "  ygconfig settings set app_config.xml appearance theme white --root examples/terminal\n"
+     "  ygconfig settings set app_config.xml chart grid true --description 'lines behind charts'\n",
      settingsNotes, declareItemText, setSetting},
 
     {"show settings", "the application's settings, as trees",
-     "ygconfig show settings --root examples/terminal\n", settingsLegend, declareFile,
+     "  ygconfig show settings --root examples/terminal\n", settingsLegend, declareFile,
      showSettings},
 };
 

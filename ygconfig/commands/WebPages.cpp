@@ -17,22 +17,21 @@ namespace yg::tool {
 namespace {
 
 void declareWebPage(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "FILE", arguments.file, "a table's name, web_page_urls.xml for one");
-    declareOptionalOperand(app, "[KEY]", arguments.key, "the key of an address");
+    declareOperand(app, "FILE", arguments.file, "a table's name, such as web_page_urls.xml");
+    declareText(app, "[KEY]", "", arguments.key, "the key of an address");
     declareText(app, "--replace", "TABLE", arguments.replacement,
                 "the path of a new table, - for standard input; instead of a key");
 }
 
 void declareFile(CLI::App& app, Arguments& arguments) {
-    declareOptionalOperand(app, "[FILE]", arguments.key,
-                           "a table's name; web_page_urls.xml if not given");
+    declareText(app, "[FILE]", "", arguments.key, "a table's name; web_page_urls.xml if not given");
 }
 
 Answer findWebPage(const Session& session) {
     const Arguments& arguments = session.arguments;
     if (arguments.key.has_value() == arguments.replacement.has_value())
         return {"", ExitCode::unusable,
-                arguments.key ? "ygconfig web-page: KEY and --replace exclude each other"
+                arguments.key ? "ygconfig web-page: KEY and --replace cannot be combined"
                               : "ygconfig web-page: KEY or --replace is required"};
     std::string table;
     if (arguments.replacement) {
@@ -67,19 +66,19 @@ Answer showWebPages(const Session& session) {
 
 constexpr std::string_view webPageNotes =
     "Without an address the answer is \"about:blank\", and a line on standard error says why.\n"
-    "--replace is true once the new table is written to ROOT/user; otherwise it is false, and a "
-    "line\n"
-    "on standard error says why.\n"
+    "With --replace the answer is true once the new table is written to ROOT/user; otherwise it "
+    "is\n"
+    "false, and a line on standard error says why.\n"
     "Each \"&\" of the new table stands for itself, also in \"&amp;\".\n";
 
 constexpr Command table[] = {
     {"web-page", "the address of a web page, as a JSON string; or replaces all, true or false",
-     "ygconfig web-page web_page_urls.xml help_center --root examples/terminal\n"
-     "ygconfig web-page web_page_urls.xml --replace new.xml --root examples/terminal\n",
+     "  ygconfig web-page web_page_urls.xml help_center --root examples/terminal\n"
+     "  ygconfig web-page web_page_urls.xml --replace new.xml --root examples/terminal\n",
      webPageNotes, declareWebPage, findWebPage},
 
     {"show web-pages", "the addresses of web pages by key",
-     "ygconfig show web-pages --root examples/terminal\n", urlsLegend, declareFile, showWebPages},
+     "  ygconfig show web-pages --root examples/terminal\n", urlsLegend, declareFile, showWebPages},
 };
 
 }  // namespace

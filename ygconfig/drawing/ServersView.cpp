@@ -4,9 +4,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <cstdio>
-#include <optional>
+#include <iterator>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -18,53 +17,16 @@ namespace yg::tool {
 
 namespace {
 
-/// The pieces between the separators, one more than there are separators.
-std::vector<std::string_view> pieces(std::string_view text, char separator) {
-    std::vector<std::string_view> found;
-    for (std::size_t end = text.find(separator); end != std::string_view::npos;
-         end = text.find(separator)) {
-        found.push_back(text.substr(0, end));
-        text.remove_prefix(end + 1);
-    }
-    found.push_back(text);
-    return found;
-}
-
-/// One of an entry's addresses, cut as the library cuts it.
-struct Offer {
-    explicit Offer(std::string_view item) : text(item) {
-        const auto parts = pieces(item, ':');
-        isUsable = parts.size() > 1;
-        const std::size_t host = parts.size() > 2 ? 1 : 0;
-        if (isUsable) {
-            text = parts[host];
-            (text += ':') += parts[host + 1];
-        }
-        if (host == 1)
-            weight = parts[0];
-    }
-
-    std::string text;  ///< host:port, or the item
-    bool isUsable = false;
-    std::optional<std::string> weight;
-};
-
-std::string percentage(std::size_t count) {
+std::string percentage(std::ptrdiff_t count) {
     std::array<char, 32> digits{};
     std::snprintf(digits.data(), digits.size(), "%.3g%%", 100.0 / static_cast<double>(count));
     return digits.data();
 }
 
-std::string textOr(std::optional<std::string_view> text, std::string_view otherwise) {
-    return text ? quotedIfEmpty(*text) : std::string(otherwise);
-}
-
 }  // namespace
 
 ServersView::ServersView(const YGServerCfgLoader& loader, bool colour)
-    : loader_(loader),
-      paint_(colour),
-      file_(xml::Document::parseFile(loader.configPath().value_or("")).document) {}
+    : loader_(loader), paint_(colour), offers_(loader.offers()) {}
 
 std::string ServersView::servers(std::string_view shownPath) const {
     std::vector<std::pair<std::string_view, YGServerCfgLoader::Group>> groups;
@@ -106,7 +68,10 @@ Branch ServersView::groupBranch(std::string_view fieldName,
             branch.children.push_back({nameOr(server->serverName(), "(no name)"), Tone::element,
                                        std::move(chosen).text()});
         }
-        Branch addresses = addressesBranch(group.serverType());
+        Branch addresses{"addresses", Tone::quiet};
+        if (const auto found = offers_.find(group.serverType()); found != offers_.end())
+            std::ranges::transform(found->second, std::back_inserter(addresses.children),
+                                   [this](const ServerOffer& entry) { return entryBranch(entry); });
         if (!addresses.children.empty())
             branch.children.push_back(std::move(addresses));
     }
@@ -114,43 +79,20 @@ Branch ServersView::groupBranch(std::string_view fieldName,
     return branch;
 }
 
-Branch ServersView::addressesBranch(std::uint64_t serverType) const {
-    Branch branch{"addresses", Tone::quiet};
-    const auto groups =
-        file_.root().query("/application/server[@type=" + std::to_string(serverType) + "]");
-    if (groups.empty())
-        return branch;
-    for (const xml::Node& child : xml::Element(groups.front()).children()) {
-        if (child.isElement())
-            branch.children.push_back(entryBranch(xml::Element(child)));
-    }
-    return branch;
-}
-
-Branch ServersView::entryBranch(const xml::Element& entry) const {
-    const auto key = entry.attribute("key");
-    const auto names = entry.attribute("name");
-    const auto addrs = entry.attribute("addrs");
-    Branch branch{textOr(names, "(no name)"), Tone::plain, "key " + textOr(key, "missing")};
-    std::vector<Offer> offers;
-    for (const std::string_view item : pieces(addrs.value_or(""), ';'))
-        offers.emplace_back(item);
-    const auto usable = static_cast<std::size_t>(std::count_if(
-        offers.begin(), offers.end(), [](const Offer& each) { return each.isUsable; }));
-    const bool isRead = key && names && addrs && usable > 0;
-    if (!isRead)
-        branch.details = joined(branch.details, paint_(Tone::mark, "passed over"));
-    if (!addrs)
-        return branch;
-    for (const Offer& offer : offers) {
-        Details details;
-        if (!isRead || !offer.isUsable)
-            details.add(paint_(Tone::mark, "passed over"));
-        else
-            details.add("chance " + percentage(usable));
-        details.add("weight", offer.weight);
+Branch ServersView::entryBranch(const ServerOffer& entry) const {
+    const auto usable =
+        std::ranges::count_if(entry.addresses, [](const auto& each) { return each.canBeChosen; });
+    const std::string skipped = paint_(Tone::mark, "passed over");
+    Details details;
+    details.add("key " + nameOr(entry.key, "missing"));
+    details.addIf(usable == 0, skipped);
+    Branch branch{nameOr(entry.names, "(no name)"), Tone::plain, std::move(details).text()};
+    for (const AddressOffer& offer : entry.addresses) {
+        Details beside;
+        beside.add(offer.canBeChosen ? "chance " + percentage(usable) : skipped);
+        beside.add("weight", offer.weight);
         branch.children.push_back(
-            {quotedIfEmpty(offer.text), Tone::slot, std::move(details).text()});
+            {quotedIfEmpty(offer.address), Tone::slot, std::move(beside).text()});
     }
     return branch;
 }

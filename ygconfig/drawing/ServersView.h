@@ -5,11 +5,12 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
-#include "YGConfigManager/xml/Document.h"
 
 #include "ygconfig/drawing/Paint.h"
 #include "ygconfig/drawing/Tree.h"
@@ -28,7 +29,7 @@ inline constexpr std::string_view serversLegend =
 
 class ServersView {
 public:
-    /// The loader must outlive the view. Its file is read once more, for the entries.
+    /// The loader must outlive the view.
     ServersView(const YGServerCfgLoader& loader, bool colour);
 
     /// Everything. `shownPath` stands for the file.
@@ -36,12 +37,11 @@ public:
 
 private:
     Branch groupBranch(std::string_view fieldName, const YGServerAddrListTag& group) const;
-    Branch addressesBranch(std::uint64_t serverType) const;
-    Branch entryBranch(const xml::Element& entry) const;
+    Branch entryBranch(const ServerOffer& entry) const;
 
     const YGServerCfgLoader& loader_;
     const Paint paint_;
-    const xml::Document file_;
+    const std::map<std::uint64_t, std::vector<ServerOffer>> offers_;
 };
 
 }  // namespace yg::tool

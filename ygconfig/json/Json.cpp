@@ -36,7 +36,7 @@ void JsonWriter::write(double number) {
                       isPlain ? std::chars_format::fixed : std::chars_format::scientific);
     const std::string_view text(digits, static_cast<std::size_t>(end.ptr - digits));
     pending_ += text;
-    // Numbers of this kind are told from integers.
+    // Marks the number as one that is not an integer.
     if (isPlain && text.find('.') == std::string_view::npos)
         pending_ += ".0";
 }

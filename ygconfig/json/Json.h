@@ -26,8 +26,8 @@ concept Described = requires {
     Description<Value>::fields;
 };
 
-/// Writes values as lines of UTF-8 text, indented by two blanks for each level. What is no UTF-8 is
-/// replaced by U+FFFD. It needs no more memory for more of it. Throws what the sink throws, and
+/// Writes values as lines of UTF-8 text, indented by two blanks for each level. What is not UTF-8
+/// is replaced by U+FFFD. It needs no more memory for more of it. Throws what the sink throws, and
 /// std::bad_alloc.
 class JsonWriter {
 public:

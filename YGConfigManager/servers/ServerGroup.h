@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+//
+// How the group of a server type is found and read. Internal; throws std::bad_alloc.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "YGConfigManager/diagnostics/Reporter.h"
+#include "YGConfigManager/servers/RandomSource.h"
+#include "YGConfigManager/servers/ServerOffer.h"
+#include "YGConfigManager/servers/YGServerAddrListTag.h"
+#include "YGConfigManager/xml/Node.h"
+
+namespace yg {
+
+/// The groups of a type in the document that holds the element, in its order; the first counts.
+std::vector<xml::Node> serverGroups(const xml::Element& root, std::uint64_t serverType);
+
+/// Reads the group that counts, if there is one, and reports the others.
+void readServerGroup(const std::vector<xml::Node>& found, YGServerAddrListTag& group,
+                     const Reporter& reporter, RandomSource& random);
+
+/// What the entries of a group offer.
+std::vector<ServerOffer> serverOffers(const xml::Element& group);
+
+}  // namespace yg

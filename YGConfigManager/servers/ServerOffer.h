@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+//
+// What a server configuration offers, entry by entry, whichever addresses were chosen. Plain
+// values.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace yg {
+
+/// One address of an entry.
+struct AddressOffer {
+    std::string address;                ///< host:port; an item without a port as it stands
+    std::optional<std::string> weight;  ///< as written; it has no effect
+    bool canBeChosen;                   ///< with the same chance as the entry's others that can be
+};
+
+/// An entry of a group. It gives servers if one of its addresses can be chosen.
+struct ServerOffer {
+    std::optional<std::string> key;       ///< as written
+    std::optional<std::string> names;     ///< as written, between ";"
+    std::vector<AddressOffer> addresses;  ///< empty when the entry does not say
+};
+
+}  // namespace yg

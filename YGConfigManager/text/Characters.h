@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+//
+// Kinds of characters, in ASCII and without a locale. Any thread may call.
+#pragma once
+
+#include <string_view>
+
+namespace yg::text {
+
+/// What XML and JSON take for white space.
+inline constexpr std::string_view whiteSpace = " \t\r\n";
+
+constexpr bool isWhiteSpace(char character) {
+    return whiteSpace.find(character) != std::string_view::npos;
+}
+
+constexpr bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+}  // namespace yg::text

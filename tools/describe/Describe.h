@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+//
+// Schemas and pages made from the descriptions of file formats. They know no format: all that they
+// write comes from the description given.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "YGConfigManager/formats/Format.h"
+
+namespace yg::describe {
+
+/// RELAX NG, XML syntax: what the loader takes without a finding is valid, and what it reports is
+/// not, so far as one element with its attributes and content tells.
+std::string relaxNg(const FormatInfo& format);
+
+/// XML Schema 1.0, for editors: it knows the elements by their usual names. Elements that may have
+/// any name are checked where they have such a name; elements of one name in one format are taken
+/// together.
+std::string xmlSchema(const FormatInfo& format);
+
+/// JSON Schema, draft 2020-12.
+std::string jsonSchema(const FormatInfo& format);
+
+/// An XML catalogue of the schemas: "urn:ygconfigmanager:events:rng" names events.rng beside it.
+std::string catalog(std::span<const FormatInfo* const> formats);
+
+/// The page on a format, in Markdown.
+std::string page(const FormatInfo& format);
+
+/// The page that lists the formats and says what holds for all of them.
+std::string indexPage(std::span<const FormatInfo* const> formats);
+
+struct GeneratedFile {
+    std::string path;  ///< "schemas/events.rng"
+    std::string text;
+};
+
+/// All files for these formats.
+std::vector<GeneratedFile> describe(std::span<const FormatInfo* const> formats);
+
+}  // namespace yg::describe

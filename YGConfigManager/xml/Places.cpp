@@ -102,14 +102,14 @@ private:
     /// Up to the "/" or ">" that ends the tag.
     void takeAttributes() {
         for (const pugi::xml_attribute attribute : element_.attributes()) {
-            const std::size_t name = text_.find_first_not_of(whiteSpace, at_);
+            const std::size_t name = text_.find_first_not_of(text::whiteSpace, at_);
             const std::size_t quote = text_.find_first_of("\"'", name);
             const std::size_t end = text_.find(text_[quote], quote + 1);
             takeValue(quote + 1, end);
             at_ = end + 1;
             note(attribute.internal_object(), name, quote + 1, at_);
         }
-        at_ = text_.find_first_not_of(whiteSpace, at_);
+        at_ = text_.find_first_not_of(text::whiteSpace, at_);
     }
 
     void takeValue(std::size_t begin, std::size_t end) {

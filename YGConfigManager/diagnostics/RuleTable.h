@@ -3,8 +3,9 @@
 // The one table of rules. Internal: applications walk it by Rule.h.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
-#include <stdexcept>
+#include <iterator>
 #include <string_view>
 
 #include "YGConfigManager/diagnostics/Rule.h"
@@ -1206,13 +1207,20 @@ inline constexpr Rule ruleTable[] = {
      R"(httpReqUrlStringWithUrlKey("quote"))"},
 };
 
+/// The name of a rule where it is compiled.
+template <std::size_t size>
+struct RuleName {
+    consteval RuleName(const char (&name)[size]) { std::copy_n(name, size, text); }
+    char text[size];
+};
+
 /// "unknown-attribute"_rule is that rule; a name that is not in the table does not compile.
-consteval const Rule& operator""_rule(const char* name, std::size_t length) {
-    for (const Rule& rule : ruleTable) {
-        if (rule.name == std::string_view(name, length))
-            return rule;
-    }
-    throw std::invalid_argument("no such rule");
+template <RuleName name>
+constexpr const Rule& operator""_rule() {
+    constexpr const Rule* rule =
+        std::ranges::find(ruleTable, std::string_view(name.text), &Rule::name);
+    static_assert(rule != std::end(ruleTable), "no such rule");
+    return *rule;
 }
 
 }  // namespace yg

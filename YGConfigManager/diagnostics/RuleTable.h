@@ -40,9 +40,10 @@ inline constexpr Rule ruleTable[] = {
     {"overridden-style", Handling::replaced, Severity::warning,
      "The soft-optimize file's style replaces the main file's style of the same name."},
     {"style-element-name", Handling::defaulted, Severity::error,
-     "Panels are attached to elements named \"style\" only, so this style stays without panels."},
+     "Only an element named \"style\" can have panels, so this style stays without them."},
     {"ignored-default-style", Handling::dropped, Severity::error,
-     "The tab file does not name the default style."},
+     "The tab file cannot name the default style; only the main and the soft-optimize style file "
+     "can."},
     {"soft-optimize-dropped", Handling::unresolved, Severity::error,
      "The main style file yields no styles, so the soft-optimize styles are dropped with it."},
     {"no-templates", Handling::unresolved, Severity::warning,
@@ -65,7 +66,8 @@ inline constexpr Rule ruleTable[] = {
      "The soft-optimize file's group replaces the group of the same name whole; members are not "
      "merged."},
     {"unexpected-element-name", Handling::unresolved, Severity::warning,
-     "Taken whatever its name, but custom pages find it under its proper name only."},
+     "It is read in spite of its element name, but custom pages find it under the proper one "
+     "only."},
     {"member-without-panel", Handling::dropped, Severity::error,
      "A magic panel needs an element inside, its panel."},
     {"second-panel", Handling::dropped, Severity::error,

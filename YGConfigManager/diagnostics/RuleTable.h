@@ -13,6 +13,7 @@
 namespace yg {
 
 inline constexpr Rule ruleTable[] = {
+
     // ---- All formats ----
     {"unreadable-file", Handling::unresolved, Severity::warning,
      "The file is missing or is not well-formed XML, so it contributes nothing.",
@@ -137,6 +138,7 @@ inline constexpr Rule ruleTable[] = {
      R"(<styles default_style="quote">
     <style name="quote"><panel name="main"><element name="grid"/><panel name="side"/></panel></style>
 </styles>)"},
+
     // ---- The layout ----
     // Styles.
     {"style-without-name", Handling::dropped, Severity::error,
@@ -171,7 +173,7 @@ inline constexpr Rule ruleTable[] = {
     <style name="depth"/>
 </styles>)"},
     {"style-element-name", Handling::defaulted, Severity::error,
-     "Panels are attached to elements named \"style\" only, so this style stays without panels.",
+     "Only an element named \"style\" can have panels, so this style stays without them.",
      "The style is found by its name, but it has no panels, because panels are attached to "
      "elements named \"style\" only. Rename the element.",
      "config/custompage_template.xml",
@@ -182,7 +184,8 @@ inline constexpr Rule ruleTable[] = {
     <style name="quote"><panel name="main"/></style>
 </styles>)"},
     {"ignored-default-style", Handling::dropped, Severity::error,
-     "The tab file does not name the default style.",
+     "The tab file cannot name the default style; only the main and the soft-optimize style file "
+     "can.",
      "The page that opens first is named by the soft-optimize style file or the main one, never by "
      "the tab file. Move the attribute there.",
      "config/tab_styles.xml",
@@ -286,7 +289,7 @@ inline constexpr Rule ruleTable[] = {
     <magic_panels name="side"><magic_panel name="kline"><panel name="kline"/></magic_panel></magic_panels>
 </groups>)"},
     {"unexpected-element-name", Handling::unresolved, Severity::warning,
-     "Taken whatever its name, but custom pages find it under its proper name only.",
+     "It is read in spite of its element name, but custom pages find it under the proper one only.",
      "It is read by its name attribute, whatever the element is called. Custom pages look for the "
      "proper element name, \"magic_panels\", \"magic_panel\" or \"reuse_panel\", and do not find "
      "it. Rename the element.",
@@ -405,11 +408,11 @@ inline constexpr Rule ruleTable[] = {
      "", "detail-klin", "detail-kline"},
     {"broken-pattern", Handling::unresolved, Severity::warning,
      "With the argument written into it the pattern is not well-formed XML, so the slot stays as "
-     "it "
-     "is.",
+     "it is.",
      "A pattern is a member whose text the argument is written into. An argument with \"<\", \"&\" "
      "or a quotation mark can make it something other than XML; then the slot stays as it is.",
      "", "detail-a<b", "detail-ab"},
+
     // ---- Events and commands ----
     // Sections.
     {"event-root-name", Handling::dropped, Severity::error,
@@ -572,7 +575,7 @@ inline constexpr Rule ruleTable[] = {
 </event_list>)"},
     // Attributes.
     {"dispatch-spelling", Handling::dropped, Severity::error,
-     R"(The attribute is "disptch" in templates and "dispatch" in commands and groups.)",
+     "The attribute is \"disptch\" in templates and \"dispatch\" in commands and groups.",
      "In templates the attribute is \"disptch\", in commands and groups \"dispatch\". The other "
      "spelling is not read.",
      "config/events.xml",
@@ -583,8 +586,7 @@ inline constexpr Rule ruleTable[] = {
     <event_template name="t"><event name="a" disptch="d"/></event_template>
 </event_list>)"},
     {"attribute-without-event", Handling::dropped, Severity::error,
-     "This entry only includes a template; it defines no event that the attribute could belong "
-     "to.",
+     "This entry only includes a template; it defines no event that the attribute could belong to.",
      "The entry has a src, but defines no event. In a template give it a name; in a group write an "
      "\"event\" of its own.",
      "config/events.xml",
@@ -646,11 +648,11 @@ inline constexpr Rule ruleTable[] = {
     <event_template name="list"><event name="a"/></event_template><element_event name="grid"><include src="list"/></element_event>
 </event_list>)"},
     {"include-limit", Handling::unresolved, Severity::warning,
-     "Includes add at most 1,000,000 events and 64 MiB to a file; "
-     "with this one it would be more, so "
-     "it adds nothing.",
+     "Includes add at most 1,000,000 events and 64 MiB to a file; with this one it would be more, "
+     "so it adds nothing.",
      "Includes repeat what they include. A small file can ask for more than any machine holds, so "
      "a load stops adding at this limit."},
+
     // ---- Palettes ----
     // Files and sections.
     {"no-palette-path", Handling::unresolved, Severity::warning,
@@ -852,6 +854,7 @@ inline constexpr Rule ruleTable[] = {
     {"too-many-image-bytes", Handling::unresolved, Severity::warning,
      "The image files before this one have 256 MiB together or more, so its name has no image.",
      "The limit keeps a few large files from taking all memory. Use smaller files."},
+
     // ---- Servers ----
     // Documents and groups.
     {"unreadable-delivery", Handling::unresolved, Severity::warning,
@@ -991,8 +994,7 @@ inline constexpr Rule ruleTable[] = {
 </application>)"},
     {"ipv6-address", Handling::defaulted, Severity::warning,
      "An address is cut at every \":\", so that an IPv6 address cannot be written; its parts give "
-     "a "
-     "wrong host and port.",
+     "a wrong host and port.",
      "Write a host name that has the IPv6 address.", "storage/skeleton_v1.xml",
      R"(<application>
     <server type="1" name="Quotes">
@@ -1045,6 +1047,7 @@ inline constexpr Rule ruleTable[] = {
         <entry key="1" name="East" addrs="192.0.2.1:9211;192.0.2.2:9211"/>
     </server>
 </application>)"},
+
     // ---- Settings, web pages and request URLs ----
     // Settings.
     {"settings-root-name", Handling::dropped, Severity::error,

@@ -96,7 +96,8 @@ public:
         return tables_.magicPanelInfos;
     }
 
-    /// The reuse panels; null before loading, empty when there are none.
+    /// The reuse panels; null before loading and when memory did not suffice for it, empty when
+    /// there are none.
     const std::shared_ptr<const PanelMap>& reusePanelInfos() const {
         return tables_.reusePanelInfos;
     }

@@ -58,6 +58,16 @@ TEST_F(ReusePanels, OfOneNameLeaveTheLaterOne) {
     EXPECT_EQ((*panels->find("a"))->minSize(), 2.0F);
 }
 
+TEST_F(ReusePanels, OfALoadAreTheRecordsThatItsStylesShow) {
+    write(LayoutFile::reusePanels, "<r><reuse_panel name='b'/></r>");
+    write(LayoutFile::styles,
+          "<s><style name='a'><panel><reuse_panel name='b'/></panel></style></s>");
+    load();
+    EXPECT_EQ(*loader.reusePanelInfos()->find("b"),
+              style("a")->stylePanes()->front()->panePanes()->front());
+    EXPECT_THAT(keys(loader.reusePanelInfos()), ElementsAre("b"));
+}
+
 TEST_F(ReusePanels, MayHaveAnEmptyName) {
     write(LayoutFile::reusePanels, "<r><reuse_panel name=''/></r>");
     EXPECT_THAT(keys(loader.loadReusePanel(path(LayoutFile::reusePanels))), ElementsAre(""));

@@ -190,7 +190,8 @@ void LayoutView::meetReusePanels(const PanelConfigInfo& panel) {
 /// The records do not say that they came from the reuse file.
 bool LayoutView::isReusePanel(const Panel& panel) const {
     const auto& name = panel->panelName();
-    const Panel* const found = name ? loader_.reusePanelInfos()->find(*name) : nullptr;
+    const auto& all = loader_.reusePanelInfos();
+    const Panel* const found = name && all ? all->find(*name) : nullptr;
     return found && *found == panel;
 }
 

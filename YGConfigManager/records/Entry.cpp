@@ -81,13 +81,14 @@ void Entry::Account::reportText(const xml::Node& node) const {
     reporter.report({"stray-text"_rule, place, place, "#text", {}, node.stringValue(), {}});
 }
 
-void Entry::Account::reportElements(const xml::Element& element) const {
+void Entry::Account::accountForText(const xml::Element& element) const {
     for (const xml::Node& child : element.children()) {
-        if (!child.isElement())
-            continue;
         const Place place = placeOf(child);
         const std::string name(child.name());
-        reporter.report({"element-in-text"_rule, place, place, name, {}, name, {}});
+        if (child.isElement())
+            reporter.report({"element-in-text"_rule, place, place, name, {}, name, {}});
+        else if (child.kind() == xml::NodeKind::text)
+            reporter.sink()->used(place);
     }
 }
 

@@ -85,7 +85,7 @@ public:
     std::string text() {
         beginContent();
         if (account_)
-            account_->reportElements(element_);
+            account_->accountForText(element_);
         return element_.stringValue();
     }
 
@@ -162,7 +162,7 @@ private:
         static std::optional<Place> define(const xml::Element& element, std::string_view name,
                                            RecordMap<Place>& places);
         void reportText(const xml::Node& node) const;
-        void reportElements(const xml::Element& element) const;
+        void accountForText(const xml::Element& element) const;
         void endAttributes(const xml::Element& element);
         void endContent(const xml::Element& element) const;
         const Rule* ruleFor(const xml::Attribute& attribute) const;

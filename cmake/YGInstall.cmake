@@ -39,4 +39,7 @@ configure_file("${CMAKE_CURRENT_LIST_DIR}/YGConfigManager.pc.in"
 install(FILES "${PROJECT_BINARY_DIR}/YGConfigManager.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
+# For editors and other validators; see docs/formats.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/schemas"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/YGConfigManager")
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDIR}")

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A palette and the switch to another: loaded without and with a listener, which must be the same,
+// A palette and the switch to another: loaded without and with a sink, which must be the same,
 // everything in them looked up, and the images cut and scaled.
 //
 // The input is cut at lines "=====" into the light palette, the dark one, and an image file, which
@@ -128,9 +128,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto silent = load(nullptr);
     const std::string log = host->log;
     LookingSink sink;
-    const auto heard = load(&sink);
-    require(shown(heard) == shown(silent), "a listener changes no answer");
-    require(host->log == log, "a listener changes no log line");
+    const auto reported = load(&sink);
+    require(shown(reported) == shown(silent), "a sink changes no answer");
+    require(host->log == log, "a sink changes no log line");
     if (!silent)
         return 0;
     lookUpAll(*silent);

@@ -30,23 +30,20 @@ public:
     explicit Program(std::vector<std::string> words, int streamRead = STDOUT_FILENO) {
         std::array<int, 2> input{};
         std::array<int, 2> output{};
-        if (::pipe2(input.data(), O_CLOEXEC) != 0 || ::pipe2(output.data(), O_CLOEXEC) != 0) {
+        if (::pipe2(input.data(), O_CLOEXEC) != 0 || ::pipe2(output.data(), O_CLOEXEC) != 0)
             throw std::runtime_error("no pipe");
-        }
         posix_spawn_file_actions_t actions;
         ::posix_spawn_file_actions_init(&actions);
         ::posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
         for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
-            if (stream == streamRead) {
+            if (stream == streamRead)
                 ::posix_spawn_file_actions_adddup2(&actions, output[1], stream);
-            } else if (stream == STDOUT_FILENO || !isSanitized) {
+            else if (stream == STDOUT_FILENO || !isSanitized)
                 ::posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_WRONLY, 0);
-            }
         }
         std::vector<char*> pointers;
-        for (std::string& word : words) {
+        for (std::string& word : words)
             pointers.push_back(word.data());
-        }
         pointers.push_back(nullptr);
         const int failure =
             ::posix_spawn(&process_, pointers[0], &actions, nullptr, pointers.data(), environ);
@@ -74,24 +71,21 @@ public:
     /// Writes one byte to its standard input.
     void send() const {
         const char byte = '.';
-        if (::write(input_, &byte, 1) != 1) {
+        if (::write(input_, &byte, 1) != 1)
             throw std::runtime_error("the program reads no more");
-        }
     }
 
     void closeInput() {
-        if (input_ >= 0) {
+        if (input_ >= 0)
             ::close(std::exchange(input_, -1));
-        }
     }
 
     /// Waits for one more line, without its end; none when there is none any more.
     std::optional<std::string> line() {
         std::size_t end = 0;
         while ((end = read_.find('\n')) == std::string::npos) {
-            if (!readMore()) {
+            if (!readMore())
                 return std::nullopt;
-            }
         }
         std::string found = read_.substr(0, end);
         read_.erase(0, end + 1);
@@ -120,9 +114,8 @@ private:
     bool readMore() {
         std::array<char, 4096> piece{};
         const ssize_t count = ::read(output_, piece.data(), piece.size());
-        if (count > 0) {
+        if (count > 0)
             read_.append(piece.data(), static_cast<std::size_t>(count));
-        }
         return count > 0;
     }
 

@@ -16,9 +16,8 @@ inline constexpr bool childrenMayAllocate = !isSanitized;
 
 /// How often to repeat: in the test run (a quarter of it under sanitizers), or in a proof.
 inline int repeats(int usual, int inProof) {
-    if (std::getenv("YG_PROOF") != nullptr) {
+    if (std::getenv("YG_PROOF"))
         return inProof;
-    }
     return isSanitized ? (usual + 3) / 4 : usual;
 }
 

@@ -29,12 +29,10 @@ class TempFile {
 public:
     TempFile(int folder, FileLayer& layer) : folder_(folder), layer_(layer) {}
     ~TempFile() {
-        if (number_ >= 0) {
+        if (number_ >= 0)
             layer_.close(number_);
-        }
-        if (exists_) {
+        if (exists_)
             layer_.unlink(folder_, name_.c_str());
-        }
     }
     TempFile(const TempFile&) = delete;
     TempFile& operator=(const TempFile&) = delete;
@@ -45,14 +43,13 @@ public:
             number_ = uninterrupted([&] { return layer_.openNew(folder_, name_.c_str(), mode); });
             if (number_ >= 0) {
                 exists_ = true;
-                // Tells others that it is not left over; where nothing can be locked they know
+                // Shows others that it is not left over; where nothing can be locked they know
                 // none.
                 layer_.lock(number_);
                 return true;
             }
-            if (errno != EEXIST) {
+            if (errno != EEXIST)
                 return false;
-            }
         }
         return false;
     }
@@ -88,9 +85,8 @@ public:
     }
 
     bool takePlaceOf(const std::string& target) {
-        if (layer_.rename(folder_, name_.c_str(), target.c_str()) != 0) {
+        if (layer_.rename(folder_, name_.c_str(), target.c_str()) != 0)
             return false;
-        }
         exists_ = false;
         return true;
     }
@@ -107,9 +103,8 @@ private:
 bool lookAtTarget(int folder, const Place& place, FileLayer& layer,
                   std::optional<FileRights>& rights) {
     struct stat state;
-    if (layer.status(folder, place.name.c_str(), state) != 0) {
+    if (layer.status(folder, place.name.c_str(), state) != 0)
         return errno == ENOENT;
-    }
     if (!S_ISREG(state.st_mode)) {
         errno = S_ISDIR(state.st_mode) ? EISDIR : 0;
         return false;
@@ -124,32 +119,27 @@ FileWriting failure(std::string_view path, int cause) {
 }
 
 FileWriting write(std::string_view path, std::string_view bytes, FileLayer& layer) {
-    if (const std::string_view fault = faultOfPath(path); !fault.empty()) {
+    if (const std::string_view fault = faultOfPath(path); !fault.empty())
         return {false, describeFailure(path, fault)};
-    }
     const std::optional<Place> place = finalPlace(std::string(path), layer);
-    if (!place) {
+    if (!place)
         return failure(path, errno);
-    }
     // Opened before anything is written, so that a folder that cannot be synced changes nothing.
     const OpenFolder folder(place->folder, layer);
     std::optional<FileRights> target;
-    if (folder.number() < 0 || !lookAtTarget(folder.number(), *place, layer, target)) {
+    if (folder.number() < 0 || !lookAtTarget(folder.number(), *place, layer, target))
         return failure(path, errno);
-    }
     TempFile file(folder.number(), layer);
     // A new file gets its mode from the system, which takes off the umask. One that replaces
     // another is for its owner alone until it is written; its rights come before the sync, so that
     // they are on the disk with the bytes.
-    if (!file.create(target ? target->mode & ownerReadWrite : everyoneReadWrite)) {
+    if (!file.create(target ? target->mode & ownerReadWrite : everyoneReadWrite))
         return failure(path, errno);
-    }
     // Before the bytes, for which leftovers may have taken all the place.
     file.clearLeftovers(target);
     if (file.write(bytes) && (!target || file.giveRights(*target)) && file.sync() && file.close() &&
-        file.takePlaceOf(place->name) && folder.sync()) {
+        file.takePlaceOf(place->name) && folder.sync())
         return {true};
-    }
     return failure(path, errno);
 }
 

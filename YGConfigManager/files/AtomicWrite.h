@@ -34,10 +34,10 @@ struct FileWriting {
 /// right to run as the owner or group, and extended attributes, are not kept.
 ///
 /// A read-only target is replaced. A symbolic link stays: the file that it names in the end is
-/// replaced or created. In a folder that everyone may write to, such as /tmp, a stranger's link is
-/// not followed, whether or not the system is set to refuse that everywhere: it must belong to the
-/// user of this process or to the owner of the folder. Links of folders on the way are left to the
-/// system.
+/// replaced or created. In a folder that everyone may write to, such as /tmp, another user's link
+/// is not followed, whether or not the system is set to refuse that everywhere: it must belong to
+/// the user of this process or to the owner of the folder. Links of folders on the way are left to
+/// the system.
 ///
 /// Hidden files that killed writes left in the folder an hour or more ago are removed, when this
 /// process writes there first and then once in an hour. What a writer has open stays.

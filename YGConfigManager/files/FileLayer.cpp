@@ -76,17 +76,15 @@ public:
         DIR* const names = opened < 0 ? nullptr : ::fdopendir(opened);
         if (!names) {
             const int error = errno;
-            if (opened >= 0) {
+            if (opened >= 0)
                 ::close(opened);
-            }
             errno = error;
             return -1;
         }
         for (; most > 0; --most) {
             const dirent* const entry = ::readdir(names);
-            if (!entry) {
+            if (!entry)
                 break;
-            }
             take(entry->d_name);
         }
         return ::closedir(names);

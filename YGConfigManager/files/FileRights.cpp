@@ -29,7 +29,7 @@ bool saysNoList(int error) {
 }
 
 /// The rights, of 0 to 7, that all have who are named in the list: owner, users, groups and others,
-/// as the mask leaves them. None for what is no such list.
+/// as the mask leaves them. None for what is not such a list.
 mode_t rightsOfAll(std::string_view list) {
     // A version in four bytes, then entries of eight: what it is about in two, the rights in two,
     // the number of the user or group in four. The lowest byte comes first.
@@ -38,14 +38,12 @@ mode_t rightsOfAll(std::string_view list) {
     constexpr std::size_t rightsInEntry = 2;
     constexpr char version = 2;
     if (list.size() <= headerSize || list.front() != version ||
-        (list.size() - headerSize) % entrySize != 0) {
+        (list.size() - headerSize) % entrySize != 0)
         return 0;
-    }
     mode_t rights = S_IRWXO;
     // The mask is an entry itself, so this takes in what it leaves.
-    for (std::size_t entry = headerSize; entry < list.size(); entry += entrySize) {
+    for (std::size_t entry = headerSize; entry < list.size(); entry += entrySize)
         rights &= static_cast<std::uint8_t>(list[entry + rightsInEntry]);
-    }
     return rights;
 }
 
@@ -64,15 +62,13 @@ bool giveOwner(int file, const FileRights& rights, Kept& kept, FileLayer& layer)
     const auto give = [&](uid_t user) {
         return uninterrupted([&] { return layer.changeOwner(file, user, rights.group); }) == 0;
     };
-    if (give(rights.user)) {
+    if (give(rights.user))
         return true;
-    }
     constexpr auto sameUser = static_cast<uid_t>(-1);
     struct stat state;
     if (!isRefusal(errno) || (!give(sameUser) && !isRefusal(errno)) ||
-        layer.status(file, "", state) != 0) {
+        layer.status(file, "", state) != 0)
         return false;
-    }
     kept = {state.st_uid == rights.user, state.st_gid == rights.group};
     return true;
 }
@@ -90,23 +86,20 @@ bool readAccessList(const std::string& path, FileRights& rights, FileLayer& laye
 
 bool giveRights(int file, const FileRights& rights, FileLayer& layer) {
     Kept kept;
-    if (!giveOwner(file, rights, kept, layer)) {
+    if (!giveOwner(file, rights, kept, layer))
         return false;
-    }
     const std::string& list = rights.accessList;
     const bool canHaveList = kept.user && kept.group && !list.empty();
     const bool hasList =
         canHaveList &&
         uninterrupted([&] { return layer.setAccessList(file, list.data(), list.size()); }) == 0;
-    if (canHaveList && !hasList && !isRefusal(errno)) {
+    if (canHaveList && !hasList && !isRefusal(errno))
         return false;
-    }
     const bool isBare = hasList ||
                         uninterrupted([&] { return layer.removeAccessList(file); }) == 0 ||
                         saysNoList(errno);
-    if (!isBare && !isRefusal(errno)) {
+    if (!isBare && !isRefusal(errno))
         return false;
-    }
 
     mode_t group = (rights.mode & S_IRWXG) >> groupShift;
     mode_t others = rights.mode & S_IRWXO;

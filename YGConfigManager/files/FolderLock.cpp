@@ -27,26 +27,22 @@ constexpr int heldTooLong = ETIMEDOUT;
 
 /// Takes the lock of the open folder. 0, or an error number.
 int lockFolder(int folder, std::chrono::steady_clock::time_point end, FileLayer& layer) {
-    if (layer.hasWaiters(folder)) {
+    if (layer.hasWaiters(folder))
         layer.pause(pauseOfNewcomer);
-    }
     bool waits = false;
     while (uninterrupted([&] { return layer.lock(folder); }) != 0) {
-        if (errno != EWOULDBLOCK) {
+        if (errno != EWOULDBLOCK)
             return errno;
-        }
-        if (layer.now() >= end) {
+        if (layer.now() >= end)
             return heldTooLong;
-        }
         if (!waits) {
             layer.beginWaiting(folder);
             waits = true;
         }
         layer.pause(pauseOfWaiter);
     }
-    if (waits) {
+    if (waits)
         layer.endWaiting(folder);
-    }
     return 0;
 }
 
@@ -56,9 +52,8 @@ std::optional<bool> leadsTo(int folder, std::string_view path, FileLayer& layer)
     struct stat open;
     struct stat named;
     if (!place || layer.status(folder, "", open) != 0 ||
-        layer.status(AT_FDCWD, place->folder.c_str(), named) != 0) {
+        layer.status(AT_FDCWD, place->folder.c_str(), named) != 0)
         return std::nullopt;
-    }
     return open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
@@ -89,24 +84,19 @@ int FolderLock::take(std::string_view path, std::chrono::milliseconds longest) {
     const auto end = layer_.now() + longest;
     while (true) {
         const std::optional<Place> place = finalPlace(std::string(path), layer_);
-        if (!place) {
+        if (!place)
             return errno;
-        }
         number_ = uninterrupted([&] { return layer_.openFolder(place->folder.c_str()); });
-        if (number_ < 0) {
+        if (number_ < 0)
             return errno;
-        }
-        if (const int error = lockFolder(number_, end, layer_); error != 0) {
+        if (const int error = lockFolder(number_, end, layer_); error != 0)
             return error;
-        }
         // A link may lead elsewhere by now, or another folder have the name.
         const std::optional<bool> isThere = leadsTo(number_, path, layer_);
-        if (!isThere || *isThere) {
+        if (!isThere || *isThere)
             return isThere ? 0 : errno;
-        }
-        if (layer_.now() >= end) {
+        if (layer_.now() >= end)
             return heldTooLong;
-        }
         release();
     }
 }

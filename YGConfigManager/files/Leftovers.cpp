@@ -31,9 +31,8 @@ public:
     bool isDue(const struct stat& folder, std::chrono::steady_clock::time_point now) {
         const std::unique_lock lock(mutex_, std::try_to_lock);
         // Some other thread is here, or was when this process was forked.
-        if (!lock) {
+        if (!lock)
             return false;
-        }
         for (Look& look : looks_) {
             if (look.device == folder.st_dev && look.number == folder.st_ino) {
                 const bool isDue = now - look.time >= timeBetweenLooks;
@@ -86,18 +85,15 @@ struct Criteria {
 
 void clear(int folder, const char* name, const Criteria& criteria, FileLayer& layer) {
     struct stat named;
-    if (layer.status(folder, name, named) != 0 || !criteria.apply(named)) {
+    if (layer.status(folder, name, named) != 0 || !criteria.apply(named))
         return;
-    }
     const int file = layer.openOld(folder, name);
-    if (file < 0) {
+    if (file < 0)
         return;
-    }
     struct stat opened;
     if (layer.lock(file) == 0 && layer.status(file, "", opened) == 0 &&
-        opened.st_dev == named.st_dev && opened.st_ino == named.st_ino && criteria.apply(opened)) {
+        opened.st_dev == named.st_dev && opened.st_ino == named.st_ino && criteria.apply(opened))
         layer.unlink(folder, name);
-    }
     layer.close(file);
 }
 
@@ -118,14 +114,12 @@ void clearLeftovers(int folder, int newFile, uid_t owner, FileLayer& layer) {
     static constinit Looks looks;
     struct stat state;
     if (layer.status(folder, "", state) != 0 || !looks.isDue(state, layer.now()) ||
-        layer.status(newFile, "", state) != 0) {
+        layer.status(newFile, "", state) != 0)
         return;
-    }
     const Criteria criteria{state.st_uid, owner, state.st_mtime - secondsUntilOld};
     const auto look = [&](const char* name) {
-        if (isTempName(name)) {
+        if (isTempName(name))
             clear(folder, name, criteria, layer);
-        }
     };
     layer.eachName(folder, maxNames, std::ref(look));
 }

@@ -21,16 +21,13 @@ bool isFolder(const std::string& path, FileLayer& layer) {
 bool makeFolder(const std::string& path, FileLayer& layer) {
     const std::string above = placeOf(path).folder;
     const bool isNew = layer.makeFolder(path.c_str()) == 0;
-    if (!isNew && (errno != EEXIST || !isFolder(path, layer))) {
+    if (!isNew && (errno != EEXIST || !isFolder(path, layer)))
         return false;
-    }
     const OpenFolder folder(above, layer);
-    if (folder.number() >= 0 && folder.sync()) {
+    if (folder.number() >= 0 && folder.sync())
         return true;
-    }
-    if (isNew) {
+    if (isNew)
         layer.removeFolder(path.c_str());
-    }
     return !isNew;
 }
 

@@ -16,14 +16,12 @@ constexpr int maxLinks = 40;
 
 /// Whether a link in the folder may be followed; `errno` says why not.
 bool mayFollow(const struct stat& link, const std::string& folder, FileLayer& layer) {
-    if (link.st_uid == ::geteuid()) {
+    if (link.st_uid == ::geteuid())
         return true;
-    }
     struct stat state;
     // The slash at its end has a folder that is a link itself followed.
-    if (layer.status(AT_FDCWD, folder.c_str(), state) != 0) {
+    if (layer.status(AT_FDCWD, folder.c_str(), state) != 0)
         return false;
-    }
     constexpr mode_t shared = S_ISVTX | S_IWOTH;
     errno = EACCES;
     return (state.st_mode & shared) != shared || state.st_uid == link.st_uid;
@@ -36,22 +34,19 @@ using LinkText = std::array<char, PATH_MAX>;
 ssize_t readLink(const std::string& path, const std::string& folder, LinkText& text,
                  FileLayer& layer) {
     ssize_t size = layer.readLink(AT_FDCWD, path.c_str(), text.data(), text.size());
-    if (size < 0) {
+    if (size < 0)
         return size;
-    }
     // Held open, so that the link that is read is the one whose owner was looked at.
     const int link = uninterrupted([&] { return layer.openLink(path.c_str()); });
-    if (link < 0) {
+    if (link < 0)
         return -1;
-    }
     struct stat state;
     size = -1;
     if (layer.status(link, "", state) == 0) {
         // Another file may have taken the link's place; it is where the path ends.
         errno = EINVAL;
-        if (S_ISLNK(state.st_mode) && mayFollow(state, folder, layer)) {
+        if (S_ISLNK(state.st_mode) && mayFollow(state, folder, layer))
             size = layer.readLink(link, "", text.data(), text.size());
-        }
     }
     const int error = errno;
     layer.close(link);
@@ -63,9 +58,8 @@ ssize_t readLink(const std::string& path, const std::string& folder, LinkText& t
 
 Place placeOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos) {
+    if (slash == std::string::npos)
         return {"./", path};
-    }
     return {path.substr(0, slash + 1), path.substr(slash + 1)};
 }
 
@@ -90,9 +84,8 @@ std::optional<Place> finalPlace(std::string path, FileLayer& layer) {
 }
 
 std::string_view faultOfPath(std::string_view path) {
-    if (path.empty()) {
+    if (path.empty())
         return "the path is empty";
-    }
     return path.find('\0') == std::string_view::npos ? "" : "the path holds a NUL byte";
 }
 

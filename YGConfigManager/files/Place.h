@@ -16,9 +16,8 @@ namespace yg::files {
 template <class Call>
 auto uninterrupted(Call call) {
     auto answer = call();
-    while (answer < 0 && errno == EINTR) {
+    while (answer < 0 && errno == EINTR)
         answer = call();
-    }
     return answer;
 }
 
@@ -48,9 +47,8 @@ public:
     OpenFolder(const std::string& path, FileLayer& layer)
         : layer_(layer), number_(uninterrupted([&] { return layer.openFolder(path.c_str()); })) {}
     ~OpenFolder() {
-        if (number_ >= 0) {
+        if (number_ >= 0)
             layer_.close(number_);
-        }
     }
     OpenFolder(const OpenFolder&) = delete;
     OpenFolder& operator=(const OpenFolder&) = delete;

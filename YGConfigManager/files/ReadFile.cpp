@@ -16,9 +16,8 @@ class OpenFile {
 public:
     explicit OpenFile(int number) : number_(number) {}
     ~OpenFile() {
-        if (number_ >= 0) {
+        if (number_ >= 0)
             ::close(number_);
-        }
     }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
@@ -61,19 +60,15 @@ FileReading readFrom(int file, std::size_t sizeSeen, std::string_view path, std:
     bytes.resize(sizeSeen + 1);
     while (true) {
         const ssize_t count = ::read(file, bytes.data() + used, bytes.size() - used);
-        if (count < 0 && errno == EINTR) {
+        if (count < 0 && errno == EINTR)
             continue;
-        }
-        if (count < 0) {
+        if (count < 0)
             return failure(path, errno, used);
-        }
-        if (count == 0) {
+        if (count == 0)
             break;
-        }
         used += static_cast<std::size_t>(count);
-        if (used > limit) {
+        if (used > limit)
             return failure(path, tooLarge(limit), used);
-        }
         if (used == bytes.size()) {
             constexpr std::size_t smallestStep = 4096;
             bytes.resize(std::min(limit, used + std::max(used, smallestStep)) + 1);
@@ -106,36 +101,29 @@ std::string describeFailure(std::string_view path, int cause) {
 }
 
 FileReading readWholeFile(std::string_view path, std::size_t limit) {
-    if (path.empty()) {
+    if (path.empty())
         return failure(path, "the path is empty");
-    }
-    if (path.find('\0') != std::string_view::npos) {
+    if (path.find('\0') != std::string_view::npos)
         return failure(path, "the path holds a NUL byte");
-    }
     const OpenFile file(openForReading(std::string(path).c_str()));
     struct stat state;
-    if (file.number() < 0 || ::fstat(file.number(), &state) != 0) {
+    if (file.number() < 0 || ::fstat(file.number(), &state) != 0)
         return failure(path, errno);
-    }
-    if (S_ISDIR(state.st_mode)) {
+    if (S_ISDIR(state.st_mode))
         return failure(path, EISDIR);
-    }
-    if (!S_ISREG(state.st_mode)) {
+    if (!S_ISREG(state.st_mode))
         return failure(path, "not a regular file");
-    }
     const auto size = static_cast<std::size_t>(state.st_size);
-    if (size > limit) {
+    if (size > limit)
         return failure(path, tooLarge(limit));
-    }
     return readFrom(file.number(), size, path, limit);
 }
 
 std::optional<FileIdentity> identityOf(std::string_view path) {
     struct stat state;
     if (path.empty() || path.find('\0') != std::string_view::npos ||
-        ::stat(std::string(path).c_str(), &state) != 0) {
+        ::stat(std::string(path).c_str(), &state) != 0)
         return std::nullopt;
-    }
     return FileIdentity{state.st_dev, state.st_ino};
 }
 

@@ -46,16 +46,16 @@ constexpr auto templateEventRows =
     optional(rowsOf(templateEventAttributes, attributesOf<EventInclude>), "src");
 constexpr ValueInfo templateEventValues[] = {notEmpty("name"), notEmpty("src")};
 constexpr const Rule* templateEventRules[] = {
-    &"event-entry-without-effect"_rule, &"dispatch-spelling"_rule,
-    &"duplicate-event"_rule,            &"overridden-template-event"_rule,
-    &"empty-src"_rule,                  &"nested-event-section"_rule,
+    &"event-entry-without-effect"_rule, &"dispatch-spelling"_rule, &"duplicate-event"_rule,
+    &"overridden-template-event"_rule,  &"empty-src"_rule,         &"nested-event-section"_rule,
 };
 constexpr ElementInfo templateEvent = {
     .id = "template-event",
     .usualName = "event",
     .otherThan = sections,
-    .sentence = "An event of the template. With a src it also includes another template, after "
-                "itself.",
+    .sentence =
+        "An event of the template. With a src it also includes another template, after "
+        "itself.",
     .attributes = templateEventRows,
     .values = templateEventValues,
     .rules = templateEventRules,
@@ -79,14 +79,17 @@ constexpr auto templateRows = rowsOf(attributesOf<EventTemplateName>);
 constexpr ValueInfo sectionValues[] = {notEmpty("name")};
 constexpr const ElementInfo* templateContent[] = {&templateEvent, &templateInclude};
 constexpr const Rule* templateRules[] = {
-    &"event-section-without-name"_rule, &"empty-event-section"_rule,
-    &"template-without-events"_rule,    &"duplicate-event-template"_rule,
+    &"event-section-without-name"_rule,
+    &"empty-event-section"_rule,
+    &"template-without-events"_rule,
+    &"duplicate-event-template"_rule,
 };
 constexpr ElementInfo eventTemplate = {
     .id = "event_template",
     .name = "event_template",
-    .sentence = "A template: events that groups and other templates include by its name. Of two "
-                "events of one name the later counts, included ones too.",
+    .sentence =
+        "A template: events that groups and other templates include by its name. Of two "
+        "events of one name the later counts, included ones too.",
     .attributes = templateRows,
     .values = sectionValues,
     .content = templateContent,
@@ -136,8 +139,9 @@ constexpr const Rule* groupRules[] = {
 constexpr ElementInfo group = {
     .id = "element_event",
     .name = "element_event",
-    .sentence = "A group: the events of the elements that name it. Of two events of one name the "
-                "later counts, included ones too.",
+    .sentence =
+        "A group: the events of the elements that name it. Of two events of one name the "
+        "later counts, included ones too.",
     .attributes = groupRows,
     .values = sectionValues,
     .content = groupContent,
@@ -151,8 +155,9 @@ constexpr const Rule* rootRules[] = {&"event-root-name"_rule};
 constexpr ElementInfo root = {
     .id = "event_list",
     .name = "event_list",
-    .sentence = "The root. Its sections may come in any order: commands are read first, then "
-                "templates, then groups.",
+    .sentence =
+        "The root. Its sections may come in any order: commands are read first, then "
+        "templates, then groups.",
     .content = rootContent,
     .rules = rootRules,
 };
@@ -187,8 +192,9 @@ constexpr std::string_view notes[] = {
 constexpr FormatInfo eventsFormat = {
     .id = "events",
     .title = "Events and commands",
-    .sentence = "What happens when the user acts on an element: the events of each element, and "
-                "the commands that they trigger.",
+    .sentence =
+        "What happens when the user acts on an element: the events of each element, and "
+        "the commands that they trigger.",
     .files = files,
     .root = root,
     .example = example,

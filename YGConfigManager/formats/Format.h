@@ -16,12 +16,11 @@
 
 namespace yg {
 
-/// A limit of an attribute's value that its kind does not tell, or of an element's text.
+/// A limit of an attribute's value that its table does not tell, or of an element's text.
 struct ValueInfo {
     std::string_view attribute;  ///< empty for the text in the element
     /// A facet by its name in XML Schema: "minLength", "pattern" (which takes the place of the
-    /// kind's own), "minInclusive", "maxInclusive", "minExclusive"; or "required" where a missing
-    /// attribute is reported although the element counts.
+    /// kind's own), "minExclusive".
     std::string_view facet;
     std::string_view value;     ///< of the facet
     std::string_view sentence;  ///< the limit for the author of the file
@@ -43,8 +42,8 @@ struct ElementInfo {
     std::string_view name = {};
     std::string_view usualName = {};  ///< where any name will do, that of the examples
     std::span<const std::string_view> otherThan = {};  ///< names that will not do
-    std::string_view sentence = {};  ///< what it is, for the author of the file
-    std::span<const AttributeInfo> attributes = {};  ///< in JSON: members that are texts
+    std::string_view sentence = {};                    ///< what it is, for the author of the file
+    std::span<const AttributeInfo> attributes = {};    ///< in JSON: members that are texts
     std::span<const ValueInfo> values = {};
     Content holds = Content::elements;
     std::span<const ElementInfo* const> content = {};
@@ -56,7 +55,7 @@ struct ElementInfo {
 
 /// One place where a file of a format lies.
 struct FileInfo {
-    std::string_view path;       ///< below the root of a stand-alone host; FILE: the application's name
+    std::string_view path;  ///< below the root of a stand-alone host; FILE: the application's name
     std::string_view operation;  ///< what names it: an operation of the host or of the loader
     std::string_view sentence;
 };
@@ -71,7 +70,7 @@ struct FormatInfo {
     FormatKind kind = FormatKind::xml;
     std::span<const FileInfo> files;
     const ElementInfo& root;
-    std::string_view example;  ///< a short file with nothing to report
+    std::string_view example;                      ///< a short file with nothing to report
     std::span<const std::string_view> notes = {};  ///< what else authors should know, paragraphs
 };
 

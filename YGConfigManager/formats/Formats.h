@@ -52,11 +52,6 @@ constexpr ValueInfo notEmpty(std::string_view attribute) {
     return {attribute, "minLength", "1", "Not empty."};
 }
 
-/// An attribute that is reported when it is missing, although the element counts.
-constexpr ValueInfo expected(std::string_view attribute) {
-    return {attribute, "required", "true", ""};
-}
-
 /// Texts one after the other, without a NUL at the end.
 template <std::size_t... size>
 consteval auto joined(const char (&... parts)[size]) {

@@ -21,8 +21,9 @@ constexpr AttributeInfo hostRows[] = {
 constexpr ElementInfo mappingValues = {
     .id = "mapping-values",
     .usualName = "STOCK",
-    .sentence = "A list of texts under a name. In \"模版通配\": a wildcard, which is the name of a "
-                "magic panel, with the arguments that it stands for.",
+    .sentence =
+        "A list of texts under a name. In \"模版通配\": a wildcard, which is the name of a "
+        "magic panel, with the arguments that it stands for.",
     .holds = Content::texts,
 };
 constexpr const ElementInfo* mappingContent[] = {&mappingValues};
@@ -77,10 +78,9 @@ constexpr std::string_view hostNotes[] = {
 
 constexpr ValueInfo entryValues[] = {
     {"urlValue", "pattern", R"((\S([\s\S]*\S)?)?)", "No blanks before or behind it."},
-    expected("urlValue"),
 };
 constexpr const Rule* entryRules[] = {
-    &"url-without-key"_rule,   &"url-without-value"_rule,    &"number-for-text"_rule,
+    &"url-without-key"_rule,   &"url-without-value"_rule,     &"number-for-text"_rule,
     &"duplicate-url-key"_rule, &"blanks-around-address"_rule,
 };
 constexpr ElementInfo urlEntry = {
@@ -99,9 +99,9 @@ constexpr ElementInfo urlEntries = {
     .content = entriesContent,
 };
 
-constexpr ValueInfo listValues[] = {notEmpty("md5Value"), expected("md5Value")};
+constexpr ValueInfo listValues[] = {notEmpty("md5Value")};
 constexpr const Rule* listRules[] = {
-    &"unknown-member"_rule, &"member-of-wrong-type"_rule, &"number-for-text"_rule,
+    &"unknown-member"_rule,      &"member-of-wrong-type"_rule,      &"number-for-text"_rule,
     &"list-without-digest"_rule, &"same-digest-other-entries"_rule,
 };
 constexpr const ElementInfo* listContent[] = {&urlEntries};
@@ -142,8 +142,9 @@ constexpr std::string_view urlNotes[] = {
 constexpr FormatInfo hostFormat = {
     .id = "host",
     .title = "Settings of a stand-alone host",
-    .sentence = "What a program without an application around it says of the user, the download "
-                "server and the wildcards of custom pages.",
+    .sentence =
+        "What a program without an application around it says of the user, the download "
+        "server and the wildcards of custom pages.",
     .kind = FormatKind::json,
     .files = hostFiles,
     .root = hostRoot,

@@ -28,8 +28,9 @@ constexpr const Rule* slotRules[] = {
 constexpr ElementInfo slot = {
     .id = "magic_panels",
     .name = "magic_panels",
-    .sentence = "A slot: shows the first magic panel of a group, until the terminal changes it. A "
-                "custom page says which one each slot begins with.",
+    .sentence =
+        "A slot: shows the first magic panel of a group, until the terminal changes it. A "
+        "custom page says which one each slot begins with.",
     .attributes = slotRows,
     .rules = slotRules,
 };
@@ -59,8 +60,9 @@ constexpr const Rule* panelRules[] = {
 constexpr ElementInfo panel = {
     .id = "panel",
     .name = "panel",
-    .sentence = "A panel: a rectangle that holds panels and elements. The two are kept in lists "
-                "of their own, each in the order of the file.",
+    .sentence =
+        "A panel: a rectangle that holds panels and elements. The two are kept in lists "
+        "of their own, each in the order of the file.",
     .attributes = panelRows,
     .content = panelContent,
     .rules = panelRules,
@@ -159,8 +161,9 @@ constexpr const Rule* memberRules[] = {
 constexpr ElementInfo member = {
     .id = "magic_panel",
     .name = "magic_panel",
-    .sentence = "A magic panel: one that may be shown in the slots of its group. Nothing stands "
-                "before its panel, not even a comment, or custom pages do not find it.",
+    .sentence =
+        "A magic panel: one that may be shown in the slots of its group. Nothing stands "
+        "before its panel, not even a comment, or custom pages do not find it.",
     .attributes = memberNameRows,
     .holds = Content::element,
     .content = memberContent,
@@ -246,8 +249,9 @@ constexpr const Rule* reuseRules[] = {
 constexpr ElementInfo reuseDefinition = {
     .id = "definition",
     .name = "reuse_panel",
-    .sentence = "A reuse panel: a panel that stands here once and is shown wherever a file names "
-                "it. All places share one record.",
+    .sentence =
+        "A reuse panel: a panel that stands here once and is shown wherever a file names "
+        "it. All places share one record.",
     .attributes = reuseRows,
     .content = panelContent,
     .rules = reuseRules,

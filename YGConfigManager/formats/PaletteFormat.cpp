@@ -8,13 +8,7 @@ namespace yg {
 
 namespace {
 
-constexpr ValueInfo colorValues[] = {
-    {"R", "minInclusive", "0", "From 0"}, {"R", "maxInclusive", "255", "to 255."},
-    {"G", "minInclusive", "0", "From 0"}, {"G", "maxInclusive", "255", "to 255."},
-    {"B", "minInclusive", "0", "From 0"}, {"B", "maxInclusive", "255", "to 255."},
-    {"A", "minInclusive", "0", "From 0"}, {"A", "maxInclusive", "1", "to 1, not to 255."},
-    expected("R"), expected("G"), expected("B"), notEmpty("NAME"),
-};
+constexpr ValueInfo colorValues[] = {notEmpty("NAME")};
 constexpr const Rule* colorRules[] = {
     &"palette-entry-without-name"_rule,   &"unreachable-palette-name"_rule,
     &"duplicate-palette-name"_rule,       &"missing-color-component"_rule,
@@ -32,8 +26,6 @@ constexpr ElementInfo color = {
 constexpr ValueInfo fontValues[] = {
     notEmpty("NAME"),
     {"HEIGHT", "minExclusive", "0", "Above 0."},
-    expected("HEIGHT"),
-    expected("FACE"),
 };
 constexpr const Rule* fontRules[] = {
     &"palette-entry-without-name"_rule, &"unreachable-palette-name"_rule,

@@ -24,18 +24,25 @@ constexpr ValueInfo entryValues[] = {
 };
 
 constexpr const Rule* entryRules[] = {
-    &"incomplete-server-entry"_rule, &"server-entry-without-address"_rule,
-    &"server-without-name"_rule,     &"too-many-servers"_rule,
-    &"empty-server-address"_rule,    &"address-without-port"_rule,
-    &"address-without-host"_rule,    &"address-with-too-many-parts"_rule,
-    &"ipv6-address"_rule,            &"odd-server-port"_rule,
-    &"server-port-out-of-range"_rule, &"address-weight"_rule,
+    &"incomplete-server-entry"_rule,
+    &"server-entry-without-address"_rule,
+    &"server-without-name"_rule,
+    &"too-many-servers"_rule,
+    &"empty-server-address"_rule,
+    &"address-without-port"_rule,
+    &"address-without-host"_rule,
+    &"address-with-too-many-parts"_rule,
+    &"ipv6-address"_rule,
+    &"odd-server-port"_rule,
+    &"server-port-out-of-range"_rule,
+    &"address-weight"_rule,
 };
 constexpr ElementInfo entry = {
     .id = "addr",
     .usualName = "addr",
-    .sentence = "An entry: one server for each of its names. Each draws one of the addresses, all "
-                "with the same chance.",
+    .sentence =
+        "An entry: one server for each of its names. Each draws one of the addresses, all "
+        "with the same chance.",
     .attributes = serverEntryRows,
     .values = entryValues,
     .rules = entryRules,

@@ -30,10 +30,7 @@ inline constexpr AttributeInfo styleRootRows[] = {
 };
 
 inline constexpr AttributeInfo panelRows[] = {
-    {.name = "name",
-     .sentence = "The panel's name.",
-     .names = Naming::panel,
-     .defines = true},
+    {.name = "name", .sentence = "The panel's name.", .names = Naming::panel, .defines = true},
     {.name = "split_scale",
      .kind = AttributeKind::decimal,
      .sentence = "The share of the parent's space.",
@@ -144,12 +141,29 @@ inline constexpr AttributeInfo memberNameRows[] = {
 // ---- Palettes ----
 
 inline constexpr AttributeInfo colorRows[] = {
-    {.name = "R", .kind = AttributeKind::decimal, .sentence = "Red."},
-    {.name = "G", .kind = AttributeKind::decimal, .sentence = "Green."},
-    {.name = "B", .kind = AttributeKind::decimal, .sentence = "Blue."},
+    {.name = "R",
+     .kind = AttributeKind::decimal,
+     .sentence = "Red.",
+     .isExpected = true,
+     .least = 0,
+     .most = 255},
+    {.name = "G",
+     .kind = AttributeKind::decimal,
+     .sentence = "Green.",
+     .isExpected = true,
+     .least = 0,
+     .most = 255},
+    {.name = "B",
+     .kind = AttributeKind::decimal,
+     .sentence = "Blue.",
+     .isExpected = true,
+     .least = 0,
+     .most = 255},
     {.name = "A",
      .kind = AttributeKind::decimal,
      .sentence = "How opaque the colour is.",
+     .least = 0,
+     .most = 1,
      .whenMissing = "1.0"},
     {.name = "NAME",
      .sentence = "The colour's name.",
@@ -167,8 +181,12 @@ inline constexpr AttributeInfo fontRows[] = {
     {.name = "HEIGHT",
      .kind = AttributeKind::decimal,
      .sentence = "The size in points.",
+     .isExpected = true,
      .whenMissing = "12.0"},
-    {.name = "FACE", .sentence = "An installed face.", .whenMissing = "the system font"},
+    {.name = "FACE",
+     .sentence = "An installed face.",
+     .isExpected = true,
+     .whenMissing = "the system font"},
 };
 
 inline constexpr AttributeInfo imageRows[] = {
@@ -179,7 +197,7 @@ inline constexpr AttributeInfo imageRows[] = {
      .isRequired = true},
     {.name = "PATH",
      .sentence = "The file, PNG or JPEG, from the folder of images.",
-     .isRequired = true},
+     .isExpected = true},
 };
 
 inline constexpr AttributeInfo colorKeyRows[] = {
@@ -188,10 +206,7 @@ inline constexpr AttributeInfo colorKeyRows[] = {
      .names = Naming::colorKey,
      .defines = true,
      .isRequired = true},
-    {.name = "VALUE",
-     .sentence = "The colour.",
-     .names = Naming::color,
-     .isRequired = true},
+    {.name = "VALUE", .sentence = "The colour.", .names = Naming::color, .isRequired = true},
 };
 
 inline constexpr AttributeInfo fontKeyRows[] = {
@@ -254,7 +269,8 @@ inline constexpr AttributeInfo webPageRows[] = {
 
 inline constexpr AttributeInfo urlListRows[] = {
     {.name = "md5Value",
-     .sentence = "The digest of the list, which tells one version from another."},
+     .sentence = "The digest of the list, which tells one version from another.",
+     .isExpected = true},
 };
 
 inline constexpr AttributeInfo urlEntryRows[] = {
@@ -263,7 +279,7 @@ inline constexpr AttributeInfo urlEntryRows[] = {
      .names = Naming::requestUrl,
      .defines = true,
      .isRequired = true},
-    {.name = "urlValue", .sentence = "The address."},
+    {.name = "urlValue", .sentence = "The address.", .isExpected = true},
 };
 
 }  // namespace yg

@@ -6,10 +6,9 @@ namespace yg {
 namespace {
 
 double clamped(double component) {
-    // Written so that what is no number ends at 0.
-    if (!(component > 0)) {
+    // Written so that what is not a number ends at 0.
+    if (!(component > 0))
         return 0;
-    }
     return component < 1 ? component : 1;
 }
 

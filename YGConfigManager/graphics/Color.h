@@ -18,8 +18,8 @@ struct YG_EXPORT Color {
     double alpha = 1;
 
     /// The colour of these components, each moved into 0 to 1: what lies below becomes 0, what lies
-    /// above 1, infinities too, and what is no number 0. None would mean that the platform has no
-    /// such colour; this one has them all, so callers' substitutes are never needed here.
+    /// above 1, infinities too, and what is not a number 0. None would mean that the platform has
+    /// no such colour; this one has them all, so callers' substitutes are never needed here.
     static std::optional<Color> sRGB(double red, double green, double blue, double alpha);
 
     /// Pure opaque red, which marks a colour that is missing.

@@ -28,7 +28,7 @@ hb_unicode_funcs_t* unicode() {
     return held;
 }
 
-/// Takes one character off the front of a text; of what is no UTF-8, one byte.
+/// Takes one character off the front of a text; of what is not UTF-8, one byte.
 char32_t takeCharacter(std::string_view& text) {
     const text::Character first = text::firstCharacter(text);
     text.remove_prefix(first.size);
@@ -78,10 +78,8 @@ bool isWide(char32_t character) {
 /// The script of a character; none for those that take the script of what stands beside them.
 std::optional<hb_script_t> scriptOf(char32_t character) {
     const hb_script_t script = hb_unicode_script(unicode(), character);
-    if (script == HB_SCRIPT_COMMON || script == HB_SCRIPT_INHERITED ||
-        script == HB_SCRIPT_UNKNOWN) {
+    if (script == HB_SCRIPT_COMMON || script == HB_SCRIPT_INHERITED || script == HB_SCRIPT_UNKNOWN)
         return std::nullopt;
-    }
     return script;
 }
 
@@ -101,9 +99,8 @@ double TextExtent::at(double size) const {
     double width = 0;
     for (const Part& part : parts_) {
         // Nothing stays nothing, at an infinite size too.
-        if (part.units != 0) {
+        if (part.units != 0)
             width += static_cast<double>(part.units) * size / part.unitsPerEm;
-        }
     }
     return width;
 }
@@ -133,17 +130,14 @@ double FontFace::widthByRule(std::string_view text, double size) {
 }
 
 double FontFace::widthOf(std::string_view text, double size) const {
-    if (file_ == nullptr) {
+    if (!file_)
         return widthByRule(text, size);
-    }
-    if (text.size() > longestRemembered) {
+    if (text.size() > longestRemembered)
         return extentOf(text).at(size);
-    }
     {
         const std::unique_lock lock(mutex_, std::try_to_lock);
-        if (lock && lastText_ == text) {
+        if (lock && lastText_ == text)
             return lastExtent_.at(size);
-        }
     }
     TextExtent extent = extentOf(text);
     const double width = extent.at(size);
@@ -162,13 +156,11 @@ TextExtent FontFace::extentOf(std::string_view text) const {
         const char32_t character = text.empty() ? U'\n' : takeCharacter(text);
         if (endsLine(character)) {
             TextExtent extent = extentOfLine(line);
-            if (extent.at(1) > widest.at(1)) {
+            if (extent.at(1) > widest.at(1))
                 widest = std::move(extent);
-            }
             line.clear();
-            if (text.empty()) {
+            if (text.empty())
                 return widest;
-            }
         } else if (character == '\t') {
             line.push_back(' ');
         } else if (!isControl(character)) {
@@ -207,12 +199,11 @@ TextExtent FontFace::extentOfLine(const std::vector<char32_t>& line) const {
 }
 
 const FontFile& FontFace::fileFor(char32_t character) const {
-    if (file_->hasCharacter(character)) {
+    if (file_->hasCharacter(character))
         return *file_;
-    }
     const std::shared_ptr<const FontFile> other = services_.fallback(*fallbacks_, character);
     // Opened files stay open. A character that no face has is measured as this one shows it.
-    return other != nullptr ? *other : *file_;
+    return other ? *other : *file_;
 }
 
 }  // namespace yg

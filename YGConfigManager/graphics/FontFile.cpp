@@ -38,9 +38,8 @@ std::shared_ptr<const FontFile> FontFile::open(std::shared_ptr<const std::string
     // The size in units stays that of the face, so that widths are whole numbers.
     hb_font_t* const font = hb_font_create(face);
     hb_face_destroy(face);
-    if (const unsigned instance = number >> half; instance > 0) {
+    if (const unsigned instance = number >> half; instance > 0)
         hb_font_set_var_named_instance(font, instance - 1);
-    }
     hb_font_make_immutable(font);
     return std::shared_ptr<const FontFile>(new FontFile(font));
 }
@@ -77,17 +76,15 @@ std::int64_t FontFile::widthOf(std::span<const char32_t> line, std::size_t first
                              static_cast<int>(before + count + after),
                              static_cast<unsigned>(before), static_cast<int>(count));
     const hb_bool_t isShaped = hb_shape_full(font_, buffer.get(), nullptr, 0, nullptr);
-    if (isShaped == 0 || hb_buffer_allocation_successful(buffer.get()) == 0) {
+    if (isShaped == 0 || hb_buffer_allocation_successful(buffer.get()) == 0)
         throw std::bad_alloc();
-    }
 
     unsigned glyphs = 0;
     const hb_glyph_position_t* const positions =
         hb_buffer_get_glyph_positions(buffer.get(), &glyphs);
     std::int64_t width = 0;
-    for (unsigned i = 0; i < glyphs; ++i) {
+    for (unsigned i = 0; i < glyphs; ++i)
         width += positions[i].x_advance;
-    }
     return width;
 }
 

@@ -48,7 +48,7 @@ using Owned = std::unique_ptr<T, FontconfigDeleter>;
 /// was asked.
 template <class T>
 T* made(T* object) {
-    return object != nullptr ? object : throw std::bad_alloc();
+    return object ? object : throw std::bad_alloc();
 }
 
 void require(FcBool isDone) {
@@ -61,9 +61,8 @@ const FcChar8* bytesOf(const std::string& text) {
 
 std::optional<std::string> textAt(const FcPattern* pattern, const char* property, int index = 0) {
     FcChar8* text = nullptr;
-    if (FcPatternGetString(pattern, property, index, &text) != FcResultMatch) {
+    if (FcPatternGetString(pattern, property, index, &text) != FcResultMatch)
         return std::nullopt;
-    }
     return reinterpret_cast<const char*>(text);
 }
 
@@ -89,7 +88,7 @@ double distanceFromRegular(const FcPattern* pattern) {
 std::string folded(const std::string& name) {
     const std::unique_ptr<FcChar8, decltype(&std::free)> lower(FcStrDowncase(bytesOf(name)),
                                                                std::free);
-    std::string text = lower == nullptr ? name : reinterpret_cast<const char*>(lower.get());
+    std::string text = lower ? reinterpret_cast<const char*>(lower.get()) : name;
     std::erase(text, ' ');
     return text;
 }
@@ -99,21 +98,18 @@ std::string spellingOf(const FcPattern* pattern, const char* property, const std
     const std::string wanted = folded(name);
     for (int i = 0;; ++i) {
         std::optional<std::string> spelling = textAt(pattern, property, i);
-        if (!spelling) {
+        if (!spelling)
             return name;
-        }
-        if (folded(*spelling) == wanted) {
+        if (folded(*spelling) == wanted)
             return *std::move(spelling);
-        }
     }
 }
 
 /// A name by which a face is found again.
 std::string fullNameOf(const FcPattern* pattern) {
     for (const char* property : {FC_FULLNAME, FC_POSTSCRIPT_NAME, FC_FAMILY}) {
-        if (std::optional<std::string> name = textAt(pattern, property)) {
+        if (std::optional<std::string> name = textAt(pattern, property))
             return *std::move(name);
-        }
     }
     return FontServices::nameOfNoFace;
 }
@@ -127,9 +123,8 @@ struct FaceLike {
 
     Owned<FcPattern> pattern(FcConfig* configuration) const {
         Owned<FcPattern> pattern(made(FcPatternCreate()));
-        for (const std::string& family : families) {
+        for (const std::string& family : families)
             require(FcPatternAddString(pattern.get(), FC_FAMILY, bytesOf(family)));
-        }
         require(FcPatternAddInteger(pattern.get(), FC_SLANT, slant));
         require(FcPatternAddDouble(pattern.get(), FC_WEIGHT, weight));
         require(FcPatternAddDouble(pattern.get(), FC_WIDTH, width));
@@ -141,10 +136,10 @@ struct FaceLike {
 };
 
 /// So many spellings of names are remembered.
-constexpr std::size_t mostNames = 1024;
+constexpr std::size_t maxNames = 1024;
 
 /// How many characters a face remembers the replacement of.
-constexpr std::size_t mostCharacters = 8192;
+constexpr std::size_t maxCharacters = 8192;
 
 /// A longer name is unknown. Blanks do not count, so a name of any length could match.
 constexpr std::size_t longestName = 1024;
@@ -157,9 +152,8 @@ class FontNames {
 public:
     /// Without a configuration there are none.
     explicit FontNames(FcConfig* configuration) {
-        if (configuration == nullptr) {
+        if (!configuration)
             return;
-        }
         // Listing answers only what is there, where matching always answers something.
         const Owned<FcPattern> wanted(FcPatternCreate());
         FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
@@ -168,9 +162,8 @@ public:
                                                         FC_POSTSCRIPT_NAME, FC_WEIGHT, FC_SLANT,
                                                         FC_WIDTH, FC_FONTFORMAT, nullptr));
         set_.reset(FcFontList(configuration, wanted.get(), asked.get()));
-        if (set_ == nullptr) {
+        if (!set_)
             return;
-        }
         // Listing has no order of its own; equally near faces come by their files.
         std::vector<std::tuple<double, std::optional<std::string>, int, FcPattern*>> sorted;
         for (FcPattern* const face :
@@ -183,9 +176,8 @@ public:
         }
         std::sort(sorted.begin(), sorted.end());
         for (const auto& [distance, file, index, face] : sorted) {
-            for (const char* property : properties) {
+            for (const char* property : properties)
                 add(property, face);
-            }
         }
     }
 
@@ -207,13 +199,11 @@ private:
     void add(const char* property, FcPattern* face) {
         for (int i = 0;; ++i) {
             const std::optional<std::string> name = textAt(face, property, i);
-            if (!name) {
+            if (!name)
                 return;
-            }
             std::vector<FcPattern*>& faces = faces_[keyOf(property, *name)];
-            if (faces.empty() || faces.back() != face) {
+            if (faces.empty() || faces.back() != face)
                 faces.push_back(face);
-            }
         }
     }
 
@@ -228,15 +218,14 @@ public:
 
     /// The faces in their order. Only under the services' lock.
     std::span<FcPattern* const> faces(FcConfig* configuration) {
-        if (!isSorted_ && configuration != nullptr) {
+        if (!isSorted_ && configuration) {
             FcResult result;
             set_.reset(made(FcFontSort(configuration, like_.pattern(configuration).get(), FcTrue,
                                        nullptr, &result)));
         }
         isSorted_ = true;
-        if (set_ == nullptr) {
+        if (!set_)
             return {};
-        }
         return {set_->fonts, static_cast<std::size_t>(set_->nfont)};
     }
 
@@ -253,7 +242,7 @@ private:
 FontServices& FontServices::shared() {
     static FontServices* shared = nullptr;
     const std::lock_guard lock(fontconfig);
-    if (shared == nullptr) {
+    if (!shared) {
 #if defined(YG_CHECKS_LEAKS)
         // Fontconfig refers to parts of its configuration by distances, which hide them from the
         // leak checker.
@@ -267,11 +256,10 @@ FontServices& FontServices::shared() {
 FontServices::FontServices(_FcConfig* configuration)
     : configuration_(configuration), names_(std::make_unique<const FontNames>(configuration)) {}
 
-FontServices::FontServices(const std::vector<std::string>& fontFiles, std::size_t mostBytes)
-    : configuration_(FcConfigCreate()), mostBytes_(mostBytes) {
-    for (const std::string& file : fontFiles) {
+FontServices::FontServices(const std::vector<std::string>& fontFiles, std::size_t maxBytes)
+    : configuration_(FcConfigCreate()), maxBytes_(maxBytes) {
+    for (const std::string& file : fontFiles)
         FcConfigAppFontAddFile(configuration_, bytesOf(file));
-    }
     names_ = std::make_unique<const FontNames>(configuration_);
 }
 
@@ -281,36 +269,31 @@ FontServices::~FontServices() {
     systemFace_.reset();
     fallbacks_.clear();
     names_.reset();
-    if (configuration_ != nullptr) {
+    if (configuration_)
         FcConfigDestroy(configuration_);
-    }
 }
 
 std::optional<Font> FontServices::named(std::string_view face, double size) {
     if (face.empty() || face.size() > longestName || face.find('\0') != std::string_view::npos ||
-        !text::isValidUtf8(face)) {
+        !text::isValidUtf8(face))
         return std::nullopt;
-    }
     const std::lock_guard lock(fontconfig);
     std::shared_ptr<const FontFace> found = faceNamed(std::string(face));
-    if (found == nullptr) {
+    if (!found)
         return std::nullopt;
-    }
     return Font(std::move(found), sizeOrDefault(size));
 }
 
 Font FontServices::system(double size) {
     const std::lock_guard lock(fontconfig);
-    if (systemFace_ == nullptr) {
+    if (!systemFace_)
         systemFace_ = findSystemFace();
-    }
     return Font(systemFace_, sizeOrDefault(size));
 }
 
 double FontServices::widthOf(const Font& font, const std::optional<std::string_view>& text) {
-    if (!text) {
+    if (!text)
         return 0;
-    }
     return font.face_ ? font.face_->widthOf(*text, font.pointSize_)
                       : FontFace::widthByRule(*text, font.pointSize_);
 }
@@ -319,34 +302,28 @@ std::shared_ptr<const FontFile> FontServices::fallback(FontFallbacks& fallbacks,
                                                        char32_t character) {
     const std::lock_guard lock(fontconfig);
     const auto known = fallbacks.files.find(character);
-    if (known != fallbacks.files.end()) {
+    if (known != fallbacks.files.end())
         return known->second;
-    }
     std::shared_ptr<const FontFile> file;
     for (const FcPattern* face : fallbacks.faces(configuration_)) {
         FcCharSet* characters = nullptr;
         if (FcPatternGetCharSet(face, FC_CHARSET, 0, &characters) == FcResultMatch &&
-            FcCharSetHasChar(characters, character) != FcFalse &&
-            (file = openFile(face)) != nullptr) {
+            FcCharSetHasChar(characters, character) != FcFalse && (file = openFile(face)))
             break;
-        }
     }
-    if (fallbacks.files.size() >= mostCharacters) {
+    if (fallbacks.files.size() >= maxCharacters)
         fallbacks.files.clear();
-    }
     fallbacks.files.emplace(character, file);
     return file;
 }
 
 std::shared_ptr<const FontFace> FontServices::faceNamed(const std::string& name) {
-    if (const auto known = facesByName_.find(name); known != facesByName_.end()) {
+    if (const auto known = facesByName_.find(name); known != facesByName_.end())
         return known->second;
-    }
     std::shared_ptr<const FontFace> face = findFace(name);
-    if (face != nullptr) {
-        if (facesByName_.size() >= mostNames) {
+    if (face) {
+        if (facesByName_.size() >= maxNames)
             facesByName_.clear();
-        }
         facesByName_.emplace(name, face);
     }
     return face;
@@ -357,12 +334,10 @@ std::shared_ptr<const FontFace> FontServices::findFace(const std::string& name) 
     for (const char* property : FontNames::properties) {
         std::shared_ptr<const FontFace> face = findFaceBy(property, name);
         // A name that is spelled just so goes before one that differs in case or blanks.
-        if (face != nullptr && face->name() == name) {
+        if (face && face->name() == name)
             return face;
-        }
-        if (found == nullptr) {
+        if (!found)
             found = std::move(face);
-        }
     }
     return found;
 }
@@ -380,7 +355,7 @@ std::shared_ptr<const FontFace> FontServices::findFaceBy(const char* property,
 
 std::shared_ptr<FontFallbacks> FontServices::fallbacksOf(const _FcPattern* face) {
     std::shared_ptr<FontFallbacks>& known = fallbacks_[face];
-    if (known == nullptr) {
+    if (!known) {
         FaceLike like{{textAt(face, FC_FAMILY).value_or("")}};
         FcPatternGetInteger(face, FC_SLANT, 0, &like.slant);
         like.weight = numberAt(face, FC_WEIGHT, like.weight);
@@ -393,26 +368,24 @@ std::shared_ptr<FontFallbacks> FontServices::fallbacksOf(const _FcPattern* face)
 std::shared_ptr<const FontFace> FontServices::findSystemFace() {
     FaceLike like{{"system-ui", "sans-serif"}};
     Owned<FcPattern> best;
-    if (configuration_ != nullptr) {
+    if (configuration_) {
         FcResult result = FcResultMatch;
         best.reset(FcFontMatch(configuration_, like.pattern(configuration_).get(), &result));
-        require(best != nullptr || result != FcResultOutOfMemory ? FcTrue : FcFalse);
+        require(best || result != FcResultOutOfMemory ? FcTrue : FcFalse);
     }
     const auto fallbacks = std::make_shared<FontFallbacks>(std::move(like));
     const auto faceOf = [&](const FcPattern* face) -> std::shared_ptr<const FontFace> {
         auto file = isOpenType(face) ? openFile(face) : nullptr;
-        return file == nullptr ? nullptr
-                               : std::make_shared<FontFace>(fullNameOf(face), std::move(file),
-                                                            fallbacks, *this);
+        return file
+                   ? std::make_shared<FontFace>(fullNameOf(face), std::move(file), fallbacks, *this)
+                   : nullptr;
     };
-    if (best != nullptr) {
-        if (auto face = faceOf(best.get())) {
+    if (best) {
+        if (auto face = faceOf(best.get()))
             return face;
-        }
         for (const FcPattern* other : fallbacks->faces(configuration_)) {
-            if (auto face = faceOf(other)) {
+            if (auto face = faceOf(other))
                 return face;
-            }
         }
     }
     return std::make_shared<FontFace>(nameOfNoFace, nullptr, fallbacks, *this);
@@ -420,30 +393,26 @@ std::shared_ptr<const FontFace> FontServices::findSystemFace() {
 
 std::shared_ptr<const FontFile> FontServices::openFile(const _FcPattern* pattern) {
     const std::optional<std::string> path = textAt(pattern, FC_FILE);
-    if (!path) {
+    if (!path)
         return nullptr;
-    }
     int index = 0;
     FcPatternGetInteger(pattern, FC_INDEX, 0, &index);
     const std::pair key(*path, index);
-    if (const auto known = faces_.find(key); known != faces_.end()) {
+    if (const auto known = faces_.find(key); known != faces_.end())
         return known->second;
-    }
     return faces_.emplace(key, openFace(*path, index)).first->second;
 }
 
 std::shared_ptr<const FontFile> FontServices::openFace(const std::string& path, int index) {
-    if (const auto known = contents_.find(path); known != contents_.end()) {
+    if (const auto known = contents_.find(path); known != contents_.end())
         return FontFile::open(known->second, index);
-    }
-    const std::size_t limit = std::min(files::largestFileRead, mostBytes_ - openBytes_);
+    const std::size_t limit = std::min(files::largestFileRead, maxBytes_ - openBytes_);
     files::FileReading file = files::readWholeFile(path, limit);
-    if (!file) {
+    if (!file)
         return nullptr;
-    }
     const auto content = std::make_shared<const std::string>(std::move(file.bytes));
     auto face = FontFile::open(content, index);
-    if (face != nullptr) {
+    if (face) {
         contents_.emplace(path, content);
         openBytes_ += content->size();
     }

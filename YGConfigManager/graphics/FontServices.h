@@ -35,11 +35,11 @@ public:
 
     /// The files that are open have at most so many bytes together; each is in memory once. A face
     /// whose file would exceed that counts as not installed.
-    static constexpr std::size_t mostOpenBytes = std::size_t{512} << 20;
+    static constexpr std::size_t maxOpenBytes = std::size_t{512} << 20;
 
     /// Services that know the fonts in these files and no others.
     explicit FontServices(const std::vector<std::string>& fontFiles,
-                          std::size_t mostBytes = mostOpenBytes);
+                          std::size_t maxBytes = maxOpenBytes);
 
     FontServices(const FontServices&) = delete;
     FontServices& operator=(const FontServices&) = delete;
@@ -70,7 +70,7 @@ private:
     std::shared_ptr<const FontFile> openFace(const std::string& path, int index);
 
     _FcConfig* const configuration_;
-    const std::size_t mostBytes_ = mostOpenBytes;
+    const std::size_t maxBytes_ = maxOpenBytes;
 
     // All below under the lock of all services, measuring without it.
     std::unique_ptr<const FontNames> names_;

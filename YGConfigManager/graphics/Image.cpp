@@ -58,14 +58,12 @@ std::optional<Image> Image::fromBytes(OptionalText bytes) {
 std::optional<Image> Image::fromBytes(std::string_view bytes, std::size_t& pixels) {
     pixels = 0;
     for (const ImageFormat& format : imageFormats()) {
-        if (!bytes.starts_with(format.signature)) {
+        if (!bytes.starts_with(format.signature))
             continue;
-        }
         try {
             const std::optional<DecodedImage> decoded = format.decode(bytes, pixels);
-            if (!decoded) {
+            if (!decoded)
                 return std::nullopt;
-            }
             const std::size_t width = decoded->pixels->width();
             const std::size_t height = decoded->pixels->height();
             return Image(decoded->pixels, 0, 0, width, height,
@@ -84,13 +82,11 @@ std::optional<Image> Image::fromPixels(std::size_t pixelWidth, std::size_t pixel
                                        double pointHeight) {
     if (!PixelBuffer::isAllowed(pixelWidth, pixelHeight) ||
         rgba.size() != pixelWidth * pixelHeight * PixelBuffer::bytesPerPixel ||
-        !isSize(pointWidth) || !isSize(pointHeight)) {
+        !isSize(pointWidth) || !isSize(pointHeight))
         return std::nullopt;
-    }
     const std::shared_ptr<PixelBuffer> buffer = PixelBuffer::make(pixelWidth, pixelHeight);
-    if (buffer == nullptr) {
+    if (!buffer)
         return std::nullopt;
-    }
     std::memcpy(buffer->row(0), rgba.data(), rgba.size());
     return Image(buffer, 0, 0, pixelWidth, pixelHeight, pointWidth, pointHeight);
 }
@@ -102,9 +98,8 @@ std::optional<Image> Image::fromPixels(std::size_t pixelWidth, std::size_t pixel
 }
 
 std::span<const std::uint8_t> Image::row(std::size_t y) const {
-    if (y >= pixelHeight_) {
+    if (y >= pixelHeight_)
         return {};
-    }
     return {buffer_->row(top_ + y) + left_ * PixelBuffer::bytesPerPixel,
             pixelWidth_ * PixelBuffer::bytesPerPixel};
 }
@@ -112,35 +107,30 @@ std::span<const std::uint8_t> Image::row(std::size_t y) const {
 std::optional<Image> Image::cut(double x, double y, double width, double height, double pointWidth,
                                 double pointHeight) const {
     if (!std::isfinite(x) || !std::isfinite(y) || !isSize(width) || !isSize(height) ||
-        !isSize(pointWidth) || !isSize(pointHeight)) {
+        !isSize(pointWidth) || !isSize(pointHeight))
         return std::nullopt;
-    }
     const double left = std::max(0.0, std::floor(x));
     const double top = std::max(0.0, std::floor(y));
     const double right = std::min(static_cast<double>(pixelWidth_), std::ceil(x + width));
     const double bottom = std::min(static_cast<double>(pixelHeight_), std::ceil(y + height));
-    if (left >= right || top >= bottom) {
+    if (left >= right || top >= bottom)
         return std::nullopt;
-    }
     return Image(buffer_, left_ + static_cast<std::size_t>(left),
                  top_ + static_cast<std::size_t>(top), static_cast<std::size_t>(right - left),
                  static_cast<std::size_t>(bottom - top), pointWidth, pointHeight);
 }
 
 std::optional<Image> Image::scaled(double pointWidth, double pointHeight) const {
-    if (!isSize(pointWidth) || !isSize(pointHeight)) {
+    if (!isSize(pointWidth) || !isSize(pointHeight))
         return std::nullopt;
-    }
     const double width = pixelsFor(pointWidth);
     const double height = pixelsFor(pointHeight);
-    if (width * height > static_cast<double>(maximumPixels)) {
+    if (width * height > static_cast<double>(maximumPixels))
         return std::nullopt;
-    }
     const std::shared_ptr<PixelBuffer> target =
         PixelBuffer::make(static_cast<std::size_t>(width), static_cast<std::size_t>(height));
-    if (target == nullptr) {
+    if (!target)
         return std::nullopt;
-    }
     scaleBilinear({row(0).data(), buffer_->rowBytes(), pixelWidth_, pixelHeight_}, *target);
     return Image(target, 0, 0, target->width(), target->height(), pointWidth, pointHeight);
 }

@@ -83,7 +83,7 @@ public:
 private:
     friend class ImageFileReader;
 
-    /// As above; `pixels` tells how many were decoded, or begun and found damaged.
+    /// As above; `pixels` is how many were decoded, or begun and found damaged.
     static std::optional<Image> fromBytes(std::string_view bytes, std::size_t& pixels);
 
     Image(std::shared_ptr<const PixelBuffer> buffer, std::size_t left, std::size_t top,

@@ -4,20 +4,16 @@
 namespace yg {
 
 ImageFileReader::Reading ImageFileReader::read(std::string_view path) {
-    if (pixels_ >= mostPixels) {
+    if (pixels_ >= maxPixels)
         return {Outcome::tooManyPixels, std::nullopt};
-    }
-    if (bytes_ >= mostBytes) {
+    if (bytes_ >= maxBytes)
         return {Outcome::tooManyBytes, std::nullopt};
-    }
     const std::optional<files::FileIdentity> identity = files::identityOf(path);
-    if (!identity) {
+    if (!identity)
         return {};
-    }
     auto known = images_.find(*identity);
-    if (known == images_.end()) {
+    if (known == images_.end())
         known = images_.emplace(*identity, decoded(path)).first;
-    }
     return {known->second ? Outcome::read : Outcome::unreadable, known->second};
 }
 

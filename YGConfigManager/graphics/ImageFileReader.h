@@ -22,11 +22,11 @@ public:
 
     /// Once the files read have so many bytes together, whatever they hold, no other is read: 256
     /// MiB.
-    static constexpr std::size_t mostBytes = std::size_t{256} << 20;
+    static constexpr std::size_t maxBytes = std::size_t{256} << 20;
 
     /// Once so many pixels were decoded, no other file is read: 64 Mi. A file counts with what its
     /// header declares, also when its pixels then turn out to be damaged.
-    static constexpr std::size_t mostPixels = Image::maximumPixels;
+    static constexpr std::size_t maxPixels = Image::maximumPixels;
 
     enum class Outcome {
         read,

@@ -22,7 +22,7 @@ struct DecodedImage {
 };
 
 /// A format: how its files begin, and what makes pixels of one; none for a file that is damaged,
-/// cut short or over the limits. `pixels` tells how many it began to make, 0 when it was refused
+/// cut short or over the limits. `pixels` is how many it began to make, 0 when it was refused
 /// for what its header says.
 struct ImageFormat {
     std::string_view signature;

@@ -19,11 +19,11 @@ namespace {
 
 /// Each scan of a progressive file goes over the whole picture, however few bytes it has. A picture
 /// of the most pixels may have 16.
-constexpr std::size_t mostScans = 64;
-constexpr std::size_t mostScannedPixels = std::size_t{1} << 30;
+constexpr std::size_t maxScans = 64;
+constexpr std::size_t maxScannedPixels = std::size_t{1} << 30;
 
 /// What libjpeg may take for a progressive file's coefficients.
-constexpr long mostMemory = 512L << 20;
+constexpr long maxMemory = 512L << 20;
 
 constexpr double centimetresPerInch = 2.54;
 
@@ -39,9 +39,8 @@ struct ErrorHandler {
 
 /// libjpeg goes on after damage with grey where the picture should be; we do not.
 void onMessage(j_common_ptr jpeg, int level) {
-    if (level >= 0) {
+    if (level >= 0)
         return;
-    }
     switch (jpeg->err->msg_code) {
         case JWRN_HIT_MARKER:
         case JWRN_HUFF_BAD_CODE:
@@ -59,9 +58,8 @@ void onProgress(j_common_ptr jpeg) {
     const auto* const reader = reinterpret_cast<j_decompress_ptr>(jpeg);
     const auto scans = static_cast<std::size_t>(reader->input_scan_number);
     const std::size_t pixels = std::size_t{reader->image_width} * reader->image_height;
-    if (scans > mostScans || scans * pixels > mostScannedPixels) {
+    if (scans > maxScans || scans * pixels > maxScannedPixels)
         fail(jpeg);
-    }
 }
 
 class JpegReader {
@@ -74,22 +72,20 @@ public:
         progress_.progress_monitor = onProgress;
     }
     ~JpegReader() {
-        if (isCreated_) {
+        if (isCreated_)
             jpeg_destroy_decompress(&jpeg_);
-        }
     }
     JpegReader(const JpegReader&) = delete;
     JpegReader& operator=(const JpegReader&) = delete;
 
     /// Reads up to the pixels; false when there is nothing to be read or too much.
     bool readHeader() {
-        if (setjmp(errors_.jump) != 0) {
+        if (setjmp(errors_.jump) != 0)
             return false;
-        }
         jpeg_create_decompress(&jpeg_);
         isCreated_ = true;
         jpeg_.progress = &progress_;
-        jpeg_.mem->max_memory_to_use = mostMemory;
+        jpeg_.mem->max_memory_to_use = maxMemory;
         jpeg_mem_src(&jpeg_, reinterpret_cast<const unsigned char*>(bytes_.data()),
                      static_cast<unsigned long>(bytes_.size()));
         jpeg_read_header(&jpeg_, TRUE);
@@ -97,9 +93,8 @@ public:
         width = jpeg_.image_width;
         height = jpeg_.image_height;
         // Files coded arithmetically are as good as unknown, and nothing bounds how small they are.
-        if (!PixelBuffer::isAllowed(width, height) || jpeg_.arith_code != 0 || !canBeWhole()) {
+        if (!PixelBuffer::isAllowed(width, height) || jpeg_.arith_code != 0 || !canBeWhole())
             return false;
-        }
         if (jpeg_.saw_JFIF_marker != 0 && (jpeg_.density_unit == 1 || jpeg_.density_unit == 2)) {
             const double factor = jpeg_.density_unit == 1 ? 1 : centimetresPerInch;
             horizontalDensity = jpeg_.X_density * factor;
@@ -112,13 +107,11 @@ public:
 
     /// Reads the pixels and the file to its end; false when something is damaged or missing.
     bool readRows(PixelBuffer& pixels) {
-        if (setjmp(errors_.jump) != 0) {
+        if (setjmp(errors_.jump) != 0)
             return false;
-        }
         jpeg_start_decompress(&jpeg_);
-        if (jpeg_.output_components != static_cast<int>(PixelBuffer::bytesPerPixel)) {
+        if (jpeg_.output_components != static_cast<int>(PixelBuffer::bytesPerPixel))
             return false;
-        }
         while (jpeg_.output_scanline < jpeg_.output_height) {
             JSAMPROW row = pixels.row(jpeg_.output_scanline);
             jpeg_read_scanlines(&jpeg_, &row, 1);
@@ -163,9 +156,8 @@ void convertInk(PixelBuffer& pixels, bool isInverted) {
         std::uint8_t* pixel = pixels.row(y);
         for (std::size_t x = 0; x < pixels.width(); ++x, pixel += PixelBuffer::bytesPerPixel) {
             const unsigned black = paper(pixel[3]);
-            for (int i = 0; i < 3; ++i) {
+            for (int i = 0; i < 3; ++i)
                 pixel[i] = static_cast<std::uint8_t>((paper(pixel[i]) * black + 127) / 255);
-            }
             pixel[3] = 255;
         }
     }
@@ -176,17 +168,14 @@ void convertInk(PixelBuffer& pixels, bool isInverted) {
 std::optional<DecodedImage> decodeJpeg(std::string_view bytes, std::size_t& pixelCount) {
     pixelCount = 0;
     JpegReader reader(bytes);
-    if (!reader.readHeader()) {
+    if (!reader.readHeader())
         return std::nullopt;
-    }
     pixelCount = reader.width * reader.height;
     const std::shared_ptr<PixelBuffer> pixels = PixelBuffer::make(reader.width, reader.height);
-    if (pixels == nullptr || !reader.readRows(*pixels)) {
+    if (!pixels || !reader.readRows(*pixels))
         return std::nullopt;
-    }
-    if (reader.isInk) {
+    if (reader.isInk)
         convertInk(*pixels, reader.isInverted());
-    }
     return DecodedImage{pixels, reader.horizontalDensity, reader.verticalDensity};
 }
 

@@ -18,9 +18,8 @@ bool PixelBuffer::isAllowed(std::size_t width, std::size_t height) {
 }
 
 std::shared_ptr<PixelBuffer> PixelBuffer::make(std::size_t width, std::size_t height) {
-    if (!isAllowed(width, height)) {
+    if (!isAllowed(width, height))
         return nullptr;
-    }
     try {
         return std::shared_ptr<PixelBuffer>(new PixelBuffer(width, height));
     } catch (const std::bad_alloc&) {

@@ -20,7 +20,7 @@ constexpr png_uint_32 longestSide = 32768;
 constexpr png_alloc_size_t largestChunk = png_alloc_size_t{8} << 20;
 
 /// Compressed data never grow to more than this many times their size when they are inflated.
-constexpr std::size_t mostInflation = 1032;
+constexpr std::size_t maxInflation = 1032;
 
 constexpr double metresPerInch = 0.0254;
 
@@ -44,12 +44,10 @@ bool hasChunksInOrder(std::string_view bytes) {
         const bool isNamed = std::all_of(name.begin(), name.end(), [](char character) {
             return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
         });
-        if (!isNamed || (name == "IDAT" && !isBeforePixels && last != name)) {
+        if (!isNamed || (name == "IDAT" && !isBeforePixels && last != name))
             return false;
-        }
-        if (name == "IEND") {
+        if (name == "IEND")
             break;
-        }
         isBeforePixels = isBeforePixels && name != "IDAT";
         last = name;
         rest.remove_prefix(std::min(size, rest.size()));
@@ -63,9 +61,8 @@ class PngReader {
 public:
     explicit PngReader(std::string_view bytes) : bytes_(bytes) {
         png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignoreWarning);
-        if (png_ != nullptr) {
+        if (png_)
             info_ = png_create_info_struct(png_);
-        }
     }
     ~PngReader() { png_destroy_read_struct(&png_, &info_, nullptr); }
     PngReader(const PngReader&) = delete;
@@ -73,9 +70,8 @@ public:
 
     /// Reads up to the pixels; false when there is nothing to be read or too much.
     bool readHeader() {
-        if (info_ == nullptr || setjmp(png_jmpbuf(png_)) != 0) {
+        if (!info_ || setjmp(png_jmpbuf(png_)) != 0)
             return false;
-        }
         png_set_progressive_read_fn(
             png_, this, [](png_structp png, png_infop) { readerOf(png).startPixels(); },
             [](png_structp png, png_bytep pixels, png_uint_32 row, int) {
@@ -84,7 +80,7 @@ public:
             [](png_structp png, png_infop) { readerOf(png).isEnded_ = true; });
         png_set_user_limits(png_, longestSide, longestSide);
         png_set_chunk_malloc_max(png_, largestChunk);
-        // Texts and profiles are no part of the picture and may be inflated to any size.
+        // Texts and profiles are not part of the picture and may be inflated to any size.
         static const png_byte skipped[] = "zTXt\0iTXt\0tEXt\0iCCP\0eXIf\0sPLT";
         png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, skipped, sizeof skipped / 5);
         process();
@@ -93,9 +89,8 @@ public:
 
     /// Reads the pixels and the file to its end; false when something is damaged or missing.
     bool readRows(PixelBuffer& pixels) {
-        if (setjmp(png_jmpbuf(png_)) != 0) {
+        if (setjmp(png_jmpbuf(png_)) != 0)
             return false;
-        }
         pixels_ = &pixels;
         bytes_.remove_prefix(bytes_.size() - pixelsLeft_);
         process();
@@ -129,9 +124,8 @@ private:
         width = png_get_image_width(png_, info_);
         height = png_get_image_height(png_, info_);
         if (!PixelBuffer::isAllowed(width, height) ||
-            png_get_rowbytes(png_, info_) > bytes_.size() * mostInflation / height) {
+            png_get_rowbytes(png_, info_) > bytes_.size() * maxInflation / height)
             png_error(png_, "too large");
-        }
         png_uint_32 horizontal = 0;
         png_uint_32 vertical = 0;
         int unit = PNG_RESOLUTION_UNKNOWN;
@@ -147,17 +141,15 @@ private:
         png_set_add_alpha(png_, 0xFF, PNG_FILLER_AFTER);
         png_set_interlace_handling(png_);
         png_read_update_info(png_, info_);
-        if (png_get_rowbytes(png_, info_) != PixelBuffer::bytesPerPixel * width) {
+        if (png_get_rowbytes(png_, info_) != PixelBuffer::bytesPerPixel * width)
             png_error(png_, "unexpected pixels");
-        }
         pixelsLeft_ = png_process_data_pause(png_, 0);
     }
 
     void addToRow(png_uint_32 row, png_bytep pixels) {
         // A pass of an interlaced file has nothing for some rows.
-        if (pixels != nullptr) {
+        if (pixels)
             png_progressive_combine_row(png_, pixels_->row(row), pixels);
-        }
     }
 
     std::string_view bytes_;
@@ -173,14 +165,12 @@ private:
 std::optional<DecodedImage> decodePng(std::string_view bytes, std::size_t& pixelCount) {
     pixelCount = 0;
     PngReader reader(bytes);
-    if (!hasChunksInOrder(bytes) || !reader.readHeader()) {
+    if (!hasChunksInOrder(bytes) || !reader.readHeader())
         return std::nullopt;
-    }
     pixelCount = reader.width * reader.height;
     const std::shared_ptr<PixelBuffer> pixels = PixelBuffer::make(reader.width, reader.height);
-    if (pixels == nullptr || !reader.readRows(*pixels)) {
+    if (!pixels || !reader.readRows(*pixels))
         return std::nullopt;
-    }
     return DecodedImage{pixels, reader.horizontalDensity, reader.verticalDensity};
 }
 

@@ -28,7 +28,7 @@ void append(png_structp png, png_bytep bytes, std::size_t count) {
             ->append(reinterpret_cast<const char*>(bytes), count);
         return;
     } catch (const std::bad_alloc&) {
-        // Told to libpng outside of the handler, which a jump must not leave.
+        // Passed to libpng outside of the handler, which a jump must not leave.
     }
     png_error(png, "out of memory");
 }
@@ -43,9 +43,8 @@ png_uint_32 dotsPerMetre(double density) {
 
 bool write(png_structp png, png_infop info, const PixelView& pixels, png_uint_32 horizontal,
            png_uint_32 vertical, std::string& file) {
-    if (setjmp(png_jmpbuf(png)) != 0) {
+    if (setjmp(png_jmpbuf(png)) != 0)
         return false;
-    }
     png_set_write_fn(png, &file, append, flush);
     // Cut and scaled images may have longer sides than libpng expects.
     png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
@@ -53,13 +52,11 @@ bool write(png_structp png, png_infop info, const PixelView& pixels, png_uint_32
                  static_cast<png_uint_32>(pixels.height), 8, PNG_COLOR_TYPE_RGB_ALPHA,
                  PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     const png_uint_32 usual = dotsPerMetre(72);
-    if (horizontal != 0 && vertical != 0 && (horizontal != usual || vertical != usual)) {
+    if (horizontal != 0 && vertical != 0 && (horizontal != usual || vertical != usual))
         png_set_pHYs(png, info, horizontal, vertical, PNG_RESOLUTION_METER);
-    }
     png_write_info(png, info);
-    for (std::size_t y = 0; y < pixels.height; ++y) {
+    for (std::size_t y = 0; y < pixels.height; ++y)
         png_write_row(png, pixels.row(y));
-    }
     png_write_end(png, nullptr);
     return true;
 }
@@ -69,11 +66,10 @@ bool write(png_structp png, png_infop info, const PixelView& pixels, png_uint_32
 std::optional<std::string> encodePng(const PixelView& pixels, double horizontalDensity,
                                      double verticalDensity) {
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, fail, ignoreWarning);
-    png_infop info = png == nullptr ? nullptr : png_create_info_struct(png);
+    png_infop info = png ? png_create_info_struct(png) : nullptr;
     std::string file;
-    const bool isWritten =
-        info != nullptr && write(png, info, pixels, dotsPerMetre(horizontalDensity),
-                                 dotsPerMetre(verticalDensity), file);
+    const bool isWritten = info && write(png, info, pixels, dotsPerMetre(horizontalDensity),
+                                         dotsPerMetre(verticalDensity), file);
     png_destroy_write_struct(&png, &info);
     return isWritten ? std::optional(std::move(file)) : std::nullopt;
 }

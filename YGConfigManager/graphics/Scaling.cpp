@@ -19,7 +19,8 @@ namespace {
 constexpr std::uint32_t whole = 128;
 constexpr float wholeOfBoth = whole * whole;
 
-/// Where a row or column of the target comes from: two neighbours, given by where they begin.
+/// Where a row or column of the target comes from: two pixels side by side, given by where they
+/// begin.
 struct Tap {
     std::uint32_t near;
     std::uint32_t far;
@@ -30,7 +31,7 @@ struct Tap {
 /// times the memory of a row.
 class Taps {
 public:
-    /// `stride` is what lies between one neighbour and the next.
+    /// `stride` is what lies between one pixel and the next.
     Taps(std::size_t sourceSize, std::size_t targetSize, std::size_t stride)
         : step_(static_cast<double>(sourceSize) / static_cast<double>(targetSize)),
           last_(sourceSize - 1),
@@ -147,9 +148,8 @@ void blendRow(const Rows& rows, std::span<const Tap> columns, std::uint8_t* targ
         if (alpha == 0) {
             blendTransparent(rows, tap, target);
         } else {
-            for (std::uint32_t i = 0; i < 3; ++i) {
+            for (std::uint32_t i = 0; i < 3; ++i)
                 target[i] = static_cast<std::uint8_t>(sum(i) / alpha + 0.5F);
-            }
             target[3] = static_cast<std::uint8_t>(alpha / wholeOfBoth + 0.5F);
         }
         target += PixelBuffer::bytesPerPixel;
@@ -166,9 +166,8 @@ void scaleBilinear(const PixelView& source, PixelBuffer& target) {
     std::array<Tap, 2048> block;
     for (std::size_t left = 0; left < target.width(); left += block.size()) {
         const std::size_t count = std::min(block.size(), target.width() - left);
-        for (std::size_t i = 0; i < count; ++i) {
+        for (std::size_t i = 0; i < count; ++i)
             block[i] = columns.at(left + i);
-        }
         for (std::size_t y = 0; y < target.height(); ++y) {
             const Tap row = rows.at(y);
             blendRow({source.row(row.near), source.row(row.far), row.farWeight},

@@ -33,16 +33,15 @@ Hosts& hosts() {
 std::shared_ptr<Host> defaultHost() noexcept {
     Hosts& all = hosts();
     const std::lock_guard lock(making);
-    if (all.standard == nullptr) {
+    if (!all.standard) {
         try {
             all.standard = StandAloneHost::openOrDefaults(".");
         } catch (...) {
             // Like an answer of null: the memory does not suffice.
         }
     }
-    return all.standard != nullptr
-               ? all.standard
-               : std::shared_ptr<Host>(std::shared_ptr<void>(), &all.withoutSettings);
+    return all.standard ? all.standard
+                        : std::shared_ptr<Host>(std::shared_ptr<void>(), &all.withoutSettings);
 }
 
 }  // namespace
@@ -67,9 +66,8 @@ std::shared_ptr<Host> currentHost() noexcept {
     {
         const Hosts& all = hosts();
         const std::lock_guard lock(installing);
-        if (all.installed != nullptr) {
+        if (all.installed)
             return all.installed;
-        }
     }
     return defaultHost();
 }

@@ -5,17 +5,15 @@ namespace yg::detail {
 
 void readModelField(const JsonValue& value, std::optional<std::string>& field) {
     field.reset();
-    if (const std::string* text = value.text()) {
+    if (const std::string* text = value.text())
         field = *text;
-    } else if (const std::string* decimal = value.number()) {
+    else if (const std::string* decimal = value.number())
         field = *decimal;
-    }
 }
 
 bool appendModelField(std::string& out, const std::optional<std::string>& field) {
-    if (field) {
+    if (field)
         require(appendJsonText(out, *field));
-    }
     return field.has_value();
 }
 

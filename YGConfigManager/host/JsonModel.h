@@ -71,9 +71,8 @@ auto orNothing(Work work) -> decltype(work()) {
 
 /// Throws std::bad_alloc where a step of some work was left out for want of memory.
 inline void require(bool isDone) {
-    if (!isDone) {
+    if (!isDone)
         throw std::bad_alloc();
-    }
 }
 
 // What follows throws std::bad_alloc, so that nothing is left out of a whole.
@@ -91,9 +90,8 @@ template <class Model>
 std::shared_ptr<Model> modelWithObject(const JsonValue::Object& object) {
     auto model = std::make_shared<Model>();
     const auto read = [&](const auto& row) {
-        if (const auto member = object.find(row.name); member != object.end()) {
+        if (const auto member = object.find(row.name); member != object.end())
             readModelField(member->second, (*model).*row.field);
-        }
     };
     std::apply([&](const auto&... rows) { (read(rows), ...); }, Model::modelFields());
     return model;
@@ -103,9 +101,8 @@ template <class Model>
 std::shared_ptr<const std::vector<std::shared_ptr<Model>>> modelsOf(const JsonValue::List& list) {
     auto models = std::make_shared<std::vector<std::shared_ptr<Model>>>();
     for (const JsonValue& value : list) {
-        if (const auto object = value.object()) {
+        if (const auto object = value.object())
             models->push_back(modelWithObject<Model>(*object));
-        }
     }
     return models;
 }
@@ -118,9 +115,8 @@ YG_EXPORT bool appendModelField(std::string& out, const std::optional<std::strin
 
 template <class Item>
 bool appendModelField(std::string& out, const ModelList<Item>& field) {
-    if (field.isAbsent()) {
+    if (field.isAbsent())
         return false;
-    }
     const char* separator = "";
     out += '[';
     if (const JsonList json = field.json()) {
@@ -131,7 +127,7 @@ bool appendModelField(std::string& out, const ModelList<Item>& field) {
         }
     } else {
         for (const std::shared_ptr<Item>& item : *field.items()) {
-            if (item != nullptr) {
+            if (item) {
                 out += separator;
                 appendModel(out, *item);
                 separator = ",";
@@ -150,11 +146,10 @@ void appendModel(std::string& out, const Model& model) {
         out += separator;
         require(appendJsonText(out, row.name));
         out += ':';
-        if (appendModelField(out, model.*row.field)) {
+        if (appendModelField(out, model.*row.field))
             separator = ",";
-        } else {
+        else
             out.resize(start);
-        }
     };
     out += '{';
     std::apply([&](const auto&... rows) { (append(rows), ...); }, Model::modelFields());
@@ -171,16 +166,15 @@ std::shared_ptr<Model> modelWithJSON(OptionalText bytes) {
     const JsonValue::Parsed parsed = JsonValue::parse(bytes);
     const auto object = parsed ? parsed.value->object() : nullptr;
     return detail::orNothing(
-        [&] { return object == nullptr ? nullptr : detail::modelWithObject<Model>(*object); });
+        [&] { return object ? detail::modelWithObject<Model>(*object) : nullptr; });
 }
 
-/// A list of new models, one for each object in `list`, in its order; items that are no objects are
-/// skipped. An absent list (null) stays absent, an empty one empty.
+/// A list of new models, one for each object in `list`, in its order; items that are not objects
+/// are skipped. An absent list (null) stays absent, an empty one empty.
 template <class Model>
 std::shared_ptr<const std::vector<std::shared_ptr<Model>>> modelArrayWithClass(
     const JsonList& list) {
-    return detail::orNothing(
-        [&] { return list == nullptr ? nullptr : detail::modelsOf<Model>(*list); });
+    return detail::orNothing([&] { return list ? detail::modelsOf<Model>(*list) : nullptr; });
 }
 
 /// The model as JSON object text: its fields in the order of its table, absent ones left out,

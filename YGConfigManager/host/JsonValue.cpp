@@ -307,13 +307,11 @@ private:
 
 JsonValue::Parsed JsonValue::parse(OptionalText bytes, JsonOptions options) noexcept {
     try {
-        if (const std::size_t valid = text::validUtf8Prefix(*bytes); valid < bytes->size()) {
+        if (const std::size_t valid = text::validUtf8Prefix(*bytes); valid < bytes->size())
             return errorAt(*bytes, valid, "invalid UTF-8");
-        }
         // The reader takes a NUL byte for the end of the text and ignores what follows.
-        if (const std::size_t nul = bytes->find('\0'); nul != std::string_view::npos) {
+        if (const std::size_t nul = bytes->find('\0'); nul != std::string_view::npos)
             return errorAt(*bytes, nul, "not valid JSON");
-        }
         JsonBuilder builder(*bytes, options);
         const bool isWhole = nlohmann::json::sax_parse(withoutDecimals(*bytes), &builder);
         Parsed parsed = std::move(builder).result();
@@ -329,17 +327,17 @@ JsonValue::Parsed JsonValue::parse(OptionalText bytes, JsonOptions options) noex
 
 std::optional<bool> JsonValue::boolean() const {
     const bool* value = std::get_if<bool>(&value_);
-    return value == nullptr ? std::nullopt : std::optional(*value);
+    return value ? std::optional(*value) : std::nullopt;
 }
 
 const std::string* JsonValue::number() const& {
     const Number* value = std::get_if<Number>(&value_);
-    return value == nullptr ? nullptr : &value->decimal;
+    return value ? &value->decimal : nullptr;
 }
 
 std::shared_ptr<const JsonValue::List> JsonValue::list() const {
     const auto* value = std::get_if<std::shared_ptr<const List>>(&value_);
-    return value == nullptr ? nullptr : *value;
+    return value ? *value : nullptr;
 }
 
 std::shared_ptr<const JsonValue::Object> JsonValue::object() const {

@@ -128,8 +128,8 @@ struct JsonValue::Parsed {
 /// A list of JSON values; null when it is absent.
 using JsonList = std::shared_ptr<const JsonValue::List>;
 
-/// Appends `text` as a JSON text in quotes: UTF-8 as it stands, each byte sequence that is no UTF-8
-/// replaced by U+FFFD. False, and nothing appended, when memory does not suffice.
+/// Appends `text` as a JSON text in quotes: UTF-8 as it stands, each byte sequence that is not
+/// UTF-8 replaced by U+FFFD. False, and nothing appended, when memory does not suffice.
 YG_EXPORT bool appendJsonText(std::string& out, OptionalText text) noexcept;
 
 }  // namespace yg

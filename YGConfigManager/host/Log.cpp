@@ -39,18 +39,17 @@ bool waitUntil(std::chrono::steady_clock::time_point end) {
 }
 
 /// Writes as much as can be written and answers its size. An interruption and a partial write do
-/// not end it; any failure but a full pipe does, since there is no one to tell.
+/// not end it; any failure but a full pipe does, since there is nobody to report it to.
 std::size_t writeAll(std::string_view bytes) {
     const auto end = std::chrono::steady_clock::now() + longestWait;
     std::size_t size = 0;
     while (size < bytes.size()) {
         const ssize_t written = ::write(STDERR_FILENO, bytes.data() + size, bytes.size() - size);
-        if (written > 0) {
+        if (written > 0)
             size += static_cast<std::size_t>(written);
-        } else if (written == 0 || (errno != EINTR && errno != EAGAIN) ||
-                   (errno == EAGAIN && (isStalled || !waitUntil(end)))) {
+        else if (written == 0 || (errno != EINTR && errno != EAGAIN) ||
+                 (errno == EAGAIN && (isStalled || !waitUntil(end))))
             break;
-        }
     }
     return size;
 }
@@ -58,9 +57,8 @@ std::size_t writeAll(std::string_view bytes) {
 /// Writes a line with its end.
 void writeLine(std::string_view line) {
     const std::lock_guard lock(consoleMutex);
-    if (isInLine) {
+    if (isInLine)
         isInLine = writeAll("\n") == 0;
-    }
     const std::size_t written = isInLine ? 0 : writeAll(line);
     isInLine = isInLine || (written > 0 && written < line.size());
     isStalled = written < line.size();

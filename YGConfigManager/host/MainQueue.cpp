@@ -34,24 +34,22 @@ void runAndLog(const std::function<void()>& function, std::string_view what) noe
 class DefaultMainQueue final : public MainQueue {
 public:
     void post(std::function<void()> task) override {
-        if (!task) {
+        if (!task)
             return;
-        }
         std::shared_ptr<const std::function<void()>> wakeUp;
         {
             const std::lock_guard lock(queueing);
             tasks_.push_back(std::move(task));
             ++posted_;
-            if (!std::exchange(isAnnounced_, true)) {
+            if (!std::exchange(isAnnounced_, true))
                 wakeUp = wakeUp_;
-            }
         }
         wake(wakeUp);
     }
 
     std::size_t runPending() {
         std::unique_lock lock(queueing);
-        // Whatever is posted from here on belongs to the next call and is announced anew, even
+        // Whatever is posted from here on belongs to the next call and is announced again, even
         // while this one still has tasks before it.
         isAnnounced_ = false;
         const std::uint64_t end = posted_;
@@ -87,9 +85,8 @@ public:
 
 private:
     static void wake(const std::shared_ptr<const std::function<void()>>& wakeUp) {
-        if (wakeUp != nullptr) {
+        if (wakeUp)
             runAndLog(*wakeUp, "main queue wake-up");
-        }
     }
 
     std::list<std::function<void()>> tasks_;  // without tasks it takes no memory
@@ -110,9 +107,8 @@ DefaultMainQueue& standardQueue() {
 /// The queue that the current host names, or the default one.
 std::shared_ptr<MainQueue> queueOfHost() {
     try {
-        if (std::shared_ptr<MainQueue> queue = currentHost()->mainQueue()) {
+        if (std::shared_ptr<MainQueue> queue = currentHost()->mainQueue())
             return queue;
-        }
     } catch (...) {
         // As if the host named none.
     }

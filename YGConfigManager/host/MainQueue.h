@@ -3,7 +3,7 @@
 // Tasks for the application's main thread.
 //
 // NOTHING ARRIVES UNLESS THE APPLICATION DRAINS THE QUEUE: the library has no loop of its own.
-// Either the application calls runPendingMainTasks() from its loop (setMainQueueWakeUp() tells it
+// Either the application calls runPendingMainTasks() from its loop (setMainQueueWakeUp() says
 // when), or it brings a queue of its own with Host::mainQueue().
 //
 // A loop that the application has drains the default queue with three lines at its start:

@@ -29,18 +29,18 @@ public:
     /// A list of models; null makes it absent.
     ModelList(std::shared_ptr<const Items> items) : value_(std::move(items)) {}
 
-    bool isAbsent() const { return json() == nullptr && items() == nullptr; }
+    bool isAbsent() const { return !json() && !items(); }
 
     /// The list as it stood in the JSON text; null once it was converted, and when it is absent.
     JsonList json() const {
         const JsonList* list = std::get_if<JsonList>(&value_);
-        return list == nullptr ? nullptr : *list;
+        return list ? *list : nullptr;
     }
 
     /// The models; null as long as the list was not converted, and when it is absent.
     std::shared_ptr<const Items> items() const {
         const auto* list = std::get_if<std::shared_ptr<const Items>>(&value_);
-        return list == nullptr ? nullptr : *list;
+        return list ? *list : nullptr;
     }
 
 private:

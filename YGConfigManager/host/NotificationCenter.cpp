@@ -59,23 +59,22 @@ public:
 
     Places concernedBy(std::string_view name, const void* sender) const {
         Places concerned;
-        std::copy_if(
-            places_.begin(), places_.end(), std::back_inserter(concerned), [&](const auto& place) {
-                return place->name == name && (place->sender == nullptr || place->sender == sender);
-            });
+        std::copy_if(places_.begin(), places_.end(), std::back_inserter(concerned),
+                     [&](const auto& place) {
+                         return place->name == name && (!place->sender || place->sender == sender);
+                     });
         return concerned;
     }
 
     static void notify(const Places& concerned, const Notification& notification) noexcept {
         for (const auto& place : concerned) {
-            if (!place->isRemoved && place->observer) {
-                tell(*place, notification);
-            }
+            if (!place->isRemoved && place->observer)
+                notify(*place, notification);
         }
     }
 
 private:
-    static void tell(const Place& place, const Notification& notification) noexcept {
+    static void notify(const Place& place, const Notification& notification) noexcept {
         try {
             place.observer(notification);
         } catch (const std::exception& error) {
@@ -120,9 +119,8 @@ void NotificationCenter::Token::remove() noexcept {
     const std::lock_guard lock(centers);
     state = state_.lock();
     state_.reset();
-    if (state != nullptr) {
+    if (state)
         removed = state->remove(id_);
-    }
 }
 
 NotificationCenter::NotificationCenter() noexcept = default;
@@ -144,9 +142,8 @@ NotificationCenter::Token NotificationCenter::addObserver(OptionalText name, con
         Token token;
         {
             const std::lock_guard lock(centers);
-            if (state_ == nullptr) {
+            if (!state_)
                 state_ = std::make_shared<State>();
-            }
             token.id_ = state_->add(place);
             token.state_ = state_;
         }
@@ -159,14 +156,12 @@ void NotificationCenter::post(OptionalText name, const std::shared_ptr<void>& se
         State::Places concerned;
         {
             const std::lock_guard lock(centers);
-            if (state_ != nullptr) {
+            if (state_)
                 concerned = state_->concernedBy(*name, sender.get());
-            }
         }
         // From here on without the centre: an observer may let it go.
-        if (!concerned.empty()) {
+        if (!concerned.empty())
             State::notify(concerned, {std::string(*name), sender});
-        }
     });
 }
 

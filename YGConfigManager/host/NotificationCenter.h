@@ -14,7 +14,7 @@
 
 namespace yg {
 
-/// What an observer is told. `sender` is the object that the notification is about; it is alive as
+/// What an observer receives. `sender` is the object that the notification is about; it is alive as
 /// long as the observer holds it. std::static_pointer_cast makes it what the name promises.
 struct Notification {
     std::string name;

@@ -53,9 +53,8 @@ bool isMissing(const std::string& path) {
 /// The file's path in the folder of the root, if the name cannot lead out of it.
 std::optional<std::string> pathInFolder(const std::string& root, std::string_view folder,
                                         std::string_view fileName) {
-    if (!text::isPlainFileName(fileName)) {
+    if (!text::isPlainFileName(fileName))
         return std::nullopt;
-    }
     return text::joinPath(text::joinPath(root, folder), fileName);
 }
 
@@ -75,10 +74,9 @@ const JsonValue* memberOf(const JsonValue::Object& object, std::string_view name
 bool readText(const JsonValue::Object& object, std::string_view name,
               std::optional<std::string>& field, std::string& error) {
     const JsonValue* value = memberOf(object, name);
-    if (value == nullptr) {
+    if (!value)
         return true;
-    }
-    if (value->text() == nullptr) {
+    if (!value->text()) {
         error = text::format(R"("%@" must be a text)", name);
         return false;
     }
@@ -90,7 +88,7 @@ bool readText(const JsonValue::Object& object, std::string_view name,
 std::shared_ptr<const MappingDic> readMapping(const std::string& key, const JsonValue& value,
                                               std::string& error) {
     const auto table = value.object();
-    if (table == nullptr) {
+    if (!table) {
         error = text::format(R"("mappings"."%@" must be an object)", key);
         return nullptr;
     }
@@ -102,9 +100,8 @@ std::shared_ptr<const MappingDic> readMapping(const std::string& key, const Json
         for (std::size_t index = 0; isTexts && index < items->size(); ++index) {
             const std::string* text = (*items)[index].text();
             isTexts = text != nullptr;
-            if (isTexts) {
+            if (isTexts)
                 texts.push_back(*text);
-            }
         }
         if (!isTexts) {
             error = text::format(R"("mappings"."%@"."%@" must be a list of texts)", key, name);
@@ -118,9 +115,8 @@ std::shared_ptr<const MappingDic> readMapping(const std::string& key, const Json
 
 std::optional<StandAloneHost::Settings> StandAloneHost::readSettings(const std::string& path,
                                                                      std::string& error) {
-    if (isMissing(path)) {
+    if (isMissing(path))
         return Settings{};
-    }
     const files::FileReading file = files::readWholeFile(path, largestSettings);
     if (!file) {
         error = file.error;
@@ -131,35 +127,29 @@ std::optional<StandAloneHost::Settings> StandAloneHost::readSettings(const std::
         return std::nullopt;
     };
     const JsonValue::Parsed parsed = orOutOfMemory(JsonValue::parse(file.bytes));
-    if (!parsed) {
+    if (!parsed)
         return failed(parsed.error);
-    }
     const auto object = parsed.value->object();
-    if (object == nullptr) {
+    if (!object)
         return failed("line 1, column 1: not a JSON object");
-    }
     Settings settings;
     std::string fault;
     if (!readText(*object, "rightLevel", settings.rightLevel, fault) ||
-        !readText(*object, "configServer", settings.configServer, fault)) {
+        !readText(*object, "configServer", settings.configServer, fault))
         return failed(fault);
-    }
     if (const JsonValue* mappings = memberOf(*object, "mappings")) {
         const auto tables = mappings->object();
-        if (tables == nullptr) {
+        if (!tables)
             return failed(R"("mappings" must be an object)");
-        }
         for (const auto& [key, table] : *tables) {
             auto mapping = readMapping(key, table, fault);
-            if (mapping == nullptr) {
+            if (!mapping)
                 return failed(fault);
-            }
             settings.mappings.emplace(key, std::move(mapping));
         }
     }
-    if (settings.configServer && settings.configServer->empty()) {
+    if (settings.configServer && settings.configServer->empty())
         settings.configServer.reset();
-    }
     return settings;
 }
 
@@ -181,14 +171,12 @@ StandAloneHost::Opened StandAloneHost::tryToOpen(std::string_view root) {
         return {nullptr, text::format(R"(root folder "%@": %@)", folder,
                                       systemError(isPath ? errno : EINVAL))};
     }
-    if (!S_ISDIR(state.st_mode)) {
+    if (!S_ISDIR(state.st_mode))
         return {nullptr, text::format(R"(root folder "%@": %@)", folder, systemError(ENOTDIR))};
-    }
     std::string error;
     std::optional<Settings> settings = readSettings(text::joinPath(folder, "host.json"), error);
-    if (!settings) {
+    if (!settings)
         return {nullptr, error};
-    }
     Opened opened{std::make_shared<StandAloneHost>(root), {}};
     opened.host->settings_ = std::move(*settings);
     return opened;
@@ -196,9 +184,8 @@ StandAloneHost::Opened StandAloneHost::tryToOpen(std::string_view root) {
 
 std::shared_ptr<StandAloneHost> StandAloneHost::openOrDefaults(OptionalText root) {
     Opened opened = open(root);
-    if (opened) {
+    if (opened)
         return opened.host;
-    }
     writeSystemConsole("%@", opened.error);
     try {
         return opened.error == outOfMemory ? nullptr : std::make_shared<StandAloneHost>(root);
@@ -219,24 +206,20 @@ void StandAloneHost::overrideUserRight(OwnedText userRight) {
 std::optional<std::string> StandAloneHost::getStorageFilePath(
     std::int64_t area, std::optional<std::string_view> subFolderPath,
     std::optional<std::string_view> fileName, bool isNeedWrite) {
-    if (area != storageArea || !subFolderPath.value_or("").empty()) {
+    if (area != storageArea || !subFolderPath.value_or("").empty())
         return std::nullopt;
-    }
     return answer([&]() -> std::optional<std::string> {
         std::optional<std::string> userCopy = pathInFolder(root_, "user", fileName.value_or(""));
-        if (!userCopy) {
+        if (!userCopy)
             return std::nullopt;
-        }
         if (isNeedWrite) {
             const std::string folder = text::joinPath(root_, "user");
-            if (!userFolderIsSafe_ || !isFolder(folder)) {
+            if (!userFolderIsSafe_ || !isFolder(folder))
                 userFolderIsSafe_ = files::makeFolder(folder);
-            }
             return userFolderIsSafe_ ? userCopy : std::nullopt;
         }
-        if (isFile(*userCopy)) {
+        if (isFile(*userCopy))
             return userCopy;
-        }
         std::optional<std::string> shipped = pathInFolder(root_, "storage", *fileName);
         return isFile(*shipped) ? shipped : userCopy;
     });

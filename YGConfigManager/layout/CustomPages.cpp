@@ -5,11 +5,10 @@
 #include <span>
 #include <utility>
 
-#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 #include "YGConfigManager/layout/Expansion.h"
-#include "YGConfigManager/layout/LayoutRules.h"
+#include "YGConfigManager/layout/LayoutEntries.h"
 #include "YGConfigManager/layout/Walk.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 #include "YGConfigManager/text/Replace.h"
@@ -21,6 +20,14 @@ namespace yg {
 namespace {
 
 constexpr std::string_view wildcardMapping = "模版通配";
+
+void collect(std::string_view nodeName, const xml::Element& rootElement,
+             std::vector<xml::Element>& resultList) {
+    forEachNodeBelow(rootElement, [&](const xml::Node& node) {
+        if (node.name() == nodeName && node.isElement())
+            resultList.emplace_back(node);
+    });
+}
 
 }  // namespace
 
@@ -61,14 +68,32 @@ private:
     RecordMap<const std::string*> keys_;
 };
 
+// Apart from the look-up, so that a page that is there pays for none of this.
+[[gnu::noinline]] std::shared_ptr<StyleConfigInfo> YGStyleConfigLoad::customPage(
+    std::string_view name) const {
+    return guarded(pageName, [&]() -> std::shared_ptr<StyleConfigInfo> {
+        const Expansion expansion(Expansion::page);
+        const xml::Element page = buildPage(name);
+        auto record = page ? readStyle(page) : nullptr;
+        // Slots that stayed may place more than a page may have.
+        return expansion.isRefused() ? nullptr : record;
+    });
+}
+
+xml::Element YGStyleConfigLoad::createXMLElementWithStyleName(OptionalText styleName) const {
+    return guarded(pageName, [&] {
+        const Expansion expansion(Expansion::page);
+        return buildPage(styleName);
+    });
+}
+
 xml::Element YGStyleConfigLoad::buildPage(std::optional<std::string_view> styleName) const {
     if (!styleName)
         return {};
-    const Expansion expansion(Expansion::page);
     const std::vector<std::string> parts = text::split(*styleName, '-');
     const xml::Element source = templateNamed(parts.front());
     if (!source) {
-        report(rules::unknownTemplate, {}, {}, *styleName);
+        Reporter(sink_).report("unknown-template"_rule, {}, *styleName);
         return {};
     }
     xml::Element page(source.copy());
@@ -80,28 +105,23 @@ xml::Element YGStyleConfigLoad::buildPage(std::optional<std::string_view> styleN
     std::vector<xml::Element> slots;
     collect("magic_panels", page, slots);
     if (slots.size() != argumentCount) {
-        report(rules::argumentCount, source, {}, *styleName);
+        reportOn(source, "argument-count"_rule, {}, *styleName);
         return {};
     }
     WildcardKeys keys(std::span<const std::string>(parts).subspan(1));
-    const auto mayAddToPage = [&](const Extent& extent) {
-        return mayAdd(extent, source, {}, *styleName);
-    };
     for (std::size_t i = 0; i < slots.size(); ++i) {
-        const std::string& argument = parts[i + 1];
-        const auto panel = panelForSlot(slots[i], argument, keys, mayAddToPage);
-        if (!panel)
+        const auto panel = panelForSlot(slots[i], parts[i + 1], keys);
+        if (!panel) {
+            reportOn(source, "expansion-limit"_rule, {}, *styleName);
             return {};
-        if (*panel)
-            slots[i].replaceWith(*panel);
-        else
-            report(rules::slotLeft, slots[i], {}, argument);
+        }
+        slots[i].replaceWith(*panel);
     }
     return page;
 }
 
 xml::Element YGStyleConfigLoad::templateNamed(std::string_view name) const {
-    for (const xml::Element& root : templateRoots_) {
+    for (const xml::Element& root : tables_.templateRoots) {
         if (xml::Element found = searchNodeWithNodeName("style", name, root))
             return found;
     }
@@ -109,11 +129,12 @@ xml::Element YGStyleConfigLoad::templateNamed(std::string_view name) const {
 }
 
 void YGStyleConfigLoad::keepMagicMembers(const xml::Element& expanded) {
-    magicMembers_ = {};
+    tables_.magicMembers = {};
     for (const xml::Node& child : expanded.children()) {
         const xml::Element group(child);
         const auto groupName = group.attribute("name");
-        if (group.name() != "magic_panels" || !groupName || magicMembers_.contains(*groupName))
+        if (group.name() != "magic_panels" || !groupName ||
+            tables_.magicMembers.contains(*groupName))
             continue;
         RecordMap<xml::Node> members;
         for (const xml::Node& inGroup : group.children()) {
@@ -123,54 +144,52 @@ void YGStyleConfigLoad::keepMagicMembers(const xml::Element& expanded) {
             if (member.name() == "magic_panel" && name && !members.contains(*name))
                 members.set(*name, member.firstChild());
         }
-        magicMembers_.set(*groupName, std::move(members));
+        tables_.magicMembers.set(*groupName, std::move(members));
     }
 }
 
 /// What belongs in a slot, an empty node when it stays, absent when the page has no room for it.
-template <class MayAdd>
 std::optional<xml::Node> YGStyleConfigLoad::panelForSlot(const xml::Element& slot,
                                                          const std::string& argument,
-                                                         WildcardKeys& keys,
-                                                         const MayAdd& mayAddToPage) const {
+                                                         WildcardKeys& keys) const {
     const auto groupName = slot.attribute("name");
-    const RecordMap<xml::Node>* group = groupName ? magicMembers_.find(*groupName) : nullptr;
-    if (!group)
-        return xml::Node();
-
-    const xml::Node* member = group->find(argument);
+    const RecordMap<xml::Node>* group = groupName ? tables_.magicMembers.find(*groupName) : nullptr;
+    const xml::Node* member = group ? group->find(argument) : nullptr;
     if (member && *member)
-        return mayAddToPage(extentOf(*member)) ? std::optional(*member) : std::nullopt;
+        return Expansion::mayAdd(extentOf(*member)) ? std::optional(*member) : std::nullopt;
 
-    const std::string* key = keys.keyOf(argument);
+    const std::string* key = group ? keys.keyOf(argument) : nullptr;
     const xml::Node* pattern = key ? group->find(*key) : nullptr;
-    if (!pattern || !*pattern)
+    if (!pattern || !*pattern) {
+        reportOn(slot, "slot-left"_rule, {}, argument);
         return xml::Node();
+    }
     const std::string text = pattern->serialise(xml::Form::plain);
     const Extent before = extentOfXml(text);
     const Extent after = extentOfReplacing(text, *key, argument);
-    if (!mayAddToPage(
+    if (!Expansion::mayAdd(
             {std::max(before.elements, after.elements), std::max(before.bytes, after.bytes)}))
         return std::nullopt;
     const xml::ParseResult written =
         orOutOfMemory(xml::Document::parseText(text::replaceAll(text, *key, argument)));
-    if (!written) {
-        writeSystemConsole("%@", written.error);
-        report(rules::brokenPattern, *pattern, {}, argument);
-        return xml::Node();
-    }
-    return written.document.root();
+    if (written)
+        return written.document.root();
+    writeSystemConsole("%@", written.error);
+    reportOn(pattern->parent(), "broken-pattern"_rule, {}, argument);
+    return xml::Node();
 }
 
-std::optional<std::string> YGStyleConfigLoad::wildCardKey(std::string_view value) {
-    const auto mapping = YGFrameComFun::getMappingDicForKey(wildcardMapping);
-    if (!mapping)
+std::optional<std::string> YGStyleConfigLoad::getWildCardKeyWithValue(OptionalText value) {
+    return guarded(pageName, [value]() -> std::optional<std::string> {
+        const auto mapping = YGFrameComFun::getMappingDicForKey(wildcardMapping);
+        if (!mapping)
+            return std::nullopt;
+        for (const auto& [key, values] : *mapping) {
+            if (std::find(values.begin(), values.end(), *value) != values.end())
+                return key;
+        }
         return std::nullopt;
-    for (const auto& [key, values] : *mapping) {
-        if (std::find(values.begin(), values.end(), value) != values.end())
-            return key;
-    }
-    return std::nullopt;
+    });
 }
 
 xml::Element YGStyleConfigLoad::searchNodeWithNodeName(OptionalText nodeName,
@@ -188,11 +207,17 @@ xml::Element YGStyleConfigLoad::searchNodeWithNodeName(OptionalText nodeName,
     return {};
 }
 
-void YGStyleConfigLoad::collect(std::string_view nodeName, const xml::Element& rootElement,
-                                std::vector<xml::Element>& resultList) {
-    forEachNodeBelow(rootElement, [&](const xml::Node& node) {
-        if (node.name() == nodeName && node.isElement())
-            resultList.emplace_back(node);
+void YGStyleConfigLoad::recursiveSearchNodeWithNodeName(OptionalText nodeName,
+                                                        const xml::Element& rootElement,
+                                                        std::vector<xml::Element>& resultList) {
+    guarded(pageName, [&] {
+        const std::size_t before = resultList.size();
+        try {
+            collect(*nodeName, rootElement, resultList);
+        } catch (...) {
+            resultList.resize(before);
+            throw;
+        }
     });
 }
 

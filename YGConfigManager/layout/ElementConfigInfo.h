@@ -84,17 +84,47 @@ private:
 
 template <>
 struct Description<ElementConfigInfo> {
+    using Element = ElementConfigInfo;
+    using enum AttributeKind;
     static constexpr std::tuple fields{
-        Field{"elementName", &ElementConfigInfo::elementName},
-        Field{"elementParam", &ElementConfigInfo::elementParam},
-        Field{"elementProperty", &ElementConfigInfo::elementProperty},
-        Field{"elementUuid", &ElementConfigInfo::elementUuid},
-        Field{"elementEvent", &ElementConfigInfo::elementEvent},
-        Field{"eventDispathDestArray", &ElementConfigInfo::eventDispathDestArray},
-        Field{"eventDispathSrcArray", &ElementConfigInfo::eventDispathSrcArray},
-        Field{"isFristReponder", &ElementConfigInfo::isFristReponder},
-        Field{"alwaysRecvEvent", &ElementConfigInfo::alwaysRecvEvent},
-        Field{"eventNotChangeStyle", &ElementConfigInfo::eventNotChangeStyle},
+        Field{
+            "elementName", &Element::elementName, &Element::setElementName,
+            AttributeInfo{
+                .name = "name", .sentence = "The kind of view that is shown.", .isRequired = true}},
+        Field{"elementParam", &Element::elementParam, &Element::setElementParam,
+              AttributeInfo{"param", text, "A parameter of the view, which knows its meaning."}},
+        Field{
+            "elementProperty", &Element::elementProperty, &Element::setElementProperty,
+            AttributeInfo{"property", text, "Properties of the view, which knows their meaning."}},
+        Field{"elementUuid", &Element::elementUuid, &Element::setElementUuid,
+              AttributeInfo{"uuid", text,
+                            "The name by which other elements send it events or receive its own.",
+                            Naming::element, true}},
+        Field{"elementEvent", &Element::elementEvent, &Element::setElementEvent,
+              AttributeInfo{"event", text, "The group of events that the element takes part in.",
+                            Naming::eventGroup}},
+        Field{"eventDispathDestArray", &Element::eventDispathDestArray,
+              &Element::setEventDispathDestArray,
+              AttributeInfo{"event_dispatch_dest", nameList,
+                            "The elements that receive this element's events, by their uuid, with "
+                            "\";\" between them.",
+                            Naming::element}},
+        Field{"eventDispathSrcArray", &Element::eventDispathSrcArray,
+              &Element::setEventDispathSrcArray,
+              AttributeInfo{"event_dispatch_src", nameList,
+                            "The elements whose events this element receives, by their uuid, with "
+                            "\";\" between them.",
+                            Naming::element}},
+        Field{"isFristReponder", &Element::isFristReponder, &Element::setIsFristReponder,
+              AttributeInfo{"is_first_responder", flag,
+                            "The element takes the keyboard focus first."}},
+        Field{"alwaysRecvEvent", &Element::alwaysRecvEvent, &Element::setAlwaysRecvEvent,
+              AttributeInfo{"always_recv_event", flag,
+                            "The element receives events even when it is not active."}},
+        Field{"eventNotChangeStyle", &Element::eventNotChangeStyle,
+              &Element::setEventNotChangeStyle,
+              AttributeInfo{"event_not_change_style", flag,
+                            "The element's events do not switch the page."}},
     };
 };
 

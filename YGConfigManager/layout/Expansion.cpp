@@ -131,18 +131,18 @@ Expansion::~Expansion() {
         counting = nullptr;
 }
 
-Expansion* Expansion::current() {
-    return counting;
+bool Expansion::mayAdd(const Extent& extent) {
+    return !counting || counting->add(extent);
 }
 
 bool Expansion::add(const Extent& extent) {
-    const bool fits = extent.elements <= YGStyleConfigLoad::mostAddedElements - added_.elements &&
-                      extent.bytes <= YGStyleConfigLoad::mostAddedBytes - added_.bytes;
+    const bool fits = extent.elements <= YGStyleConfigLoad::maxAddedElements - added_.elements &&
+                      extent.bytes <= YGStyleConfigLoad::maxAddedBytes - added_.bytes;
     if (fits)
         yg::add(added_, extent);
     else if (!std::exchange(isRefused_, true))
         writeRuntimeLog("load style config fail:%@ more than %ld elements or %ld bytes", subject_,
-                        YGStyleConfigLoad::mostAddedElements, YGStyleConfigLoad::mostAddedBytes);
+                        YGStyleConfigLoad::maxAddedElements, YGStyleConfigLoad::maxAddedBytes);
     return fits;
 }
 

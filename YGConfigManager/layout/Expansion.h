@@ -6,11 +6,17 @@
 
 #include <cstddef>
 #include <string_view>
+#include <type_traits>
 #include <unordered_map>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 
 namespace yg {
+
+/// What fails, as the log says it.
+inline constexpr std::string_view loadName = "load style config";
+inline constexpr std::string_view pageName = "find style";
 
 /// How large something is, in the units of YGStyleConfigLoad's limits.
 struct Extent {
@@ -59,20 +65,28 @@ public:
     Expansion(const Expansion&) = delete;
     Expansion& operator=(const Expansion&) = delete;
 
-    /// The one that counts on this thread; null when there is none.
-    static Expansion* current();
-
-    /// Counts what is about to be added; false, and nothing counted, when it does not fit. The
-    /// first time that is logged.
-    bool add(const Extent& extent);
+    /// Counts what is about to be added, if one counts on this thread; false, and nothing counted,
+    /// when it does not fit. The first time that is logged.
+    static bool mayAdd(const Extent& extent);
 
     /// Whether something did not fit.
     bool isRefused() const { return isRefused_; }
 
 private:
+    bool add(const Extent& extent);
+
     const std::string_view subject_;
     Extent added_;
     bool isRefused_ = false;
 };
+
+/// Does the work of a public operation that reads a part of a layout, within the limits of a load.
+template <class Work>
+std::invoke_result_t<Work> guardedLoad(Work work) {
+    return guarded(loadName, [&] {
+        const Expansion expansion(Expansion::load);
+        return work();
+    });
+}
 
 }  // namespace yg

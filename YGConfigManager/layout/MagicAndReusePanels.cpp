@@ -5,121 +5,113 @@
 #include <algorithm>
 
 #include "YGConfigManager/layout/Expansion.h"
-#include "YGConfigManager/layout/LayoutRules.h"
+#include "YGConfigManager/layout/LayoutEntries.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 #include "YGConfigManager/xml/Query.h"
 
 namespace yg {
 
+namespace {
+
+/// Panels are read under whatever element name, but custom pages know only the proper one.
+void noteElementName(Entry& entry, std::string_view properName) {
+    if (entry.name() != properName)
+        entry.report("unexpected-element-name"_rule, {}, entry.name());
+}
+
+/// Custom pages take the first child of a magic panel of whatever kind.
+void noteCommentBeforePanel(Entry& member) {
+    const xml::Node first = member ? member.element().firstChild() : xml::Node();
+    if (first && !first.isElement() && first.kind() != xml::NodeKind::text)
+        member.reportChild("comment-before-panel"_rule, first);
+}
+
+}  // namespace
+
+std::shared_ptr<const PanelMap> YGStyleConfigLoad::loadReusePanel(OptionalText path) const {
+    return guardedLoad([&]() -> std::shared_ptr<const PanelMap> { return readReusePanels(path); });
+}
+
 std::shared_ptr<PanelMap> YGStyleConfigLoad::readReusePanels(
     std::optional<std::string_view> path) const {
-    const Expansion expansion(Expansion::load);
-    const xml::Element root = rootOf(path);
-    if (root)
-        used(root);
-    reportAttributesBut(root, {});
     auto panels = std::make_shared<PanelMap>();
-    for (const xml::Node& child : root.children()) {
-        if (!child.isElement()) {
-            reportUnread(child);
-            continue;
-        }
-        const xml::Element element(child);
-        const auto name = element.attribute("name");
-        if (!name) {
-            report(rules::missingName, element);
-            continue;
-        }
-        if (sink() && element.name() != "reuse_panel")
-            report(rules::unexpectedName, element, {}, element.name());
-        const auto panel = takePanel(element, std::nullopt, std::nullopt);
-        parseContent(element, panel, std::nullopt, std::nullopt);
-        if (panels->set(*name, panel))
-            report(rules::duplicateName, element, "name", *name);
-    }
+    RecordMap<Place> places;
+    reading(Reporter(sink_), rootOf(path), [&](Entry& root) {
+        root.forEachElement([&](Entry& entry) {
+            const auto name = nameIn<reuseDefinition>(entry);
+            if (!name)
+                return entry.drop("missing-name"_rule);
+            noteElementName(entry, "reuse_panel");
+            noteDefinition(entry, *name, places, "duplicate-name"_rule, "duplicate-name"_rule);
+            auto panel = readPanel(entry);
+            readContent(entry, {}, panel.get());
+            panels->set(*name, std::move(panel));
+        });
+    });
     return panels;
 }
 
+std::shared_ptr<const MagicPanelMap> YGStyleConfigLoad::loadMagicPanel(OptionalText path) const {
+    return guardedLoad([&]() -> std::shared_ptr<const MagicPanelMap> {
+        RecordMap<Place> places;
+        return readMagicPanels(path, places);
+    });
+}
+
 std::shared_ptr<MagicPanelMap> YGStyleConfigLoad::readMagicPanels(
-    std::optional<std::string_view> path) const {
-    const Expansion expansion(Expansion::load);
-    const xml::Element root = rootOf(path);
-    if (root)
-        used(root);
-    reportAttributesBut(root, {});
+    std::optional<std::string_view> path, RecordMap<Place>& places) const {
     auto groups = std::make_shared<MagicPanelMap>();
-    for (const xml::Node& child : root.children()) {
-        if (!child.isElement()) {
-            reportUnread(child);
-            continue;
-        }
-        const xml::Element group(child);
-        const auto name = group.attribute("name");
-        if (!name) {
-            report(rules::missingName, group);
-            continue;
-        }
-        if (groups->set(*name, loadMagicGroup(group, *name)))
-            report(rules::duplicateName, group, "name", *name);
-    }
+    reading(Reporter(sink_), rootOf(path), [&](Entry& root) {
+        root.forEachElement([&](Entry& group) {
+            const auto name = nameIn<magicGroup>(group);
+            if (!name)
+                return group.drop("missing-name"_rule);
+            noteElementName(group, "magic_panels");
+            noteDefinition(group, *name, places, "duplicate-name"_rule, "replaced-group"_rule);
+            groups->set(*name, readMagicGroup(group, *name));
+        });
+    });
     return groups;
 }
 
-std::shared_ptr<PanelMap> YGStyleConfigLoad::loadMagicGroup(const xml::Element& group,
+std::shared_ptr<PanelMap> YGStyleConfigLoad::readMagicGroup(Entry& group,
                                                             std::string_view groupName) const {
-    reportNamed(group, "magic_panels");
     auto members = std::make_shared<PanelMap>();
-    for (const xml::Node& child : group.children()) {
-        if (!child.isElement()) {
-            reportUnread(child);
-            continue;
-        }
-        const xml::Element member(child);
-        const auto name = member.attribute("name");
-        if (!name) {
-            report(rules::missingName, member);
-            continue;
-        }
-        const xml::Element content = member.firstElementChild();
-        if (!content) {
-            report(rules::memberWithoutPanel, member, "name", *name);
-            continue;
-        }
-        reportNamed(member, "magic_panel");
-        if (sink()) {
-            for (const xml::Node& other : member.children()) {
-                if (other.isElement() && !(other == content))
-                    report(rules::secondPanel, other, {}, other.name());
-                else if (!other.isElement())
-                    reportUnread(other);
-            }
-        }
-
-        // The member's own panel keeps its name; editable panels inside it get the group's and the
-        // member's name before their own.
-        const auto panel = takePanel(content, std::nullopt, std::nullopt);
-        panel->setIsMagicPanels(true);
-        parseContent(content, panel, *name, groupName);
-        if (members->set(*name, panel))
-            report(rules::duplicateName, member, "name", *name);
-    }
+    RecordMap<Place> places;
+    group.forEachElement([&](Entry& member) {
+        const auto name = nameIn<magicMember>(member);
+        if (!name)
+            return member.drop("missing-name"_rule);
+        if (!member.element().firstElementChild())
+            return member.drop("member-without-panel"_rule, "name", *name);
+        noteElementName(member, "magic_panel");
+        noteDefinition(member, *name, places, "duplicate-name"_rule, "duplicate-name"_rule);
+        noteCommentBeforePanel(member);
+        std::shared_ptr<PanelConfigInfo> panel;
+        member.forEachElement([&](Entry& content) {
+            if (panel)
+                return content.drop("second-panel"_rule, {}, content.name());
+            // The member's own panel keeps its name; editable panels inside it get the group's and
+            // the member's name before their own.
+            panel = readPanel(content);
+            panel->setIsMagicPanels(true);
+            readContent(content, {.member = *name, .group = groupName}, panel.get());
+        });
+        members->set(*name, std::move(panel));
+    });
     // The panel that slots of the group show, see placeMagicPanel.
     if (!members->empty() && !members->begin()->value->prepareToShow(groupName))
         throw std::bad_alloc();
     return members;
 }
 
-void YGStyleConfigLoad::parseContent(const xml::Element& content,
-                                     const std::shared_ptr<PanelConfigInfo>& panel,
-                                     std::optional<std::string_view> superMagicPanelName,
-                                     std::optional<std::string_view> superMagicPanelsName) const {
-    for (const xml::Node& child : content.children())
-        place(child, nullptr, panel, nullptr, superMagicPanelName, superMagicPanelsName);
+xml::Element YGStyleConfigLoad::loadMagicPanelsConfigWithMagicPath(OptionalText magicPath,
+                                                                   OptionalText reusePath) const {
+    return guardedLoad([&] { return expandMagicPanels(magicPath, reusePath); });
 }
 
 xml::Element YGStyleConfigLoad::expandMagicPanels(std::optional<std::string_view> magicPath,
                                                   std::optional<std::string_view> reusePath) const {
-    const Expansion expansion(Expansion::load);
     const xml::Element magicRoot = rootOf(magicPath);
     const xml::Element reuseRoot = rootOf(reusePath);
     xml::Element expanded(magicRoot.copy());
@@ -146,15 +138,18 @@ xml::Element YGStyleConfigLoad::expandMagicPanels(std::optional<std::string_view
             continue;
         if (!extents.contains(*name))
             extents.set(*name, extentOf(*definition));
-        if (mayAdd(*extents.find(*name), reference, "name", *name))
+        if (Expansion::mayAdd(*extents.find(*name)))
             xml::Element(reference.replaceWith(*definition)).rename("panel");
+        else
+            reportOn(reference, "expansion-limit"_rule, "name", *name);
     }
     return expanded;
 }
 
-void YGStyleConfigLoad::putMagicPanel(const std::shared_ptr<PanelList>& panels,
-                                      const std::shared_ptr<PanelConfigInfo>& panelConfigInfo,
-                                      bool& isFind) {
+namespace {
+
+void putMagicPanel(const std::shared_ptr<PanelList>& panels,
+                   const std::shared_ptr<PanelConfigInfo>& panelConfigInfo, bool& isFind) {
     if (!panels || !panelConfigInfo)
         return;
 
@@ -203,16 +198,12 @@ void YGStyleConfigLoad::putMagicPanel(const std::shared_ptr<PanelList>& panels,
     }
 }
 
-/// A group or member is read by its attribute "name" alone.
-void YGStyleConfigLoad::reportNamed(const xml::Element& element,
-                                    std::string_view properName) const {
-    if (!sink())
-        return;
-    used(element);
-    used(element, "name");
-    reportAttributesBut(element, "name");
-    if (element.name() != properName)
-        report(rules::unexpectedName, element, {}, element.name());
+}  // namespace
+
+void YGStyleConfigLoad::replaceMagicPanel(const std::shared_ptr<PanelList>& panels,
+                                          const std::shared_ptr<PanelConfigInfo>& panelConfigInfo,
+                                          bool& isFind) {
+    guarded("replace magic panel", [&] { putMagicPanel(panels, panelConfigInfo, isFind); });
 }
 
 }  // namespace yg

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
-// The style loader's walk through the content of a style, a magic panel or a reuse panel.
+// What the style loader reads in a style, a magic panel or a reuse panel.
+#include <memory>
 #include <mutex>
+#include <utility>
 
 #include "YGConfigManager/layout/Expansion.h"
-#include "YGConfigManager/layout/LayoutAttributes.h"
-#include "YGConfigManager/layout/LayoutRules.h"
+#include "YGConfigManager/layout/LayoutEntries.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 #include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/text/Format.h"
@@ -17,145 +18,157 @@ namespace {
 /// Custom pages mark the magic panels that they show, and pages may be built on any thread.
 constinit ForkMutex marking;
 
+/// Restores the length that a list has now.
+template <class List>
+class Length {
+public:
+    explicit Length(const std::shared_ptr<List>& list)
+        : list_(list), size_(list ? list->size() : 0) {}
+
+    void restore() const {
+        if (list_)
+            list_->resize(size_);
+    }
+
+private:
+    std::shared_ptr<List> list_;
+    std::size_t size_;
+};
+
+template <class List>
+Length(std::shared_ptr<List>) -> Length<List>;
+
+template <class List, class Record>
+void append(const std::shared_ptr<List>& list, Record&& record) {
+    if (list)
+        list->push_back(std::forward<Record>(record));
+}
+
 /// Stock detail pages show their real-time line view at the top level only.
 bool leavesOut(const StyleConfigInfo* style, const PanelConfigInfo& panel) {
-    constexpr std::string_view stockDetailPrefix = "个股详细视图-";
     return panel.panelName() == "rtline_view" && style && style->styleName() &&
-           style->styleName()->compare(0, stockDetailPrefix.size(), stockDetailPrefix) == 0;
+           style->styleName()->starts_with("个股详细视图-");
+}
+
+/// Null, and reported, without a name.
+std::shared_ptr<ElementConfigInfo> readElement(Entry& entry) {
+    auto record = std::make_shared<ElementConfigInfo>();
+    entry.read(*record);
+    if (record->elementName() && !record->elementName()->empty())
+        return record;
+    entry.drop("element-without-name"_rule);
+    return nullptr;
 }
 
 }  // namespace
 
-void YGStyleConfigLoad::place(const xml::Node& node,
-                              const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
-                              const std::shared_ptr<PanelConfigInfo>& parentPaneInfo,
-                              bool* hasMagicPanels,
-                              std::optional<std::string_view> superMagicPanelName,
-                              std::optional<std::string_view> superMagicPanelsName) const {
-    if (!node.isElement()) {
-        reportUnread(node);
-        return;
-    }
-    const xml::Element element(node);
-    const std::string_view name = element.name();
-    if (name == "panel") {
-        parsePanel(element, parentStyleInfo, parentPaneInfo, hasMagicPanels, superMagicPanelName,
-                   superMagicPanelsName);
-    } else if (name == "element") {
-        if (!parentPaneInfo) {
-            report(rules::misplacedElement, element);
-        } else if (auto record = readElement(element)) {
-            if (parentPaneInfo->paneElements())
-                parentPaneInfo->paneElements()->push_back(std::move(record));
-        }
-    } else if (name == "magic_panels") {
-        placeMagicPanel(element, parentStyleInfo, parentPaneInfo, hasMagicPanels);
-    } else if (name == "reuse_panel") {
-        placeReusePanel(element, parentPaneInfo);
-    } else {
-        report(rules::unknownElement, element, {}, name);
-    }
-}
-
-void YGStyleConfigLoad::parsePanel(const xml::Element& element,
-                                   const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
-                                   const std::shared_ptr<PanelConfigInfo>& parentPaneInfo,
-                                   bool* hasMagicPanels,
-                                   std::optional<std::string_view> superMagicPanelName,
-                                   std::optional<std::string_view> superMagicPanelsName) const {
-    const std::string_view above = element.parent().name();
-    const bool atTop = parentStyleInfo && above == "style";
-    const bool inPanel = !atTop && parentPaneInfo && (above == "panel" || above == "reuse_panel");
-    if (!atTop && !inPanel) {
-        report(rules::misplacedPanel, element);
-        return;
-    }
-
-    // A panel that is left out is walked all the same: magic panels inside it are marked.
-    const auto panel = readPanel(element, superMagicPanelName, superMagicPanelsName);
-    const bool isLeftOut = inPanel && leavesOut(parentStyleInfo.get(), *panel);
-    std::optional<QuietWalk> quiet;
-    if (isLeftOut) {
-        report(rules::realTimeLineView, element);
-        quiet.emplace();
-    } else {
-        reportPanel(element);
-    }
-    const std::shared_ptr<PanelList>& siblings =
-        atTop ? parentStyleInfo->stylePanes() : parentPaneInfo->panePanes();
-    if (siblings && !isLeftOut)
-        siblings->push_back(panel);
-
-    for (const xml::Node& child : element.children())
-        place(child, parentStyleInfo, panel, hasMagicPanels, superMagicPanelName,
-              superMagicPanelsName);
-}
-
-std::shared_ptr<PanelConfigInfo> YGStyleConfigLoad::takePanel(
-    const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
-    std::optional<std::string_view> superMagicPanelsName) const {
-    reportPanel(panel);
-    return readPanel(panel, superMagicPanelName, superMagicPanelsName);
-}
-
-std::shared_ptr<PanelConfigInfo> YGStyleConfigLoad::readPanel(
-    const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
-    std::optional<std::string_view> superMagicPanelsName) const {
+std::shared_ptr<PanelConfigInfo> readPanel(Entry& entry, std::string_view member,
+                                           std::string_view group) {
     auto record = std::make_shared<PanelConfigInfo>();
-    readAttributes(panel, panelAttributes, *record);
-    if (record->isEditable() && superMagicPanelName && !superMagicPanelName->empty() &&
-        superMagicPanelsName && !superMagicPanelsName->empty() &&
-        mayAdd({0, superMagicPanelsName->size() + superMagicPanelName->size() + 2}, panel, "name",
-               record->panelName().value_or("")))
-        record->setPanelName(text::format("%@-%@-%@", *superMagicPanelsName, *superMagicPanelName,
-                                          record->panelName()));
+    entry.read(*record);
+    if (!record->isEditable() || member.empty() || group.empty())
+        return record;
+    const std::optional<std::string>& name = record->panelName();
+    if (Expansion::mayAdd({0, group.size() + member.size() + 2}))
+        record->setPanelName(text::format("%@-%@-%@", group, member, name));
+    else
+        entry.report("expansion-limit"_rule, name ? "name" : "", name.value_or(""));
     return record;
 }
 
-void YGStyleConfigLoad::reportPanel(const xml::Element& panel) const {
-    if (!sink())
-        return;
-    used(panel);
-    reportAttributes(panel, panelAttributes, *sink());
+void YGStyleConfigLoad::parsePaneOrElement(const xml::Node& node,
+                                           const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
+                                           const std::shared_ptr<PanelConfigInfo>& parentPaneInfo,
+                                           bool* hasMagicPanels, OptionalText superMagicPanelName,
+                                           OptionalText superMagicPanelsName) const {
+    guarded(loadName, [&] {
+        const Length stylePanes(parentStyleInfo ? parentStyleInfo->stylePanes() : nullptr);
+        const Length panePanes(parentPaneInfo ? parentPaneInfo->panePanes() : nullptr);
+        const Length elements(parentPaneInfo ? parentPaneInfo->paneElements() : nullptr);
+        const bool hadMagicPanels = hasMagicPanels && *hasMagicPanels;
+        try {
+            reading(Reporter(sink_), xml::Element(node), [&](Entry& entry) {
+                place(entry, {parentStyleInfo.get(), parentPaneInfo.get(), node.parent().name(),
+                              hasMagicPanels, *superMagicPanelName, *superMagicPanelsName});
+            });
+        } catch (...) {
+            stylePanes.restore();
+            panePanes.restore();
+            elements.restore();
+            if (hasMagicPanels)
+                *hasMagicPanels = hadMagicPanels;
+            throw;
+        }
+    });
 }
 
-std::shared_ptr<ElementConfigInfo> YGStyleConfigLoad::readElement(
+std::shared_ptr<PanelConfigInfo> YGStyleConfigLoad::parsePaneInfo(
+    const xml::Element& panel, OptionalText superMagicPanelName,
+    OptionalText superMagicPanelsName) const {
+    return guarded(loadName, [&] {
+        return reading(Reporter(sink_), panel, [&](Entry& entry) {
+            auto record = readPanel(entry, *superMagicPanelName, *superMagicPanelsName);
+            entry.leaveContent();
+            return record;
+        });
+    });
+}
+
+std::shared_ptr<ElementConfigInfo> YGStyleConfigLoad::parseElementInfo(
     const xml::Element& element) const {
-    auto record = std::make_shared<ElementConfigInfo>();
-    readAttributes(element, elementAttributes, *record);
-    if (!record->elementName() || record->elementName()->empty()) {
-        report(rules::elementWithoutName, element);
-        return nullptr;
-    }
-    if (sink()) {
-        used(element);
-        reportAttributes(element, elementAttributes, *sink());
-        for (const xml::Node& child : element.children())
-            reportUnread(child);
-    }
-    return record;
+    return guarded(loadName, [&] { return reading(Reporter(sink_), element, readElement); });
 }
 
-void YGStyleConfigLoad::placeMagicPanel(const xml::Element& element,
-                                        const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
-                                        const std::shared_ptr<PanelConfigInfo>& parentPaneInfo,
-                                        bool* hasMagicPanels) const {
-    if (hasMagicPanels)
-        *hasMagicPanels = true;
-    const auto groupName = element.attribute("name");
-    if (!groupName) {
-        report(rules::missingName, element);
-        return;
-    }
-    const auto* group = magicPanelInfos_ ? magicPanelInfos_->find(*groupName) : nullptr;
-    if (!group) {
-        report(rules::unknownMagicGroup, element, "name", *groupName);
-        return;
-    }
-    if ((*group)->empty()) {
-        report(rules::emptyMagicGroup, element, "name", *groupName);
-        return;
-    }
+void YGStyleConfigLoad::readContent(Entry& entry, Around around, PanelConfigInfo* panel) const {
+    around.panel = panel;
+    around.above = entry.name();
+    entry.forEachElement([&](Entry& child) { place(child, around); });
+}
+
+void YGStyleConfigLoad::place(Entry& entry, const Around& around) const {
+    const std::string_view name = entry.name();
+    if (name == "panel")
+        return placePanel(entry, around);
+    if (name == "magic_panels")
+        return placeMagicPanel(entry, around);
+    if (name == "reuse_panel")
+        return placeReusePanel(entry, around);
+    if (name != "element")
+        return entry.drop("unknown-element"_rule, {}, name);
+    if (!around.panel)
+        return entry.drop("misplaced-element"_rule);
+    if (auto record = readElement(entry))
+        append(around.panel->paneElements(), std::move(record));
+}
+
+void YGStyleConfigLoad::placePanel(Entry& entry, const Around& around) const {
+    const bool isTop = around.style && around.above == "style";
+    if (!isTop && (!around.panel || (around.above != "panel" && around.above != "reuse_panel")))
+        return entry.drop("misplaced-panel"_rule);
+
+    // A panel that is left out is read all the same: magic panels inside it are marked.
+    const auto panel = readPanel(entry, around.member, around.group);
+    if (isTop)
+        append(around.style->stylePanes(), panel);
+    else if (leavesOut(around.style, *panel))
+        entry.drop("rtline-view-left-out"_rule);
+    else
+        append(around.panel->panePanes(), panel);
+    readContent(entry, around, panel.get());
+}
+
+void YGStyleConfigLoad::placeMagicPanel(Entry& slot, const Around& around) const {
+    if (around.hasMagicPanels)
+        *around.hasMagicPanels = true;
+    const auto groupName = nameIn<magicSlot>(slot);
+    if (!groupName)
+        return slot.drop("missing-name"_rule);
+    const auto* group =
+        tables_.magicPanelInfos ? tables_.magicPanelInfos->find(*groupName) : nullptr;
+    if (!group)
+        return slot.drop("unknown-magic-group"_rule, "name", *groupName);
+    if ((*group)->empty())
+        return slot.drop("empty-magic-group"_rule, "name", *groupName);
 
     const std::shared_ptr<PanelConfigInfo>& panel = (*group)->begin()->value;
     {
@@ -165,57 +178,35 @@ void YGStyleConfigLoad::placeMagicPanel(const xml::Element& element,
         if (!panel->isMagicPanels())
             panel->setIsMagicPanels(true);
     }
-    const std::string_view above = element.parent().name();
-    const bool inStyle = parentStyleInfo && above == "style";
-    const bool inPanel = parentPaneInfo && above == "panel";
-    if ((inStyle || inPanel) && !mayAddPanel(*panel, element, *groupName))
-        return;
-    if (inStyle && parentStyleInfo->stylePanes())
-        parentStyleInfo->stylePanes()->push_back(panel);
-    if (inPanel && parentPaneInfo->panePanes())
-        parentPaneInfo->panePanes()->push_back(panel);
-
+    const bool inStyle = around.style && around.above == "style";
+    const bool inPanel = around.panel && around.above == "panel";
     if (!inStyle && !inPanel)
-        report(rules::misplacedMagicPanels, element);
-    else
-        reportReference(element);
+        return slot.drop("misplaced-magic-panels"_rule);
+    if (!mayPlace(*panel))
+        return slot.drop("expansion-limit"_rule, "name", *groupName);
+    if (inStyle)
+        append(around.style->stylePanes(), panel);
+    if (inPanel)
+        append(around.panel->panePanes(), panel);
 }
 
-void YGStyleConfigLoad::placeReusePanel(
-    const xml::Element& element, const std::shared_ptr<PanelConfigInfo>& parentPaneInfo) const {
-    const auto name = element.attribute("name");
-    const auto* panel = name && reusePanelInfos_ ? reusePanelInfos_->find(*name) : nullptr;
-    if (panel && parentPaneInfo) {
-        if (!mayAddPanel(**panel, element, *name))
-            return;
-        if (parentPaneInfo->panePanes())
-            parentPaneInfo->panePanes()->push_back(*panel);
-        reportReference(element);
-        return;
-    }
+void YGStyleConfigLoad::placeReusePanel(Entry& reference, const Around& around) const {
+    const auto name = nameIn<reuseReference>(reference);
     if (!name)
-        report(rules::missingName, element);
-    else if (!parentPaneInfo)
-        report(rules::misplacedReusePanel, element, "name", *name);
-    else
-        report(rules::unknownReusePanel, element, "name", *name);
+        return reference.drop("missing-name"_rule);
+    if (!around.panel)
+        return reference.drop("misplaced-reuse-panel"_rule, "name", *name);
+    const auto* panel = tables_.reusePanelInfos ? tables_.reusePanelInfos->find(*name) : nullptr;
+    if (!panel)
+        return reference.drop("unknown-reuse-panel"_rule, "name", *name);
+    if (!mayPlace(**panel))
+        return reference.drop("expansion-limit"_rule, "name", *name);
+    append(around.panel->panePanes(), *panel);
 }
 
-/// Whether a panel may be placed once more.
-bool YGStyleConfigLoad::mayAddPanel(const PanelConfigInfo& panel, const xml::Element& reference,
-                                    std::string_view name) const {
-    return !panelExtents_ || mayAdd(panelExtents_->of(panel), reference, "name", name);
-}
-
-/// A reference that resolves says nothing but a name.
-void YGStyleConfigLoad::reportReference(const xml::Element& element) const {
-    if (!sink())
-        return;
-    used(element);
-    used(element, "name");
-    reportAttributesBut(element, "name");
-    for (const xml::Node& child : element.children())
-        reportUnread(child);
+/// Whether a panel may be placed once more, which is then counted.
+bool YGStyleConfigLoad::mayPlace(const PanelConfigInfo& panel) const {
+    return !tables_.panelExtents || Expansion::mayAdd(tables_.panelExtents->of(panel));
 }
 
 }  // namespace yg

@@ -3,6 +3,7 @@
 
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/Immortal.h"
+#include "YGConfigManager/records/AttributeTable.h"
 #include "YGConfigManager/text/Format.h"
 
 namespace yg {
@@ -18,29 +19,12 @@ std::shared_ptr<PanelConfigInfo> PanelConfigInfo::copyWithZone() const {
 
 std::shared_ptr<PanelConfigInfo> PanelConfigInfo::copied() const {
     auto copy = std::make_shared<PanelConfigInfo>();
-    copy->panelName_ = panelName_;
-    copy->paneVertical_ = paneVertical_;
-    copy->splitScale_ = splitScale_;
-    copy->fixSize_ = fixSize_;
-    copy->minSize_ = minSize_;
-    copy->maxSize_ = maxSize_;
-    copy->isScrollView_ = isScrollView_;
-    copy->scrollSize_ = scrollSize_;
-    copy->isDisSplitSpace_ = isDisSplitSpace_;
-    copy->isDispWideBound_ = isDispWideBound_;
-    copy->isBorderRaduis_ = isBorderRaduis_;
-    copy->isEditable_ = isEditable_;
-    if (!copy->setSwitchExpandPanelName(switchExpandPanelName()) ||
-        !copy->setMagicPanelsName(magicPanelsName()) ||
-        !copy->setExcuteCommandInfo(excuteCommandInfo()))
-        throw std::bad_alloc();
+    copyFields(*this, *copy);
     if (panePanes_) {
         copy->panePanes_->reserve(panePanes_->size());
         for (const std::shared_ptr<PanelConfigInfo>& pane : *panePanes_)
             copy->panePanes_->push_back(pane ? pane->copied() : nullptr);
     }
-    copy->paneElements_ = paneElements_;
-    copy->isMagicPanels_ = isMagicPanels_;
     return copy;
 }
 

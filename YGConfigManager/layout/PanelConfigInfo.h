@@ -127,7 +127,7 @@ public:
     }
 
     /// Share of the parent's space ("split_scale"): 1 when the attribute is missing, 0 when it is
-    /// no number.
+    /// not a number.
     float splitScale() const { return splitScale_; }
     void setSplitScale(float scale) { splitScale_ = scale; }
 
@@ -213,35 +213,75 @@ private:
     bool isBorderRightAngle_ = false;
     bool isMagicPanels_ = false;
     bool isEditable_ = false;
-    /// Whether a slot has shown the panel; set while others read. No std::atomic, which could not
-    /// be moved.
+    /// Whether a slot has shown the panel; set while others read. Not a std::atomic, which could
+    /// not be moved.
     mutable bool isShown_ = false;
 };
 
 template <>
 struct Description<PanelConfigInfo> {
+    using Panel = PanelConfigInfo;
+    using enum AttributeKind;
     static constexpr std::tuple fields{
-        Field{"panelName", &PanelConfigInfo::panelName},
-        Field{"paneVertical", &PanelConfigInfo::paneVertical},
-        Field{"isScrollView", &PanelConfigInfo::isScrollView},
-        Field{"scrollSize", &PanelConfigInfo::scrollSize},
-        Field{"isDisSplitSpace", &PanelConfigInfo::isDisSplitSpace},
-        Field{"isDispWideBound", &PanelConfigInfo::isDispWideBound},
-        Field{"isBorderRaduis", &PanelConfigInfo::isBorderRaduis},
-        Field{"isBorderRightAngle", &PanelConfigInfo::isBorderRightAngle},
-        Field{"panePanes", &PanelConfigInfo::panePanes},
-        Field{"paneElements", &PanelConfigInfo::paneElements},
-        Field{"isMagicPanels", &PanelConfigInfo::isMagicPanels},
-        Field{"switchExpandPanelName", &PanelConfigInfo::switchExpandPanelName},
-        Field{"foldPosition", &PanelConfigInfo::foldPosition},
-        Field{"magicPanelsName", &PanelConfigInfo::magicPanelsName},
-        Field{"displayBorders", &PanelConfigInfo::displayBorders},
-        Field{"isEditable", &PanelConfigInfo::isEditable},
-        Field{"excuteCommandInfo", &PanelConfigInfo::excuteCommandInfo},
-        Field{"splitScale", &PanelConfigInfo::splitScale},
-        Field{"fixSize", &PanelConfigInfo::fixSize},
-        Field{"minSize", &PanelConfigInfo::minSize},
-        Field{"maxSize", &PanelConfigInfo::maxSize},
+        Field{"panelName", &Panel::panelName, &Panel::setPanelName,
+              AttributeInfo{.name = "name",
+                            .sentence = "The name of the panel. The name of an editable panel in a "
+                                        "magic panel is read as GROUP-MEMBER-NAME.",
+                            .names = Naming::panel,
+                            .defines = true}},
+        Field{"paneVertical", &Panel::paneVertical, &Panel::setPaneVertical,
+              AttributeInfo{"vertical", flag,
+                            "The children are laid out one below the other, otherwise side by "
+                            "side."}},
+        Field{"isScrollView", &Panel::isScrollView, &Panel::setIsScrollView,
+              AttributeInfo{"is_scroll_view", flag, "The panel scrolls."}},
+        Field{"scrollSize", &Panel::scrollSize, &Panel::setScrollSize,
+              AttributeInfo{"scroll_size", integer, "The scroll extent in points."}},
+        Field{"isDisSplitSpace", &Panel::isDisSplitSpace, &Panel::setIsDisSplitSpace,
+              AttributeInfo{"is_dis_split_space", flag, "The split bar is shown."}},
+        Field{"isDispWideBound", &Panel::isDispWideBound, &Panel::setIsDispWideBound,
+              AttributeInfo{"is_dis_wide_bound", flag, "A wide boundary is shown."}},
+        Field{"isBorderRaduis", &Panel::isBorderRaduis, &Panel::setIsBorderRaduis,
+              AttributeInfo{"is_border_radius", flag, "The border is rounded."}},
+        Field{"isBorderRightAngle", &Panel::isBorderRightAngle, &Panel::setIsBorderRightAngle,
+              AttributeInfo{"is_border_right_angle", flag, "The border has square corners."},
+              false},
+        Field{"panePanes", &Panel::panePanes},
+        Field{"paneElements", &Panel::paneElements, &Panel::setPaneElements},
+        Field{"isMagicPanels", &Panel::isMagicPanels, &Panel::setIsMagicPanels},
+        Field{"switchExpandPanelName", &Panel::switchExpandPanelName,
+              &Panel::setSwitchExpandPanelName,
+              AttributeInfo{"switch_expand_panel", text,
+                            "The panel that is switched to when this one is expanded.",
+                            Naming::panel}},
+        Field{"foldPosition", &Panel::foldPosition, &Panel::setFoldPosition,
+              AttributeInfo{"foldPosition", text,
+                            "Where the panel folds. The attribute is spelt like this, without an "
+                            "underscore."},
+              false},
+        Field{"magicPanelsName", &Panel::magicPanelsName, &Panel::setMagicPanelsName},
+        Field{"displayBorders", &Panel::displayBorders, &Panel::setDisplayBorders,
+              AttributeInfo{"display_border", text, "The borders that are drawn."}, false},
+        Field{"isEditable", &Panel::isEditable, &Panel::setIsEditable,
+              AttributeInfo{"is_editable", flag, "The user may edit the panel."}},
+        Field{"excuteCommandInfo", &Panel::excuteCommandInfo, &Panel::setExcuteCommandInfo,
+              AttributeInfo{"excute_command_info", text,
+                            "Command information; the application knows its meaning. The attribute "
+                            "is spelt like this."}},
+        Field{"splitScale", &Panel::splitScale, &Panel::setSplitScale,
+              AttributeInfo{.name = "split_scale",
+                            .kind = decimal,
+                            .sentence = "The panel's share of the parent's space.",
+                            .whenMissing = "1.0"}},
+        Field{"fixSize", &Panel::fixSize, &Panel::setFixSize,
+              AttributeInfo{.name = "fix_size",
+                            .kind = decimal,
+                            .sentence = "A fixed size in points; -1 means that there is none.",
+                            .whenMissing = "-1.0"}},
+        Field{"minSize", &Panel::minSize, &Panel::setMinSize,
+              AttributeInfo{"min_size", wholeNumber, "The smallest size in whole points."}},
+        Field{"maxSize", &Panel::maxSize, &Panel::setMaxSize,
+              AttributeInfo{"max_size", wholeNumber, "The largest size in whole points."}},
     };
 };
 

@@ -2,6 +2,7 @@
 #include "YGConfigManager/layout/StyleConfigInfo.h"
 
 #include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/records/AttributeTable.h"
 
 namespace yg {
 
@@ -11,9 +12,7 @@ std::shared_ptr<StyleConfigInfo> StyleConfigInfo::copyWithZone() const {
 
 std::shared_ptr<StyleConfigInfo> StyleConfigInfo::copied() const {
     auto copy = std::make_shared<StyleConfigInfo>();
-    copy->styleName_ = styleName_;
-    copy->styleFucus_ = styleFucus_;
-    copy->styleLayer_ = styleLayer_;
+    copyFields(*this, *copy);
     if (stylePanes_) {
         copy->stylePanes_->reserve(stylePanes_->size());
         for (const std::shared_ptr<PanelConfigInfo>& pane : *stylePanes_)

@@ -60,12 +60,21 @@ private:
 
 template <>
 struct Description<StyleConfigInfo> {
+    using Style = StyleConfigInfo;
     static constexpr std::tuple fields{
-        Field{"styleName", &StyleConfigInfo::styleName},
-        Field{"styleLayer", &StyleConfigInfo::styleLayer},
-        Field{"styleFucus", &StyleConfigInfo::styleFucus},
-        Field{"magicPanelsNameArray", &StyleConfigInfo::magicPanelsNameArray},
-        Field{"stylePanes", &StyleConfigInfo::stylePanes},
+        Field{"styleName", &Style::styleName, &Style::setStyleName,
+              AttributeInfo{.name = "name",
+                            .sentence = "The name of the page.",
+                            .names = Naming::style,
+                            .defines = true,
+                            .isRequired = true}},
+        Field{"styleLayer", &Style::styleLayer, &Style::setStyleLayer,
+              AttributeInfo{"layer", AttributeKind::integer, "The number of the page's layer."}},
+        Field{"styleFucus", &Style::styleFucus, &Style::setStyleFucus,
+              AttributeInfo{"focus", AttributeKind::text,
+                            "The panel that has the focus when the page opens.", Naming::panel}},
+        Field{"magicPanelsNameArray", &Style::magicPanelsNameArray},
+        Field{"stylePanes", &Style::stylePanes},
     };
 };
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
 // The layout of the terminal: reads the style files, the tab styles, the magic panels and the reuse
-// panels into records and answers styles by name, those of custom pages built on demand.
+// panels into records and answers styles by name, those of custom pages built on demand. What is
+// declared here is in YGStyleConfigLoad.cpp (a load and its order, styles), PaneParsing.cpp (what
+// is in a style or a panel), MagicAndReusePanels.cpp and CustomPages.cpp.
 //
 // Load once, from one thread; afterwards lookups may run on any thread, and others may read the
 // records meanwhile. A lookup changes one thing only: the first page that shows the panel of a
@@ -27,17 +29,21 @@
 #include "YGConfigManager/records/RecordMap.h"
 #include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/text/OwnedText.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 
 /// Styles by name, panels by name, and groups of magic panels: group name to member name to panel.
-/// All keep the order of the file.
+/// All keep the order of the file. The loader hands them out unchangeable; the records in them are
+/// the host's to change.
 using StyleMap = RecordMap<std::shared_ptr<StyleConfigInfo>>;
 using PanelMap = RecordMap<std::shared_ptr<PanelConfigInfo>>;
-using MagicPanelMap = RecordMap<std::shared_ptr<PanelMap>>;
+using MagicPanelMap = RecordMap<std::shared_ptr<const PanelMap>>;
 
-struct Extent;
+namespace xml {
+struct ParseResult;
+}
+class Entry;
 class PanelExtents;
 
 class YG_EXPORT YGStyleConfigLoad {
@@ -49,12 +55,13 @@ public:
     /// or an attribute of XML; bytes are those of their names and texts. What goes beyond is not
     /// added, is logged once as "load style config fail:", and the load goes on: a reference in
     /// records places nothing, one in the expanded magic panels stays, a panel keeps its name. A
-    /// custom page that goes beyond is none.
-    static constexpr std::size_t mostAddedElements = 1'000'000;
-    static constexpr std::size_t mostAddedBytes = std::size_t{64} * 1024 * 1024;
+    /// custom page that goes beyond is not built.
+    static constexpr std::size_t maxAddedElements = 1'000'000;
+    static constexpr std::size_t maxAddedBytes = std::size_t{64} * 1024 * 1024;
 
-    /// An empty loader: every field is absent until initWithStyleConfigPath has run.
-    YGStyleConfigLoad();
+    /// An empty loader: every field is absent until initWithStyleConfigPath has run. Findings of
+    /// loading and of lookups go to the sink; see diagnostics/DiagnosticsSink.h.
+    explicit YGStyleConfigLoad(DiagnosticsSink* sink = nullptr);
     ~YGStyleConfigLoad();
     YGStyleConfigLoad(const YGStyleConfigLoad&) = delete;
     YGStyleConfigLoad& operator=(const YGStyleConfigLoad&) = delete;
@@ -79,26 +86,33 @@ public:
 
     /// The main styles, soft-optimize ones included; null before loading and when the main style
     /// file yields none.
-    const std::shared_ptr<StyleMap>& styleInfos() const { return styleInfos_; }
+    const std::shared_ptr<const StyleMap>& styleInfos() const { return tables_.styleInfos; }
 
     /// The tab styles; null before loading and when the tab file yields none.
-    const std::shared_ptr<StyleMap>& tabStyleInfos() const { return tabStyleInfos_; }
+    const std::shared_ptr<const StyleMap>& tabStyleInfos() const { return tables_.tabStyleInfos; }
 
     /// The magic panels; null before loading, empty when there are none.
-    const std::shared_ptr<MagicPanelMap>& magicPanelInfos() const { return magicPanelInfos_; }
+    const std::shared_ptr<const MagicPanelMap>& magicPanelInfos() const {
+        return tables_.magicPanelInfos;
+    }
+
+    /// The reuse panels; null before loading, empty when there are none.
+    const std::shared_ptr<const PanelMap>& reusePanelInfos() const {
+        return tables_.reusePanelInfos;
+    }
 
     /// Declared for the host and never filled: always null.
-    const std::shared_ptr<PanelMap>& scrollPanelDict() const { return scrollPanelDict_; }
+    const std::shared_ptr<const PanelMap>& scrollPanelDict() const { return scrollPanelDict_; }
 
     /// The name of the default style: "default_style" of the root of the soft-optimize style file,
     /// else of the main one, or what the host has set. Absent when neither names one.
-    const std::optional<std::string>& defaultStyleName() const { return defaultStyleName_; }
-    void setDefaultStyleName(OwnedText name) { defaultStyleName_ = std::move(name); }
+    const std::optional<std::string>& defaultStyleName() const { return tables_.defaultStyleName; }
+    void setDefaultStyleName(OwnedText name) { tables_.defaultStyleName = std::move(name); }
 
     /// Parses one style file into styles by name; a later style replaces an earlier one of the same
     /// name, one without a name is dropped. Null when the file cannot be read or its root has no
     /// children. Only with `isMain` does the file's "default_style" count.
-    std::shared_ptr<StyleMap> loadConfig(OptionalText path, bool isMainStyleConfig);
+    std::shared_ptr<const StyleMap> loadConfig(OptionalText path, bool isMainStyleConfig);
 
     /// Builds a style from its element, also from one without a name. Never null here and below,
     /// unless memory does not suffice.
@@ -136,10 +150,10 @@ public:
     xml::Element loadStyleConfigWithBasePath(OptionalText basePath, OptionalText extPath) const;
 
     /// The reuse panels of a file by name; never null.
-    std::shared_ptr<PanelMap> loadReusePanel(OptionalText path) const;
+    std::shared_ptr<const PanelMap> loadReusePanel(OptionalText path) const;
 
     /// The magic panels of a file; never null. A group without a usable member is kept, empty.
-    std::shared_ptr<MagicPanelMap> loadMagicPanel(OptionalText path) const;
+    std::shared_ptr<const MagicPanelMap> loadMagicPanel(OptionalText path) const;
 
     /// A copy of the magic panel file's root in which each reference to a reuse panel is replaced
     /// by its definition, as an element "panel"; empty when the magic panel file cannot be read.
@@ -174,118 +188,74 @@ public:
                                                 const xml::Element& rootElement,
                                                 std::vector<xml::Element>& resultList);
 
-    /// Who hears of what the loader drops, replaces, defaults or cannot resolve, while loading and
-    /// in lookups; null, the default, for nobody. It must outlive the loader's use of it. Set it
-    /// before loading: with a sink, parses keep positions.
-    void setDiagnosticsSink(DiagnosticsSink* sink) { sink_ = sink; }
-
 private:
-    struct FilesOfOneLoad;
+    /// What a load fills.
+    struct Tables {
+        std::shared_ptr<const StyleMap> styleInfos;
+        std::shared_ptr<const StyleMap> tabStyleInfos;
+        std::shared_ptr<const MagicPanelMap> magicPanelInfos;
+        std::shared_ptr<const PanelMap> reusePanelInfos;
+        std::optional<std::string> defaultStyleName;
+        std::vector<xml::Element> templateRoots;
+        /// The members of the expanded magic panels by group and name: the first child of each, the
+        /// first definition of a name.
+        RecordMap<RecordMap<xml::Node>> magicMembers;
+        std::shared_ptr<PanelExtents> panelExtents;
+    };
+
+    /// Where content stands that is being read.
+    struct Around {
+        StyleConfigInfo* style = nullptr;  ///< null in magic panels and reuse panels
+        PanelConfigInfo* panel = nullptr;  ///< the innermost; null directly below a style
+        std::string_view above = {};       ///< the name of the XML element that holds the content
+        bool* hasMagicPanels = nullptr;
+        std::string_view member = {};  ///< the magic panel around it and its group; "" for none
+        std::string_view group = {};
+    };
+
     class WildcardKeys;
 
-    // What the operations above of like names do, but they throw std::bad_alloc, and what they were
-    // given to change may be half changed then.
+    // The steps, which throw std::bad_alloc; what they were given to change may be half changed
+    // then. Places are those of definitions so far, for findings.
     void loadAll(std::optional<std::string_view> styleConfigPath,
                  std::optional<std::string_view> tabStylePath,
                  std::optional<std::string_view> magicPanelPath);
-    std::shared_ptr<StyleMap> readStyles(std::optional<std::string_view> path,
-                                         bool isMainStyleConfig);
-    std::shared_ptr<StyleConfigInfo> readStyle(const xml::Element& style) const;
-    void place(const xml::Node& node, const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
-               const std::shared_ptr<PanelConfigInfo>& parentPaneInfo, bool* hasMagicPanels,
-               std::optional<std::string_view> superMagicPanelName,
-               std::optional<std::string_view> superMagicPanelsName) const;
-    std::shared_ptr<PanelConfigInfo> takePanel(
-        const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
-        std::optional<std::string_view> superMagicPanelsName) const;
-    std::shared_ptr<ElementConfigInfo> readElement(const xml::Element& element) const;
     xml::Element rootOf(std::optional<std::string_view> path) const;
-    xml::Element mergeTemplates(std::optional<std::string_view> basePath,
-                                std::optional<std::string_view> extPath) const;
+    std::shared_ptr<StyleMap> readStyles(std::optional<std::string_view> path,
+                                         bool isMainStyleConfig, RecordMap<Place>& places);
     std::shared_ptr<PanelMap> readReusePanels(std::optional<std::string_view> path) const;
-    std::shared_ptr<MagicPanelMap> readMagicPanels(std::optional<std::string_view> path) const;
+    std::shared_ptr<MagicPanelMap> readMagicPanels(std::optional<std::string_view> path,
+                                                   RecordMap<Place>& places) const;
+    std::shared_ptr<PanelMap> readMagicGroup(Entry& group, std::string_view groupName) const;
+    std::shared_ptr<StyleConfigInfo> readStyle(const xml::Element& style) const;
+    void readStyleContent(Entry& style, StyleConfigInfo& record) const;
+    void readContent(Entry& entry, Around around, PanelConfigInfo* panel) const;
+    void place(Entry& entry, const Around& around) const;
+    void placePanel(Entry& entry, const Around& around) const;
+    void placeMagicPanel(Entry& slot, const Around& around) const;
+    void placeReusePanel(Entry& reference, const Around& around) const;
+    bool mayPlace(const PanelConfigInfo& panel) const;
     xml::Element expandMagicPanels(std::optional<std::string_view> magicPath,
                                    std::optional<std::string_view> reusePath) const;
-    static void putMagicPanel(const std::shared_ptr<PanelList>& panels,
-                              const std::shared_ptr<PanelConfigInfo>& panelConfigInfo,
-                              bool& isFind);
-    xml::Element buildPage(std::optional<std::string_view> styleName) const;
-    static std::optional<std::string> wildCardKey(std::string_view value);
-    static void collect(std::string_view nodeName, const xml::Element& rootElement,
-                        std::vector<xml::Element>& resultList);
-
     void keepTemplates(std::optional<std::string_view> basePath,
                        std::optional<std::string_view> extPath);
     void keepMagicMembers(const xml::Element& expanded);
-    void measure(const std::shared_ptr<PanelMap>& reusePanels);
-    void measure(const std::shared_ptr<MagicPanelMap>& groups);
-    bool mayAdd(const Extent& extent, const xml::Node& node, std::string_view attribute,
-                std::string_view value) const;
-    bool mayAddPanel(const PanelConfigInfo& panel, const xml::Element& reference,
-                     std::string_view name) const;
-    xml::Element templateNamed(std::string_view name) const;
     std::shared_ptr<StyleConfigInfo> customPage(std::string_view name) const;
-    void parsePanel(const xml::Element& element,
-                    const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
-                    const std::shared_ptr<PanelConfigInfo>& parentPaneInfo, bool* hasMagicPanels,
-                    std::optional<std::string_view> superMagicPanelName,
-                    std::optional<std::string_view> superMagicPanelsName) const;
-    std::shared_ptr<PanelConfigInfo> readPanel(
-        const xml::Element& panel, std::optional<std::string_view> superMagicPanelName,
-        std::optional<std::string_view> superMagicPanelsName) const;
-    void reportPanel(const xml::Element& panel) const;
-    void placeMagicPanel(const xml::Element& element,
-                         const std::shared_ptr<StyleConfigInfo>& parentStyleInfo,
-                         const std::shared_ptr<PanelConfigInfo>& parentPaneInfo,
-                         bool* hasMagicPanels) const;
-    void placeReusePanel(const xml::Element& element,
-                         const std::shared_ptr<PanelConfigInfo>& parentPaneInfo) const;
-    std::shared_ptr<PanelMap> loadMagicGroup(const xml::Element& group,
-                                             std::string_view groupName) const;
-    void parseContent(const xml::Element& content, const std::shared_ptr<PanelConfigInfo>& panel,
-                      std::optional<std::string_view> superMagicPanelName,
-                      std::optional<std::string_view> superMagicPanelsName) const;
-    template <class MayAdd>
+    xml::Element buildPage(std::optional<std::string_view> styleName) const;
+    xml::Element templateNamed(std::string_view name) const;
     std::optional<xml::Node> panelForSlot(const xml::Element& slot, const std::string& argument,
-                                          WildcardKeys& keys, const MayAdd& mayAddToPage) const;
+                                          WildcardKeys& keys) const;
+    void reportOn(const xml::Element& element, const Rule& rule, std::string_view attribute,
+                  std::string_view value) const;
 
-    /// While one lives, its thread reports nothing: what is walked is dropped and reported already.
-    struct QuietWalk {
-        QuietWalk();
-        ~QuietWalk();
-        QuietWalk(const QuietWalk&) = delete;
-        QuietWalk& operator=(const QuietWalk&) = delete;
-    };
-
-    // Diagnostics; each does nothing without a sink.
-    DiagnosticsSink* sink() const;
-    void report(const Rule& rule, const xml::Node& node, std::string_view attribute = {},
-                std::string_view value = {}) const;
-    RecordMap<xml::Element> definitionsIn(const std::optional<std::string>& path) const;
-    void reportUnread(const xml::Node& node) const;
-    void reportReference(const xml::Element& element) const;
-    void reportNamed(const xml::Element& element, std::string_view properName) const;
-    void reportAttributesBut(const xml::Element& element, std::string_view known) const;
-    void used(const xml::Element& element) const;
-    void used(const xml::Element& element, std::string_view attribute) const;
-
-    std::shared_ptr<StyleMap> styleInfos_;
-    std::shared_ptr<StyleMap> tabStyleInfos_;
-    std::shared_ptr<MagicPanelMap> magicPanelInfos_;
+    Tables tables_;
     /// The magic panels when memory runs out while they are loaded: empty, made beforehand.
-    std::shared_ptr<MagicPanelMap> noMagicPanels_ = std::make_shared<MagicPanelMap>();
-    std::shared_ptr<PanelMap> reusePanelInfos_;
-    std::shared_ptr<PanelMap> scrollPanelDict_;
-    std::vector<xml::Element> templateRoots_;
-    /// The members of the expanded magic panels by group and name: the first child of each, the
-    /// first definition of a name.
-    RecordMap<RecordMap<xml::Node>> magicMembers_;
-    std::unique_ptr<PanelExtents> panelExtents_;
-    std::optional<std::string> defaultStyleName_;
-    DiagnosticsSink* sink_ = nullptr;
+    std::shared_ptr<const MagicPanelMap> noMagicPanels_ = std::make_shared<MagicPanelMap>();
+    std::shared_ptr<const PanelMap> scrollPanelDict_;
+    DiagnosticsSink* sink_;
 
     /// The files that a load has read, so that each is parsed once however often a step asks.
-    std::unique_ptr<FilesOfOneLoad> files_;
+    std::unique_ptr<RecordMap<xml::ParseResult>> files_;
 };
 
 }  // namespace yg

@@ -27,9 +27,8 @@ void forEachFile(See see) {
     const std::unique_ptr<DIR, int (*)(DIR*)> folder(::opendir("/proc/self/fd"), &::closedir);
     while (const dirent* const entry = folder ? ::readdir(folder.get()) : nullptr) {
         const int file = std::atoi(entry->d_name);
-        if (entry->d_name[0] != '.' && see(file)) {
+        if (entry->d_name[0] != '.' && see(file))
             return;
-        }
     }
 }
 
@@ -69,22 +68,18 @@ void closePairOnExec(int socket) noexcept {
     // The system gives the socket a name of its own, by which its peer is found.
     sockaddr_un unnamed{};
     unnamed.sun_family = AF_UNIX;
-    if (::bind(socket, reinterpret_cast<const sockaddr*>(&unnamed), sizeof unnamed.sun_family) !=
-        0) {
+    if (::bind(socket, reinterpret_cast<const sockaddr*>(&unnamed), sizeof unnamed.sun_family) != 0)
         return;
-    }
     const Name name(&::getsockname, socket);
     const auto markPeer = [&](int file) {
         const bool isPeer = Name(&::getpeername, file) == name;
-        if (isPeer) {
+        if (isPeer)
             mark(file);
-        }
         return isPeer;
     };
     // Mostly it was opened next.
-    if (!markPeer(socket + 1)) {
+    if (!markPeer(socket + 1))
         forEachFile(markPeer);
-    }
 }
 
 void closeWakeUpOnExec(CURLM* multi) noexcept {
@@ -98,9 +93,8 @@ void closeWakeUpOnExec(CURLM* multi) noexcept {
         return isOne;
     });
     curl_multi_poll(multi, nullptr, 0, 0, nullptr);
-    if (count > 0 && woken >= 0 && holdsBytes(woken, 0)) {
+    if (count > 0 && woken >= 0 && holdsBytes(woken, 0))
         closePairOnExec(woken);
-    }
 }
 
 }  // namespace yg::net

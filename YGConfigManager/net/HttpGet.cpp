@@ -21,7 +21,7 @@ std::atomic<const HttpGetOptions*> processOptions = nullptr;
 
 HttpGetOptions currentOptions() {
     const HttpGetOptions* const options = processOptions;
-    return options != nullptr ? *options : HttpGetOptions();
+    return options ? *options : HttpGetOptions();
 }
 
 /// The service of one process. Never destroyed, since threads may ask until the very end.
@@ -42,25 +42,22 @@ std::atomic<bool> hasEnded = false;
 void endService() noexcept {
     hasEnded = true;
     ProcessService* const last = current;
-    if (last != nullptr && last->process == ::getpid()) {
+    if (last && last->process == ::getpid())
         last->service.stop();
-    }
 }
 
 /// The service of this process, made afresh in the child of a fork. Nothing here is ever locked or
 /// half done, since a fork may come at any moment.
 HttpGetService& serviceOfProcess() {
     ProcessService* known = current;
-    while (known == nullptr || known->process != ::getpid()) {
+    while (!known || known->process != ::getpid()) {
         auto made = std::make_unique<ProcessService>(known);
         // Only now: what its libraries do at the end of the process is registered by then, and so
         // happens when the thread is gone. The other way round OpenSSL frees what the thread uses.
-        if (std::atexit(&endService) != 0) {
+        if (std::atexit(&endService) != 0)
             throw std::bad_alloc();
-        }
-        if (current.compare_exchange_strong(known, made.get())) {
+        if (current.compare_exchange_strong(known, made.get()))
             known = made.release();
-        }
     }
     return known->service;
 }
@@ -69,9 +66,8 @@ HttpGetService& serviceOfProcess() {
 
 void get(std::string url, GetCompletion completion) noexcept {
     try {
-        if (!hasEnded) {
+        if (!hasEnded)
             serviceOfProcess().get(std::move(url), std::move(completion));
-        }
     } catch (...) {
         // Nothing was given away yet.
         refuse(completion);

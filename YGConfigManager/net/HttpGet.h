@@ -21,7 +21,7 @@ namespace yg::net {
 ///
 /// Whole is what its length, its last chunk and its compression say. Without a length and chunks a
 /// body ends with the connection: with TLS it must have been closed in order, without TLS nothing
-/// can tell the end from a cut.
+/// can distinguish the end from a cut.
 using GetCompletion =
     std::function<void(std::optional<std::string> body, std::optional<HttpResponse> response,
                        std::optional<std::string> error)>;

@@ -31,21 +31,18 @@ void HttpGetService::get(std::string url, GetCompletion completion) noexcept {
         bool isFirst = false;
         {
             const std::lock_guard lock(mutex_);
-            if (isStopping_) {
+            if (isStopping_)
                 return;
-            }
-            if (!thread_.joinable()) {
+            if (!thread_.joinable())
                 startThread();
-            }
             isFirst = incoming_.empty();
             Request& request = incoming_.emplace_back();
             request.url = std::move(url);
             request.completion = std::exchange(completion, nullptr);
         }
         // The thread takes all that has come, so one nudge is enough for those that follow.
-        if (isFirst) {
+        if (isFirst)
             transfers_->wake();
-        }
     } catch (...) {
         refuse(completion);
     }
@@ -61,9 +58,8 @@ void refuse(const GetCompletion& completion) noexcept {
     }
     logException("network request");
     guarded("request completion", [&] {
-        if (completion) {
+        if (completion)
             completion(std::nullopt, std::nullopt, std::string(error));
-        }
     });
 }
 
@@ -72,9 +68,8 @@ void HttpGetService::stop() noexcept {
         const std::lock_guard lock(mutex_);
         isStopping_ = true;
     }
-    if (!thread_.joinable()) {
+    if (!thread_.joinable())
         return;
-    }
     if (thread_.get_id() == std::this_thread::get_id()) {
         thread_.detach();
         return;
@@ -96,17 +91,15 @@ void HttpGetService::run() noexcept {
     while (!isStopping_) {
         try {
             takeIncoming(waiting);
-            if (isStopping_) {
+            if (isStopping_)
                 break;
-            }
-            while (!waiting.empty() && transfers_->count() < options_.mostTransfers) {
+            while (!waiting.empty() && transfers_->count() < options_.maxTransfers) {
                 transfers_->add(waiting.front());
                 waiting.pop_front();
             }
             complete(transfers_->step());
-            if (waiting.empty() || transfers_->count() == options_.mostTransfers) {
+            if (waiting.empty() || transfers_->count() == options_.maxTransfers)
                 transfers_->wait();
-            }
         } catch (...) {
             logException("network thread");
             // Memory may be there again in a moment.
@@ -124,9 +117,8 @@ void HttpGetService::takeIncoming(std::deque<Request>& waiting) {
 }
 
 void HttpGetService::complete(std::vector<Ended> all) const noexcept {
-    if (all.empty()) {
+    if (all.empty())
         return;
-    }
     const AsApplication scope(applicationSettings_);
     for (Ended& ended : all) {
         // What it holds goes here too.

@@ -30,7 +30,7 @@ struct HttpGetOptions {
     /// In bytes, of all headers of a request, those of redirects included.
     std::size_t largestHeaders = std::size_t{1024} * 1024;
     /// Transfers at a time, one connection each; more requests wait for their turn.
-    std::size_t mostTransfers = 64;
+    std::size_t maxTransfers = 64;
     /// A PEM file with the certificates to trust; empty for those of the system.
     std::string trustedCertificates = {};
 };
@@ -40,7 +40,7 @@ struct Request {
     GetCompletion completion;
 };
 
-/// A request that is over, with what its completion hears.
+/// A request that is over, with what its completion receives.
 struct Ended {
     Request request;
     std::optional<std::string> body;

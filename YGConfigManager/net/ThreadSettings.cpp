@@ -12,9 +12,8 @@ namespace {
 sigset_t allButFaults() {
     sigset_t signals;
     sigfillset(&signals);
-    for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS}) {
+    for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS})
         sigdelset(&signals, fault);
-    }
     return signals;
 }
 
@@ -63,9 +62,8 @@ void scheduleAsBatch() noexcept {
 
 AsApplication::AsApplication(const ThreadSettings& settings) noexcept {
     schedule(settings.policy);
-    if (sigismember(&settings.blocked, SIGPIPE) == 0) {
+    if (sigismember(&settings.blocked, SIGPIPE) == 0)
         dropBrokenPipe();
-    }
     pthread_sigmask(SIG_SETMASK, &settings.blocked, nullptr);
 }
 

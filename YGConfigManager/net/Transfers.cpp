@@ -25,7 +25,7 @@ namespace yg::net {
 
 namespace {
 
-constexpr long mostRedirects = 20;
+constexpr long maxRedirects = 20;
 constexpr std::chrono::milliseconds longestWait = std::chrono::minutes(1);
 /// Without the means to be woken, new requests and the end are looked for.
 constexpr std::chrono::milliseconds waitWithoutWaking{20};
@@ -46,7 +46,7 @@ curl_slist* requestHeaders() {
     for (const char* line :
          {"Content-Type: application/json; charset=utf-8", "Accept-Encoding: gzip, deflate"}) {
         curl_slist* const longer = curl_slist_append(all, line);
-        if (longer == nullptr) {
+        if (!longer) {
             curl_slist_free_all(all);
             return nullptr;
         }
@@ -110,7 +110,7 @@ public:
           lastArrival_(Clock::now()) {
         const std::lock_guard use(libraryUse);
         handle_ = curl_easy_init();
-        isReady_ = handle_ != nullptr && headers != nullptr && prepare(headers);
+        isReady_ = handle_ && headers && prepare(headers);
     }
     ~Transfer() {
         const std::lock_guard use(libraryUse);
@@ -134,9 +134,8 @@ public:
     Ended end(CURLcode result) && noexcept {
         try {
             if (result == CURLE_OK && hasHeaders_ && hasWholeConnection() &&
-                isWhole(packedForTheWay_) && isWhole(packed_)) {
+                isWhole(packedForTheWay_) && isWhole(packed_))
                 return {std::move(request_), std::move(body_), std::move(response_), std::nullopt};
-            }
             std::string error = refusal_;
             if (error.empty()) {
                 error =
@@ -178,7 +177,7 @@ private:
                               set(CURLOPT_PROTOCOLS_STR, "http,https") &&
                               set(CURLOPT_REDIR_PROTOCOLS_STR, "http,https") &&
                               set(CURLOPT_FOLLOWLOCATION, 1L) &&
-                              set(CURLOPT_MAXREDIRS, mostRedirects) && set(CURLOPT_PROXY, "");
+                              set(CURLOPT_MAXREDIRS, maxRedirects) && set(CURLOPT_PROXY, "");
         const bool hasWhat = set(CURLOPT_HTTPGET, 1L) && set(CURLOPT_HTTPHEADER, headers) &&
                              set(CURLOPT_HTTP09_ALLOWED, 0L) &&
                              set(CURLOPT_HTTP_CONTENT_DECODING, 0L) &&  // Unpacking does it
@@ -198,14 +197,14 @@ private:
     }
 
     /// The system names its certificates twice, as one file and as a folder. Given both, libcurl
-    /// reads the file anew for each connection, a tenth of a second each; given the file alone,
+    /// reads the file again for each connection, a tenth of a second each; given the file alone,
     /// once.
     bool trust() {
         char* systemFile = nullptr;
         curl_easy_getinfo(handle_, CURLINFO_CAINFO, &systemFile);
         const std::string& own = options_.trustedCertificates;
         const char* const file = own.empty() ? systemFile : own.c_str();
-        return (file == nullptr || ::access(file, R_OK) != 0 ||
+        return (!file || ::access(file, R_OK) != 0 ||
                 (set(CURLOPT_CAINFO, file) && set<const char*>(CURLOPT_CAPATH, nullptr))) &&
                set(CURLOPT_SSL_CTX_FUNCTION, &Transfer::onTls) && set(CURLOPT_SSL_CTX_DATA, this);
     }
@@ -237,9 +236,8 @@ private:
     }
 
     static void onTlsState(const SSL* tls, int event, int alert) {
-        if (event == SSL_CB_READ_ALERT && (alert & 0xff) == SSL_AD_CLOSE_NOTIFY) {
+        if (event == SSL_CB_READ_ALERT && (alert & 0xff) == SSL_AD_CLOSE_NOTIFY)
             static_cast<Transfer*>(SSL_CTX_get_app_data(SSL_get_SSL_CTX(tls)))->isTlsClosed_ = true;
-        }
     }
 
     /// Bytes of bodies are seen here before they are decoded, and those of redirects nowhere else.
@@ -251,9 +249,8 @@ private:
         }
         const bool isTooLarge = std::cmp_greater(arrived, transfer.options_.largestBody) ||
                                 transfer.bytesUnseen_ > transfer.options_.largestHeaders;
-        if (isTooLarge) {
+        if (isTooLarge)
             transfer.refusal_ = tooLarge;
-        }
         return isTooLarge || transfer.isStopping_ ? 1 : 0;
     }
 
@@ -307,9 +304,8 @@ private:
     }
 
     void takeType(std::string_view type) {
-        if (!type.empty()) {
+        if (!type.empty())
             contentType_ = type;
-        }
     }
 
     void takeStatus() {
@@ -339,9 +335,8 @@ private:
             isMore = comma != std::string_view::npos;
             const std::string_view one = trimmed(list.substr(0, comma));
             list.remove_prefix(isMore ? comma + 1 : list.size());
-            if (one.empty() || equalsInAnyCase(one, "identity")) {
+            if (one.empty() || equalsInAnyCase(one, "identity"))
                 continue;
-            }
             if (&unpacking == &packedForTheWay_ && equalsInAnyCase(one, "chunked")) {
                 hasLength_ = true;
                 continue;
@@ -369,9 +364,8 @@ private:
         }
         if (packed_) {
             const bool isGood = packed_->append(piece, options_.largestBody, body_);
-            if (!isGood) {
+            if (!isGood)
                 refusal_ = cannotBeUnpacked;
-            }
             return isGood;
         }
         if (piece.size() > options_.largestBody - body_.size()) {
@@ -435,9 +429,8 @@ int Transfers::onSocket(CURL* handle, curl_socket_t socket, int what, void* self
     const auto known = std::find_if(sockets.begin(), sockets.end(),
                                     [socket](const Socket& one) { return one.number == socket; });
     if (what == CURL_POLL_REMOVE) {
-        if (known != sockets.end()) {
+        if (known != sockets.end())
             sockets.erase(known);
-        }
         return 0;
     }
     const int events =
@@ -448,9 +441,8 @@ int Transfers::onSocket(CURL* handle, curl_socket_t socket, int what, void* self
     }
     // Those to servers are opened here and have the mark; what is left wakes from a look-up.
     const bool isToServer = isClosedOnExec(socket);
-    if (!isToServer) {
+    if (!isToServer)
         closePairOnExec(socket);
-    }
     try {
         sockets.push_back({socket, static_cast<short>(events), isToServer ? handle : nullptr, 0});
         return 0;
@@ -462,9 +454,8 @@ int Transfers::onSocket(CURL* handle, curl_socket_t socket, int what, void* self
 int Transfers::onTimer(CURLM*, long milliseconds, void* self) {
     auto& timer = static_cast<Transfers*>(self)->timer_;
     timer.reset();
-    if (milliseconds >= 0) {
+    if (milliseconds >= 0)
         timer = Clock::now() + std::chrono::milliseconds(milliseconds);
-    }
     return 0;
 }
 
@@ -473,11 +464,10 @@ void Transfers::add(Request& request) {
     running_.reserve(running_.size() + 1);
     unstarted_.reserve(unstarted_.size() + 1);
     auto transfer = std::make_unique<Transfer>(std::move(request), options_, isStopping_, headers_);
-    if (transfer->isReady() && multi_ != nullptr && begin(*transfer)) {
+    if (transfer->isReady() && multi_ && begin(*transfer))
         running_.push_back(std::move(transfer));
-    } else {
+    else
         unstarted_.push_back(std::move(*transfer).end(CURLE_FAILED_INIT));
-    }
 }
 
 bool Transfers::begin(const Transfer& transfer) {
@@ -488,9 +478,8 @@ bool Transfers::begin(const Transfer& transfer) {
 void Transfers::noteArrival(curl_socket_t socket) {
     const auto known = std::find_if(sockets_.begin(), sockets_.end(),
                                     [socket](const Socket& one) { return one.number == socket; });
-    if (known == sockets_.end()) {
+    if (known == sockets_.end())
         return;
-    }
     const auto transfer = find(known->handle);
     if (transfer != running_.end()) {
         const std::uint64_t received = bytesReceived(socket);
@@ -514,9 +503,8 @@ std::vector<Ended> Transfers::step() {
     std::move(unstarted_.begin(), unstarted_.end(), std::back_inserter(ended));
     unstarted_.clear();
     for (const pollfd& one : std::exchange(ready_, {})) {
-        if ((one.revents & (POLLIN | POLLERR | POLLHUP)) == POLLIN) {
+        if ((one.revents & (POLLIN | POLLERR | POLLHUP)) == POLLIN)
             noteArrival(one.fd);
-        }
         if (one.revents != 0) {
             act(one.fd, ((one.revents & (POLLIN | POLLHUP)) != 0 ? CURL_CSELECT_IN : 0) |
                             ((one.revents & POLLOUT) != 0 ? CURL_CSELECT_OUT : 0) |
@@ -534,9 +522,8 @@ std::vector<Ended> Transfers::step() {
     }
     const Clock::time_point now = Clock::now();
     for (std::size_t i = running_.size(); i-- > 0;) {
-        if (running_[i]->idleEnd() <= now) {
+        if (running_[i]->idleEnd() <= now)
             ended.push_back(std::move(*remove(i)).giveUp());
-        }
     }
     return ended;
 }
@@ -546,22 +533,20 @@ std::optional<Transfers::Message> Transfers::nextMessage() {
     int count = 0;
     const CURLMsg* const message = curl_multi_info_read(multi_, &count);
     // It goes with the handle.
-    return message != nullptr ? std::optional<Message>({message->easy_handle, message->data.result})
-                              : std::nullopt;
+    return message ? std::optional<Message>({message->easy_handle, message->data.result})
+                   : std::nullopt;
 }
 
 void Transfers::wait() {
     const Clock::time_point now = Clock::now();
     Clock::time_point until = now + (wakeUp_ >= 0 ? longestWait : waitWithoutWaking);
-    for (const auto& transfer : running_) {
+    for (const auto& transfer : running_)
         until = std::min(until, transfer->idleEnd());
-    }
     until = std::max(now, std::min(until, timer_.value_or(until)));
     const auto time = std::chrono::ceil<std::chrono::milliseconds>(until - now);
     ready_.assign(1, {wakeUp_, POLLIN, 0});
-    for (const Socket& one : sockets_) {
+    for (const Socket& one : sockets_)
         ready_.push_back({one.number, one.events, 0});
-    }
     ::poll(ready_.data(), ready_.size(), unstarted_.empty() ? static_cast<int>(time.count()) : 0);
     if (ready_.front().revents != 0) {
         eventfd_t ignored = 0;
@@ -575,9 +560,8 @@ void Transfers::wake() const {
 }
 
 void Transfers::clear() {
-    while (!running_.empty()) {
+    while (!running_.empty())
         remove(running_.size() - 1);
-    }
     unstarted_.clear();
 }
 

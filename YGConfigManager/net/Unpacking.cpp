@@ -12,7 +12,7 @@ constexpr int largestWindow = 15;
 /// zlib's way of asking for either header, that of gzip or its own.
 constexpr int anyHeader = 32;
 /// Servers that leave out the header may still send the checksum that belongs to it.
-constexpr std::size_t mostBehindData = 4;
+constexpr std::size_t maxBehindData = 4;
 
 bool isHeader(unsigned char first, unsigned char second) {
     const bool isOfGzip = first == 0x1f && second == 0x8b;
@@ -50,7 +50,7 @@ bool Unpacking::append(std::string_view piece, std::size_t limit, std::string& b
     while (isReady_ && (stream_.avail_in > 0 || isFull)) {
         if (isOver_) {
             bytesBehind_ += stream_.avail_in;
-            isReady_ = bytesBehind_ <= mostBehindData;
+            isReady_ = bytesBehind_ <= maxBehindData;
             break;
         }
         // A body may be several compressed parts in a row.
@@ -67,9 +67,8 @@ bool Unpacking::append(std::string_view piece, std::size_t limit, std::string& b
         isOver_ = isBetweenParts_ && !hasHeader_;
         isReady_ = (result == Z_OK || result == Z_STREAM_END || result == Z_BUF_ERROR) &&
                    count <= limit - body.size();
-        if (isReady_) {
+        if (isReady_)
             body.append(reinterpret_cast<const char*>(unpacked.data()), count);
-        }
     }
     return isReady_;
 }

@@ -15,9 +15,9 @@ namespace yg {
 
 /// A child of "COLORES", whatever its name, as for the others.
 struct ColorEntry {
-    std::optional<float> red;
-    std::optional<float> green;
-    std::optional<float> blue;
+    float red = 0;
+    float green = 0;
+    float blue = 0;
     float alpha = 1;
     std::optional<std::string_view> name;
 };
@@ -50,19 +50,30 @@ struct Description<ColorEntry> {
         Field{"red", &ColorEntry::red, &ColorEntry::red,
               AttributeInfo{.name = "R",
                             .kind = AttributeKind::decimal,
-                            .sentence = "The share of red, from 0 to 255."}},
+                            .sentence = "The share of red, from 0 to 255.",
+                            .isExpected = true,
+                            .least = 0,
+                            .most = 255}},
         Field{"green", &ColorEntry::green, &ColorEntry::green,
               AttributeInfo{.name = "G",
                             .kind = AttributeKind::decimal,
-                            .sentence = "The share of green, from 0 to 255."}},
+                            .sentence = "The share of green, from 0 to 255.",
+                            .isExpected = true,
+                            .least = 0,
+                            .most = 255}},
         Field{"blue", &ColorEntry::blue, &ColorEntry::blue,
               AttributeInfo{.name = "B",
                             .kind = AttributeKind::decimal,
-                            .sentence = "The share of blue, from 0 to 255."}},
+                            .sentence = "The share of blue, from 0 to 255.",
+                            .isExpected = true,
+                            .least = 0,
+                            .most = 255}},
         Field{"alpha", &ColorEntry::alpha, &ColorEntry::alpha,
               AttributeInfo{.name = "A",
                             .kind = AttributeKind::decimal,
                             .sentence = "The opacity, from 0 for transparent to 1 for opaque.",
+                            .least = 0,
+                            .most = 1,
                             .whenMissing = "1"}},
         Field{"customColors", &ColorEntry::name, &ColorEntry::name,
               AttributeInfo{.name = "NAME",
@@ -88,10 +99,12 @@ struct Description<FontEntry> {
               AttributeInfo{.name = "HEIGHT",
                             .kind = AttributeKind::decimal,
                             .sentence = "The size in points, above 0.",
+                            .isExpected = true,
                             .whenMissing = "12"}},
         Field{"faceName", &FontEntry::face, &FontEntry::face,
               AttributeInfo{.name = "FACE",
                             .sentence = "The name of an installed font face.",
+                            .isExpected = true,
                             .whenMissing = "the system font"}},
     };
 };
@@ -109,6 +122,7 @@ struct Description<ImageEntry> {
         Field{"customImages", &ImageEntry::path, &ImageEntry::path,
               AttributeInfo{.name = "PATH",
                             .sentence = "The PNG or JPEG file, from the image folder.",
+                            .isExpected = true,
                             .whenMissing = "no image"}},
     };
 };

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <span>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include "YGConfigManager/graphics/FontServices.h"
@@ -15,7 +16,6 @@
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 #include "YGConfigManager/records/Entry.h"
 #include "YGConfigManager/text/Paths.h"
-#include "YGConfigManager/text/Split.h"
 
 namespace yg {
 
@@ -73,6 +73,9 @@ void forEachNamed(DiagnosticsSink* sink, const xml::Element& section, Visit visi
             entry.read(record);
             if (!record.name)
                 return entry.drop("palette-entry-without-name"_rule);
+            // An image has no key that would have to name it.
+            if (record.name->empty() && !std::is_same_v<Record, ImageEntry>)
+                entry.report("unreachable-palette-name"_rule, "NAME");
             visit(entry, record);
         });
     });
@@ -93,27 +96,6 @@ struct Additions {
     const Rule& duplicate = "duplicate-palette-name"_rule;
     RecordMap<Place> places = {};  ///< filled for a sink only
 };
-
-/// A component between 0 and 1 of a colour; what is beyond that counts as the nearer of the two.
-float componentOf(Entry& entry, std::string_view attribute, const std::optional<float>& value) {
-    constexpr float full = 255;
-    if (!value)
-        entry.reportValue("missing-color-component"_rule, attribute);
-    else if (*value < 0 || *value > full)
-        entry.reportValue("color-component-out-of-range"_rule, attribute);
-    return value.value_or(0.0f) / full;
-}
-
-/// Whether a path, taken from a folder, leads out of it.
-bool leavesFolder(std::string_view path) {
-    int depth = 0;
-    for (const std::string& part : text::split(path, '/')) {
-        depth += part == ".." ? -1 : part.empty() || part == "." ? 0 : 1;
-        if (depth < 0)
-            return true;
-    }
-    return false;
-}
 
 /// Adds the keys of a section to `names`, which are those of `values`; `unresolved` says that there
 /// is no such value.
@@ -173,20 +155,13 @@ bool YGPaletteLoad::readConfig(std::int8_t style) {
 }
 
 void YGPaletteLoad::readColors(const xml::Element& section) {
+    constexpr float full = 255;
     Additions<Color> colors{maps_.customColors};
     forEachNamed<ColorEntry>(sink_, section, [&](Entry& entry, const ColorEntry& read) {
-        if (read.name->empty())
-            entry.report("unreachable-palette-name"_rule, "NAME");
-        const float red = componentOf(entry, "R", read.red);
-        const float green = componentOf(entry, "G", read.green);
-        const float blue = componentOf(entry, "B", read.blue);
-        // Alpha has another scale than the others.
-        if (read.alpha < 0 || read.alpha > 1)
-            entry.reportValue("alpha-out-of-range"_rule, "A");
-        // In a switch the style is still the old one.
-        colors.set(
-            entry, *read.name,
-            colorOrSubstitute(Color::sRGB(red, green, blue, read.alpha), curColorPalatteStyle_));
+        // Alpha has another scale than the others. In a switch the style is still the old one.
+        const auto color =
+            Color::sRGB(read.red / full, read.green / full, read.blue / full, read.alpha);
+        colors.set(entry, *read.name, colorOrSubstitute(color, curColorPalatteStyle_));
     });
 }
 
@@ -198,14 +173,12 @@ void YGPaletteLoad::readKeyColors(const xml::Element& section) {
 void YGPaletteLoad::readFonts(const xml::Element& section) {
     Additions<Font> fonts{maps_.customFonts};
     forEachNamed<FontEntry>(sink_, section, [&](Entry& entry, const FontEntry& read) {
-        if (read.name->empty())
-            entry.report("unreachable-palette-name"_rule, "NAME");
         FontServices& services = FontServices::shared();
         if (!(read.height > 0))
-            entry.reportValue("font-without-size"_rule, "HEIGHT");
+            entry.reportIfThere("font-without-size"_rule, "HEIGHT");
         auto font = read.face ? services.named(*read.face, read.height) : std::nullopt;
         if (!font)
-            entry.reportValue("unknown-font-face"_rule, "FACE");
+            entry.reportIfThere("unknown-font-face"_rule, "FACE");
         fonts.set(entry, *read.name, font ? *std::move(font) : services.system(read.height));
     });
 }
@@ -234,7 +207,7 @@ void YGPaletteLoad::readImages(const xml::Element& section) {
         if (read.path) {
             const std::string path = text::joinPath(*folder, *read.path);
             reading = reader.read(path);
-            if (entry && leavesFolder(*read.path))
+            if (entry && text::leadsOut(*read.path))
                 entry.report("image-outside-folder"_rule, "PATH", *read.path);
             if (reading.outcome != Outcome::read)
                 entry.report(
@@ -242,8 +215,6 @@ void YGPaletteLoad::readImages(const xml::Element& section) {
                     : reading.outcome == Outcome::tooManyBytes ? "too-many-image-bytes"_rule
                                                                : "unreadable-image"_rule,
                     "PATH", path);
-        } else {
-            entry.report("image-without-path"_rule);
         }
         additions.set(entry, *read.name, std::move(reading.image));
     });

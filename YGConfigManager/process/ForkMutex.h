@@ -22,9 +22,8 @@ public:
 
     void lock() {
         // Nobody holds a mutex that forks do not wait for.
-        if (!isKnown_.load(std::memory_order_acquire)) {
+        if (!isKnown_.load(std::memory_order_acquire))
             makeKnown();
-        }
         const std::lock_guard turn(turn_);
         use_.lock();
     }
@@ -43,7 +42,7 @@ private:
 
     static void lockAll() {
         listing.lock();
-        for (ForkMutex* one = first; one != nullptr; one = one->next_) {
+        for (ForkMutex* one = first; one; one = one->next_) {
             one->turn_.lock();
             one->use_.lock();
         }
@@ -51,7 +50,7 @@ private:
 
     /// In the parent and in the child.
     static void unlockAll() {
-        for (ForkMutex* one = first; one != nullptr; one = one->next_) {
+        for (ForkMutex* one = first; one; one = one->next_) {
             one->use_.unlock();
             one->turn_.unlock();
         }

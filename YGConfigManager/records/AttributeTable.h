@@ -22,7 +22,7 @@
 #include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/text/Numbers.h"
 #include "YGConfigManager/text/Split.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 
@@ -34,8 +34,8 @@ constexpr bool isTrueText(std::string_view value) {
     return value == "true";
 }
 
-/// What is odd about a value of a kind; null when nothing is.
-const Rule* oddity(AttributeKind kind, std::string_view value);
+/// What is odd about a value of an attribute; null when nothing is.
+const Rule* oddity(const AttributeInfo& attribute, std::string_view value);
 
 /// Stores a value by a setter, which may answer false without memory for it, or in a member.
 template <class Record, class Setter, class Value>

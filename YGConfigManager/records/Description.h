@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <limits>
 #include <string_view>
 #include <tuple>
 #include <utility>
@@ -50,12 +51,17 @@ enum class Naming {
 
 /// One attribute, as its author sees it.
 struct AttributeInfo {
-    std::string_view name;  ///< empty for a field that no attribute gives
+    static constexpr float lowest = std::numeric_limits<float>::lowest();
+
+    std::string_view name = {};  ///< empty for a field that no attribute gives
     AttributeKind kind = AttributeKind::text;
     std::string_view sentence = {};     ///< what it means, for the author of the file
     Naming names = Naming::nothing;     ///< what the value names
     bool defines = false;               ///< defines that name; otherwise refers to it
     bool isRequired = false;            ///< without it the element has no effect
+    bool isExpected = false;            ///< a default counts without it, but it should be there
+    float least = lowest;               ///< of a number; what is below counts as this
+    float most = -lowest;               ///< of a number; what is above counts as this
     std::string_view whenMissing = {};  ///< the value then; empty for the kind's own
     std::string_view field = {};        ///< the record's field; set from its row
 };

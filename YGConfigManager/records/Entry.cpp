@@ -73,22 +73,33 @@ std::optional<Place> Entry::Account::define(const xml::Element& element, std::st
     return before;
 }
 
+void Entry::Account::reportChild(const Rule& rule, const xml::Node& child) const {
+    const Place place = placeOf(child);
+    const bool isElement = child.isElement();
+    const std::string_view name = isElement                                ? child.name()
+                                  : child.kind() == xml::NodeKind::comment ? "#comment"
+                                                                           : "#text";
+    reporter.report({rule,
+                     place,
+                     place,
+                     std::string(name),
+                     {},
+                     isElement ? std::string(name) : child.stringValue(),
+                     {}});
+}
+
 /// Comments and instructions are not content.
 void Entry::Account::reportText(const xml::Node& node) const {
-    if (node.kind() != xml::NodeKind::text)
-        return;
-    const Place place = placeOf(node);
-    reporter.report({"stray-text"_rule, place, place, "#text", {}, node.stringValue(), {}});
+    if (node.kind() == xml::NodeKind::text)
+        reportChild("stray-text"_rule, node);
 }
 
 void Entry::Account::accountForText(const xml::Element& element) const {
     for (const xml::Node& child : element.children()) {
-        const Place place = placeOf(child);
-        const std::string name(child.name());
         if (child.isElement())
-            reporter.report({"element-in-text"_rule, place, place, name, {}, name, {}});
+            reportChild("element-in-text"_rule, child);
         else if (child.kind() == xml::NodeKind::text)
-            reporter.sink()->used(place);
+            reporter.sink()->used(placeOf(child));
     }
 }
 
@@ -97,7 +108,7 @@ const Rule* Entry::Account::ruleFor(const xml::Attribute& attribute) const {
     for (const std::span<const AttributeInfo>& rows : tables) {
         const auto row = std::ranges::find(rows, attribute.name, &AttributeInfo::name);
         if (row != rows.end())
-            return oddity(row->kind, attribute.value);
+            return oddity(*row, attribute.value);
     }
     return contains(asked, attribute.name) ? nullptr : &"unknown-attribute"_rule;
 }
@@ -115,19 +126,22 @@ void Entry::Account::endAttributes(const xml::Element& element) {
         else
             reporter.sink()->used(yg::placeOf(element, attribute.name));
     }
+    for (const std::span<const AttributeInfo>& rows : tables) {
+        for (const AttributeInfo& row : rows) {
+            if (row.isExpected && !element.attribute(row.name))
+                report(element, "missing-attribute"_rule, {}, row.name, std::nullopt);
+        }
+    }
 }
 
 void Entry::Account::endContent(const xml::Element& element) const {
     if (isContentRead)
         return;
     for (const xml::Node& child : element.children()) {
-        if (!child.isElement()) {
+        if (child.isElement())
+            reportChild("unread-content"_rule, child);
+        else
             reportText(child);
-            continue;
-        }
-        const Place place = placeOf(child);
-        const std::string name(child.name());
-        reporter.report({"unread-content"_rule, place, place, name, {}, name, {}});
     }
 }
 

@@ -23,6 +23,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -122,20 +123,16 @@ public:
             report(rule, attribute, *value);
     }
 
-    /// An attribute with its value, or the element if it lacks the attribute, with its name.
-    void reportValue(const Rule& rule, std::string_view attribute) {
-        if (!account_)
-            return;
-        if (const auto value = element_.attribute(attribute))
-            report(rule, attribute, *value);
-        else
-            report(rule, {}, attribute);
-    }
-
     /// A part of an attribute's value, which `part` points into.
     void reportPart(const Rule& rule, std::string_view attribute, std::string_view part) {
         if (account_)
             account_->reportPart(element_, rule, attribute, part);
+    }
+
+    /// A child that is not an element, such as a comment.
+    void reportChild(const Rule& rule, const xml::Node& child) {
+        if (account_)
+            account_->reportChild(rule, child);
     }
 
     /// Notes that the element defines a name, and answers where it was defined before, for a
@@ -146,7 +143,7 @@ public:
 
 private:
     template <class Read>
-    friend void reading(const Reporter& reporter, const xml::Element& element, Read&& read);
+    friend auto reading(const Reporter& reporter, const xml::Element& element, Read&& read);
 
     /// What was asked of the element and said about it.
     struct Account {
@@ -161,6 +158,7 @@ private:
                         std::string_view part);
         static std::optional<Place> define(const xml::Element& element, std::string_view name,
                                            RecordMap<Place>& places);
+        void reportChild(const Rule& rule, const xml::Node& child) const;
         void reportText(const xml::Node& node) const;
         void accountForText(const xml::Element& element) const;
         void endAttributes(const xml::Element& element);
@@ -198,15 +196,20 @@ private:
     std::unique_ptr<Account> account_;
 };
 
-/// Calls `read(Entry&)` for an element, and reports what it leaves unread; nothing happens for an
-/// empty handle.
+/// Calls `read(Entry&)` for an element, reports what it leaves unread and answers what it answers.
+/// For an empty handle nothing happens, or nothing is reported when there is an answer.
 template <class Read>
-void reading(const Reporter& reporter, const xml::Element& element, Read&& read) {
-    if (!element)
-        return;
-    Entry entry(&reporter, element);
-    read(entry);
-    entry.end();
+auto reading(const Reporter& reporter, const xml::Element& element, Read&& read) {
+    Entry entry(element ? &reporter : nullptr, element);
+    if constexpr (std::is_void_v<std::invoke_result_t<Read, Entry&>>) {
+        if (element)
+            read(entry);
+        entry.end();
+    } else {
+        auto answer = read(entry);
+        entry.end();
+        return answer;
+    }
 }
 
 }  // namespace yg

@@ -37,20 +37,15 @@ const AddressItem& AddressChoice::draw(RandomSource& random) const {
 void reportOddAddresses(Entry& entry, std::string_view addrs) {
     if (!entry)
         return;
-    bool hasEmpty = false;
     bool hasWeight = false;
-    const auto report = [&entry](const Rule& rule, std::string_view part) {
-        entry.reportPart(rule, "addrs", part);
-    };
     forEachItem(addrs, [&](std::string_view text) {
         const AddressItem item(text);
-        if (text.empty()) {
-            if (!std::exchange(hasEmpty, true))
-                report("empty-server-address"_rule, text);
-            return;
-        }
+        const auto report = [&entry](const Rule& rule, std::string_view part) {
+            entry.reportPart(rule, "addrs", part);
+        };
         if (!item.isOffered())
-            return report("address-without-port"_rule, text);
+            return report(text.empty() ? "empty-server-address"_rule : "address-without-port"_rule,
+                          text);
         if (text.find("::") != std::string_view::npos || text.find('[') != std::string_view::npos)
             return report("ipv6-address"_rule, text);
         if (item.count() > 3)
@@ -60,10 +55,8 @@ void reportOddAddresses(Entry& entry, std::string_view addrs) {
         if (item.host().empty())
             report("address-without-host"_rule, text);
         const auto [port, oddity] = text::readLeadingInt32(item.port());
-        if (oddity == text::NumberOddity::noDigits || oddity == text::NumberOddity::tail)
+        if (oddity != text::NumberOddity::none || port < 1 || port > 65535)
             report("odd-server-port"_rule, item.port());
-        if (oddity != text::NumberOddity::noDigits && (port < 1 || port > 65535))
-            report("server-port-out-of-range"_rule, item.port());
     });
 }
 

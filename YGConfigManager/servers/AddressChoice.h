@@ -70,8 +70,8 @@ private:
     std::vector<AddressItem> items_;
 };
 
-/// Reports what is odd about the items of an entry's "addrs", which has one that is offered. Empty
-/// items and weights are reported once, however many there are.
+/// Reports what is odd about the items of an entry's "addrs", one of which is offered. Weights are
+/// reported once, however many there are.
 void reportOddAddresses(Entry& entry, std::string_view addrs);
 
 /// YGServerAddrListTag::changeIpByPercentNew and changeIpByPercent with numbers from `random`.

@@ -14,11 +14,10 @@ std::size_t copyWithoutControls(std::string_view text, char* out) {
         // A byte alone is judged by its value.
         const char32_t judged =
             next.isValid ? next.value : static_cast<unsigned char>(text.front());
-        if (isControl(judged) && judged != '\t') {
+        if (isControl(judged) && judged != '\t')
             *end++ = ' ';
-        } else {
+        else
             end = std::copy_n(text.data(), next.size, end);
-        }
         text.remove_prefix(next.size);
     }
     return static_cast<std::size_t>(end - out);

@@ -24,11 +24,10 @@ struct Append {
     void operator()(std::monostate) const { out += nullText; }
     void operator()(std::string_view text) const { out += text; }
     void operator()(const char* text) const {
-        if (use == usePointer) {
+        if (use == usePointer)
             (*this)(static_cast<const void*>(text));
-        } else {
-            out += text == nullptr ? nullText : std::string_view(text);
-        }
+        else
+            out += text ? std::string_view(text) : nullText;
     }
     void operator()(std::int64_t number) const { appendInteger(out, number); }
     void operator()(std::uint64_t number) const { appendInteger(out, number); }
@@ -37,13 +36,12 @@ struct Append {
         appendInteger(out, reinterpret_cast<std::uintptr_t>(pointer), 16);
     }
     void operator()(const DescribedObject& described) const {
-        if (use == usePointer) {
+        if (use == usePointer)
             (*this)(described.object);
-        } else if (described.object == nullptr) {
+        else if (!described.object)
             out += nullText;
-        } else {
+        else
             out += described.describe(described.object);
-        }
     }
 };
 

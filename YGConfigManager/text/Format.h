@@ -84,21 +84,16 @@ struct Placeholder {
 
 /// The placeholder that the text begins with, behind its percent sign.
 constexpr Placeholder placeholderAt(std::string_view text) {
-    if (text.starts_with('@')) {
+    if (text.starts_with('@'))
         return {useText, 1};
-    }
-    if (text.starts_with('s')) {
+    if (text.starts_with('s'))
         return {useBytes, 1};
-    }
-    if (text.starts_with('d')) {
+    if (text.starts_with('d'))
         return {useInteger, 1};
-    }
-    if (text.starts_with("ld")) {
+    if (text.starts_with("ld"))
         return {useInteger, 2};
-    }
-    if (text.starts_with('p')) {
+    if (text.starts_with('p'))
         return {usePointer, 1};
-    }
     return {useNone, 0};
 }
 
@@ -112,15 +107,12 @@ constexpr FormatFault findFault(std::string_view format, std::span<const unsigne
             continue;
         }
         const Placeholder placeholder = placeholderAt(rest);
-        if (placeholder.use == useNone) {
+        if (placeholder.use == useNone)
             return FormatFault::unknownPlaceholder;
-        }
-        if (next == uses.size()) {
+        if (next == uses.size())
             return FormatFault::argumentMissing;
-        }
-        if ((uses[next] & placeholder.use) == 0) {
+        if ((uses[next] & placeholder.use) == 0)
             return FormatFault::argumentOfWrongKind;
-        }
         ++next;
         at += 1 + placeholder.size;
     }
@@ -205,19 +197,17 @@ FormatArgument formatArgument(const T& value) {
     } else if constexpr (CharacterPointer<T>) {
         return static_cast<const char*>(value);
     } else if constexpr (std::is_integral_v<T>) {
-        if constexpr (std::is_signed_v<T>) {
+        if constexpr (std::is_signed_v<T>)
             return std::int64_t{value};
-        } else {
+        else
             return std::uint64_t{value};
-        }
     } else if constexpr (std::is_null_pointer_v<T>) {
         return static_cast<const char*>(nullptr);
     } else if constexpr (ObjectPointer<T>) {
-        if constexpr (Described<std::remove_cv_t<std::remove_pointer_t<T>>>) {
+        if constexpr (Described<std::remove_cv_t<std::remove_pointer_t<T>>>)
             return describedObject(value);
-        } else {
+        else
             return static_cast<const void*>(value);
-        }
     } else if constexpr (isSharedPointer<T>) {
         return formatArgument(value.get());
     } else if constexpr (Described<T>) {

@@ -21,18 +21,16 @@ struct Signed {
 
 Signed skipBlanksAndSign(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
-    if (text.starts_with('-')) {
+    if (text.starts_with('-'))
         return {true, text.substr(1)};
-    }
     return {false, text.starts_with('+') ? text.substr(1) : text};
 }
 
 template <class Integer>
 LeadingNumber<Integer> readInteger(std::string_view text) {
     const auto [negative, rest] = skipBlanksAndSign(text);
-    if (rest.empty() || !isDigit(rest.front())) {
+    if (rest.empty() || !isDigit(rest.front()))
         return {0, NumberOddity::noDigits};
-    }
     // The minus sign is read along, because the smallest value has no positive counterpart.
     const char* const begin = negative ? rest.data() - 1 : rest.data();
     const char* const end = rest.data() + rest.size();
@@ -71,9 +69,8 @@ LeadingNumber<std::int64_t> readLeadingInt64(std::string_view text) {
 LeadingNumber<double> readLeadingDouble(std::string_view text) {
     const auto [negative, rest] = skipBlanksAndSign(text);
     const std::string_view digits = rest.starts_with('.') ? rest.substr(1) : rest;
-    if (digits.empty() || !isDigit(digits.front())) {
+    if (digits.empty() || !isDigit(digits.front()))
         return {0, NumberOddity::noDigits};
-    }
     const char* const end = rest.data() + rest.size();
     double value = 0;
     const std::from_chars_result result = std::from_chars(rest.data(), end, value);

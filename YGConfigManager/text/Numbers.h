@@ -11,7 +11,7 @@
 
 namespace yg::text {
 
-/// What the author of a text may want to hear about a number in it.
+/// What the author of a text may want to know about a number in it.
 enum class NumberOddity {
     none,
     /// There is no number; the value is 0.

@@ -33,7 +33,7 @@ public:
              !std::is_pointer_v<std::decay_t<const Text&>> &&
              !std::is_null_pointer_v<Text>) constexpr OptionalText(const Text& text)
         : text_(text) {
-        if (text_.data() == nullptr)
+        if (!text_.data())
             text_ = "";
     }
 

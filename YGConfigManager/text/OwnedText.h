@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // A text, or none, for an operation that keeps it: made from what an OptionalText is made from, and
-// by moving from a std::string or a std::optional of one. What is no std::string is copied, which
-// throws std::bad_alloc when memory does not suffice.
+// by moving from a std::string or a std::optional of one. What is not a std::string is copied,
+// which throws std::bad_alloc when memory does not suffice.
 #pragma once
 
 #include <concepts>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Paths as plain text: nothing is looked up, expanded, decoded or resolved, so `~`, `%20`, `.` and
-// `..` are characters like any other. Any thread may call.
+// Paths as plain text: nothing is looked up, expanded, decoded or resolved, so `~`, `%20`, `.` and,
+// but for leadsOut(), `..` are characters like any other. Any thread may call.
 #pragma once
 
 #include <optional>
@@ -21,5 +21,9 @@ std::string joinPath(std::string_view folder, std::string_view path);
 /// Whether the text names a file inside a folder and cannot lead out of it: not empty, not "." or
 /// "..", without a slash and without a NUL byte.
 bool isPlainFileName(std::string_view name);
+
+/// Whether a path, taken from a folder, leads out of it at some point, with its ".." and "." as a
+/// system has them.
+bool leadsOut(std::string_view path);
 
 }  // namespace yg::text

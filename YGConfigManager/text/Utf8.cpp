@@ -18,7 +18,7 @@ bool isContinuation(unsigned byte) {
 }
 
 /// The size of the sequence that a lead byte begins, and the range of the byte after it, which is
-/// where overlong forms, surrogates and too large code points show. Size 0 is no lead byte.
+/// where overlong forms, surrogates and too large code points show. Size 0 is not a lead byte.
 struct Lead {
     std::size_t size;
     unsigned lowest = 0x80;
@@ -26,15 +26,12 @@ struct Lead {
 };
 
 Lead leadOf(unsigned byte) {
-    if (byte >= 0xC2 && byte <= 0xDF) {
+    if (byte >= 0xC2 && byte <= 0xDF)
         return {2};
-    }
-    if (byte >= 0xE0 && byte <= 0xEF) {
+    if (byte >= 0xE0 && byte <= 0xEF)
         return {3, byte == 0xE0 ? 0xA0U : 0x80U, byte == 0xED ? 0x9FU : 0xBFU};
-    }
-    if (byte >= 0xF0 && byte <= 0xF4) {
+    if (byte >= 0xF0 && byte <= 0xF4)
         return {4, byte == 0xF0 ? 0x90U : 0x80U, byte == 0xF4 ? 0x8FU : 0xBFU};
-    }
     return {0};
 }
 
@@ -42,13 +39,11 @@ Lead leadOf(unsigned byte) {
 std::size_t sequenceSize(std::string_view text) {
     const Lead lead = leadOf(byteAt(text, 0));
     if (lead.size == 0 || text.size() < lead.size || byteAt(text, 1) < lead.lowest ||
-        byteAt(text, 1) > lead.highest) {
+        byteAt(text, 1) > lead.highest)
         return 0;
-    }
     for (std::size_t at = 2; at < lead.size; ++at) {
-        if (!isContinuation(byteAt(text, at))) {
+        if (!isContinuation(byteAt(text, at)))
             return 0;
-        }
     }
     return lead.size;
 }
@@ -66,18 +61,15 @@ std::size_t validUtf8Prefix(std::string_view text) {
     while (at < text.size()) {
         if (byteAt(text, at) >= 0x80) {
             const std::size_t size = sequenceSize(text.substr(at));
-            if (size == 0) {
+            if (size == 0)
                 return at;
-            }
             at += size;
             continue;
         }
-        while (text.size() - at >= sizeof(std::uint64_t) && isAsciiWord(text.data() + at)) {
+        while (text.size() - at >= sizeof(std::uint64_t) && isAsciiWord(text.data() + at))
             at += sizeof(std::uint64_t);
-        }
-        while (at < text.size() && byteAt(text, at) < 0x80) {
+        while (at < text.size() && byteAt(text, at) < 0x80)
             ++at;
-        }
     }
     return at;
 }
@@ -89,18 +81,15 @@ bool isValidUtf8(std::string_view text) {
 Character firstCharacter(std::string_view text) {
     constexpr char32_t replacement = 0xFFFD;
     const unsigned lead = byteAt(text, 0);
-    if (lead < 0x80) {
+    if (lead < 0x80)
         return {lead, 1, true};
-    }
     const std::size_t size = sequenceSize(text);
-    if (size == 0) {
+    if (size == 0)
         return {replacement, 1, false};
-    }
     // The lead byte's marker has one bit more than the sequence has bytes.
     char32_t value = lead & (0x7FU >> size);
-    for (std::size_t at = 1; at < size; ++at) {
+    for (std::size_t at = 1; at < size; ++at)
         value = value << 6 | (byteAt(text, at) & 0x3FU);
-    }
     return {value, size, true};
 }
 

@@ -39,9 +39,8 @@ public:
     /// Waits for one more acknowledgement.
     bool read() {
         const std::optional<std::string> line = program_.line();
-        if (line) {
+        if (line)
             last_ = std::stol(*line);
-        }
         return line.has_value();
     }
 
@@ -61,9 +60,8 @@ public:
 private:
     static std::vector<std::string> wordsOf(std::vector<std::string> words,
                                             std::optional<long> count) {
-        if (count) {
+        if (count)
             words.push_back(std::to_string(*count));
-        }
         return words;
     }
 
@@ -83,9 +81,8 @@ std::vector<KilledSaver> killedSavers() {
 #ifdef YG_IMAGE_PROGRAM
     all.push_back({YG_IMAGE_PROGRAM, "image", "out.png"});
 #endif
-    for (const Saver& saver : savers()) {
+    for (const Saver& saver : savers())
         all.push_back({YG_WRITER_PROGRAM, std::string(saver.name), std::string(saver.file)});
-    }
     return all;
 }
 
@@ -103,9 +100,8 @@ constexpr std::string_view settings =
 
 /// Makes a root with everything that a saver needs.
 void fill(const TemporaryFolder& root) {
-    for (const std::string_view folder : {"user", "storage", "images"}) {
+    for (const std::string_view folder : {"user", "storage", "images"})
         fs::create_directory(root / folder);
-    }
     files::put(root / "user/settings.xml", settings);
     files::put(root / "storage/palette_white.xml",
                "<ROOT><SWPALETTE><BITMAPS><i NAME='strip' PATH='strip.png'/></BITMAPS>"
@@ -176,9 +172,8 @@ TEST_P(CrashProof, LeavesWhatWasAcknowledgedLastOrWhatWasBeingWritten) {
         Writer writer(saver.program, saver.name, root.path(), number + 1);
         // Some die before their first write is done, the others anywhere between two writes.
         if (random() % 10 != 0) {
-            for (unsigned left = random() % 4 + 1; left > 0; --left) {
+            for (unsigned left = random() % 4 + 1; left > 0; --left)
                 writer.read();
-            }
         }
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 4000));
         ASSERT_TRUE(writer.kill()) << "the program ended by itself";

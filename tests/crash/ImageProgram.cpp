@@ -10,9 +10,8 @@
 #include "ygconfig/commandline/CommandLine.h"
 
 int main(int count, char** arguments) {
-    if (count < 4) {
+    if (count < 4)
         return 2;
-    }
     const std::string root = arguments[2];
     const auto save = [&](long number) {
         const std::vector<std::string> words = {

@@ -24,16 +24,14 @@ public:
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (count != 4) {
+    if (count != 4)
         return 2;
-    }
     yg::setHost(std::make_shared<yg::StandAloneHost>(arguments[1]));
     CountingSink findings;
     const auto store =
         yg::YGAppConfigManager::initWithFileName("shared.xml", &findings, yg::OtherWriters::merged);
-    if (!store) {
+    if (!store)
         return 1;
-    }
     char byte = 0;
     for (long number = std::atol(arguments[3]); ::read(STDIN_FILENO, &byte, 1) == 1; ++number) {
         const std::string text = std::to_string(number);
@@ -41,9 +39,8 @@ int main(int count, char** arguments) {
         const bool isSafe = store->setConfigItem(arguments[2], "i" + text, std::nullopt, text) &&
                             findings.count == 0;
         const std::string line = (isSafe ? text : "-") + "\n";
-        if (::write(STDOUT_FILENO, line.data(), line.size()) < 0) {
+        if (::write(STDOUT_FILENO, line.data(), line.size()) < 0)
             return 0;
-        }
     }
     return 0;
 }

@@ -22,13 +22,11 @@ inline int saveOnAndOn(const Save& save, int words, char** arguments) {
     const long first = std::atol(arguments[3]);
     const long end = words > 4 ? first + std::atol(arguments[4]) : std::numeric_limits<long>::max();
     for (long number = first; number < end; ++number) {
-        if (!save(number)) {
+        if (!save(number))
             return 1;
-        }
         const std::string line = std::to_string(number) + "\n";
-        if (::write(STDOUT_FILENO, line.data(), line.size()) < 0) {
+        if (::write(STDOUT_FILENO, line.data(), line.size()) < 0)
             return 1;
-        }
     }
     return 0;
 }

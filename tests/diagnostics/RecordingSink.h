@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <optional>
 #include <ostream>
 #include <set>
@@ -49,20 +50,20 @@ public:
         found.push_back({std::string(finding.rule.name), finding.element, finding.attribute,
                          below(finding.value), textOf(finding.place)});
         findings.push_back(finding);
-        reported_.insert(pointOf(finding.place));
-        reported_.insert(pointOf(finding.extent));
+        reported_.add(finding.place);
+        reported_.add(finding.extent);
         if (finding.rule.handling == Handling::dropped && finding.attribute.empty())
-            dropped_.insert(pointOf(finding.extent));
+            dropped_.add(finding.extent);
     }
-    void used(const Place& place) override { used_.insert(pointOf(place)); }
+    void used(const Place& place) override { used_.add(place); }
     void readingFile(std::string_view path) override {
         files.push_back(below(path));
         std::ifstream file{std::string(path), std::ios::binary};
-        addText(std::string(std::istreambuf_iterator<char>(file), {}));
+        texts_[std::string(path)] = std::string(std::istreambuf_iterator<char>(file), {});
     }
 
     /// A text that is read without a file, for unaccounted().
-    void addText(std::string text) { texts_.push_back(std::move(text)); }
+    void addText(std::string text) { texts_[""] = std::move(text); }
 
     /// What was reported, in order; beside it each finding itself.
     std::vector<Reported> found;
@@ -97,44 +98,14 @@ public:
     /// and are not in something dropped: "LINE: ELEMENT", "LINE: ELEMENT ATTRIBUTE", "LINE: #text".
     std::vector<std::string> unaccounted() const {
         std::vector<std::string> missing;
-        for (const std::string& text : texts_) {
+        for (const auto& [path, text] : texts_) {
             if (const auto parsed = xml::Document::parseBytes(text, {.positions = true}))
-                addUnaccounted(parsed.document.root(), missing);
+                addUnaccounted(path, parsed.document.root(), missing);
         }
         return missing;
     }
 
-private:
-    using Point = std::pair<std::uint32_t, std::uint32_t>;
-    static Point pointOf(const Place& place) { return {place.begin.line, place.begin.column}; }
-
-    static Place placeOf(const std::optional<Place>& place) { return place.value_or(Place()); }
-
-    bool isAccounted(const Place& place) const {
-        return used_.contains(pointOf(place)) || reported_.contains(pointOf(place));
-    }
-
-    void addUnaccounted(const xml::Element& element, std::vector<std::string>& missing) const {
-        const Place place = placeOf(element.place());
-        const std::string name =
-            std::to_string(place.begin.line) + ": " + std::string(element.name());
-        if (!isAccounted(place))
-            missing.push_back(name);
-        if (!used_.contains(pointOf(place)) || dropped_.contains(pointOf(place)))
-            return;
-        for (const xml::Attribute attribute : element.attributes()) {
-            const Place at = placeOf(element.attributePlace(attribute.name));
-            if (!isAccounted(at))
-                missing.push_back(name + " " + std::string(attribute.name));
-        }
-        for (const xml::Node& child : element.children()) {
-            if (child.isElement())
-                addUnaccounted(xml::Element(child), missing);
-            else if (child.kind() == xml::NodeKind::text && !isAccounted(placeOf(child.place())))
-                missing.push_back(name + " #text");
-        }
-    }
-
+    /// "config/styles.xml:2:10", the path alone without a line.
     std::string textOf(const Place& place) const {
         std::string text = below(place.file);
         if (place.begin.line != 0)
@@ -143,15 +114,66 @@ private:
         return text;
     }
 
+private:
+    /// Points by file.
+    class Points {
+    public:
+        void add(const Place& place) { points_[place.file].insert(pointOf(place)); }
+        bool contain(const Place& place) const {
+            const auto found = points_.find(place.file);
+            return found != points_.end() && found->second.contains(pointOf(place));
+        }
+
+    private:
+        static std::pair<std::uint32_t, std::uint32_t> pointOf(const Place& place) {
+            return {place.begin.line, place.begin.column};
+        }
+        std::map<std::string, std::set<std::pair<std::uint32_t, std::uint32_t>>> points_;
+    };
+
+    /// The files were parsed from their bytes here, so that places in them have no path.
+    static Place placeOf(const std::string& path, const std::optional<Place>& place) {
+        Place in = place.value_or(Place());
+        in.file = path;
+        return in;
+    }
+
+    bool isAccounted(const Place& place) const {
+        return used_.contain(place) || reported_.contain(place);
+    }
+
+    void addUnaccounted(const std::string& path, const xml::Element& element,
+                        std::vector<std::string>& missing) const {
+        const Place place = placeOf(path, element.place());
+        const std::string name =
+            std::to_string(place.begin.line) + ": " + std::string(element.name());
+        if (!isAccounted(place))
+            missing.push_back(name);
+        if (!used_.contain(place) || dropped_.contain(place))
+            return;
+        for (const xml::Attribute attribute : element.attributes()) {
+            const Place at = placeOf(path, element.attributePlace(attribute.name));
+            if (!isAccounted(at))
+                missing.push_back(name + " " + std::string(attribute.name));
+        }
+        for (const xml::Node& child : element.children()) {
+            if (child.isElement())
+                addUnaccounted(path, xml::Element(child), missing);
+            else if (child.kind() == xml::NodeKind::text &&
+                     !isAccounted(placeOf(path, child.place())))
+                missing.push_back(name + " #text");
+        }
+    }
+
     std::string below(std::string_view text) const {
         return root_.empty() ? std::string(text) : text::replaceAll(text, root_, "");
     }
 
     std::string root_;
-    std::vector<std::string> texts_;
-    std::set<Point> used_;
-    std::set<Point> reported_;
-    std::set<Point> dropped_;
+    std::map<std::string, std::string> texts_;  ///< by path
+    Points used_;
+    Points reported_;
+    Points dropped_;
 };
 
 }  // namespace yg::testing

@@ -36,13 +36,11 @@ public:
     explicit Write(Situation situation) : situation_(situation) {
         fs::create_directory(folder_ / "real");
         const bool isLink = situation == Situation::link || situation == Situation::danglingLink;
-        if (isLink) {
+        if (isLink)
             fs::create_symlink("real/a.xml", folder_ / "a.xml");
-        }
         path_ = isLink ? folder_ / "a.xml" : folder_ / "real/a.xml";
-        if (hasOldFile()) {
+        if (hasOldFile())
             put(folder_ / "real/a.xml", oldBytes);
-        }
         if (situation == Situation::oldTempFile) {
             put(folder_ / ("real/" + std::string(leftover)), "half");
             ageTempFiles(folder_ / "real");
@@ -126,9 +124,8 @@ TEST_P(AtomicWriteCut, ByAnErrorOfAnyCallLeavesOldOrNewContentAndNoTempFile) {
         Write write(GetParam());
         std::string failed;
         write.layer.errorOf = [&](std::string_view call) {
-            if (write.layer.made.size() != callsBefore + 1) {
+            if (write.layer.made.size() != callsBefore + 1)
                 return 0;
-            }
             failed = call;
             return EIO;
         };
@@ -220,9 +217,8 @@ TEST(AtomicWriteFailure, AnInterruptedCallIsMadeAgain) {
     bool interrupted = false;
     write.layer.errorOf = [&](std::string_view call) {
         if (call == "readLink" || call == "status" || call == "lock" || call == "eachName" ||
-            call == "rename") {
+            call == "rename")
             return 0;
-        }
         // Twice in a row a call cannot be interrupted here, so each of them comes to its end. A
         // file that was being closed is closed and not asked again.
         interrupted = call == "close" || !interrupted;

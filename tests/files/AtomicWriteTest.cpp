@@ -27,9 +27,8 @@ namespace fs = std::filesystem;
 /// Runs the task in a process of its own, whose umask and current folder it may change.
 bool succeedsInAnotherProcess(const std::function<bool()>& task) {
     const pid_t child = ::fork();
-    if (child == 0) {
+    if (child == 0)
         ::_exit(task() ? 0 : 1);
-    }
     int status = -1;
     ::waitpid(child, &status, 0);
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
@@ -49,9 +48,8 @@ mode_t widestModeWhileWriting(const TemporaryFolder& folder, const std::string& 
     mode_t widest = 0;
     layer.after = [&](std::string_view) {
         for (const std::string& name : folder.names()) {
-            if (name.starts_with(".")) {
+            if (name.starts_with("."))
                 widest |= modeOf(folder / name);
-            }
         }
     };
     EXPECT_TRUE(writeFileAtomically(target, "new", layer));
@@ -84,9 +82,8 @@ TEST(AtomicWrite, WritesNoBytesAtAll) {
 TEST(AtomicWrite, KeepsEveryByteOfALargeContent) {
     const TemporaryFolder folder;
     std::string bytes;
-    for (int i = 0; i < 3'000'000; ++i) {
+    for (int i = 0; i < 3'000'000; ++i)
         bytes += static_cast<char>(i % 251);
-    }
     EXPECT_TRUE(writeFileAtomically(folder / "a.xml", bytes));
     EXPECT_TRUE(contentOf(folder / "a.xml") == bytes);
 }
@@ -389,21 +386,18 @@ TEST(AtomicWrite, WritersAtOnceLeaveOneWholeContentAndReadersSeeNoOther) {
     std::atomic<int> failures = 0;
     std::atomic<bool> done = false;
     std::thread reader([&] {
-        while (!done) {
+        while (!done)
             failures += isWhole(contentOf(target)) ? 0 : 1;
-        }
     });
     std::vector<std::thread> writers;
     for (char letter = 'a'; letter < 'i'; ++letter) {
         writers.emplace_back([&, letter] {
-            for (int round = 0; round < 10; ++round) {
+            for (int round = 0; round < 10; ++round)
                 failures += writeFileAtomically(target, std::string(size, letter)) ? 0 : 1;
-            }
         });
     }
-    for (std::thread& writer : writers) {
+    for (std::thread& writer : writers)
         writer.join();
-    }
     done = true;
     reader.join();
     EXPECT_EQ(failures, 0);

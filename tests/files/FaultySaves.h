@@ -45,9 +45,8 @@ inline bool isSafe(const files::ScriptedFileLayer& layer) {
 inline int tempFilesBeside(const std::string& path) {
     int count = 0;
     for (const auto& entry :
-         std::filesystem::directory_iterator(std::filesystem::path(path).parent_path())) {
+         std::filesystem::directory_iterator(std::filesystem::path(path).parent_path()))
         count += entry.path().filename().string().starts_with(".yg-") ? 1 : 0;
-    }
     return count;
 }
 
@@ -87,9 +86,8 @@ inline int failEveryCall(const Prepare& prepare, bool answersLoss) {
             ScopedFileLayer layer;
             std::string failed;
             layer->errorOf = [&](std::string_view name) {
-                if (layer->made.size() != call + 1) {
+                if (layer->made.size() != call + 1)
                     return 0;
-                }
                 failed = name;
                 return error;
             };
@@ -125,9 +123,8 @@ inline int endAtEveryCall(const Prepare& prepare) {
                 isRenamed = isRenamed || name == "rename";
             };
             layer->errorOf = [&](std::string_view) {
-                if (layer->made.size() == call + 1) {
+                if (layer->made.size() == call + 1)
                     ::_exit(isRenamed ? 1 : 0);
-                }
                 return 0;
             };
             saving.save();

@@ -56,9 +56,8 @@ struct Entry {
 
 std::string listOf(const std::vector<Entry>& entries) {
     std::string bytes("\2\0\0\0", 4);
-    for (const Entry& entry : entries) {
+    for (const Entry& entry : entries)
         bytes.append(reinterpret_cast<const char*>(&entry), sizeof entry);
-    }
     return bytes;
 }
 
@@ -390,9 +389,8 @@ TEST_F(FileRightsByList, NobodyElseReadsTheFileBeforeItIsWritten) {
     std::vector<mode_t> modes;
     layer.after = [&](std::string_view call) {
         for (const std::string& name : folder.names()) {
-            if (name.starts_with(".") && (call == "openNew" || call == "write")) {
+            if (name.starts_with(".") && (call == "openNew" || call == "write"))
                 modes.push_back(modeOf(folder / name));
-            }
         }
     };
     EXPECT_TRUE(writeFileAtomically(path, "new", layer));

@@ -46,9 +46,8 @@ public:
         if (process_ == 0) {
             task();
             EXPECT_EQ(::write(ends[1], "x", 1), 1);
-            while (true) {
+            while (true)
                 ::pause();
-            }
         }
         char letter = 0;
         EXPECT_EQ(::read(ends[0], &letter, 1), 1);
@@ -56,9 +55,8 @@ public:
         ::close(ends[1]);
     }
     ~OtherProcess() {
-        if (process_ > 0) {
+        if (process_ > 0)
             kill();
-        }
     }
     OtherProcess(const OtherProcess&) = delete;
     OtherProcess& operator=(const OtherProcess&) = delete;
@@ -123,9 +121,8 @@ TEST(FolderLock, IsTakenAsSoonAsItIsFree) {
     std::optional<FolderLock> first(path);
     ScriptedFileLayer layer;
     layer.errorOf = [&, attempts = 0](std::string_view call) mutable {
-        if (call == "lock" && ++attempts == 5) {
+        if (call == "lock" && ++attempts == 5)
             first.reset();
-        }
         return 0;
     };
     EXPECT_TRUE(FolderLock(path, 1s, layer));
@@ -237,9 +234,8 @@ TEST(FolderLock, IsNotHeldWhereAnyCallFails) {
             ScriptedFileLayer layer;
             std::string failing;
             layer.errorOf = [&](std::string_view call) {
-                if (layer.made.size() != number + 1) {
+                if (layer.made.size() != number + 1)
                     return 0;
-                }
                 failed = true;
                 failing = call;
                 return error;
@@ -283,28 +279,24 @@ TEST(FolderLockProof, LosesNoChangeOfThreadsAndProcessesThatWriteAtOnce) {
     put(path, "0");
     const auto work = [&] {
         for (int round = 0; round < rounds; ++round) {
-            if (!increase(path)) {
+            if (!increase(path))
                 return false;
-            }
         }
         return true;
     };
     std::vector<pid_t> processes;
     for (int number = 0; number < 4; ++number) {
         const pid_t process = ::fork();
-        if (process == 0) {
+        if (process == 0)
             ::_exit(work() ? 0 : 1);
-        }
         processes.push_back(process);
     }
     std::atomic<int> failures = 0;
     std::vector<std::thread> threads;
-    for (int number = 0; number < 4; ++number) {
+    for (int number = 0; number < 4; ++number)
         threads.emplace_back([&] { failures += work() ? 0 : 1; });
-    }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     for (const pid_t process : processes) {
         int status = -1;
         ::waitpid(process, &status, 0);

@@ -96,13 +96,11 @@ TEST(Leftovers, AreNotWhatAStoppedWriteGoesOnToFinish) {
     slow.largestWrite = 1;
     bool wroteMeanwhile = false;
     slow.after = [&](std::string_view call) {
-        if (call != "write" || wroteMeanwhile) {
+        if (call != "write" || wroteMeanwhile)
             return;
-        }
         wroteMeanwhile = true;
-        for (const std::string& name : folder.names()) {
+        for (const std::string& name : folder.names())
             age(folder / name, oldAge);
-        }
         ScriptedFileLayer layer;
         EXPECT_TRUE(writeFileAtomically(folder / "b.xml", "other", layer));
     };
@@ -138,9 +136,8 @@ TEST(Leftovers, AreRegularFilesOnly) {
     fs::create_symlink("real", folder / ".yg-1-1-1.tmp");
     fs::create_directory(folder / ".yg-1-1-2.tmp");
     ASSERT_EQ(::mkfifo((folder / ".yg-1-1-3.tmp").c_str(), 0600), 0);
-    for (const std::string& name : folder.names()) {
+    for (const std::string& name : folder.names())
         age(folder / name, oldAge);
-    }
     EXPECT_TRUE(writeInto(folder));
     EXPECT_THAT(folder.names(),
                 ElementsAre(".yg-1-1-1.tmp", ".yg-1-1-2.tmp", ".yg-1-1-3.tmp", "a.xml", "real"));
@@ -218,9 +215,8 @@ TEST(Leftovers, AnotherFileThatTookTheNameStays) {
     put(folder / "other", "kept");
     ScriptedFileLayer layer;
     layer.errorOf = [&](std::string_view call) {
-        if (call == "openOld") {
+        if (call == "openOld")
             fs::rename(folder / "other", folder / leftover);
-        }
         return 0;
     };
     EXPECT_TRUE(writeFileAtomically(folder / "a.xml", "new", layer));
@@ -233,9 +229,8 @@ TEST(Leftovers, OfAKilledProcessGo) {
     if (child == 0) {
         ScriptedFileLayer layer;
         layer.after = [](std::string_view call) {
-            if (call == "write") {
+            if (call == "write")
                 ::_exit(0);
-            }
         };
         writeFileAtomically(folder / "a.xml", "new", layer);
         ::_exit(1);

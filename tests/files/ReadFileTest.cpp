@@ -53,9 +53,8 @@ TEST(ReadFile, ReadsEveryByte) {
 TEST(ReadFile, ReadsALargeFile) {
     const TemporaryFolder folder;
     std::string bytes;
-    for (int i = 0; i < 3'000'000; ++i) {
+    for (int i = 0; i < 3'000'000; ++i)
         bytes += static_cast<char>(i % 251);
-    }
     put(folder / "a.xml", bytes);
     EXPECT_TRUE(readWholeFile(folder / "a.xml").bytes == bytes);
 }

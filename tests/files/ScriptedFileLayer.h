@@ -22,16 +22,15 @@ namespace yg::files {
 class ScriptedFileLayer final : public FileLayer {
 public:
     ~ScriptedFileLayer() override {
-        for (const int number : open_) {
+        for (const int number : open_)
             system_.close(number);
-        }
     }
 
     /// Asked before each call, by its name: 0 lets it happen, else it does not and fails with that
     /// error. By default everything happens.
     std::function<int(std::string_view call)> errorOf = [](std::string_view) { return 0; };
 
-    /// Told of each call that happened, whatever came of it.
+    /// Called after each call that happened, whatever came of it.
     std::function<void(std::string_view call)> after = [](std::string_view) {};
 
     /// May change what is seen of a file.
@@ -144,9 +143,8 @@ private:
     }
 
     int keptOpen(int number) {
-        if (number >= 0) {
+        if (number >= 0)
             open_.insert(number);
-        }
         return number;
     }
 

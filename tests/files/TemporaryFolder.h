@@ -23,9 +23,8 @@ class TemporaryFolder {
 public:
     TemporaryFolder() {
         path_ = (std::filesystem::temp_directory_path() / "yg-files-XXXXXX").string();
-        if (::mkdtemp(path_.data()) == nullptr) {
+        if (!::mkdtemp(path_.data()))
             throw std::runtime_error("no temporary folder");
-        }
     }
     ~TemporaryFolder() {
         std::error_code ignored;
@@ -40,9 +39,8 @@ public:
     /// The names in the folder, or in a folder inside it.
     std::set<std::string> names(std::string_view inside = ".") const {
         std::set<std::string> found;
-        for (const auto& entry : std::filesystem::directory_iterator(*this / inside)) {
+        for (const auto& entry : std::filesystem::directory_iterator(*this / inside))
             found.insert(entry.path().filename().string());
-        }
         return found;
     }
 
@@ -75,9 +73,8 @@ inline void age(const std::string& path, time_t seconds) {
 /// Makes the hidden files that writes left in the folder some hours old.
 inline void ageTempFiles(const std::string& folder) {
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        if (entry.path().filename().string().starts_with(".yg-")) {
+        if (entry.path().filename().string().starts_with(".yg-"))
             age(entry.path(), 10'000);
-        }
     }
 }
 

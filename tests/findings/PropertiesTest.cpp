@@ -77,15 +77,17 @@ Range withComma(const std::string& json, Range range) {
     return json[before] == ',' ? Range{before, range.second} : range;
 }
 
-RootFiles withoutDropped(const RootFiles& files, const std::vector<Finding>& findings) {
+RootFiles withoutDropped(const RootFiles& files, const Root& root,
+                         const std::vector<Finding>& findings) {
     std::map<std::string, std::set<Range>> dropped;
     for (const Finding& finding : findings) {
+        const std::string name = root.nameOf(finding.extent.file);
         if (finding.rule.handling != Handling::dropped || finding.extent.begin.line == 0 ||
-            notDeletable.contains(finding.rule.name) || !files.contains(finding.extent.file))
+            notDeletable.contains(finding.rule.name) || !files.contains(name))
             continue;
-        const std::string& text = files.find(finding.extent.file)->second;
+        const std::string& text = files.find(name)->second;
         const Range range = Offsets(text).of(finding.extent);
-        dropped[finding.extent.file].insert(text.starts_with("{") ? withComma(text, range) : range);
+        dropped[name].insert(text.starts_with("{") ? withComma(text, range) : range);
     }
     RootFiles left = files;
     for (const auto& [name, ranges] : dropped) {
@@ -139,13 +141,13 @@ void addAttributes(const std::string& file, const xml::Element& element,
 }
 
 /// The attributes that no finding is about, and that are not in something dropped.
-std::vector<AttributePlace> silentAttributes(const RootFiles& files,
+std::vector<AttributePlace> silentAttributes(const RootFiles& files, const Root& root,
                                              const std::vector<Finding>& findings) {
     std::set<std::tuple<std::string, std::uint32_t, std::uint32_t>> dropped;
     std::set<std::tuple<std::string, std::uint32_t, std::uint32_t>> reported;
     for (const Finding& finding : findings) {
-        const auto keyOf = [](const Place& place) {
-            return std::tuple(place.file, place.begin.line, place.begin.column);
+        const auto keyOf = [&](const Place& place) {
+            return std::tuple(root.nameOf(place.file), place.begin.line, place.begin.column);
         };
         if (finding.rule.handling == Handling::dropped)
             dropped.insert(keyOf(finding.extent));
@@ -168,14 +170,15 @@ std::vector<AttributePlace> silentAttributes(const RootFiles& files,
 /// Whether another value of the attribute changes any answer.
 bool counts(const RootFiles& files, const Lookups& lookups, const Answers& answers,
             const AttributePlace& attribute) {
-    for (const std::string& value : {attribute.value + "7", std::string("true"), std::string("3")}) {
+    for (const std::string& value :
+         {attribute.value + "7", std::string("true"), std::string("3")}) {
         if (value == attribute.value)
             continue;
         RootFiles changed = files;
         std::string& text = changed[attribute.file];
         const Range range = Offsets(text).of(attribute.value_place);
         text.replace(range.first, range.second - range.first, value);
-        if (answersOf(changed, lookups, nullptr) != answers)
+        if (Root(changed).answers(lookups, nullptr) != answers)
             return true;
     }
     return false;
@@ -184,16 +187,18 @@ bool counts(const RootFiles& files, const Lookups& lookups, const Answers& answe
 /// Everything that is to hold of a root.
 void expectRightFindings(const RootFiles& files, std::size_t mostAttributes) {
     const Lookups lookups = lookupsOf(files);
+    const Root root(files);
     RecordingSink sink;
-    const Answers answers = answersOf(files, lookups, &sink);
-    EXPECT_EQ(differences(answersOf(files, lookups, nullptr), answers), std::vector<std::string>());
+    const Answers answers = root.answers(lookups, &sink);
+    EXPECT_THAT(differences(root.answers(lookups, nullptr), answers), IsEmpty());
     EXPECT_THAT(sink.unaccounted(), IsEmpty());
 
-    const RootFiles left = withoutDropped(files, sink.findings);
-    EXPECT_THAT(differences(answersOf(left, lookups, nullptr), answers), IsEmpty());
+    const RootFiles left = withoutDropped(files, root, sink.findings);
+    EXPECT_THAT(differences(Root(left).answers(lookups, nullptr), answers), IsEmpty());
 
-    std::vector<AttributePlace> silent = silentAttributes(files, sink.findings);
-    for (std::size_t at = 0; at < silent.size(); at += std::max<std::size_t>(1, silent.size() / mostAttributes)) {
+    const auto silent = silentAttributes(files, root, sink.findings);
+    const std::size_t step = std::max<std::size_t>(1, silent.size() / mostAttributes);
+    for (std::size_t at = 0; at < silent.size(); at += step) {
         const AttributePlace& each = silent[at];
         if (withoutVisibleEffect.contains({each.element, each.attribute}) ||
             withoutVisibleEffect.contains({"*", each.attribute}))

@@ -14,6 +14,7 @@
 #include "YGConfigManager/host/StandAloneHost.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 #include "YGConfigManager/palette/YGPaletteLoad.h"
+#include "YGConfigManager/servers/RandomSource.h"
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
@@ -96,37 +97,6 @@ std::vector<std::string> pagesOf(const RootFiles& files) {
     return pages;
 }
 
-/// Leaves the root out of the paths of findings.
-class PathsBelow final : public DiagnosticsSink {
-public:
-    PathsBelow(DiagnosticsSink& sink, std::string root)
-        : sink_(sink), root_(std::move(root) + "/") {}
-
-    void report(const Finding& finding) override {
-        Finding shown = finding;
-        shorten(shown.place);
-        shorten(shown.extent);
-        for (RelatedPlace& related : shown.related)
-            shorten(related.place);
-        sink_.report(shown);
-    }
-    void used(const Place& place) override {
-        Place shown = place;
-        shorten(shown);
-        sink_.used(shown);
-    }
-    void readingFile(std::string_view path) override { sink_.readingFile(path); }
-
-private:
-    void shorten(Place& place) const {
-        if (place.file.starts_with(root_))
-            place.file.erase(0, root_.size());
-    }
-
-    DiagnosticsSink& sink_;
-    std::string root_;
-};
-
 std::string layoutAnswers(const std::string& root, const Lookups& lookups, DiagnosticsSink* sink) {
     YGStyleConfigLoad loader(sink);
     loader.initWithStyleConfigPath(root + "/" + std::string(mainFile),
@@ -148,6 +118,32 @@ std::string paletteAnswers(std::int8_t style, DiagnosticsSink* sink) {
         text += '\n' + key + wholeText(loader->getCustomColor(key));
     for (const auto& [key, name] : loader->keyFontNames())
         text += '\n' + key + wholeText(loader->getCustomFont(key));
+    return text;
+}
+
+/// Always draws the same number.
+class FixedSource final : public RandomSource {
+public:
+    explicit FixedSource(std::uint32_t number) : number_(number) {}
+    std::uint32_t uniform() override { return number_; }
+    int legacy() override { return static_cast<int>(number_); }
+
+private:
+    std::uint32_t number_;
+};
+
+/// With each of the first addresses of an entry chosen in turn.
+std::string serverAnswers(DiagnosticsSink* sink) {
+    std::string text;
+    for (std::uint32_t number = 0; number < 4; ++number) {
+        FixedSource random(number);
+        const auto loader =
+            YGServerCfgLoader::initWithIsGray(false, number == 0 ? sink : nullptr, &random);
+        forEachField(*loader, [&](std::string_view name, const auto& value) {
+            if (name != "configPath")
+                text += wholeText(value) + '\n';
+        });
+    }
     return text;
 }
 
@@ -208,29 +204,32 @@ Lookups lookupsOf(const RootFiles& files) {
     return lookups;
 }
 
-Answers answersOf(const RootFiles& files, const Lookups& lookups, DiagnosticsSink* sink) {
-    const TempRoot folder;
+Root::Root(const RootFiles& files) {
     for (const auto& [name, bytes] : files)
-        folder.write(name, bytes);
-    const auto opened = StandAloneHost::open(folder.path());
+        folder_.write(name, bytes);
+}
+
+Answers Root::answers(const Lookups& lookups, DiagnosticsSink* sink) const {
+    const auto opened = StandAloneHost::open(folder_.path());
     EXPECT_TRUE(opened) << opened.error;
     setHost(opened.host);
-    std::optional<PathsBelow> below;
-    if (sink)
-        below.emplace(*sink, folder.path());
-    DiagnosticsSink* const to = below ? &*below : nullptr;
     Answers answers;
-    answers["layout"] = layoutAnswers(folder.path(), lookups, to);
+    answers["layout"] = layoutAnswers(folder_.path(), lookups, sink);
     answers["events"] =
-        wholeText(YGEventLoader::initWithEventConfigPath(folder.at("config/events.xml"), to));
-    answers["light palette"] = paletteAnswers(0, to);
-    answers["dark palette"] = paletteAnswers(1, to);
-    answers["servers"] = wholeText(YGServerCfgLoader::initWithIsGray(false, to));
-    answers["settings"] = settingsAnswers(lookups, to);
-    answers["web pages"] = webPageAnswers(lookups, to);
-    answers["request urls"] = requestUrlAnswers(to);
+        wholeText(YGEventLoader::initWithEventConfigPath(folder_.at("config/events.xml"), sink));
+    answers["light palette"] = paletteAnswers(0, sink);
+    answers["dark palette"] = paletteAnswers(1, sink);
+    answers["servers"] = serverAnswers(sink);
+    answers["settings"] = settingsAnswers(lookups, sink);
+    answers["web pages"] = webPageAnswers(lookups, sink);
+    answers["request urls"] = requestUrlAnswers(sink);
     setHost(nullptr);
     return answers;
+}
+
+std::string Root::nameOf(const std::string& file) const {
+    const std::string above = folder_.path() + "/";
+    return file.starts_with(above) ? file.substr(above.size()) : file;
 }
 
 }  // namespace yg::testing

@@ -11,6 +11,8 @@
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 
+#include "host/TempRoot.h"
+
 namespace yg::testing {
 
 /// Files by their names below the root: "config/events.xml".
@@ -19,22 +21,33 @@ using RootFiles = std::map<std::string, std::string, std::less<>>;
 /// All files of a folder but images.
 RootFiles filesIn(const std::string& folder);
 
-/// The names of custom pages that can be asked for: each template with members of its slots'
-/// groups, one too few and one that is not there.
-std::vector<std::string> pagesOf(const RootFiles& files);
-
-/// What the loaders answer for a root, by subject: "layout", "events" …
-using Answers = std::map<std::string, std::string>;
-
-/// Loads everything and looks everything up. Of the settings the items of `items` are read, which
-/// are "SECTION/ITEM". Findings go to the sink, if there is one, with paths below the root.
+/// What is looked up in a root: custom pages, settings items as "SECTION/ITEM", keys of web pages.
 struct Lookups {
     std::vector<std::string> pages;
     std::vector<std::string> items;
     std::vector<std::string> keys;
 };
+
+/// The names that the files have, and some that they do not have.
 Lookups lookupsOf(const RootFiles& files);
-Answers answersOf(const RootFiles& files, const Lookups& lookups, DiagnosticsSink* sink);
+
+/// What the loaders answer, by subject: "layout", "events" …
+using Answers = std::map<std::string, std::string>;
+
+/// A folder with the files, while it lives.
+class Root {
+public:
+    explicit Root(const RootFiles& files);
+
+    /// Loads everything and looks everything up. Findings go to the sink, if there is one.
+    Answers answers(const Lookups& lookups, DiagnosticsSink* sink) const;
+
+    /// The name below the root of a file that a finding is in.
+    std::string nameOf(const std::string& file) const;
+
+private:
+    TempRoot folder_;
+};
 
 /// The files of generated root number `seed`: mostly right, with all kinds of mistakes.
 RootFiles generatedRoot(unsigned seed);

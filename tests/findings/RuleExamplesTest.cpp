@@ -47,7 +47,7 @@ std::ptrdiff_t timesFound(const Rule& rule, std::string_view bytes) {
     RootFiles files = root;
     files[std::string(rule.file)] = bytes;
     RecordingSink sink;
-    answersOf(files, lookupsOf(files), &sink);
+    Root(files).answers(lookupsOf(files), &sink);
     const auto found = sink.rules();
     return std::count(found.begin(), found.end(), rule.name);
 }
@@ -84,7 +84,7 @@ TEST(Rules, AreBrokenByTheirExampleAndKeptByTheSameFileAfterwards) {
 
 TEST(Rules, TheExamplesRootIsInOrder) {
     RecordingSink sink;
-    answersOf(root, lookupsOf(root), &sink);
+    Root(root).answers(lookupsOf(root), &sink);
     std::set<std::string> found;
     for (const std::string& rule : sink.rules())
         found.insert(rule);

@@ -26,9 +26,8 @@ using yg::Image;
 long peakKilobytes() {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);) {
-        if (line.starts_with("VmPeak:")) {
+        if (line.starts_with("VmPeak:"))
             return std::stol(line.substr(7));
-        }
     }
     return 0;
 }
@@ -157,9 +156,8 @@ TEST(BadImage, TextsThatUnpackToAGigabyteArePassedOver) {
         chunks += pngChunk("zTXt", "Comment\0\0"s + packed);
         chunks += pngChunk("iTXt", "Comment\0\1\0\0\0"s + packed);
     }
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 100; ++i)
         chunks += pngChunk("zTXt", "Comment\0\0"s + smaller);
-    }
     chunks += pngChunk("iCCP", "profile\0\0"s + packed);
     const std::optional<Image> image = readCheaply(smallPng(chunks));
     ASSERT_TRUE(image);
@@ -171,9 +169,8 @@ TEST(BadImage, WhatFollowsTheLastRowIsNotUnpacked) {
     std::string block = deflatedZeros(16'000'000, Z_FULL_FLUSH);
     std::string packed = block;
     block.erase(0, 2);
-    for (int i = 0; i < 128; ++i) {
+    for (int i = 0; i < 128; ++i)
         packed += block;
-    }
     for (const bool isInterlaced : {false, true}) {
         const std::optional<Image> image =
             readCheaply(pngHeader(1, 1, PngColor::gray, 8, isInterlaced) +
@@ -225,9 +222,8 @@ TEST(BadImage, AJpegOfEndlessScansIsNone) {
     const std::string scan = file.substr(lastScan, file.size() - 2 - lastScan);
     const auto withScans = [&](int count) {
         std::string longer = file.substr(0, file.size() - 2);
-        for (int i = 0; i < count; ++i) {
+        for (int i = 0; i < count; ++i)
             longer += scan;
-        }
         return longer + "\xFF\xD9";
     };
     EXPECT_TRUE(Image::fromBytes(withScans(10)));
@@ -242,9 +238,8 @@ TEST(BadImage, AJpegOfManyPixelsMayHaveFewerScans) {
     EXPECT_TRUE(Image::fromBytes(file));
     file.resize(file.size() - 2);
     const std::string scan = file.substr(file.rfind("\xFF\xDA"));
-    for (int i = 0; i < 55; ++i) {
+    for (int i = 0; i < 55; ++i)
         file += scan;
-    }
     EXPECT_FALSE(Image::fromBytes(file + "\xFF\xD9"));
 }
 

@@ -11,9 +11,8 @@ thread_local std::size_t taken = 0;
 #ifndef YG_NO_COUNTED_MEMORY
 void* take(std::size_t size) {
     taken += size;
-    if (void* const memory = std::malloc(size == 0 ? 1 : size)) {
+    if (void* const memory = std::malloc(size == 0 ? 1 : size))
         return memory;
-    }
     throw std::bad_alloc();
 }
 #endif

@@ -280,7 +280,7 @@ TEST_F(FontWidths, TextsOfAnyLengthAreMeasured) {
     }
 }
 
-TEST_F(FontWidths, ATextMeasuredAgainAfterAnotherIsMeasuredAnew) {
+TEST_F(FontWidths, ATextIsMeasuredAgainAfterAnother) {
     const yg::Font font = fonts.system(10);
     EXPECT_EQ(font.widthOf("ab"), 20);
     EXPECT_EQ(font.widthOf("abc"), 30);
@@ -321,9 +321,8 @@ TEST_F(FontWidths, MeasuringFromSeveralThreadsGivesTheSameWidths) {
             }
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
 }
 
 std::string contentOf(const std::string& path) {
@@ -368,9 +367,8 @@ std::string collectionOf(const std::vector<std::string>& fonts) {
         header += number(place);
         for (std::size_t at = 12 + 8; at < 12 + 16 * static_cast<std::size_t>(font[5]); at += 16) {
             std::size_t table = 0;
-            for (std::size_t i = 0; i < 4; ++i) {
+            for (std::size_t i = 0; i < 4; ++i)
                 table = table << 8 | static_cast<unsigned char>(font[at + i]);
-            }
             font.replace(at, 4, number(table + place));
         }
         content += font;

@@ -27,9 +27,8 @@ std::string damagedPng(std::uint32_t width, std::uint32_t height, bool isInterla
 /// A gray file that declares 8192 times 8192 pixels and has the codes of a few.
 std::string damagedJpeg(bool isProgressive) {
     std::string file = flatJpeg(64, 64, JCS_GRAYSCALE, {1}, [&](jpeg_compress_struct& jpeg) {
-        if (isProgressive) {
+        if (isProgressive)
             jpeg_simple_progression(&jpeg);
-        }
     });
     const std::size_t size = file.find(isProgressive ? "\xFF\xC2" : "\xFF\xC0") + 5;
     file.replace(size, 4, std::string("\x20\0\x20\0", 4));

@@ -83,14 +83,12 @@ inline std::string flatJpeg(unsigned width, unsigned height, J_COLOR_SPACE space
     jpeg.in_color_space = space;
     jpeg_set_defaults(&jpeg);
     jpeg_set_quality(&jpeg, 100, TRUE);
-    if (adjust) {
+    if (adjust)
         adjust(jpeg);
-    }
     jpeg_start_compress(&jpeg, TRUE);
     std::vector<std::uint8_t> pixels;
-    for (unsigned x = 0; x < width; ++x) {
+    for (unsigned x = 0; x < width; ++x)
         pixels.insert(pixels.end(), components.begin(), components.end());
-    }
     while (jpeg.next_scanline < height) {
         JSAMPROW row = pixels.data();
         jpeg_write_scanlines(&jpeg, &row, 1);
@@ -120,9 +118,8 @@ inline std::vector<Pixel> pixelsOf(const Image& image) {
 inline Image imageOf(std::size_t width, const std::vector<Pixel>& pixels) {
     std::vector<std::uint8_t> bytes;
     for (const Pixel pixel : pixels) {
-        for (int shift = 24; shift >= 0; shift -= 8) {
+        for (int shift = 24; shift >= 0; shift -= 8)
             bytes.push_back(static_cast<std::uint8_t>(pixel >> shift));
-        }
     }
     return Image::fromPixels(width, pixels.size() / width, std::move(bytes)).value();
 }

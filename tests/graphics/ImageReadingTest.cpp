@@ -77,17 +77,15 @@ TEST(PngReading, InterlacedFilesOfAnySizeAreReadAsOthers) {
             std::string rows;
             for (unsigned y = 0; y < height; ++y) {
                 rows += '\0';
-                for (unsigned x = 0; x < width; ++x) {
+                for (unsigned x = 0; x < width; ++x)
                     rows += pixel(x, y);
-                }
             }
             std::string sorted;
             for (const Pass& pass : passes) {
                 for (unsigned y = pass.top; y < height && pass.left < width; y += pass.down) {
                     sorted += '\0';
-                    for (unsigned x = pass.left; x < width; x += pass.across) {
+                    for (unsigned x = pass.left; x < width; x += pass.across)
                         sorted += pixel(x, y);
-                    }
                 }
             }
             EXPECT_EQ(read(pngHeader(width, height, PngColor::gray, 8, true) + pngEnd(sorted)),
@@ -212,9 +210,8 @@ TEST(ImageThreads, SeveralReadCutAndScaleAtOnce) {
             }
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
 }
 
 }  // namespace

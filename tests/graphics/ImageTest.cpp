@@ -29,9 +29,8 @@ const double noNumber = std::nan("");
 /// Opaque pixels that count up from 0.
 Image countingImage(std::size_t width, std::size_t height) {
     std::vector<Pixel> pixels(width * height);
-    for (std::size_t i = 0; i < pixels.size(); ++i) {
+    for (std::size_t i = 0; i < pixels.size(); ++i)
         pixels[i] = static_cast<Pixel>(i << 8 | 0xFF);
-    }
     return imageOf(width, pixels);
 }
 
@@ -174,7 +173,7 @@ TEST(ImageScaling, ColoursAreWeightedByTheirAlpha) {
     EXPECT_THAT(pixelsOf(*image.scaled(1, 1)), ElementsAre(0x780000A0));
 }
 
-TEST(ImageScaling, ANeighbourWithoutWeightDoesNotShow) {
+TEST(ImageScaling, APixelWithoutWeightDoesNotShow) {
     // The middle one of three lies exactly on a centre.
     const Image image = imageOf(3, {0xFF0000FF, 0x00000000, 0x00FF00FF});
     EXPECT_THAT(pixelsOf(*image.scaled(1, 1)), Each(0x00000000));
@@ -203,18 +202,16 @@ std::vector<double> scaledExactly(const Image& image, std::size_t width, std::si
             double sums[4] = {};
             const auto add = [&](std::size_t row, std::size_t column, double weight) {
                 const std::uint8_t* const pixel = image.row(row).data() + 4 * column;
-                for (int i = 0; i < 3; ++i) {
+                for (int i = 0; i < 3; ++i)
                     sums[i] += weight * pixel[3] * pixel[i];
-                }
                 sums[3] += weight * pixel[3];
             };
             add(down.near, across.near, (1 - down.weight) * (1 - across.weight));
             add(down.near, across.far, (1 - down.weight) * across.weight);
             add(down.far, across.near, down.weight * (1 - across.weight));
             add(down.far, across.far, down.weight * across.weight);
-            for (int i = 0; i < 3; ++i) {
+            for (int i = 0; i < 3; ++i)
                 result.push_back(sums[3] > 0 ? sums[i] / sums[3] : 0);
-            }
             result.push_back(sums[3]);
         }
     }
@@ -224,12 +221,10 @@ std::vector<double> scaledExactly(const Image& image, std::size_t width, std::si
 TEST(ImageScaling, ComesCloseToTheExactInterpolation) {
     std::mt19937 random(1);
     std::vector<std::uint8_t> bytes(17 * 13 * 4);
-    for (std::uint8_t& byte : bytes) {
+    for (std::uint8_t& byte : bytes)
         byte = static_cast<std::uint8_t>(random());
-    }
-    for (std::size_t i = 3; i < bytes.size(); i += 4) {
+    for (std::size_t i = 3; i < bytes.size(); i += 4)
         bytes[i] = std::max<std::uint8_t>(bytes[i], 64);
-    }
     const Image image = *Image::fromPixels(17, 13, bytes);
     for (const auto& [width, height] : std::vector<std::pair<std::size_t, std::size_t>>{
              {40, 29}, {17, 30}, {9, 13}, {8, 7}, {3, 50}, {1, 1}}) {

@@ -134,17 +134,15 @@ std::string cmap(const FontDescription& font) {
     Bytes table;
     table.u16(0).u16(1).u16(3).u16(10).u32(12);
     table.u16(13).u16(0).u32(16 + 12 * count).u32(0).u32(count);
-    for (const auto& [first, last] : font.characters) {
+    for (const auto& [first, last] : font.characters)
         table.u32(first).u32(last).u32(1);
-    }
     return table.str();
 }
 
 std::string utf16(const std::u16string& text) {
     Bytes bytes;
-    for (const char16_t unit : text) {
+    for (const char16_t unit : text)
         bytes.u16(unit);
-    }
     return bytes.str();
 }
 
@@ -230,9 +228,8 @@ std::string fontFile(const FontDescription& font) {
     std::size_t headAt = 0;
     const std::size_t start = 12 + 16 * std::size_t{count};
     for (const auto& [tag, table] : tables) {
-        if (tag == "head") {
+        if (tag == "head")
             headAt = start + content.size();
-        }
         directory.text(tag).u32(sumOf(table));
         directory.u32(static_cast<std::uint32_t>(start + content.size()));
         directory.u32(static_cast<std::uint32_t>(table.size()));

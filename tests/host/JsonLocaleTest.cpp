@@ -25,7 +25,7 @@ extern "C" __attribute__((visibility("default"))) struct lconv* localeconv() noe
         reinterpret_cast<struct lconv* (*)()>(::dlsym(RTLD_NEXT, "localeconv"));
     static thread_local struct lconv answer;
     answer = *real();
-    if (decimalPoint != nullptr)
+    if (decimalPoint)
         answer.decimal_point = decimalPoint->data();
     return &answer;
 }

@@ -49,9 +49,8 @@ private:
 /// A model read and its list converted, as the manager of such lists does it.
 std::shared_ptr<BookModel> bookOf(std::string_view bytes) {
     auto book = modelWithJSON<BookModel>(bytes);
-    if (book != nullptr) {
+    if (book)
         book->setUrlConfigList(modelArrayWithClass<EntryModel>(book->urlConfigList().json()));
-    }
     return book;
 }
 

@@ -11,9 +11,8 @@ using yg::JsonValue;
 /// The text read and written again, or the error.
 std::string readAndWritten(std::string_view bytes) {
     const JsonValue::Parsed parsed = JsonValue::parse(bytes);
-    if (!parsed) {
+    if (!parsed)
         return "error: " + parsed.error;
-    }
     EXPECT_EQ(parsed.error, "");
     std::string out;
     parsed.value->appendTo(out);
@@ -23,9 +22,8 @@ std::string readAndWritten(std::string_view bytes) {
 std::string repeated(std::string_view text, std::size_t count) {
     std::string all;
     all.reserve(text.size() * count);
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count; ++i)
         all += text;
-    }
     return all;
 }
 

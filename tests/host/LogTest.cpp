@@ -136,9 +136,8 @@ public:
         std::size_t size = 0;
         for (const std::size_t piece : {std::size_t{4096}, std::size_t{1}}) {
             const std::string dots(piece, '.');
-            while (::write(STDERR_FILENO, dots.data(), piece) > 0) {
+            while (::write(STDERR_FILENO, dots.data(), piece) > 0)
                 size += piece;
-            }
         }
         return size;
     }
@@ -147,9 +146,8 @@ public:
     std::string taken() const {
         std::string all;
         std::array<char, 4096> piece;
-        for (ssize_t size; (size = ::read(reader_, piece.data(), piece.size())) > 0;) {
+        for (ssize_t size; (size = ::read(reader_, piece.data(), piece.size())) > 0;)
             all.append(piece.data(), static_cast<std::size_t>(size));
-        }
         return all;
     }
 

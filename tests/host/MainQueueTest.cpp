@@ -27,9 +27,8 @@ public:
     explicit KeepingQueue(bool refuses = false) : refuses_(refuses) {}
 
     void post(std::function<void()> task) override {
-        if (refuses_) {
+        if (refuses_)
             throw std::runtime_error("no loop yet");
-        }
         tasks.push_back(std::move(task));
     }
 

@@ -204,9 +204,8 @@ TEST_F(NotificationCenter, ThreadsAddPostAndRemoveAtOnce) {
             }
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     EXPECT_GE(count, 800);
 }
 
@@ -229,11 +228,10 @@ TEST_F(NotificationCenter, AnAssignmentMayDestroyTheTokensHolder) {
         token = center.addObserver("changed", nullptr, [holder](const Notification&) {});
         holder.reset();
         ASSERT_FALSE(isAsFilled());
-        if (isRemoved) {
+        if (isRemoved)
             token.remove();
-        } else {
+        else
             token = observe("changed", nullptr, "goes with the holder");
-        }
         EXPECT_TRUE(isAsFilled());
     }
     center.post("changed", sender);
@@ -274,9 +272,8 @@ TEST_F(NotificationCenter, OneTokenMayBeRemovedAndAssignedByAllThreads) {
         const Token moved = std::move(token);
         center.post("changed", sender);
     }));
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     token.remove();
     called = 0;
     center.post("changed", sender);

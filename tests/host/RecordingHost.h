@@ -139,12 +139,10 @@ private:
 
     std::optional<std::string> pathOf(const std::optional<std::string>& folder,
                                       std::string_view fileName) const {
-        if (const auto found = paths.find(fileName); found != paths.end()) {
+        if (const auto found = paths.find(fileName); found != paths.end())
             return found->second;
-        }
-        if (!folder || fileName.empty()) {
+        if (!folder || fileName.empty())
             return std::nullopt;
-        }
         return text::joinPath(*folder, fileName);
     }
 
@@ -152,9 +150,8 @@ private:
         const std::lock_guard lock(mutex_);
         std::vector<std::string> messages;
         for (const LogLine& line : log_) {
-            if (line.channel == channel) {
+            if (line.channel == channel)
                 messages.push_back(line.message);
-            }
         }
         return messages;
     }

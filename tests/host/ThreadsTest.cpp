@@ -35,17 +35,14 @@ void runTogether(const std::vector<std::function<void(int)>>& functions) {
     std::vector<std::thread> threads;
     for (const auto& function : functions) {
         threads.emplace_back([&] {
-            for (++ready; ready < functions.size();) {
+            for (++ready; ready < functions.size();)
                 std::this_thread::yield();
-            }
-            for (int round = 0; round < rounds; ++round) {
+            for (int round = 0; round < rounds; ++round)
                 function(round);
-            }
         });
     }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
 }
 
 TEST(Threads, MayReplaceTheHostWhileOthersAskAndLog) {
@@ -96,9 +93,8 @@ TEST(Threads, LosePostedTasksNeverAndKeepTheOrderOfEach) {
     std::atomic<int> wakeUps = 0;
     yg::setMainQueueWakeUp([&wakeUps] { ++wakeUps; });
     std::thread drain([&] {
-        while (!isDone) {
+        while (!isDone)
             yg::runPendingMainTasks();
-        }
         yg::runPendingMainTasks();
     });
     runTogether({

@@ -13,8 +13,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "YGConfigManager/layout/LayoutAttributes.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
+#include "YGConfigManager/records/AttributeTable.h"
 
 #include "layout/LayoutTest.h"
 #include "layout/RecordText.h"
@@ -32,7 +32,7 @@ using Fields = std::map<std::string, std::string>;
 
 /// Each kind of record: its table, and its fields when it is read with one attribute or none.
 struct Styles {
-    static constexpr const auto& table = yg::styleAttributes;
+    static constexpr auto table = yg::attributesOf<yg::StyleConfigInfo>.rows();
 
     static Fields read(const std::string& attribute) {
         const auto record =
@@ -43,7 +43,7 @@ struct Styles {
 };
 
 struct Panels {
-    static constexpr const auto& table = yg::panelAttributes;
+    static constexpr auto table = yg::attributesOf<yg::PanelConfigInfo>.rows();
 
     static Fields read(const std::string& attribute) {
         const auto record = YGStyleConfigLoad().parsePaneInfo(parsed("<panel " + attribute + "/>"),
@@ -54,7 +54,7 @@ struct Panels {
 };
 
 struct Elements {
-    static constexpr const auto& table = yg::elementAttributes;
+    static constexpr auto table = yg::attributesOf<yg::ElementConfigInfo>.rows();
 
     /// An element needs a name, here "n" unless the attribute is the name.
     static Fields read(const std::string& attribute) {
@@ -109,22 +109,22 @@ TEST(Attributes, OfAStyleFillOneFieldEach) {
 TEST(Attributes, OfAPanelFillOneFieldEach) {
     eachRowFillsItsField<Panels>({
         {"name", "panelName", "a &amp; b", "\"a & b\""},
-        {"split_scale", "splitScale", "0.25", "0.25"},
-        {"fix_size", "fixSize", "28.5", "28.5"},
-        {"scroll_size", "scrollSize", "1200", "1200"},
-        {"min_size", "minSize", "12.7", "12.0"},
-        {"max_size", "maxSize", "-7.9", "-7.0"},
         {"vertical", "paneVertical", "true", "true"},
         {"is_scroll_view", "isScrollView", "true", "true"},
+        {"scroll_size", "scrollSize", "1200", "1200"},
         {"is_dis_split_space", "isDisSplitSpace", "true", "true"},
         {"is_dis_wide_bound", "isDispWideBound", "true", "true"},
         {"is_border_radius", "isBorderRaduis", "true", "true"},
-        {"is_editable", "isEditable", "true", "true"},
         {"is_border_right_angle", "isBorderRightAngle", "true", "true"},
-        {"display_border", "displayBorders", "top,left", "\"top,left\""},
         {"switch_expand_panel", "switchExpandPanelName", "wide", "\"wide\""},
         {"foldPosition", "foldPosition", "left", "\"left\""},
+        {"display_border", "displayBorders", "top,left", "\"top,left\""},
+        {"is_editable", "isEditable", "true", "true"},
         {"excute_command_info", "excuteCommandInfo", "", "\"\""},
+        {"split_scale", "splitScale", "0.25", "0.25"},
+        {"fix_size", "fixSize", "28.5", "28.5"},
+        {"min_size", "minSize", "12.7", "12.0"},
+        {"max_size", "maxSize", "-7.9", "-7.0"},
     });
 }
 
@@ -137,10 +137,27 @@ TEST(Attributes, OfAnElementFillOneFieldEach) {
         {"event", "elementEvent", "quote_list", "\"quote_list\""},
         {"event_dispatch_dest", "eventDispathDestArray", "a;b", "[\"a\", \"b\"]"},
         {"event_dispatch_src", "eventDispathSrcArray", "a", "[\"a\"]"},
-        {"event_not_change_style", "eventNotChangeStyle", "true", "true"},
         {"is_first_responder", "isFristReponder", "true", "true"},
         {"always_recv_event", "alwaysRecvEvent", "true", "true"},
+        {"event_not_change_style", "eventNotChangeStyle", "true", "true"},
     });
+}
+
+/// What a missing attribute of a kind gives unless its row says otherwise.
+std::string_view missingOf(AttributeKind kind) {
+    switch (kind) {
+        case AttributeKind::flag:
+            return "false";
+        case AttributeKind::integer:
+            return "0";
+        case AttributeKind::wholeNumber:
+        case AttributeKind::decimal:
+            return "0.0";
+        case AttributeKind::text:
+        case AttributeKind::nameList:
+            break;
+    }
+    return "absent";
 }
 
 /// What the field of each row holds when its attribute is missing, from the record and from what
@@ -153,7 +170,8 @@ std::vector<std::pair<std::string, std::string>> missingValues() {
         const std::string& value = without.at(std::string(row.field));
         values.emplace_back(row.name, value);
         if (value != "\"n\"") {
-            EXPECT_EQ(row.whenMissing, value) << row.name;
+            EXPECT_EQ(row.whenMissing.empty() ? missingOf(row.kind) : row.whenMissing, value)
+                << row.name;
         }
     }
     return values;
@@ -167,14 +185,14 @@ TEST(Attributes, OfAStyleHaveDefaultsWhenMissing) {
 TEST(Attributes, OfAPanelHaveDefaultsWhenMissing) {
     EXPECT_THAT(
         missingValues<Panels>(),
-        ElementsAre(Pair("name", "absent"), Pair("split_scale", "1.0"), Pair("fix_size", "-1.0"),
-                    Pair("scroll_size", "0"), Pair("min_size", "0.0"), Pair("max_size", "0.0"),
-                    Pair("vertical", "false"), Pair("is_scroll_view", "false"),
+        ElementsAre(Pair("name", "absent"), Pair("vertical", "false"),
+                    Pair("is_scroll_view", "false"), Pair("scroll_size", "0"),
                     Pair("is_dis_split_space", "false"), Pair("is_dis_wide_bound", "false"),
-                    Pair("is_border_radius", "false"), Pair("is_editable", "false"),
-                    Pair("is_border_right_angle", "false"), Pair("display_border", "absent"),
+                    Pair("is_border_radius", "false"), Pair("is_border_right_angle", "false"),
                     Pair("switch_expand_panel", "absent"), Pair("foldPosition", "absent"),
-                    Pair("excute_command_info", "absent")));
+                    Pair("display_border", "absent"), Pair("is_editable", "false"),
+                    Pair("excute_command_info", "absent"), Pair("split_scale", "1.0"),
+                    Pair("fix_size", "-1.0"), Pair("min_size", "0.0"), Pair("max_size", "0.0")));
 }
 
 TEST(Attributes, OfAnElementHaveDefaultsWhenMissing) {
@@ -183,8 +201,8 @@ TEST(Attributes, OfAnElementHaveDefaultsWhenMissing) {
         ElementsAre(Pair("name", "\"n\""), Pair("param", "absent"), Pair("property", "absent"),
                     Pair("uuid", "absent"), Pair("event", "absent"),
                     Pair("event_dispatch_dest", "absent"), Pair("event_dispatch_src", "absent"),
-                    Pair("event_not_change_style", "false"), Pair("is_first_responder", "false"),
-                    Pair("always_recv_event", "false")));
+                    Pair("is_first_responder", "false"), Pair("always_recv_event", "false"),
+                    Pair("event_not_change_style", "false")));
 }
 
 struct Value {
@@ -252,17 +270,17 @@ TEST(Attributes, OfIntegersReadTheLeadingDecimalInteger) {
 }
 
 TEST(Attributes, OfIntegersInFloatFieldsDropTheFraction) {
-    readThroughAllRowsOf(AttributeKind::integerAsFloat, {{"7.9", "7.0"},
-                                                         {"12.7", "12.0"},
-                                                         {"-12.7", "-12.0"},
-                                                         {" 12abc", "12.0"},
-                                                         {"1e3", "1.0"},
-                                                         {".5", "0.0"},
-                                                         {"", "0.0"},
-                                                         {"inf", "0.0"},
-                                                         {"16777217", "16777216.0"},
-                                                         {"2147483648", "2147483648.0"},
-                                                         {"-99999999999", "-2147483648.0"}});
+    readThroughAllRowsOf(AttributeKind::wholeNumber, {{"7.9", "7.0"},
+                                                      {"12.7", "12.0"},
+                                                      {"-12.7", "-12.0"},
+                                                      {" 12abc", "12.0"},
+                                                      {"1e3", "1.0"},
+                                                      {".5", "0.0"},
+                                                      {"", "0.0"},
+                                                      {"inf", "0.0"},
+                                                      {"16777217", "16777216.0"},
+                                                      {"2147483648", "2147483648.0"},
+                                                      {"-99999999999", "-2147483648.0"}});
 }
 
 TEST(Attributes, OfDecimalsReadTheLeadingDecimalNumber) {

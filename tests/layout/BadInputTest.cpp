@@ -15,8 +15,8 @@
 
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 
+#include "diagnostics/RecordingSink.h"
 #include "layout/LayoutTest.h"
-#include "layout/RecordingSink.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define YG_TEST_IS_SLOW 1
@@ -117,8 +117,7 @@ protected:
     /// logged.
     std::string failingLoad(yg::DiagnosticsSink* sink = nullptr) {
         host->clear();
-        YGStyleConfigLoad fresh;
-        fresh.setDiagnosticsSink(sink);
+        YGStyleConfigLoad fresh(sink);
         load(fresh);
         for (const LayoutFile file : allLayoutFiles)
             EXPECT_EQ(contributes(fresh, file), file != GetParam()) << file;
@@ -371,8 +370,7 @@ TEST_F(LargeFile, OfOneLineKeepsThePlaceOfEachElement) {
     write(LayoutFile::styles,
           "<s>" + repeated("<style name='a'/>", 50'000) + "<style name='b' odd='1'/></s>");
     RecordingSink sink(root.path());
-    loader.setDiagnosticsSink(&sink);
-    loader.loadConfig(path(LayoutFile::styles), true);
+    YGStyleConfigLoad(&sink).loadConfig(path(LayoutFile::styles), true);
     EXPECT_EQ(sink.found.size(), 50'000U);  // all but one of the same name
     EXPECT_EQ(sink.found.front().at, "config/styles.xml:1:28");
     EXPECT_EQ(sink.found.back(),

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What the loader tells a diagnostics sink: each rule with its place, every element and attribute
+// What the loader reports: each rule with its place, every element and attribute
 // once, and nothing that would change an answer.
 #include <algorithm>
 #include <map>
@@ -17,9 +17,9 @@
 #include "YGConfigManager/host/StandAloneHost.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 
+#include "diagnostics/RecordingSink.h"
 #include "layout/LayoutTest.h"
 #include "layout/RecordText.h"
-#include "layout/RecordingSink.h"
 
 namespace {
 
@@ -39,21 +39,58 @@ using yg::testing::RecordingSink;
 using yg::testing::RecordText;
 using yg::testing::Reported;
 
+/// Keeps what was called used more than once.
+class OnceSink : public RecordingSink {
+public:
+    using RecordingSink::RecordingSink;
+
+    void used(const yg::Place& place) override {
+        RecordingSink::used(place);
+        const std::string text = place.file + ":" + std::to_string(place.begin.line) + ":" +
+                                 std::to_string(place.begin.column);
+        if (!seen_.insert(text).second)
+            usedAgain.push_back(text);
+    }
+
+    std::vector<std::string> usedAgain;
+    std::size_t usedOnce() const { return seen_.size(); }
+
+private:
+    std::set<std::string> seen_;
+};
+
 /// All six files are there and have nothing to report until the test writes one.
 class Diagnostics : public LayoutTest {
 protected:
-    Diagnostics() {
+    Diagnostics() : LayoutTest(&sink) {
         for (const LayoutFile file : allLayoutFiles)
             write(file, "<r/>");
-        loader.setDiagnosticsSink(&sink);
     }
 
     const std::vector<Reported>& reported() {
         load();
+        EXPECT_THAT(sink.unaccounted(), IsEmpty());
         return sink.found;
     }
 
-    RecordingSink sink{root.path()};
+    /// The places that the findings refer to, with what they are.
+    std::vector<std::string> earlier() const {
+        std::vector<std::string> places;
+        for (const yg::Finding& finding : sink.findings) {
+            for (const yg::RelatedPlace& related : finding.related)
+                places.push_back(sink.textOf(related.place) + " " + std::string(related.meaning));
+        }
+        return places;
+    }
+
+    std::vector<Handling> handlings() const {
+        std::vector<Handling> found;
+        for (const yg::Finding& finding : sink.findings)
+            found.push_back(finding.rule.handling);
+        return found;
+    }
+
+    OnceSink sink{root.path()};
 };
 
 TEST_F(Diagnostics, HaveNothingToSayOfPlainFiles) {
@@ -70,16 +107,14 @@ TEST_F(Diagnostics, HaveNothingToSayOfPlainFiles) {
 
 // ---- What all formats share ---------------------------------------------------------------------
 
-TEST_F(Diagnostics, TellOfAMissingFileEachTimeAStepReadsIt) {
+TEST_F(Diagnostics, NameAMissingFileOnceHoweverManyStepsReadIt) {
     std::filesystem::remove(path(LayoutFile::tabs));
     std::filesystem::remove(path(LayoutFile::reusePanels));
     EXPECT_THAT(reported(),
                 ElementsAre(Reported{"unreadable-file", "", "", "No such file or directory",
                                      "base/reuse_panels.xml"},
                             Reported{"unreadable-file", "", "", "No such file or directory",
-                                     "config/tabs.xml"},
-                            Reported{"unreadable-file", "", "", "No such file or directory",
-                                     "base/reuse_panels.xml"}));
+                                     "config/tabs.xml"}));
 }
 
 TEST_F(Diagnostics, NameTheFileThatIsBroken) {
@@ -87,7 +122,7 @@ TEST_F(Diagnostics, NameTheFileThatIsBroken) {
     load();
     ASSERT_FALSE(sink.found.empty());
     EXPECT_EQ(sink.found[0].rule, "unreadable-file");
-    EXPECT_THAT(sink.found[0].at, ::testing::StartsWith("config/tabs.xml:3:"));
+    EXPECT_THAT(sink.found[0].at, StartsWith("config/tabs.xml:3:"));
 }
 
 TEST_F(Diagnostics, TellOfAnUnknownAttributeWhereverOneIsRead) {
@@ -176,7 +211,7 @@ TEST_F(Diagnostics, TellOfAFlagThatIsNeitherTrueNorFalse) {
         ElementsAre(
             Reported{"odd-flag", "panel", "vertical", "True", "config/styles.xml:2:8"},
             Reported{"odd-flag", "element", "always_recv_event", "", "config/styles.xml:3:19"}));
-    EXPECT_THAT(sink.handlings, ElementsAre(Handling::defaulted, Handling::defaulted));
+    EXPECT_THAT(handlings(), ElementsAre(Handling::defaulted, Handling::defaulted));
 }
 
 TEST_F(Diagnostics, TellOfANumberThatIsNotPlain) {
@@ -209,21 +244,22 @@ TEST_F(Diagnostics, TellOfAStyleWithoutAName) {
         reported(),
         ElementsAre(Reported{"style-without-name", "style", "", "", "config/styles.xml:2:2"},
                     Reported{"style-without-name", "page", "", "", "config/styles.xml:3:2"}));
-    EXPECT_THAT(sink.handlings, ElementsAre(Handling::dropped, Handling::dropped));
+    EXPECT_THAT(handlings(), ElementsAre(Handling::dropped, Handling::dropped));
 }
 
 TEST_F(Diagnostics, TellOfAStyleThatReplacesAnEarlierOne) {
     write(LayoutFile::styles, "<s>\n<style name='a'/>\n<style layer='1' name='a'/></s>");
     EXPECT_THAT(reported(), ElementsAre(Reported{"duplicate-style", "style", "name", "a",
                                                  "config/styles.xml:3:18"}));
-    EXPECT_THAT(sink.handlings, ElementsAre(Handling::replaced));
+    EXPECT_THAT(handlings(), ElementsAre(Handling::replaced));
 }
 
 TEST_F(Diagnostics, TellOfASoftOptimizeStyleThatReplacesAMainStyle) {
     write(LayoutFile::styles, "<s><style name='a'/><style name='b'/></s>");
     write(LayoutFile::softStyles, "<s>\n<style name='c'/>\n <style name='a'/></s>");
-    EXPECT_THAT(reported(),
-                ElementsAre(Reported{"overridden-style", "style", "", "a", "soft/styles.xml:3:2"}));
+    EXPECT_THAT(reported(), ElementsAre(Reported{"overridden-style", "style", "name", "a",
+                                                 "soft/styles.xml:3:9"}));
+    EXPECT_THAT(earlier(), ElementsAre("config/styles.xml:1:4 the earlier definition"));
 }
 
 TEST_F(Diagnostics, TellOfAStyleUnderAnotherElementName) {
@@ -243,7 +279,7 @@ TEST_F(Diagnostics, TellOfADefaultStyleInTheTabFile) {
 TEST_F(Diagnostics, TellOfSoftOptimizeStylesThatAreLost) {
     write(LayoutFile::softStyles, "<s><style name='a'/></s>");
     EXPECT_THAT(reported(),
-                ElementsAre(Reported{"soft-optimize-dropped", "", "", "soft/styles.xml", ""}));
+                ElementsAre(Reported{"soft-optimize-dropped", "", "", "", "soft/styles.xml"}));
 }
 
 TEST_F(Diagnostics, TellThatThereAreNoTemplates) {
@@ -253,7 +289,7 @@ TEST_F(Diagnostics, TellThatThereAreNoTemplates) {
     sink.found.clear();
     host->softOptimizeFolder = root.at("soft");
     std::filesystem::remove(path(LayoutFile::softStyles));
-    EXPECT_THAT(reported(), Contains(Reported{"no-templates", "", "", "soft/styles.xml", ""}));
+    EXPECT_THAT(reported(), Contains(Reported{"no-templates", "", "", "", "soft/styles.xml"}));
 }
 
 // ---- Panels and elements ------------------------------------------------------------------------
@@ -342,16 +378,39 @@ TEST_F(Diagnostics, TellOfDefinitionsThatReplaceEarlierOnes) {
         reported(),
         ElementsAre(
             Reported{"duplicate-name", "reuse_panel", "name", "b", "base/reuse_panels.xml:2:14"},
-            Reported{"duplicate-name", "magic_panel", "name", "x", "config/magic.xml:3:14"},
-            Reported{"duplicate-name", "magic_panels", "name", "g", "config/magic.xml:2:15"}));
+            Reported{"duplicate-name", "magic_panels", "name", "g", "config/magic.xml:2:15"},
+            Reported{"duplicate-name", "magic_panel", "name", "x", "config/magic.xml:3:14"}));
+    EXPECT_THAT(earlier(), ElementsAre("base/reuse_panels.xml:1:4 the earlier definition",
+                                       "config/magic.xml:1:4 the earlier definition",
+                                       "config/magic.xml:2:24 the earlier definition"));
 }
 
 TEST_F(Diagnostics, TellOfASoftOptimizeGroupThatReplacesAnother) {
     write(LayoutFile::magicPanels, "<m><magic_panels name='g'/><magic_panels name='h'/></m>");
     write(LayoutFile::softMagicPanels,
           "<m>\n<magic_panels name='i'/>\n<magic_panels name='g'/></m>");
-    EXPECT_THAT(reported(), ElementsAre(Reported{"replaced-group", "magic_panels", "", "g",
-                                                 "soft/magic.xml:3:1"}));
+    EXPECT_THAT(reported(), ElementsAre(Reported{"replaced-group", "magic_panels", "name", "g",
+                                                 "soft/magic.xml:3:15"}));
+    EXPECT_THAT(earlier(), ElementsAre("config/magic.xml:1:4 the earlier definition"));
+}
+
+TEST_F(Diagnostics, TellOfADefinitionThatStandsTwiceInTheSoftOptimizeFileByItsNearestOne) {
+    write(LayoutFile::styles, "<s><style name='a'/></s>");
+    write(LayoutFile::softStyles, "<s>\n<style name='a'/>\n<style name='a'/></s>");
+    reported();
+    EXPECT_THAT(sink.rules(), ElementsAre("overridden-style", "duplicate-style"));
+    EXPECT_THAT(earlier(), ElementsAre("config/styles.xml:1:4 the earlier definition",
+                                       "soft/styles.xml:2:1 the earlier definition"));
+}
+
+TEST_F(Diagnostics, KnowNothingOfTheDefinitionsOfAnEarlierLoad) {
+    write(LayoutFile::styles, "<s><style name='a'/></s>");
+    write(LayoutFile::tabs, "<s><style name='a'/></s>");
+    write(LayoutFile::magicPanels, "<m><magic_panels name='g'/></m>");
+    load();
+    loader.loadConfig(path(LayoutFile::styles), true);
+    loader.loadMagicPanel(path(LayoutFile::magicPanels));
+    EXPECT_THAT(reported(), IsEmpty());
 }
 
 TEST_F(Diagnostics, TellOfDefinitionsUnderAnotherElementName) {
@@ -379,6 +438,18 @@ TEST_F(Diagnostics, TellOfASecondPanelInAMagicPanel) {
  <panel odd="1"><panel/></panel></magic_panel></magic_panels></m>)");
     EXPECT_THAT(reported(), ElementsAre(Reported{"second-panel", "panel", "", "panel",
                                                  "config/magic.xml:2:2"}));
+}
+
+TEST_F(Diagnostics, TellOfWhatACustomPageTakesForThePanelOfAMagicPanel) {
+    write(LayoutFile::magicPanels, R"(<m><magic_panels name="g">
+<magic_panel name="x"><!-- note --><panel/></magic_panel>
+<magic_panel name="y"><?note text?><panel/></magic_panel>
+<magic_panel name="z"><panel/><!-- note --></magic_panel></magic_panels></m>)");
+    EXPECT_THAT(
+        reported(),
+        ElementsAre(
+            Reported{"comment-before-panel", "#comment", "", " note ", "config/magic.xml:2:1"},
+            Reported{"comment-before-panel", "note", "", "text", "config/magic.xml:3:1"}));
 }
 
 TEST_F(Diagnostics, TellOfASlotThatShowsNothing) {
@@ -454,6 +525,20 @@ TEST_F(CustomPageDiagnostics, TellOfTooManyOrTooFewArguments) {
                                                  "config/styles.xml:2:2"}));
 }
 
+TEST_F(CustomPageDiagnostics, TellOfEachStepThatTheHostTakesItself) {
+    const auto element = yg::testing::parsed;
+    loader.parsePaneInfo(element("<panel a='1'><group/></panel>"), std::nullopt, std::nullopt);
+    loader.parseElementInfo(element("<element name='e' b='2'><panel/></element>"));
+    loader.parseElementInfo(element("<element/>"));
+    loader.parseStyleConfig(element("<page c='3'/>"));
+    loader.parsePaneOrElement(element("<group/>"), nullptr, nullptr, nullptr, std::nullopt,
+                              std::nullopt);
+    EXPECT_THAT(sink.rules(),
+                ElementsAre("unknown-attribute", "unknown-attribute", "unread-content",
+                            "element-without-name", "style-element-name", "unknown-attribute",
+                            "unknown-element"));
+}
+
 TEST_F(CustomPageDiagnostics, TellOfASlotThatIsLeft) {
     loader.loadStyleConfigInfoWithName("t-none");
     EXPECT_THAT(sink.found, ElementsAre(Reported{"slot-left", "magic_panels", "", "none",
@@ -464,131 +549,11 @@ TEST_F(CustomPageDiagnostics, TellOfAPatternThatBreaks) {
     ::testing::internal::CaptureStderr();
     loader.loadStyleConfigInfoWithName("t-a<b");
     EXPECT_THAT(::testing::internal::GetCapturedStderr(), StartsWith("Line 1: "));
-    EXPECT_THAT(
-        sink.found,
-        ElementsAre(Reported{"broken-pattern", "panel", "", "a<b", "config/magic.xml:3:28"},
-                    Reported{"slot-left", "magic_panels", "", "a<b", "config/styles.xml:3:3"}));
+    EXPECT_THAT(sink.found, ElementsAre(Reported{"broken-pattern", "magic_panel", "", "a<b",
+                                                 "config/magic.xml:3:2"}));
 }
 
 // ---- Everything once ----------------------------------------------------------------------------
-
-/// Goes through whole files and looks at what became of each element, attribute and text.
-class Accounts {
-public:
-    explicit Accounts(const RecordingSink& sink) {
-        for (const auto& element : sink.usedElements) {
-            ++uses_[placeOf(element)];
-            addRootOf(element);
-        }
-        for (const auto& [element, attribute] : sink.usedAttributes)
-            ++uses_[placeOf(element) + " " + attribute];
-        for (std::size_t i = 0; i < sink.found.size(); ++i) {
-            const Reported& finding = sink.found[i];
-            const yg::xml::Node& node = sink.nodes[i];
-            if (!node || besideOtherAccounts.contains(finding.rule))
-                continue;
-            if (!node.isElement())
-                ++findings_[placeOf(node.parent()) + " text " + finding.value];
-            else if (dropsTheElement.contains(finding.rule))
-                ++drops_[placeOf(yg::xml::Element(node))];
-            else
-                ++findings_[placeOf(yg::xml::Element(node)) + " " + finding.attribute];
-        }
-        for (const auto& [file, root] : roots_)
-            visit(root, false);
-        unknown_ = uses_.size() + drops_.size() + findings_.size();
-    }
-
-    /// The files seen.
-    std::set<std::string> files() const {
-        std::set<std::string> files;
-        for (const auto& [file, root] : roots_)
-            files.insert(file);
-        return files;
-    }
-
-    /// What is not accounted for exactly once.
-    std::vector<std::string> wrong;
-
-    std::size_t elements = 0;
-    std::size_t attributes = 0;
-    std::size_t texts = 0;
-
-    /// Accounts of what stands in none of the files.
-    std::size_t unknown() const { return unknown_; }
-
-private:
-    /// Findings on an element that has an effect all the same, or on a name that was used.
-    static inline const std::set<std::string> besideOtherAccounts = {
-        "duplicate-style", "duplicate-name",     "overridden-style",
-        "replaced-group",  "style-element-name", "unexpected-element-name"};
-
-    /// Findings on a whole element, whether or not they name an attribute.
-    static inline const std::set<std::string> dropsTheElement = {
-        "style-without-name",     "misplaced-panel",      "misplaced-element",
-        "element-without-name",   "rtline-view-left-out", "unread-content",
-        "missing-name",           "member-without-panel", "second-panel",
-        "misplaced-magic-panels", "unknown-magic-group",  "empty-magic-group",
-        "misplaced-reuse-panel",  "unknown-reuse-panel",  "unknown-element"};
-
-    static std::string placeOf(const yg::xml::Element& element) {
-        const auto place = element.place();
-        return place ? place->file + ':' + std::to_string(place->begin.line) + ':' +
-                           std::to_string(place->begin.column)
-                     : "nowhere";
-    }
-
-    void addRootOf(yg::xml::Element element) {
-        while (element.parent())
-            element = element.parent();
-        roots_.emplace(element.place()->file, element);
-    }
-
-    static std::size_t take(std::map<std::string, std::size_t>& counts, const std::string& key) {
-        const auto found = counts.find(key);
-        if (found == counts.end())
-            return 0;
-        const std::size_t count = found->second;
-        counts.erase(found);
-        return count;
-    }
-
-    void expect(std::size_t expected, std::size_t count, const std::string& what) {
-        if (count != expected)
-            wrong.push_back(what + ": " + std::to_string(count) + " times");
-    }
-
-    void visit(const yg::xml::Element& element, bool inDropped) {
-        const std::string place = placeOf(element);
-        const std::size_t used = take(uses_, place);
-        const std::size_t dropped = take(drops_, place);
-        expect(inDropped ? 0 : 1, used + dropped,
-               "element " + std::string(element.name()) + " " + place);
-        ++elements;
-
-        const bool isDropped = inDropped || dropped > 0;
-        for (const auto attribute : element.attributes()) {
-            const std::string key = place + " " + std::string(attribute.name);
-            expect(isDropped ? 0 : 1, take(uses_, key) + take(findings_, key), "attribute " + key);
-            ++attributes;
-        }
-        for (const auto& child : element.children()) {
-            if (child.isElement()) {
-                visit(yg::xml::Element(child), isDropped);
-            } else if (child.kind() == yg::xml::NodeKind::text) {
-                const std::string key = place + " text " + child.stringValue();
-                expect(isDropped ? 0 : 1, take(findings_, key), key);
-                ++texts;
-            }
-        }
-    }
-
-    std::map<std::string, std::size_t> uses_;
-    std::map<std::string, std::size_t> drops_;
-    std::map<std::string, std::size_t> findings_;
-    std::map<std::string, yg::xml::Element> roots_;
-    std::size_t unknown_ = 0;
-};
 
 /// All six files, with everything in them that the loader can meet.
 class RichRoot : public Diagnostics {
@@ -658,44 +623,29 @@ protected:
 
 TEST_F(RichRoot, IsAccountedForElementByElementAndAttributeByAttribute) {
     load();
-    const Accounts accounts(sink);
-    EXPECT_THAT(accounts.wrong, IsEmpty());
-    EXPECT_EQ(accounts.unknown(), 0U);
-    std::set<std::string> files;
-    for (const LayoutFile file : allLayoutFiles)
-        files.insert(path(file));
-    EXPECT_EQ(accounts.files(), files);
-    EXPECT_GT(accounts.elements, 200U);
-    EXPECT_GT(accounts.attributes, 400U);
-    EXPECT_GT(accounts.texts, 60U);
+    EXPECT_THAT(sink.unaccounted(), IsEmpty());
+    EXPECT_THAT(sink.usedAgain, IsEmpty());
+    EXPECT_GT(sink.usedOnce(), 250U);
+    EXPECT_THAT(sink.files, ::testing::SizeIs(6));
+    std::set<std::string> once;
+    for (const Reported& finding : sink.found)
+        once.insert(::testing::PrintToString(finding));
+    EXPECT_EQ(once.size(), sink.found.size());
+    EXPECT_GT(sink.found.size(), 200U);
 }
 
 TEST_F(Diagnostics, CountALeftOutRealTimeLineViewAsDroppedWithAllInIt) {
     write(LayoutFile::styles, R"(<s><style name="个股详细视图-1"><panel name="p">
         <panel name="rtline_view" odd="1">text<element name="e"/><magic_panels name="g"/></panel>
         <panel odd="2"/></panel></style></s>)");
-    load();
-    EXPECT_THAT(Accounts(sink).wrong, IsEmpty());
-    EXPECT_THAT(sink.found, ElementsAre(Field(&Reported::rule, "rtline-view-left-out"),
+    EXPECT_THAT(reported(), ElementsAre(Field(&Reported::rule, "rtline-view-left-out"),
                                         Field(&Reported::value, "2")));
 }
 
 TEST_F(Diagnostics, CountTheRootOfAStyleFileWithoutStyles) {
     write(LayoutFile::styles, "<s default_style='a'/>");
-    load();
-    ASSERT_THAT(sink.usedAttributes, ::testing::SizeIs(1));
-    EXPECT_THAT(sink.usedElements, Contains(sink.usedAttributes.front().first));
-}
-
-TEST_F(Diagnostics, CountNothingOfTheFilesOnTheSecondReading) {
-    write(LayoutFile::styles, "<s><style name='a'/></s>");
-    write(LayoutFile::softStyles, "<s><style name='b'/></s>");
-    load();
-    std::vector<std::string> used;
-    for (const auto& element : sink.usedElements)
-        used.push_back(std::string(element.name()) +
-                       std::string(element.attribute("name").value_or("")));
-    EXPECT_THAT(used, ElementsAre("r", "r", "s", "stylea", "r", "s", "styleb", "r"));
+    EXPECT_THAT(reported(), IsEmpty());
+    EXPECT_EQ(sink.usedOnce(), 7U);
 }
 
 // ---- The same answers ---------------------------------------------------------------------------
@@ -705,8 +655,7 @@ class SameAnswers : public RichRoot {
 protected:
     std::string answers(yg::DiagnosticsSink* with, const std::vector<std::string>& pages) {
         host->clear();
-        YGStyleConfigLoad fresh;
-        fresh.setDiagnosticsSink(with);
+        YGStyleConfigLoad fresh(with);
         load(fresh);
         std::string text = RecordText::of(fresh);
         for (const std::string& page : pages) {
@@ -815,9 +764,9 @@ protected:
 
 TEST_F(Sample, HasNothingOddButWhatItShowsOnPurpose) {
     RecordingSink sink(at(""));
-    YGStyleConfigLoad loader;
-    loader.setDiagnosticsSink(&sink);
+    YGStyleConfigLoad loader(&sink);
     load(loader);
+    EXPECT_THAT(sink.unaccounted(), IsEmpty());
     std::set<std::string> rules;
     for (const Reported& finding : sink.found)
         rules.insert(finding.rule);
@@ -831,8 +780,7 @@ TEST_F(Sample, AnswersTheSameWithAndWithoutASink) {
     std::vector<std::string> answers;
     for (yg::DiagnosticsSink* with :
          {static_cast<yg::DiagnosticsSink*>(nullptr), static_cast<yg::DiagnosticsSink*>(&sink)}) {
-        YGStyleConfigLoad loader;
-        loader.setDiagnosticsSink(with);
+        YGStyleConfigLoad loader(with);
         load(loader);
         std::string text = RecordText::of(loader);
         for (const char* page :

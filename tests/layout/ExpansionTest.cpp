@@ -19,8 +19,8 @@
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 
 #include "LargeInput.h"
+#include "diagnostics/RecordingSink.h"
 #include "layout/LayoutTest.h"
-#include "layout/RecordingSink.h"
 
 namespace {
 
@@ -126,10 +126,9 @@ std::string large() {
 
 class Expansion : public LayoutTest {
 protected:
-    Expansion() {
+    Expansion() : LayoutTest(&sink) {
         for (const LayoutFile file : yg::testing::allLayoutFiles)
             write(file, "<r/>");
-        loader.setDiagnosticsSink(&sink);
     }
 
     std::size_t reported(std::string_view rule) const {
@@ -450,7 +449,6 @@ TEST_F(PageExpansion, LooksUpMembersAndGroupsByName) {
         members += "<magic_panel name='" + number + "'><panel/></magic_panel>";
         groups += "<magic_panels name='" + number + "'/>";
     }
-    loader.setDiagnosticsSink(nullptr);
     write(LayoutFile::magicPanels,
           "<m>" + groups + "<magic_panels name='g'>" + members + "</magic_panels></m>");
     writeSlots(many);
@@ -459,11 +457,12 @@ TEST_F(PageExpansion, LooksUpMembersAndGroupsByName) {
     for (std::size_t i = 0; i < many; ++i)
         values.push_back("v" + std::to_string(i));
     host->mappings["模版通配"] = {{"0", values}};
-    load();
+    YGStyleConfigLoad fresh;
+    load(fresh);
     std::string name = "t";
     for (std::size_t i = 0; i < many / 2; ++i)
         name += "-" + std::to_string(many - 1 - i) + "-v" + std::to_string(many - 1 - i);
-    const auto page = loader.loadStyleConfigInfoWithName(name);
+    const auto page = fresh.loadStyleConfigInfoWithName(name);
     ASSERT_NE(page, nullptr);
     EXPECT_EQ(shown(page->stylePanes()), many);
 }
@@ -484,7 +483,7 @@ TEST_F(Expansion, OfFindingsOnReplacedGroupsLooksThemUpByName) {
     load();
     EXPECT_EQ(reported("replaced-group"), many);
     EXPECT_EQ(reported("overridden-style"), many);
-    EXPECT_EQ(sink.found.front().at, "soft/magic.xml:1:4");
+    EXPECT_EQ(sink.found.front().at, "soft/magic.xml:1:18");
 }
 
 // ---- Depth --------------------------------------------------------------------------------------
@@ -518,8 +517,7 @@ TEST_F(PageExpansion, OfTheDeepestFilesFitsASmallStack) {
           "<s><style name='t'>" + down + "<magic_panels name='g'/>" + up + "</style></s>");
     load();
     onSmallStack([&] {
-        YGStyleConfigLoad fresh;
-        fresh.setDiagnosticsSink(&sink);
+        YGStyleConfigLoad fresh(&sink);
         load(fresh);
         auto page = fresh.loadStyleConfigInfoWithName("t-x");
         ASSERT_NE(page, nullptr);

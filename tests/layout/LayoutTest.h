@@ -62,14 +62,15 @@ inline xml::Element parsed(std::string_view text) {
 
 /// What a map holds under a name; null also for an absent map.
 template <class Value>
-Value find(const std::shared_ptr<RecordMap<Value>>& map, std::string_view name) {
+Value find(const std::shared_ptr<const RecordMap<Value>>& map, std::string_view name) {
     const Value* found = map ? map->find(name) : nullptr;
     return found ? *found : Value();
 }
 
 class LayoutTest : public ::testing::Test {
 protected:
-    LayoutTest() {
+    /// The sink is the loader's.
+    explicit LayoutTest(DiagnosticsSink* sink = nullptr) : loader(sink) {
         host->softOptimizeFolder = root.at("soft");
         host->baseOptimizeFolder = root.at("base");
     }

@@ -16,8 +16,8 @@
 
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 
+#include "diagnostics/RecordingSink.h"
 #include "layout/LayoutTest.h"
-#include "layout/RecordingSink.h"
 
 namespace {
 
@@ -225,9 +225,9 @@ TEST_F(LoadOrder, ReadsEachFileOnce) {
     for (const LayoutFile file : allLayoutFiles)
         write(file, "<r/>");
     RecordingSink sink(root.path());
-    loader.setDiagnosticsSink(&sink);
-    load();
-    EXPECT_THAT(sink.filesRead,
+    YGStyleConfigLoad fresh(&sink);
+    load(fresh);
+    EXPECT_THAT(sink.files,
                 ElementsAre("base/reuse_panels.xml", "config/magic.xml", "config/styles.xml",
                             "soft/magic.xml", "soft/styles.xml", "config/tabs.xml"));
 }
@@ -235,9 +235,9 @@ TEST_F(LoadOrder, ReadsEachFileOnce) {
 TEST_F(LoadOrder, ReadsAMissingOrBrokenFileOnceToo) {
     write(LayoutFile::styles, "<r>");
     RecordingSink sink(root.path());
-    loader.setDiagnosticsSink(&sink);
-    load();
-    EXPECT_THAT(sink.filesRead,
+    YGStyleConfigLoad fresh(&sink);
+    load(fresh);
+    EXPECT_THAT(sink.files,
                 ElementsAre("base/reuse_panels.xml", "config/magic.xml", "config/styles.xml",
                             "soft/magic.xml", "soft/styles.xml", "config/tabs.xml"));
 }
@@ -247,13 +247,13 @@ TEST_F(LoadOrder, ReadsOneFileOnceThatServesAsSeveral) {
     events->paths = {{"styles.xml", path(LayoutFile::styles)},
                      {"reuse_panels.xml", path(LayoutFile::styles)}};
     RecordingSink sink(root.path());
-    loader.setDiagnosticsSink(&sink);
+    YGStyleConfigLoad fresh(&sink);
     const std::string one = path(LayoutFile::styles);
-    loader.initWithStyleConfigPath(one, one, one);
-    EXPECT_THAT(sink.filesRead, ElementsAre("config/styles.xml"));
-    EXPECT_THAT(keys(loader.styleInfos()), ElementsAre("a"));
-    EXPECT_THAT(keys(loader.tabStyleInfos()), ElementsAre("a"));
-    EXPECT_THAT(keys(loader.magicPanelInfos()), ElementsAre("a"));
+    fresh.initWithStyleConfigPath(one, one, one);
+    EXPECT_THAT(sink.files, ElementsAre("config/styles.xml"));
+    EXPECT_THAT(keys(fresh.styleInfos()), ElementsAre("a"));
+    EXPECT_THAT(keys(fresh.tabStyleInfos()), ElementsAre("a"));
+    EXPECT_THAT(keys(fresh.magicPanelInfos()), ElementsAre("a"));
 }
 
 TEST_F(LoadOrder, ReadsAFileAnewInALaterLoad) {
@@ -264,12 +264,12 @@ TEST_F(LoadOrder, ReadsAFileAnewInALaterLoad) {
     EXPECT_THAT(keys(loader.styleInfos()), ElementsAre("b"));
 }
 
-TEST_F(LoadOrder, TellsTheSinkOfAFileThatAnOperationReadsOnItsOwn) {
+TEST_F(LoadOrder, ReportsTheReadingOfAFileByAnOperationOfItsOwn) {
     write(LayoutFile::styles, "<r/>");
     RecordingSink sink(root.path());
-    loader.setDiagnosticsSink(&sink);
-    loader.loadConfig(path(LayoutFile::styles), true);
-    EXPECT_THAT(sink.filesRead, ElementsAre("config/styles.xml"));
+    YGStyleConfigLoad fresh(&sink);
+    fresh.loadConfig(path(LayoutFile::styles), true);
+    EXPECT_THAT(sink.files, ElementsAre("config/styles.xml"));
 }
 
 TEST_F(LoadOrder, AsksForTheWildcardMappingOncePerSlotWithoutThatMember) {

@@ -94,7 +94,7 @@ private:
         add(record);
     }
 
-    void addNamed(const std::string& name, const std::shared_ptr<PanelMap>& members) {
+    void addNamed(const std::string& name, const std::shared_ptr<const PanelMap>& members) {
         addMap(name, members);
     }
 

@@ -16,7 +16,6 @@
 
 #include "layout/LayoutTest.h"
 #include "layout/RecordText.h"
-#include "layout/RecordingSink.h"
 
 namespace {
 

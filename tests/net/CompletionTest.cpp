@@ -49,9 +49,8 @@ auto inCompletion(HttpGetService& service, const std::string& url, Work work) {
     const auto promise = std::make_shared<std::promise<decltype(work())>>();
     service.get(url, [promise, work](const auto&...) { promise->set_value(work()); });
     auto future = promise->get_future();
-    if (future.wait_for(20s) != std::future_status::ready) {
+    if (future.wait_for(20s) != std::future_status::ready)
         throw std::runtime_error("no completion");
-    }
     return future.get();
 }
 
@@ -108,9 +107,8 @@ TEST(Completion, StartsProgramsThatEndOnASignal) {
     EXPECT_EQ(::sched_getscheduler(child), SCHED_OTHER);
     ::kill(child, SIGTERM);
     int state = 0;
-    for (int i = 0; i < 2000 && ::waitpid(child, &state, WNOHANG) == 0; ++i) {
+    for (int i = 0; i < 2000 && ::waitpid(child, &state, WNOHANG) == 0; ++i)
         std::this_thread::sleep_for(10ms);
-    }
     ::kill(child, SIGKILL);
     EXPECT_TRUE(WIFSIGNALED(state) && WTERMSIG(state) == SIGTERM) << state;
 }

@@ -38,11 +38,11 @@ extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* na
                                                                   const char* service,
                                                                   const addrinfo* hints,
                                                                   addrinfo** found) {
-    if (name != nullptr && std::string_view(name).ends_with(".hanging")) {
+    if (name && std::string_view(name).ends_with(".hanging")) {
         std::this_thread::sleep_for(std::chrono::seconds(30));
         return EAI_AGAIN;
     }
-    const bool isLocal = name != nullptr && std::string_view(name).ends_with(".local");
+    const bool isLocal = name && std::string_view(name).ends_with(".local");
     static const auto real =
         reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
     return real(isLocal ? "localhost" : name, service, hints, found);
@@ -75,12 +75,10 @@ struct Early {
 
 void request(const std::string& url, bool isRepeated) {
     yg::net::get(url, [url, isRepeated](const Body&, const auto&...) {
-        if (isOver) {
+        if (isOver)
             std::abort();
-        }
-        if (isRepeated) {
+        if (isRepeated)
             request(url, true);
-        }
     });
 }
 
@@ -96,9 +94,8 @@ std::string bodyOf(const std::string& url) {
 /// Whether a child that does this ends well.
 bool childDoes(const std::function<bool()>& work) {
     const pid_t child = ::fork();
-    if (child == 0) {
+    if (child == 0)
         std::exit(work() ? 0 : 1);
-    }
     int state = 0;
     ::waitpid(child, &state, 0);
     return state == 0;
@@ -108,9 +105,8 @@ bool forks(const std::string& url) {
     const auto asks = [url] { return bodyOf(url) == "hello"; };
     // The first with nothing of the parent's under way, the others while much is.
     bool ok = asks() && childDoes(asks);
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 100; ++i)
         request(url, false);
-    }
     ok = ok && childDoes([] { return true; });
     ok = ok && childDoes([&] { return asks() && childDoes(asks) && asks(); });
     return ok && asks();
@@ -147,9 +143,8 @@ int lostForks(int count, const std::string& url, const std::string& tlsUrl) {
         }
     };
     for (int i = 0; i < count; ++i) {
-        if (i >= atATime) {
+        if (i >= atATime)
             wait();
-        }
         if (::fork() == 0) {
             // The end of one that hangs.
             ::alarm(60);
@@ -160,9 +155,8 @@ int lostForks(int count, const std::string& url, const std::string& tlsUrl) {
             ::_exit(isRight.get_future().get() ? 0 : 1);
         }
     }
-    for (int i = std::min(count, atATime); i > 0; --i) {
+    for (int i = std::min(count, atATime); i > 0; --i)
         wait();
-    }
     return lost;
 }
 
@@ -175,9 +169,8 @@ void limitThreads(rlim_t count) {
 
 bool asksWithoutThreads(const std::string& url) {
     // There is no limit for the administrator.
-    if (::geteuid() == 0 && ::setresuid(65534, 65534, 65534) != 0) {
+    if (::geteuid() == 0 && ::setresuid(65534, 65534, 65534) != 0)
         return false;
-    }
     rlimit limit{};
     ::getrlimit(RLIMIT_NPROC, &limit);
     bool ok = true;
@@ -221,9 +214,8 @@ int filesOfPrograms(const std::string& program, const std::string& url, const st
     std::function<void(int)> next = [&](int left) {
         yg::net::get(byName(url, std::to_string(left) + ".local"),
                      [&, left](const Body&, const auto&...) {
-                         if (left > 0) {
+                         if (left > 0)
                              return next(left - 1);
-                         }
                          const pid_t child = ::fork();
                          if (child == 0) {
                              ::execl(program.c_str(), program.c_str(), "listing", nullptr);
@@ -241,9 +233,8 @@ int filesOfPrograms(const std::string& program, const std::string& url, const st
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (count == 2 && arguments[1] == std::string_view("listing")) {
+    if (count == 2 && arguments[1] == std::string_view("listing"))
         return openFiles();
-    }
     const std::string way = count > 2 ? arguments[1] : "";
     if (way == "forks" && count == 6) {
         yg::net::setProcessOptions({.trustedCertificates = arguments[5]});
@@ -282,13 +273,11 @@ int main(int count, char** arguments) {
         printTime();
         return ok ? 0 : 1;
     }
-    if (count < 5) {
+    if (count < 5)
         return 2;
-    }
     yg::net::setProcessOptions({.trustedCertificates = count > 5 ? arguments[5] : ""});
-    for (int i = std::atoi(arguments[3]); i > 0; --i) {
+    for (int i = std::atoi(arguments[3]); i > 0; --i)
         request(url, way == "busy");
-    }
     std::this_thread::sleep_for(std::chrono::microseconds(std::atoi(arguments[4])));
     printTime();
     return 0;

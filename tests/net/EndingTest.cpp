@@ -48,9 +48,8 @@ void expectQuickEnds(const std::string& way, const std::string& url,
     int crashes = 0;
     for (int i = 0; i < runs; ++i) {
         std::vector<std::string> arguments{way, url, "20", std::to_string(i % 20 * 400)};
-        if (!certificates.empty()) {
+        if (!certificates.empty())
             arguments.push_back(certificates);
-        }
         const Ended one = run(arguments);
         crashes += one.state != 0 ? 1 : 0;
         longest = std::max(longest, one.endingTime);
@@ -163,11 +162,10 @@ TEST(Threadless, RequestsEndAtOnce) {
 TEST(StartedPrograms, InheritNoFileOfTheNetwork) {
     const Identity identity;
     const auto treatment = [](Connection& client) {
-        if (client.path() == "/hanging") {
+        if (client.path() == "/hanging")
             client.hang();
-        } else {
+        else
             client.answer("200 OK", "hello");
-        }
     };
     FaultServer server(treatment);
     FaultServer tls(treatment, identity.path());

@@ -25,9 +25,8 @@ namespace {
 constexpr int waitingConnections = 1024;
 
 void require(bool holds, const char* what) {
-    if (!holds) {
+    if (!holds)
         throw std::runtime_error(what);
-    }
 }
 
 /// A client that goes while it is written to must not end the tests.
@@ -44,12 +43,10 @@ bool Connection::readRequest() {
     request_.clear();
     std::array<char, 4096> piece{};
     while (request_.find("\r\n\r\n") == std::string::npos) {
-        const ssize_t count = tls_ != nullptr
-                                  ? SSL_read(tls_, piece.data(), static_cast<int>(piece.size()))
-                                  : ::recv(socket_, piece.data(), piece.size(), 0);
-        if (count <= 0) {
+        const ssize_t count = tls_ ? SSL_read(tls_, piece.data(), static_cast<int>(piece.size()))
+                                   : ::recv(socket_, piece.data(), piece.size(), 0);
+        if (count <= 0)
             return false;
-        }
         request_.append(piece.data(), static_cast<std::size_t>(count));
     }
     return true;
@@ -63,12 +60,10 @@ std::string Connection::path() const {
 bool Connection::send(std::string_view bytes) {
     while (!bytes.empty()) {
         const std::size_t most = std::min<std::size_t>(bytes.size(), 1 << 20);
-        const ssize_t count = tls_ != nullptr
-                                  ? SSL_write(tls_, bytes.data(), static_cast<int>(most))
-                                  : ::send(socket_, bytes.data(), most, MSG_NOSIGNAL);
-        if (count <= 0) {
+        const ssize_t count = tls_ ? SSL_write(tls_, bytes.data(), static_cast<int>(most))
+                                   : ::send(socket_, bytes.data(), most, MSG_NOSIGNAL);
+        if (count <= 0)
             return false;
-        }
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
     return true;
@@ -134,9 +129,8 @@ FaultServer::~FaultServer() {
     {
         const std::lock_guard lock(mutex_);
         isEnding_ = true;
-        for (const Client& client : clients_) {
+        for (const Client& client : clients_)
             ::shutdown(client.socket, SHUT_RDWR);
-        }
     }
     ending_.notify_all();
     ::shutdown(socket_, SHUT_RDWR);
@@ -150,7 +144,7 @@ FaultServer::~FaultServer() {
 }
 
 std::string FaultServer::url(std::string_view path) const {
-    return (tls_ != nullptr ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(port_) +
+    return (tls_ ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(port_) +
            std::string(path);
 }
 
@@ -172,16 +166,14 @@ void FaultServer::accept() {
 
 void FaultServer::treat(Client& client) {
     blockPipeSignal();
-    const std::unique_ptr<SSL, void (*)(SSL*)> tls(tls_ != nullptr ? SSL_new(tls_) : nullptr,
-                                                   &SSL_free);
+    const std::unique_ptr<SSL, void (*)(SSL*)> tls(tls_ ? SSL_new(tls_) : nullptr, &SSL_free);
     const bool isReady =
-        tls == nullptr || (SSL_set_fd(tls.get(), client.socket) == 1 && SSL_accept(tls.get()) == 1);
+        !tls || (SSL_set_fd(tls.get(), client.socket) == 1 && SSL_accept(tls.get()) == 1);
     Connection connection(*this, client.socket, tls.get());
     if (isReady && connection.readRequest()) {
         treatment_(connection);
-        if (tls != nullptr) {
+        if (tls)
             SSL_shutdown(tls.get());
-        }
     }
     // The number stays taken until the thread is joined, so that the server's end never shuts a
     // stranger's socket.
@@ -191,9 +183,8 @@ void FaultServer::treat(Client& client) {
 
 void FaultServer::removeDone() {
     clients_.remove_if([](Client& client) {
-        if (!client.isDone) {
+        if (!client.isDone)
             return false;
-        }
         client.thread.join();
         ::close(client.socket);
         return true;
@@ -221,7 +212,7 @@ void writeIdentity(const std::string& path) {
     require(X509_sign(one, key.get(), EVP_sha256()) > 0, "no certificate");
     const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.c_str(), "w"), &std::fclose);
     require(
-        file != nullptr && PEM_write_X509(file.get(), one) == 1 &&
+        file && PEM_write_X509(file.get(), one) == 1 &&
             PEM_write_PrivateKey(file.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr) == 1,
         "no identity");
 }

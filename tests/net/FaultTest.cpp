@@ -155,9 +155,8 @@ TEST(Fault, GivesNoBodyWithoutAWholeAnswer) {
     wrongSum[wrongSum.size() - 6] = static_cast<char>(~wrongSum[wrongSum.size() - 6]);
     std::mt19937 random(7);
     std::string garbage(20'000, '\0');
-    for (char& byte : garbage) {
+    for (char& byte : garbage)
         byte = static_cast<char>(random());
-    }
     const std::string packedHeaders = "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n\r\n";
     const std::string counted = "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: ";
     const std::string half = packed.substr(0, packed.size() / 2);
@@ -225,9 +224,8 @@ TEST(Fault, ReadsDeflatedBodiesWithAndWithoutAHeader) {
             // Byte by byte.
             std::string chunks = deflated + "Transfer-Encoding: chunked\r\n\r\n";
             const std::string packed = pack(text, header);
-            for (const char byte : packed) {
+            for (const char byte : packed)
                 chunks += "1\r\n" + std::string(1, byte) + "\r\n";
-            }
             chunks += "0\r\n\r\n";
             EXPECT_EQ(bodyFrom([&](Connection& client) { client.send(chunks); }), text)
                 << text.size() << " " << header;
@@ -290,20 +288,18 @@ TEST(Fault, GivesNoBodyOfATlsConnectionThatIsCut) {
     FaultServer server(
         [&](Connection& client) {
             const std::string path = client.path();
-            if (path.ends_with("/counted")) {
+            if (path.ends_with("/counted"))
                 client.answer("200 OK", "hello");
-            } else if (path.ends_with("/chunked")) {
+            else if (path.ends_with("/chunked"))
                 client.send(std::string(chunked) + "5\r\nhello\r\n0\r\n\r\n");
-            } else if (path.ends_with("/packed")) {
+            else if (path.ends_with("/packed"))
                 client.send("HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n\r\n" + packed);
-            } else if (path.ends_with("/open")) {
+            else if (path.ends_with("/open"))
                 client.send("HTTP/1.1 200 OK\r\n\r\nhello");
-            } else if (path.ends_with("/none")) {
+            else if (path.ends_with("/none"))
                 client.send("HTTP/1.1 200 OK\r\n\r\n");
-            }
-            if (path.starts_with("/cut")) {
+            if (path.starts_with("/cut"))
                 client.cutTls();
-            }
         },
         folder / "identity.pem");
     net::HttpGetService service({.trustedCertificates = folder / "identity.pem"});
@@ -325,15 +321,14 @@ TEST(Fault, NamesTheAddressThatAnsweredLast) {
     FaultServer server([&](Connection& client) {
         const std::string path = client.path();
         const std::string target = path.substr(path.find('?') + 1);
-        if (path.starts_with("/to?")) {
+        if (path.starts_with("/to?"))
             client.answer("302 Found\r\nContent-Type: text/html\r\nLocation: " + target, "moved");
-        } else if (path == "/103") {
+        else if (path == "/103")
             client.send("HTTP/1.1 103 Early Hints\r\nLink: </a>\r\n\r\n");
-        } else if (path == "/half") {
+        else if (path == "/half")
             client.send("HTTP/1.1 200 OK\r\nContent-Type: text/pl");
-        } else if (path == "/plain") {
+        else if (path == "/plain")
             client.answer("200 OK", "hello");
-        }
     });
     net::HttpGetService service;
     for (const std::string& target :
@@ -564,11 +559,10 @@ TEST(Fault, WaitsForSlowTlsForAsLongAsItMoves) {
 TEST(Fault, FollowsTwentyRedirects) {
     FaultServer server([](Connection& client) {
         const int left = std::stoi(client.path().substr(1));
-        if (left > 0) {
+        if (left > 0)
             client.answer("302 Found\r\nLocation: /" + std::to_string(left - 1), "not this");
-        } else {
+        else
             client.answer("200 OK", "hello");
-        }
     });
     EXPECT_EQ(bodyOf(server.url("/1")), "hello");
     EXPECT_EQ(bodyOf(server.url("/20")), "hello");
@@ -633,9 +627,8 @@ Treatment endless(const std::string& beginning, const std::string& piece,
                   std::atomic<std::size_t>& bytes) {
     return [=, &bytes](Connection& client) {
         client.send(beginning);
-        while (bytes < std::size_t{1024} * 1024 * 1024 && client.send(piece)) {
+        while (bytes < std::size_t{1024} * 1024 * 1024 && client.send(piece))
             bytes += piece.size();
-        }
     };
 }
 
@@ -657,9 +650,8 @@ TEST(Fault, GivesUpOnAnswersWithoutEnd) {
     EXPECT_LT(bytes, plenty);
     // Compressed parts of nothing, so that the body itself never grows.
     std::string nothing;
-    for (int i = 0; i < 10'000; ++i) {
+    for (int i = 0; i < 10'000; ++i)
         nothing += std::string("\0\0\0\xff\xff", 5);
-    }
     bytes = 0;
     EXPECT_EQ(bodyFrom(endless("HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\n\r\n" +
                                    gzip("hello").substr(0, 10),
@@ -673,9 +665,8 @@ TEST(Fault, GivesUpOnAnswersWithoutEnd) {
 
 TEST(Fault, GivesUpOnHeadersWithoutEnd) {
     std::string lines;
-    for (int i = 0; i < 1000; ++i) {
+    for (int i = 0; i < 1000; ++i)
         lines += "X-Header-" + std::to_string(i) + ": value\r\n";
-    }
     const std::string status = "HTTP/1.1 200 OK\r\n";
     struct Case {
         std::string beginning;

@@ -32,9 +32,8 @@ inline Outcome outcomeOf(net::HttpGetService& service, const std::string& url) {
                                std::optional<std::string> error) {
         promise->set_value({std::move(body), std::move(response), std::move(error)});
     });
-    if (future.wait_for(std::chrono::seconds(20)) != std::future_status::ready) {
+    if (future.wait_for(std::chrono::seconds(20)) != std::future_status::ready)
         throw std::runtime_error("no completion of " + url);
-    }
     return future.get();
 }
 

@@ -33,9 +33,8 @@ constexpr std::string_view list =
 
 std::string configuration(const std::string& folder, int port) {
     std::string temporary;
-    for (const char* kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"}) {
+    for (const char* kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
         temporary += "    " + std::string(kind) + "_temp_path " + folder + "/" + kind + ";\n";
-    }
     return (::geteuid() == 0 ? "user root root;\n" : "") + std::string(R"(daemon off;
 worker_processes 1;
 pid )") + folder +
@@ -75,9 +74,8 @@ public:
             ::close(held.socket);
             port_ = held.port;
             start();
-            if (answers()) {
+            if (answers())
                 return;
-            }
             stop();
         }
         throw std::runtime_error("nginx does not start: " +
@@ -103,9 +101,8 @@ private:
         if (process_ == 0) {
             // It must not outlive a test that crashes.
             ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-            if (::getppid() != parent) {
+            if (::getppid() != parent)
                 ::_exit(1);
-            }
             ::execl(YG_NGINX, "nginx", "-p", path.c_str(), "-e", errors.c_str(), "-c", file.c_str(),
                     nullptr);
             ::_exit(1);
@@ -119,9 +116,8 @@ private:
                 process_ = -1;
                 return false;
             }
-            if (bodyOf(url("/mark")) == folder_.path()) {
+            if (bodyOf(url("/mark")) == folder_.path())
                 return true;
-            }
             std::this_thread::sleep_for(10ms);
         }
         return false;
@@ -152,9 +148,8 @@ TEST(RealServer, GivesItsAnswersWhole) {
     EXPECT_NE(page->find("404"), std::string::npos);
 
     std::string large;
-    for (int i = 0; large.size() < 5'000'000; ++i) {
+    for (int i = 0; large.size() < 5'000'000; ++i)
         large += std::to_string(i) + "\n";
-    }
     files::put(nginx.folder() / "root/large", large);
     files::put(nginx.folder() / "root/nothing", "");
     EXPECT_EQ(bodyOf(nginx.url("/large")), large);
@@ -172,9 +167,8 @@ TEST(RealServer, ServesAThousandRequestsAtATime) {
             ++all;
         });
     }
-    for (int i = 0; i < 1500 && all < 1000; ++i) {
+    for (int i = 0; i < 1500 && all < 1000; ++i)
         std::this_thread::sleep_for(10ms);
-    }
     EXPECT_EQ(right, 1000);
     service.stop();
 }

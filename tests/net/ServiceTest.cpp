@@ -36,9 +36,8 @@ void hello(Connection& client) {
 
 /// Waits for a count that other threads bring up.
 bool reaches(const std::atomic<int>& count, int goal) {
-    for (int i = 0; i < 1500 && count < goal; ++i) {
+    for (int i = 0; i < 1500 && count < goal; ++i)
         std::this_thread::sleep_for(10ms);
-    }
     return count == goal;
 }
 
@@ -95,9 +94,8 @@ TEST(Service, KeepsNothingFromOneRequestToTheNext) {
             if (client.path() == "/1") {
                 client.answer("200 OK\r\nSet-Cookie: a=b\r\nETag: \"c\"", "hello");
                 // A second request on this connection would be one too many.
-                if (client.readRequest()) {
+                if (client.readRequest())
                     client.answer("200 OK", "reused");
-                }
             } else {
                 second = client.request();
                 hello(client);
@@ -118,13 +116,11 @@ TEST(Service, ReadsNoProxyFromTheEnvironment) {
     FaultServer server(hello);
     const std::vector<const char*> names{"http_proxy", "HTTP_PROXY", "https_proxy", "all_proxy",
                                          "ALL_PROXY"};
-    for (const char* name : names) {
+    for (const char* name : names)
         ::setenv(name, proxy.url().c_str(), 1);
-    }
     EXPECT_EQ(bodyOf(server.url()), "hello");
-    for (const char* name : names) {
+    for (const char* name : names)
         ::unsetenv(name);
-    }
     EXPECT_EQ(proxy.connections(), 0);
 }
 
@@ -155,9 +151,8 @@ TEST(Service, CompletesEachOfAThousandRequestsOnceAndOnOneThread) {
             }
         });
     }
-    for (std::thread& caller : callers) {
+    for (std::thread& caller : callers)
         caller.join();
-    }
     EXPECT_TRUE(reaches(all, requests)) << all;
     service.stop();
     EXPECT_EQ(right, requests);
@@ -196,9 +191,8 @@ TEST(Service, LetsACompletionStartARequest) {
     std::atomic<int> all = 0;
     net::GetCompletion next = [&](const Body& body, const auto&...) {
         EXPECT_EQ(body, "hello");
-        if (++all < 50) {
+        if (++all < 50)
             service.get(server.url(), next);
-        }
     };
     service.get(server.url(), next);
     EXPECT_TRUE(reaches(all, 50));
@@ -223,9 +217,8 @@ TEST(Service, LogsWhatACompletionThrowsAndGoesOn) {
     service.get(server.url(),
                 [](const Body&, const auto&...) { throw std::runtime_error("no room"); });
     service.get(server.url(), [](const Body&, const auto&...) { throw 7; });
-    while (host->runtimeLog().size() < 2) {
+    while (host->runtimeLog().size() < 2)
         std::this_thread::sleep_for(1ms);
-    }
     EXPECT_EQ(bodyOf(service, server.url()), "hello");
     EXPECT_THAT(host->runtimeLog(),
                 ::testing::UnorderedElementsAre("request completion fail:no room",
@@ -236,7 +229,7 @@ TEST(Service, RunsNoMoreTransfersThanToldAndTheOthersAfterThem) {
     std::atomic<int> all = 0;
     Crowd crowd;
     FaultServer server([&](Connection& client) { crowd.answer(client, 100ms); });
-    HttpGetService service({.idleTime = 1s, .mostTransfers = 2});
+    HttpGetService service({.idleTime = 1s, .maxTransfers = 2});
     // The last ones wait for longer than the idle time, which begins with their own transfers.
     for (int i = 0; i < 30; ++i) {
         service.get(server.url(),
@@ -251,12 +244,10 @@ TEST(Service, DropsWhatIsUnderWayWhenItStops) {
     const auto kept = std::make_shared<int>();
     std::atomic<int> calls = 0;
     HttpGetService service;
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 100; ++i)
         service.get(server.url(), [&, kept](const Body&, const auto&...) { ++calls; });
-    }
-    while (server.connections() < 64) {
+    while (server.connections() < 64)
         std::this_thread::sleep_for(1ms);
-    }
     const auto begin = std::chrono::steady_clock::now();
     service.stop();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
@@ -279,11 +270,10 @@ std::map<std::string, std::string> threadStates() {
         std::ifstream file(thread.path() / "status");
         std::string name;
         for (std::string line; std::getline(file, line);) {
-            if (line.starts_with("Name:\t")) {
+            if (line.starts_with("Name:\t"))
                 name = line.substr(6);
-            } else if (line.starts_with("SigBlk:\t")) {
+            else if (line.starts_with("SigBlk:\t"))
                 states[name] = line.substr(8);
-            }
         }
     }
     return states;

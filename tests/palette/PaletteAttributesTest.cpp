@@ -20,13 +20,10 @@ std::string shown(const std::optional<std::string_view>& text) {
     return text ? '"' + std::string(*text) + '"' : "absent";
 }
 
-std::string shown(const std::optional<float>& number) {
-    return number ? std::to_string(static_cast<int>(*number * 10)) : "absent";
-}
-
 std::string shown(const ColorEntry& entry) {
-    return text::format("%@ %@ %@ %@ %d", shown(entry.name), shown(entry.red), shown(entry.green),
-                        shown(entry.blue), static_cast<int>(entry.alpha * 10));
+    return text::format("%@ %d %d %d %d", shown(entry.name), static_cast<int>(entry.red * 10),
+                        static_cast<int>(entry.green * 10), static_cast<int>(entry.blue * 10),
+                        static_cast<int>(entry.alpha * 10));
 }
 
 std::string shown(const FontEntry& entry) {
@@ -57,11 +54,11 @@ void expectRows(const std::map<std::string_view, std::string>& expected) {
 }
 
 TEST(PaletteAttributes, FillTheirMember) {
-    expectRows<ColorEntry>({{"R", "absent 25 absent absent 10"},
-                            {"G", "absent absent 25 absent 10"},
-                            {"B", "absent absent absent 25 10"},
-                            {"A", "absent absent absent absent 25"},
-                            {"NAME", R"(" 2.5x" absent absent absent 10)"}});
+    expectRows<ColorEntry>({{"R", "absent 25 0 0 10"},
+                            {"G", "absent 0 25 0 10"},
+                            {"B", "absent 0 0 25 10"},
+                            {"A", "absent 0 0 0 25"},
+                            {"NAME", R"(" 2.5x" 0 0 0 10)"}});
     expectRows<FontEntry>({{"NAME", R"(" 2.5x" 0 absent)"},
                            {"HEIGHT", "absent 25 absent"},
                            {"FACE", R"(absent 0 " 2.5x")"}});

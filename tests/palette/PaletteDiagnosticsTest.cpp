@@ -161,8 +161,8 @@ TEST(PaletteDiagnostics, ARepeatedNameOrKeyLeadsToTheEarlierOne) {
     }
     EXPECT_THAT(sink.lines(),
                 ElementsAre("2: duplicate-palette-name NAME=n", "3: duplicate-palette-name NAME=n",
-                            "5: duplicate-palette-key KEY=k", "7: image-without-path",
-                            "7: duplicate-palette-name NAME=n"));
+                            "5: duplicate-palette-key KEY=k", "7: duplicate-palette-name NAME=n",
+                            "7: missing-attribute =PATH"));
     EXPECT_THAT(earlier, ElementsAre("1: the earlier definition", "2: the earlier definition",
                                      "4: the earlier definition", "6: the earlier definition"));
 }
@@ -174,16 +174,15 @@ TEST(PaletteDiagnostics, AnImageWithoutAFileIsReadOtherwise) {
 }
 
 TEST(PaletteDiagnostics, NumbersThatAreNoneOrOutOfRange) {
-    EXPECT_THAT(
-        findingsIn(R"(<COLORES>
+    EXPECT_THAT(findingsIn(R"(<COLORES>
 <c NAME="a" R="x" G="256" B="-1" A="128"/>
 <c NAME="b" R="1,5" G="" B="1e99" A="-0.1"/>
 <c NAME="c" G="0"/></COLORES>)"),
-        ElementsAre("2: color-component-out-of-range G=256", "2: color-component-out-of-range B=-1",
-                    "2: alpha-out-of-range A=128", "2: odd-number R=x",
-                    "3: color-component-out-of-range B=1e99", "3: alpha-out-of-range A=-0.1",
-                    "3: odd-number R=1,5", "3: odd-number G=", "4: missing-color-component =R",
-                    "4: missing-color-component =B"));
+                ElementsAre("2: odd-number R=x", "2: number-out-of-range G=256",
+                            "2: number-out-of-range B=-1", "2: number-out-of-range A=128",
+                            "3: odd-number R=1,5", "3: odd-number G=", "3: odd-number B=1e99",
+                            "3: number-out-of-range A=-0.1", "4: missing-attribute =R",
+                            "4: missing-attribute =B"));
 }
 
 TEST(PaletteDiagnostics, FontsWithoutSizeOrFace) {
@@ -196,7 +195,7 @@ TEST(PaletteDiagnostics, FontsWithoutSizeOrFace) {
         ElementsAre("2: font-without-size HEIGHT=0", "2: unknown-font-face FACE=No Such Face",
                     "3: font-without-size HEIGHT=-1",
                     "3: unknown-font-face FACE=", "4: font-without-size HEIGHT=x",
-                    "5: font-without-size =HEIGHT", "5: unknown-font-face =FACE"));
+                    "5: missing-attribute =HEIGHT", "5: missing-attribute =FACE"));
 }
 
 TEST(PaletteDiagnostics, KeysWhoseColourOrFontDoesNotExist) {
@@ -214,7 +213,7 @@ TEST(PaletteDiagnostics, ImagesThatCannotBeLoadedOrLieOutside) {
 <i NAME="d" PATH="x/../../none.png"/>
 <i NAME="e" PATH="/../images/a.png"/></BITMAPS>)"),
                 ElementsAre("2: unreadable-image PATH=ROOT/images/none.png",
-                            "3: image-without-path", "4: image-outside-folder PATH=../out.png",
+                            "3: missing-attribute =PATH", "4: image-outside-folder PATH=../out.png",
                             "5: image-outside-folder PATH=x/../../none.png",
                             "5: unreadable-image PATH=ROOT/images/x/../../none.png",
                             "6: image-outside-folder PATH=/../images/a.png"));

@@ -35,9 +35,8 @@ std::atomic<int> rounds = 0;
 struct Oldest {
     std::string root;
     ~Oldest() {
-        if (root.empty()) {
+        if (root.empty())
             return;
-        }
         useHost(root);
         loadLayout(*YGStyleConfigLoad::getShareInstance(), root);
         if (const int use = firstFailing(allUses(root)); use != 0 || failed != 0) {
@@ -64,9 +63,8 @@ void startThread(std::size_t first, std::vector<std::function<bool()>> work) {
 }
 
 void waitForRounds(int wanted) {
-    while (rounds < wanted) {
+    while (rounds < wanted)
         std::this_thread::yield();
-    }
 }
 
 /// A request that fails at once, whose completion looks up and begins the next.
@@ -84,13 +82,11 @@ extern "C" __attribute__((visibility("default"))) int pthread_key_delete(
     pthread_key_t key) noexcept {
     static const auto real =
         reinterpret_cast<decltype(&pthread_key_delete)>(dlsym(RTLD_NEXT, "pthread_key_delete"));
-    if (isEndingSlowly) {
+    if (isEndingSlowly)
         ::usleep(20'000);
-    }
     const int result = real(key);
-    if (isEndingSlowly) {
+    if (isEndingSlowly)
         ::usleep(20'000);
-    }
     return result;
 }
 
@@ -112,16 +108,14 @@ int main(int count, char** arguments) {
     }
     if (way == "threads") {
         loadLayout(*YGStyleConfigLoad::getShareInstance(), root);
-        for (std::size_t i = 0; i < 3; ++i) {
+        for (std::size_t i = 0; i < 3; ++i)
             startThread(i * 5, allUses(root));
-        }
         waitForRounds(wanted);
         return 0;
     }
     if (way == "parsing") {
-        for (std::size_t i = 0; i < 3; ++i) {
+        for (std::size_t i = 0; i < 3; ++i)
             startThread(i, {isWrong, parsesAnotherEncoding});
-        }
         waitForRounds(wanted);
         isEndingSlowly = true;
         return 0;
@@ -130,9 +124,8 @@ int main(int count, char** arguments) {
         static std::atomic<bool> isLoaded = false;
         request(*manager, [root] {
             const auto& loader = *YGStyleConfigLoad::getShareInstance();
-            if (isLoaded && !(looksUp(loader) && loadsEvents(root) && measures())) {
+            if (isLoaded && !(looksUp(loader) && loadsEvents(root) && measures()))
                 std::abort();
-            }
             ++rounds;
         });
         loadLayout(*YGStyleConfigLoad::getShareInstance(), root);
@@ -144,9 +137,8 @@ int main(int count, char** arguments) {
         loadLayout(*YGStyleConfigLoad::getShareInstance(), root);
         startThread(0, allUses(root));
         request(*manager, [] { std::exit(0); });
-        while (true) {
+        while (true)
             ::pause();
-        }
     }
     return 2;
 }

@@ -58,26 +58,22 @@ TEST(ForkMutexProof, IsFreeInTheChildAndWhatItGuardsWhole) {
     std::vector<std::thread> threads;
     for (Guarded* const guarded : {&one, &one, &other}) {
         threads.emplace_back([&isOver, guarded] {
-            while (!isOver) {
+            while (!isOver)
                 guarded->change();
-            }
         });
     }
     std::atomic<int> lost = 0;
     for (int forker = 0; forker < 2; ++forker) {
         threads.emplace_back([&lost] {
-            for (int i = repeats(200, 10'000); i > 0; --i) {
+            for (int i = repeats(200, 10'000); i > 0; --i)
                 lost += childFinds(&areWhole) ? 0 : 1;
-            }
         });
     }
-    for (; threads.size() > 3; threads.pop_back()) {
+    for (; threads.size() > 3; threads.pop_back())
         threads.back().join();
-    }
     isOver = true;
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     EXPECT_EQ(lost, 0);
     EXPECT_TRUE(areWhole());
     EXPECT_TRUE(childFinds([] { return childFinds(&areWhole) && areWhole(); }));

@@ -29,9 +29,8 @@ std::atomic<int> failed = 0;
 
 std::thread repeat(std::function<bool()> use) {
     return std::thread([use = std::move(use)] {
-        while (!isOver) {
+        while (!isOver)
             failed += use() ? 0 : 1;
-        }
     });
 }
 
@@ -73,9 +72,8 @@ bool worksInChild(int number, const std::vector<std::function<bool()>>& uses,
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (count != 3) {
+    if (count != 3)
         return 2;
-    }
     const std::string root = arguments[1];
     const int children = std::atoi(arguments[2]);
     useHost(root);
@@ -105,9 +103,8 @@ int main(int count, char** arguments) {
         }
     }
     isOver = true;
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
     std::printf("%d children, %d hang, %d fail\n", children, hang, failed.load());
     return 0;
 }

@@ -158,9 +158,8 @@ inline std::vector<std::function<bool()>> allUses(const std::string& root) {
 /// Does them all; the number of the first that fails, counted from 1, and 0 if none does.
 inline int firstFailing(const std::vector<std::function<bool()>>& uses) {
     for (std::size_t i = 0; i < uses.size(); ++i) {
-        if (!uses[i]()) {
+        if (!uses[i]())
             return static_cast<int>(i) + 1;
-        }
     }
     return 0;
 }

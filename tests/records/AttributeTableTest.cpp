@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <memory>
-#include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,109 +11,207 @@
 #include "YGConfigManager/records/AttributeTable.h"
 #include "YGConfigManager/xml/Document.h"
 
-#include "diagnostics/RecordingSink.h"
-
 namespace yg {
 namespace {
 
 using ::testing::ElementsAre;
-using yg::testing::RecordingSink;
 
 /// A record that is not what a missing attribute makes of it.
-struct Place {
-    std::string name = "nobody";
-    bool isOpen = true;
+class Shelf {
+public:
+    const std::string& name() const { return name_; }
+    void setName(std::string_view text) { name_ = text; }
+    bool isOpen() const { return isOpen_; }
+    void setIsOpen(bool flag) { isOpen_ = flag; }
+    std::int32_t doubled() const { return 2 * row; }
+
     std::int32_t row = 7;
     float width = 7;
     float scale = 1;
     std::shared_ptr<TextList> labels;
+    std::string note = "none";
+    std::string origin = "here";
 
-    void setName(std::string text) { name = std::move(text); }
-    void setOpen(bool flag) { isOpen = flag; }
-    void setRow(std::int32_t number) { row = number; }
-    void setWidth(float number) { width = number; }
-    void setScale(float number) { scale = number; }
-    void setLabels(std::shared_ptr<TextList> list) { labels = std::move(list); }
+private:
+    std::string name_ = "nobody";
+    bool isOpen_ = true;
 };
 
-constexpr AttributeRow<Place> table[] = {
-    textRow<&Place::setName, Place>("name", "name"),
-    flagRow<&Place::setOpen, Place>("open", "isOpen"),
-    integerRow<&Place::setRow, Place>("row", "row"),
-    integerAsFloatRow<&Place::setWidth, Place>("width", "width"),
-    decimalRow<&Place::setScale, Place>("scale", "scale", "1.0"),
-    nameListRow<&Place::setLabels, Place>("labels", "labels"),
+/// A record whose setter may not have memory.
+struct Tight {
+    bool setName(std::string_view) { return hasMemory; }
+    std::string name;
+    bool hasMemory = false;
 };
 
-xml::Document documentOf(std::string_view text, bool withPositions = false) {
-    xml::ParseOptions options;
-    options.positions = withPositions;
-    const xml::ParseResult parsed = xml::Document::parseText(text, options);
+}  // namespace
+
+template <>
+struct Description<Shelf> {
+    static constexpr std::tuple fields{
+        Field{"name", &Shelf::name, &Shelf::setName,
+              AttributeInfo{.name = "name", .sentence = "The name.", .isRequired = true}},
+        Field{"isOpen", &Shelf::isOpen, &Shelf::setIsOpen,
+              AttributeInfo{.name = "open", .kind = AttributeKind::flag}},
+        Field{"row", &Shelf::row, &Shelf::row,
+              AttributeInfo{.name = "row", .kind = AttributeKind::integer}},
+        Field{"doubled", &Shelf::doubled},
+        Field{"width", &Shelf::width, &Shelf::width,
+              AttributeInfo{.name = "width", .kind = AttributeKind::wholeNumber}},
+        Field{"scale", &Shelf::scale, &Shelf::scale,
+              AttributeInfo{.name = "scale", .kind = AttributeKind::decimal}},
+        Field{"labels", &Shelf::labels, &Shelf::labels,
+              AttributeInfo{.name = "labels", .kind = AttributeKind::nameList}},
+        Field{"note", &Shelf::note, &Shelf::note},
+        Field{"origin", &Shelf::origin, &Shelf::origin, AttributeInfo{.name = "origin"}, false},
+    };
+};
+
+template <>
+struct Description<Tight> {
+    static constexpr std::tuple fields{
+        Field{"name", &Tight::name, &Tight::setName, AttributeInfo{.name = "name"}}};
+};
+
+namespace {
+
+xml::Document documentOf(std::string_view text) {
+    const xml::ParseResult parsed = xml::Document::parseText(text);
     EXPECT_EQ(parsed.error, "");
     return parsed.document;
 }
 
-Place placeOf(std::string_view text) {
-    Place place;
-    readAttributes(documentOf(text).root(), table, place);
-    return place;
+Shelf shelfOf(std::string_view text) {
+    Shelf shelf;
+    attributesOf<Shelf>.read(documentOf(text).root(), shelf);
+    return shelf;
+}
+
+/// The rule about a value; "" when there is nothing to say.
+std::string oddityOf(const AttributeInfo& attribute, std::string_view value) {
+    const Rule* rule = oddity(attribute, value);
+    return rule ? std::string(rule->name) : "";
+}
+
+TEST(AttributeTable, HasARowForEachFieldThatAnAttributeGives) {
+    std::vector<std::string> rows;
+    for (const AttributeInfo& row : attributesOf<Shelf>.rows())
+        rows.push_back(std::string(row.name) + " of " + std::string(row.field));
+    EXPECT_THAT(rows, ElementsAre("name of name", "open of isOpen", "row of row", "width of width",
+                                  "scale of scale", "labels of labels", "origin of origin"));
+    EXPECT_EQ(attributesOf<Shelf>.rows().front().sentence, "The name.");
+    EXPECT_TRUE(attributesOf<Shelf>.rows().front().isRequired);
 }
 
 TEST(AttributeTable, ReadsEachKind) {
-    const Place place = placeOf(
+    const Shelf shelf = shelfOf(
         R"(<a labels="x;;y" scale=" 1.5e1x" width="2.9" row="-3.7" open="true" name=" b "/>)");
-    EXPECT_EQ(place.name, " b ");
-    EXPECT_TRUE(place.isOpen);
-    EXPECT_EQ(place.row, -3);
-    EXPECT_EQ(place.width, 2.0f);
-    EXPECT_EQ(place.scale, 15.0f);
-    ASSERT_NE(place.labels, nullptr);
-    EXPECT_THAT(*place.labels, ElementsAre("x", "", "y"));
+    EXPECT_EQ(shelf.name(), " b ");
+    EXPECT_TRUE(shelf.isOpen());
+    EXPECT_EQ(shelf.row, -3);
+    EXPECT_EQ(shelf.width, 2.0f);
+    EXPECT_EQ(shelf.scale, 15.0f);
+    ASSERT_NE(shelf.labels, nullptr);
+    EXPECT_THAT(*shelf.labels, ElementsAre("x", "", "y"));
 }
 
 TEST(AttributeTable, AMissingAttributeLeavesAllButFlagsAsTheyAre) {
-    const Place place = placeOf("<a/>");
-    EXPECT_EQ(place.name, "nobody");
-    EXPECT_FALSE(place.isOpen);
-    EXPECT_EQ(place.row, 7);
-    EXPECT_EQ(place.width, 7.0f);
-    EXPECT_EQ(place.scale, 1.0f);
-    EXPECT_EQ(place.labels, nullptr);
+    const Shelf shelf = shelfOf("<a/>");
+    EXPECT_EQ(shelf.name(), "nobody");
+    EXPECT_FALSE(shelf.isOpen());
+    EXPECT_EQ(shelf.row, 7);
+    EXPECT_EQ(shelf.width, 7.0f);
+    EXPECT_EQ(shelf.scale, 1.0f);
+    EXPECT_EQ(shelf.labels, nullptr);
 }
 
 TEST(AttributeTable, AnEmptyTextIsAValueButNoList) {
-    const Place place = placeOf(R"(<a name="" open="" row="" scale="" labels=""/>)");
-    EXPECT_EQ(place.name, "");
-    EXPECT_FALSE(place.isOpen);
-    EXPECT_EQ(place.row, 0);
-    EXPECT_EQ(place.scale, 0.0f);
-    EXPECT_EQ(place.labels, nullptr);
+    const Shelf shelf = shelfOf(R"(<a name="" open="" row="" scale="" labels=""/>)");
+    EXPECT_EQ(shelf.name(), "");
+    EXPECT_FALSE(shelf.isOpen());
+    EXPECT_EQ(shelf.row, 0);
+    EXPECT_EQ(shelf.scale, 0.0f);
+    EXPECT_EQ(shelf.labels, nullptr);
 }
 
 TEST(AttributeTable, NamesAndFlagsMatchExactly) {
-    const Place place = placeOf(R"(<a Name="b" ROW="1" open="TRUE" x:name="c"/>)");
-    EXPECT_EQ(place.name, "nobody");
-    EXPECT_EQ(place.row, 7);
-    EXPECT_FALSE(place.isOpen);
+    const Shelf shelf = shelfOf(R"(<a Name="b" ROW="1" open="TRUE" x:name="c" nam="d" names="e"
+        a-name-that-is-longer-than-any-of-the-table="f"/>)");
+    EXPECT_EQ(shelf.name(), "nobody");
+    EXPECT_EQ(shelf.row, 7);
+    EXPECT_FALSE(shelf.isOpen());
 }
 
-TEST(AttributeTable, ReportsWhatIsOddOrUnknown) {
-    const xml::Document document = documentOf(
-        "<a name=\"\" row=\"1x\"\n open=\"yes\" scale=\"\" width=\"2\" labels=\"\" other=\"o\"/>",
-        true);
-    RecordingSink sink;
-    reportAttributes(document.root(), table, sink);
-    EXPECT_THAT(sink.lines(),
-                ElementsAre("1: odd-number row=1x", "1: odd-flag open=yes", "1: odd-number scale=",
-                            "1: empty-list labels=", "1: unknown-attribute other=o"));
+TEST(AttributeTable, ARenamedAttributeIsReadUnderItsOtherNameOnly) {
+    constexpr auto renamed = attributesOf<Shelf>.renamed("name", "label");
+    const xml::Document document = documentOf(R"(<a name="b" label="c" row="1"/>)");
+    Shelf shelf;
+    renamed.read(document.root(), shelf);
+    EXPECT_EQ(shelf.name(), "c");
+    EXPECT_EQ(shelf.row, 1);
+    EXPECT_EQ(renamed.rows().front().name, "label");
+    EXPECT_EQ(renamed.rows().front().field, "name");
 }
 
-TEST(AttributeTable, ReportsNothingOfASoundElement) {
-    const xml::Document document =
-        documentOf(R"(<a name="b" row="-1" open="false" scale=".5" width="2" labels=";"/>)", true);
-    RecordingSink sink;
-    reportAttributes(document.root(), table, sink);
-    EXPECT_THAT(sink.lines(), ElementsAre());
+TEST(AttributeTable, ASetterWithoutMemoryThrows) {
+    const xml::Document document = documentOf(R"(<a name="b"/>)");
+    Tight record;
+    EXPECT_THROW(attributesOf<Tight>.read(document.root(), record), std::bad_alloc);
+    record.hasMemory = true;
+    EXPECT_NO_THROW(attributesOf<Tight>.read(document.root(), record));
+}
+
+TEST(CopyFields, TakesEachFieldWithASetterThatIsCopied) {
+    Shelf from;
+    from.setName("b");
+    from.setIsOpen(false);
+    from.row = 1;
+    from.scale = 2;
+    from.labels = std::make_shared<TextList>();
+    from.note = "note";
+    from.origin = "there";
+    Shelf to;
+    copyFields(from, to);
+    EXPECT_EQ(to.name(), "b");
+    EXPECT_FALSE(to.isOpen());
+    EXPECT_EQ(to.row, 1);
+    EXPECT_EQ(to.scale, 2.0f);
+    EXPECT_EQ(to.labels, from.labels);
+    EXPECT_EQ(to.note, "note");
+    EXPECT_EQ(to.origin, "here");
+}
+
+TEST(Oddity, IsThatOfTheKind) {
+    constexpr AttributeInfo flag{.kind = AttributeKind::flag};
+    for (const char* value : {"true", "false"})
+        EXPECT_EQ(oddityOf(flag, value), "") << value;
+    for (const char* value : {"", "TRUE", "1", " true"})
+        EXPECT_EQ(oddityOf(flag, value), "odd-flag") << value;
+    for (const AttributeKind kind : {AttributeKind::integer, AttributeKind::wholeNumber}) {
+        for (const char* value : {"0", "-1", "2147483647"})
+            EXPECT_EQ(oddityOf({.kind = kind}, value), "") << value;
+        for (const char* value : {"", "x", "1x", "2147483648", "1.5"})
+            EXPECT_EQ(oddityOf({.kind = kind}, value), "odd-number") << value;
+    }
+    for (const char* value : {"0", ".5", "-1e3"})
+        EXPECT_EQ(oddityOf({.kind = AttributeKind::decimal}, value), "") << value;
+    for (const char* value : {"", "1,5", "1e99"})
+        EXPECT_EQ(oddityOf({.kind = AttributeKind::decimal}, value), "odd-number") << value;
+    EXPECT_EQ(oddityOf({.kind = AttributeKind::nameList}, ";"), "");
+    EXPECT_EQ(oddityOf({.kind = AttributeKind::nameList}, ""), "empty-list");
+    EXPECT_EQ(oddityOf({}, ""), "");
+}
+
+TEST(Oddity, OfANumberIsItsRange) {
+    for (const AttributeKind kind :
+         {AttributeKind::integer, AttributeKind::wholeNumber, AttributeKind::decimal}) {
+        const AttributeInfo number{.kind = kind, .least = -1, .most = 255};
+        for (const char* value : {"-1", "0", "255"})
+            EXPECT_EQ(oddityOf(number, value), "") << value;
+        for (const char* value : {"-2", "256"})
+            EXPECT_EQ(oddityOf(number, value), "number-out-of-range") << value;
+        EXPECT_EQ(oddityOf(number, "256x"), "odd-number");
+    }
 }
 
 }  // namespace

@@ -237,7 +237,8 @@ TEST_F(ServerCfgLoader, BuildsTheGroupsInAFixedOrder) {
     for (const char* type : {"1", "2", "3", "4", "5", "7", "8"})
         xml += "<server type='" + std::string(type) +
                "'><e key='0' name='a' addrs='h:0;h:1;h:2;h:3;h:4;h:5;h:6'/></server>";
-    put(folder / "skeleton_v1.xml", xml + "</application>");
+    xml += "</application>";
+    put(folder / "skeleton_v1.xml", xml);
     ScriptedRandomSource random({0, 1, 2, 3, 4, 5, 6});
     const auto loader = YGServerCfgLoader::initWithIsGray(false, nullptr, &random);
     EXPECT_THAT(serversOf(*loader->appServerAddrListTag()), ElementsAre("0 a h:0"));
@@ -247,6 +248,17 @@ TEST_F(ServerCfgLoader, BuildsTheGroupsInAFixedOrder) {
     EXPECT_THAT(serversOf(*loader->glooxMsgServerAddrListTag()), ElementsAre("0 a h:4"));
     EXPECT_THAT(serversOf(*loader->superL2ServerAddrListTag()), ElementsAre("0 a h:5"));
     EXPECT_THAT(serversOf(*loader->domeFutureServerAddrListTag()), ElementsAre("0 a h:6"));
+    // Later loads and deliveries choose again, by the same source.
+    const auto expectNext = [&](auto load) {
+        random.uniformNumbers = {6, 5, 4, 3, 2, 1, 0};
+        load();
+        EXPECT_TRUE(random.uniformNumbers.empty());
+        EXPECT_THAT(serversOf(*loader->appServerAddrListTag()), ElementsAre("0 a h:6"));
+        EXPECT_THAT(serversOf(*loader->domeFutureServerAddrListTag()), ElementsAre("0 a h:0"));
+    };
+    expectNext([&] { loader->reloadConfig(); });
+    expectNext([&] { loader->reloadServerConfigWithData(xml, "digest"); });
+    expectNext([&] { loader->loadServerCfg(xml::Document::parseText(xml).document); });
 }
 
 std::vector<std::string> linesOf(const std::vector<ServerOffer>& offers) {

@@ -23,12 +23,10 @@ std::string shown(std::string_view text) {
 TEST(Controls, AreTheseCharactersAndNoOthers) {
     std::vector<std::pair<unsigned, unsigned>> ranges;
     for (unsigned character = 0; character <= 0x10FFFF; ++character) {
-        if (!isControl(character)) {
+        if (!isControl(character))
             continue;
-        }
-        if (ranges.empty() || ranges.back().second + 1 != character) {
+        if (ranges.empty() || ranges.back().second + 1 != character)
             ranges.emplace_back(character, character);
-        }
         ranges.back().second = character;
     }
     EXPECT_THAT(ranges, ElementsAre(std::pair(0x00, 0x1F), std::pair(0x7F, 0x9F),

@@ -157,9 +157,8 @@ TEST(Numbers, DoubleIsTheLeadingDecimalNumber) {
          "5",
          0, noDigits},
     };
-    for (const auto& row : rows) {
+    for (const auto& row : rows)
         expectRow(row, readLeadingDouble(row.text));
-    }
 }
 
 TEST(Numbers, DoubleWithHundredsOfDigitsIsLargeOrSmallByThePlaceOfItsPoint) {
@@ -202,7 +201,7 @@ TEST(Numbers, FloatIsTheDoubleNarrowed) {
 
 TEST(Numbers, FloatIsRoundedTwice) {
     // Just above the middle of two floats by less than a double can tell: read as a double it is
-    // the middle and goes to the even neighbour, read as a float at once it would go up.
+    // the middle and goes to the even one, read as a float at once it would go up.
     EXPECT_EQ(leadingFloat("1.00000005960464477540"), 1.0F);
 }
 

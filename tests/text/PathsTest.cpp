@@ -66,5 +66,14 @@ TEST(Paths, APlainFileNameStaysInItsFolder) {
     EXPECT_FALSE(isPlainFileName(std::string_view("a\0b", 3)));
 }
 
+TEST(LeadsOut, OfAFolderWhereverThePathGoesAbove) {
+    for (const char* path :
+         {"..", "../a", "/../images/a.png", "a/../..", "a/./../../a", "a//../.."})
+        EXPECT_TRUE(leadsOut(path)) << path;
+    for (const char* path :
+         {"", "/", "a", "/a", ".", "a/..", "a/../b", "./a/b/../../c", "...", "a/..b"})
+        EXPECT_FALSE(leadsOut(path)) << path;
+}
+
 }  // namespace
 }  // namespace yg::text

@@ -57,7 +57,7 @@ TEST(TextHash, DependsOnEachBitOfTheKey) {
 }
 
 // Whoever knows the key can make a factor 0. A guess that misses by one bit is worth nothing: the
-// same texts are told apart. Of 10,000 random hashes about 0.01 are equal to another one.
+// same texts are distinguished. Of 10,000 random hashes about 0.01 are equal to another one.
 TEST(TextHash, TextsMadeForOneKeyDoNotCollideUnderAnother) {
     std::vector<std::string> shortOnes;
     std::vector<std::string> longOnes;

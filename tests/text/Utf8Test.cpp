@@ -10,12 +10,10 @@ namespace {
 
 std::string encoded(char32_t codePoint) {
     const auto byte = [](char32_t bits) { return static_cast<char>(bits); };
-    if (codePoint < 0x80) {
+    if (codePoint < 0x80)
         return {byte(codePoint)};
-    }
-    if (codePoint < 0x800) {
+    if (codePoint < 0x800)
         return {byte(0xC0 | codePoint >> 6), byte(0x80 | (codePoint & 0x3F))};
-    }
     if (codePoint < 0x10000) {
         return {byte(0xE0 | codePoint >> 12), byte(0x80 | (codePoint >> 6 & 0x3F)),
                 byte(0x80 | (codePoint & 0x3F))};
@@ -144,9 +142,8 @@ TEST(FirstCharacter, IsACharacterOrAByte) {
     expect("市场", U'市', 3, true);
     expect("\uFFFD", 0xFFFD, 3, true);
     expect("\U0010FFFF", 0x10FFFF, 4, true);
-    for (const char* wrong : {"\x9b", "\xc0\x9b", "\xe5\x9b", "\xed\xa0\x80", "\xf4\x90\x80\x80"}) {
+    for (const char* wrong : {"\x9b", "\xc0\x9b", "\xe5\x9b", "\xed\xa0\x80", "\xf4\x90\x80\x80"})
         expect(wrong, 0xFFFD, 1, false);
-    }
 }
 
 }  // namespace yg::text

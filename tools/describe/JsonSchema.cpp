@@ -31,7 +31,7 @@ Json objectOf(const ElementInfo& element, bool mayBeNull) {
     Json required = Json::array();
     for (const AttributeInfo& row : element.attributes) {
         object["properties"][std::string(row.name)] = textOf(element, row);
-        if (isRequired(element, row))
+        if (isRequired(row))
             required.push_back(row.name);
     }
     bool isOpen = element.isLenient;

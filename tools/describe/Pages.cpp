@@ -159,7 +159,7 @@ private:
             std::string missing = whenMissing(each);
             if (each.isRequired)
                 missing = "**required**";
-            else if (isRequired(element, each))
+            else if (isRequired(each))
                 missing += ", and reported";
             text_ += row({code(each.name), kindOf(element, each), missing, meaningOf(each)});
         }
@@ -170,8 +170,8 @@ private:
             return;
         text_ += "\nReported here:\n\n";
         for (const Rule* each : element.rules)
-            text_ += "- " + code(each->name) + " (" + std::string(handlingWord(*each)) + "): " +
-                     std::string(each->meaning) + '\n';
+            text_ += "- " + code(each->name) + " (" + std::string(handlingWord(*each)) +
+                     "): " + std::string(each->meaning) + '\n';
     }
 
     bool isJson_;

@@ -11,25 +11,6 @@ constexpr std::string_view annotations = "http://relaxng.org/ns/compatibility/an
 /// Half a step beyond the largest float: from here on a number reads as an infinity.
 constexpr std::string_view beyondFloat = "3.4028235677973366E38";
 
-/// Digits of at least one number from 0 to the number given, zeros before it included.
-std::string upTo(std::string_view largest) {
-    std::string pattern = "0*([0-9]{1," + std::to_string(largest.size() - 1) + '}';
-    for (std::size_t at = 0; at < largest.size(); ++at) {
-        const char below = static_cast<char>(largest[at] - 1);
-        const char first = at == 0 ? '1' : '0';
-        if (below < first)
-            continue;
-        pattern += '|' + std::string(largest.substr(0, at)) + '[' + first + '-' + below + ']';
-        if (const std::size_t rest = largest.size() - at - 1; rest > 0)
-            pattern += "[0-9]{" + std::to_string(rest) + '}';
-    }
-    return pattern + '|' + std::string(largest) + ')';
-}
-
-std::string integerPattern() {
-    return "\\s*([+]?" + upTo("2147483647") + "|-" + upTo("2147483648") + ')';
-}
-
 class Grammar {
 public:
     explicit Grammar(const FormatInfo& format) {
@@ -77,23 +58,23 @@ private:
     }
 
     void attribute(const ElementInfo& element, const AttributeInfo& row) {
-        const bool isOptional = !isRequired(element, row);
+        const bool isOptional = !isRequired(row);
         if (isOptional)
             xml_.begin("optional");
         xml_.begin("attribute", {{"name", row.name}});
         xml_.text("a:documentation", hoverText(element, row));
-        value(element, row.name, row.kind);
+        value(element, row);
         xml_.end();
         if (isOptional)
             xml_.end();
     }
 
-    void value(const ElementInfo& element, std::string_view name, AttributeKind kind) {
-        if (const std::string_view pattern = facet(element, name, "pattern"); !pattern.empty())
+    void value(const ElementInfo& element, const AttributeInfo& row) {
+        if (const std::string_view pattern = facet(element, row.name, "pattern"); !pattern.empty())
             return text("pattern", pattern);
-        switch (kind) {
+        switch (row.kind) {
             case AttributeKind::text:
-                if (const std::string_view least = facet(element, name, "minLength");
+                if (const std::string_view least = facet(element, row.name, "minLength");
                     !least.empty())
                     return text("minLength", least);
                 return xml_.leaf("text");
@@ -104,9 +85,10 @@ private:
                 return xml_.end();
             case AttributeKind::integer:
             case AttributeKind::wholeNumber:
-                return text("pattern", integerPattern());
+                return number(element, row, "int", R"(\s*[+\-]?[0-9]+)");
             case AttributeKind::decimal:
-                return decimal(element, name);
+                return number(element, row, "double",
+                              R"(\s*[+\-]?([0-9]+([.][0-9]*)?|[.][0-9]+)([eE][+\-]?[0-9]+)?)");
             case AttributeKind::nameList:
                 return text("minLength", "1");
         }
@@ -118,24 +100,25 @@ private:
         xml_.end();
     }
 
-    /// A double allows blanks behind it and names for infinities; the loader does not.
-    void decimal(const ElementInfo& element, std::string_view name) {
-        xml_.begin("data", {{"type", "double"}});
-        xml_.text("param", R"(\s*[+\-]?([0-9]+([.][0-9]*)?|[.][0-9]+)([eE][+\-]?[0-9]+)?)",
-                  {{"name", "pattern"}});
-        bool hasLeast = false;
-        bool hasMost = false;
-        for (const ValueInfo* limit : limitsOf(element, name)) {
-            if (limit->facet == "required")
-                continue;
-            hasLeast |= limit->facet.starts_with("min");
-            hasMost |= limit->facet.starts_with("max");
-            xml_.text("param", limit->value, {{"name", limit->facet}});
-        }
-        if (!hasLeast)
-            xml_.text("param", '-' + std::string(beyondFloat), {{"name", "minExclusive"}});
-        if (!hasMost)
-            xml_.text("param", beyondFloat, {{"name", "maxExclusive"}});
+    /// The types of numbers allow blanks behind them and names for infinities; the loader does not.
+    void number(const ElementInfo& element, const AttributeInfo& row, std::string_view type,
+                std::string_view pattern) {
+        xml_.begin("data", {{"type", type}});
+        const auto limit = [&](std::string_view name, std::string_view value) {
+            xml_.text("param", value, {{"name", name}});
+        };
+        limit("pattern", pattern);
+        const bool isFloat = row.kind == AttributeKind::decimal;
+        if (const std::string_view above = facet(element, row.name, "minExclusive"); !above.empty())
+            limit("minExclusive", above);
+        else if (row.least != AttributeInfo::lowest)
+            limit("minInclusive", textOf(row.least));
+        else if (isFloat)
+            limit("minExclusive", '-' + std::string(beyondFloat));
+        if (row.most != -AttributeInfo::lowest)
+            limit("maxInclusive", textOf(row.most));
+        else if (isFloat)
+            limit("maxExclusive", beyondFloat);
         xml_.begin("except");
         text("pattern", R"([\s\S]*\s)");
         xml_.end();
@@ -144,7 +127,7 @@ private:
 
     void content(const ElementInfo& element) {
         if (element.holds == Content::text)
-            return value(element, {}, AttributeKind::text);
+            return value(element, AttributeInfo{.name = {}});
         if (element.content.empty())
             return xml_.leaf("empty");
         const bool isOne = element.holds == Content::element;

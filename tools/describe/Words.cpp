@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "describe/Words.h"
 
+#include <array>
+#include <charconv>
+
 namespace yg::describe {
 
 namespace {
@@ -89,16 +92,27 @@ std::string_view facet(const ElementInfo& element, std::string_view attribute,
     return {};
 }
 
-bool isRequired(const ElementInfo& element, const AttributeInfo& row) {
-    return row.isRequired || !facet(element, row.name, "required").empty();
+bool isRequired(const AttributeInfo& row) {
+    return row.isRequired || row.isExpected;
+}
+
+std::string textOf(float number) {
+    std::array<char, 32> text{};
+    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
 }
 
 std::string kindOf(const ElementInfo& element, const AttributeInfo& row) {
     std::string words(kindWords(row.kind));
-    for (const ValueInfo* limit : limitsOf(element, row.name)) {
-        if (!limit->sentence.empty())
-            words += ' ' + std::string(limit->sentence);
-    }
+    const bool hasLeast = row.least != AttributeInfo::lowest;
+    const bool hasMost = row.most != -AttributeInfo::lowest;
+    if (hasLeast && hasMost)
+        words += " From " + textOf(row.least) + " to " + textOf(row.most) + '.';
+    else if (hasLeast)
+        words += " At least " + textOf(row.least) + '.';
+    else if (hasMost)
+        words += " At most " + textOf(row.most) + '.';
+    for (const ValueInfo* limit : limitsOf(element, row.name))
+        words += ' ' + std::string(limit->sentence);
     return words;
 }
 
@@ -127,7 +141,7 @@ std::string meaningOf(const AttributeInfo& row) {
 
 std::string hoverText(const ElementInfo& element, const AttributeInfo& row) {
     return meaningOf(row) + ' ' + kindOf(element, row) +
-           (isRequired(element, row) ? "" : " When missing: " + whenMissing(row) + '.');
+           (isRequired(row) ? "" : " When missing: " + whenMissing(row) + '.');
 }
 
 }  // namespace yg::describe

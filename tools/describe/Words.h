@@ -23,7 +23,10 @@ std::string_view facet(const ElementInfo& element, std::string_view attribute,
                        std::string_view name);
 
 /// Whether a missing attribute is reported.
-bool isRequired(const ElementInfo& element, const AttributeInfo& row);
+bool isRequired(const AttributeInfo& row);
+
+/// The shortest text that is exact.
+std::string textOf(float number);
 
 /// "Text", "Flag: true or false" …, then the limits.
 std::string kindOf(const ElementInfo& element, const AttributeInfo& row);

@@ -92,9 +92,8 @@ private:
 
     void type(const Elements& elements) {
         xml_.begin("xs:complexType", {{"name", typeOf(elements)}});
-        const bool holdsText = std::ranges::any_of(elements, [](const ElementInfo* each) {
-            return each->holds == Content::text;
-        });
+        const bool holdsText = std::ranges::any_of(
+            elements, [](const ElementInfo* each) { return each->holds == Content::text; });
         if (holdsText) {
             xml_.begin("xs:simpleContent");
             xml_.begin("xs:extension", {{"base", "xs:string"}});
@@ -147,7 +146,7 @@ private:
     void attribute(const Elements& elements, const ElementInfo& element, const AttributeInfo& row) {
         const bool isNeeded = std::ranges::all_of(elements, [&](const ElementInfo* each) {
             const auto own = std::ranges::find(each->attributes, row.name, &AttributeInfo::name);
-            return own != each->attributes.end() && isRequired(*each, *own);
+            return own != each->attributes.end() && isRequired(*own);
         });
         xml_.begin("xs:attribute",
                    {{"name", row.name}, {"use", isNeeded ? "required" : "optional"}});
@@ -173,9 +172,13 @@ private:
     void value(const ElementInfo& element, const AttributeInfo& row) {
         Facets facets;
         bool hasPattern = false;
+        const std::string least = textOf(row.least);
+        const std::string most = textOf(row.most);
+        if (row.least != AttributeInfo::lowest)
+            facets.emplace_back("minInclusive", least);
+        if (row.most != -AttributeInfo::lowest)
+            facets.emplace_back("maxInclusive", most);
         for (const ValueInfo* limit : limitsOf(element, row.name)) {
-            if (limit->facet == "required")
-                continue;
             hasPattern |= limit->facet == "pattern";
             facets.emplace_back(limit->facet, limit->value);
         }

@@ -63,7 +63,8 @@ std::vector<std::string> prepared(std::span<const std::string> words) {
 std::optional<std::string> unexpectedIn(const CLI::App& app) {
     for (const std::string& word : app.remaining()) {
         if (word != endOfOptions)
-            return unmarked(word).substr(0, word.starts_with('-') ? word.find('=') : word.npos);
+            return unmarked(word).substr(
+                0, word.starts_with('-') ? word.find('=') : std::string::npos);
     }
     return std::nullopt;
 }

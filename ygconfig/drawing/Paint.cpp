@@ -31,8 +31,8 @@ std::string_view codeOf(Tone tone) {
 }  // namespace
 
 bool wantsColour(bool isTerminal, const char* noColour, const char* term) {
-    const bool isRefused = noColour != nullptr && *noColour != '\0';
-    const bool isDumb = term != nullptr && std::string_view(term) == "dumb";
+    const bool isRefused = noColour && *noColour != '\0';
+    const bool isDumb = term && std::string_view(term) == "dumb";
     return isTerminal && !isRefused && !isDumb;
 }
 

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Checks what each folder of the library may include.
 #
-#   floors.sh SOURCE-ROOT PUBLIC-HEADER…      (headers as paths from the root)
+#   layers.sh SOURCE-ROOT PUBLIC-HEADER…      (headers as paths from the root)
 #
 # Prints one line for each include that breaks a rule; answers 1 when there is one.
 set -euo pipefail
@@ -10,7 +10,7 @@ set -euo pipefail
 cd "$1"
 shift
 
-# Each folder with the folders below it, from the ground up. No subsystem includes another.
+# Each folder with the folders below it, from the bottom up. No subsystem includes another.
 ground='text files process'
 middle="$ground xml host diagnostics records"
 folders="
@@ -92,7 +92,7 @@ FNR == 1 {
     here = folder(FILENAME)
     in_library = here != "ygconfig"
     if (in_library && here != "." && !((here, here) in may))
-        complain("the folder has no floor yet; give it one in floors.sh")
+        complain("the folder has no layer yet; add it to layers.sh")
 }
 
 /^[ \t]*#[ \t]*include[ \t]*[<"]/ {

@@ -94,10 +94,12 @@ void Entry::Account::reportText(const xml::Node& node) const {
         reportChild("stray-text"_rule, node);
 }
 
-void Entry::Account::reportElements(const xml::Element& element, const Rule& rule) const {
+void Entry::Account::accountForText(const xml::Element& element) const {
     for (const xml::Node& child : element.children()) {
         if (child.isElement())
-            reportChild(rule, child);
+            reportChild("element-in-text"_rule, child);
+        else if (child.kind() == xml::NodeKind::text)
+            reporter.sink()->used(placeOf(child));
     }
 }
 

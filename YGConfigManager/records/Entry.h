@@ -86,7 +86,7 @@ public:
     std::string text() {
         beginContent();
         if (account_)
-            account_->reportElements(element_, "element-in-text"_rule);
+            account_->accountForText(element_);
         return element_.stringValue();
     }
 
@@ -160,7 +160,7 @@ private:
                                            RecordMap<Place>& places);
         void reportChild(const Rule& rule, const xml::Node& child) const;
         void reportText(const xml::Node& node) const;
-        void reportElements(const xml::Element& element, const Rule& rule) const;
+        void accountForText(const xml::Element& element) const;
         void endAttributes(const xml::Element& element);
         void endContent(const xml::Element& element) const;
         const Rule* ruleFor(const xml::Attribute& attribute) const;

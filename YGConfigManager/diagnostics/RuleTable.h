@@ -195,6 +195,17 @@ inline constexpr Rule ruleTable[] = {
      R"(<styles>
     <style name="tab"/>
 </styles>)"},
+    {"overridden-default-style", Handling::replaced, Severity::note,
+     "The soft-optimize file's default style replaces the main file's.",
+     "This is how the soft-optimize folder changes the page that opens first. The main file's "
+     "default style is not used. If that is not meant, delete one of the two attributes.",
+     "soft_optimize/custompage_template.xml",
+     R"(<styles default_style="detail">
+    <style name="detail"/>
+</styles>)",
+     R"(<styles>
+    <style name="detail"/>
+</styles>)"},
     {"soft-optimize-dropped", Handling::unresolved, Severity::error,
      "The main style file yields no styles, so the soft-optimize styles are dropped with it.",
      "The soft-optimize file adds to the main file. Without any page in the main file its pages "

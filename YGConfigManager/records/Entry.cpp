@@ -62,14 +62,13 @@ void Entry::Account::reportPart(const xml::Element& element, const Rule& rule,
                      std::string(attribute),
                      std::string(part),
                      {}});
-    reported.emplace_back(attribute);
 }
 
 std::optional<Place> Entry::Account::define(const xml::Element& element, std::string_view name,
-                                            RecordMap<Place>& places) {
+                                            RecordMap<Place>& places, std::string_view attribute) {
     const Place* const found = places.find(name);
     const auto before = found ? std::optional(*found) : std::nullopt;
-    places.set(name, placeOf(element));
+    places.set(name, attribute.empty() ? placeOf(element) : yg::placeOf(element, attribute));
     return before;
 }
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <string_view>
+#include <tuple>
 
 #include "YGConfigManager/diagnostics/RuleTable.h"
 #include "YGConfigManager/formats/Format.h"
@@ -37,12 +38,40 @@ consteval auto rowsOf(const AttributeTable<Record, count>&... tables) {
     return rows;
 }
 
+/// The rows of a record whose members JSON gives, without those that are lists.
+template <class Record, std::size_t count>
+consteval auto textRowsOf(const std::array<std::string_view, count>& lists) {
+    constexpr std::size_t all = std::tuple_size_v<decltype(Description<Record>::fields)>;
+    std::array<AttributeInfo, all - count> rows{};
+    std::size_t at = 0;
+    const auto add = [&](const AttributeInfo& row) {
+        for (const std::string_view list : lists) {
+            if (row.name == list)
+                return;
+        }
+        rows[at++] = row;
+    };
+    std::apply([&](const auto&... field) { (add(field.attribute), ...); },
+               Description<Record>::fields);
+    return rows;
+}
+
 /// The same rows where the element has an effect without that attribute, too.
 template <std::size_t count>
 consteval auto optional(std::array<AttributeInfo, count> rows, std::string_view name) {
     for (AttributeInfo& row : rows) {
         if (row.name == name)
             row.isRequired = false;
+    }
+    return rows;
+}
+
+/// The same rows where that attribute is reported when it is missing.
+template <std::size_t count>
+consteval auto expected(std::array<AttributeInfo, count> rows, std::string_view name) {
+    for (AttributeInfo& row : rows) {
+        if (row.name == name)
+            row.isExpected = true;
     }
     return rows;
 }

@@ -2,7 +2,8 @@
 //
 // The formats in JSON: the settings of a stand-alone host and the list of request URLs.
 #include "YGConfigManager/formats/Formats.h"
-#include "YGConfigManager/formats/StandInRows.h"
+#include "YGConfigManager/settings/YGHttpReqUrlModel.h"
+#include "YGConfigManager/settings/YGHttpUrlConfigModel.h"
 
 namespace yg {
 
@@ -76,6 +77,8 @@ constexpr std::string_view hostNotes[] = {
 
 // ---- Request URLs ----
 
+constexpr auto urlEntryRows =
+    expected(textRowsOf<YGHttpUrlConfigModel>(std::array<std::string_view, 0>{}), "urlValue");
 constexpr ValueInfo entryValues[] = {
     {"urlValue", "pattern", R"((\S([\s\S]*\S)?)?)", "No blanks before or behind it."},
 };
@@ -99,10 +102,12 @@ constexpr ElementInfo urlEntries = {
     .content = entriesContent,
 };
 
+constexpr auto urlListRows =
+    textRowsOf<YGHttpReqUrlModel>(std::array<std::string_view, 1>{"urlConfigList"});
 constexpr ValueInfo listValues[] = {notEmpty("md5Value")};
 constexpr const Rule* listRules[] = {
-    &"unknown-member"_rule,      &"member-of-wrong-type"_rule,      &"number-for-text"_rule,
-    &"list-without-digest"_rule, &"same-digest-other-entries"_rule,
+    &"unknown-member"_rule,  &"replaced-member"_rule,     &"member-of-wrong-type"_rule,
+    &"number-for-text"_rule, &"list-without-digest"_rule, &"same-digest-other-entries"_rule,
 };
 constexpr const ElementInfo* listContent[] = {&urlEntries};
 constexpr ElementInfo urlRoot = {

@@ -2,7 +2,10 @@
 //
 // The layout: style files, magic panels and reuse panels. All of them have panels and elements.
 #include "YGConfigManager/formats/Formats.h"
-#include "YGConfigManager/formats/StandInRows.h"
+#include "YGConfigManager/layout/ElementConfigInfo.h"
+#include "YGConfigManager/layout/LayoutEntries.h"
+#include "YGConfigManager/layout/PanelConfigInfo.h"
+#include "YGConfigManager/layout/StyleConfigInfo.h"
 
 namespace yg {
 
@@ -10,6 +13,7 @@ namespace {
 
 // ---- What is in a panel ----
 
+constexpr auto elementRows = rowsOf(attributesOf<ElementConfigInfo>);
 constexpr ValueInfo elementValues[] = {notEmpty("name")};
 constexpr const Rule* elementRules[] = {&"misplaced-element"_rule, &"element-without-name"_rule};
 constexpr ElementInfo element = {
@@ -21,6 +25,7 @@ constexpr ElementInfo element = {
     .rules = elementRules,
 };
 
+constexpr auto slotRows = rowsOf(attributesOf<Named<magicSlot>>);
 constexpr const Rule* slotRules[] = {
     &"missing-name"_rule,      &"misplaced-magic-panels"_rule, &"unknown-magic-group"_rule,
     &"empty-magic-group"_rule, &"expansion-limit"_rule,
@@ -35,6 +40,7 @@ constexpr ElementInfo slot = {
     .rules = slotRules,
 };
 
+constexpr auto referenceRows = rowsOf(attributesOf<Named<reuseReference>>);
 constexpr const Rule* referenceRules[] = {
     &"missing-name"_rule,
     &"misplaced-reuse-panel"_rule,
@@ -51,6 +57,7 @@ constexpr ElementInfo reference = {
 
 extern const ElementInfo panel;
 
+constexpr auto panelRows = rowsOf(attributesOf<PanelConfigInfo>);
 constexpr const ElementInfo* panelContent[] = {&panel, &element, &slot, &reference};
 constexpr const Rule* panelRules[] = {
     &"misplaced-panel"_rule,
@@ -70,6 +77,7 @@ constexpr ElementInfo panel = {
 
 // ---- Style files ----
 
+constexpr auto styleRows = rowsOf(attributesOf<StyleConfigInfo>);
 constexpr ValueInfo styleValues[] = {notEmpty("name")};
 constexpr const ElementInfo* styleContent[] = {&panel, &slot};
 constexpr const Rule* styleRules[] = {
@@ -88,6 +96,7 @@ constexpr ElementInfo style = {
     .rules = styleRules,
 };
 
+constexpr AttributeInfo styleRootRows[] = {defaultStyle};
 constexpr const ElementInfo* stylesContent[] = {&style};
 constexpr const Rule* stylesRules[] = {
     &"ignored-default-style"_rule,
@@ -142,21 +151,11 @@ constexpr std::string_view styleNotes[] = {
 
 // ---- Magic panels ----
 
-constexpr std::string_view notBoxes[] = {"panel"};
-constexpr const ElementInfo* boxContent[] = {&element, &slot, &reference};
-constexpr ElementInfo box = {
-    .id = "member-panel",
-    .usualName = "box",
-    .otherThan = notBoxes,
-    .sentence = "The panel of a magic panel under another name: panels inside it are dropped.",
-    .attributes = panelRows,
-    .content = boxContent,
-};
-
-constexpr const ElementInfo* memberContent[] = {&panel, &box};
+constexpr auto memberRows = rowsOf(attributesOf<Named<magicMember>>);
+constexpr const ElementInfo* memberContent[] = {&panel};
 constexpr const Rule* memberRules[] = {
     &"missing-name"_rule, &"unexpected-element-name"_rule, &"member-without-panel"_rule,
-    &"second-panel"_rule, &"duplicate-name"_rule,
+    &"second-panel"_rule, &"comment-before-panel"_rule,    &"duplicate-name"_rule,
 };
 constexpr ElementInfo member = {
     .id = "magic_panel",
@@ -164,12 +163,13 @@ constexpr ElementInfo member = {
     .sentence =
         "A magic panel: one that may be shown in the slots of its group. Nothing stands "
         "before its panel, not even a comment, or custom pages do not find it.",
-    .attributes = memberNameRows,
+    .attributes = memberRows,
     .holds = Content::element,
     .content = memberContent,
     .rules = memberRules,
 };
 
+constexpr auto groupRows = rowsOf(attributesOf<Named<yg::magicGroup>>);
 constexpr const ElementInfo* magicGroupContent[] = {&member};
 constexpr const Rule* magicGroupRules[] = {
     &"missing-name"_rule,
@@ -181,7 +181,7 @@ constexpr ElementInfo magicGroup = {
     .id = "group",
     .name = "magic_panels",
     .sentence = "A group of magic panels, which take each other's place.",
-    .attributes = groupNameRows,
+    .attributes = groupRows,
     .content = magicGroupContent,
     .rules = magicGroupRules,
 };
@@ -232,12 +232,13 @@ constexpr std::string_view magicNotes[] = {
 
 // ---- Reuse panels ----
 
-/// A panel whose name is that of the reuse panel.
+/// The attributes of a panel, whose name is that of the reuse panel.
 constexpr auto reuseRows = [] {
-    auto rows = std::to_array(panelRows);
-    rows[0].sentence = "The name that references give.";
-    rows[0].names = Naming::reusePanel;
-    rows[0].isRequired = true;
+    auto rows = panelRows;
+    for (AttributeInfo& row : rows) {
+        if (row.name == yg::reuseDefinition.name)
+            row = yg::reuseDefinition;
+    }
     return rows;
 }();
 
@@ -246,6 +247,8 @@ constexpr const Rule* reuseRules[] = {
     &"unexpected-element-name"_rule,
     &"duplicate-name"_rule,
 };
+// A slot stands in an element named "panel".
+constexpr const ElementInfo* withoutSlots[] = {&panel, &element, &reference};
 constexpr ElementInfo reuseDefinition = {
     .id = "definition",
     .name = "reuse_panel",
@@ -253,7 +256,7 @@ constexpr ElementInfo reuseDefinition = {
         "A reuse panel: a panel that stands here once and is shown wherever a file names "
         "it. All places share one record.",
     .attributes = reuseRows,
-    .content = panelContent,
+    .content = withoutSlots,
     .rules = reuseRules,
 };
 

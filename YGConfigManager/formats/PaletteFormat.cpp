@@ -2,17 +2,18 @@
 //
 // The palettes.
 #include "YGConfigManager/formats/Formats.h"
-#include "YGConfigManager/formats/StandInRows.h"
+#include "YGConfigManager/palette/PaletteAttributes.h"
 
 namespace yg {
 
 namespace {
 
+constexpr auto colorRows = rowsOf(attributesOf<ColorEntry>);
 constexpr ValueInfo colorValues[] = {notEmpty("NAME")};
 constexpr const Rule* colorRules[] = {
-    &"palette-entry-without-name"_rule,   &"unreachable-palette-name"_rule,
-    &"duplicate-palette-name"_rule,       &"missing-color-component"_rule,
-    &"color-component-out-of-range"_rule, &"alpha-out-of-range"_rule,
+    &"palette-entry-without-name"_rule,
+    &"unreachable-palette-name"_rule,
+    &"duplicate-palette-name"_rule,
 };
 constexpr ElementInfo color = {
     .id = "color",
@@ -23,6 +24,7 @@ constexpr ElementInfo color = {
     .rules = colorRules,
 };
 
+constexpr auto fontRows = rowsOf(attributesOf<FontEntry>);
 constexpr ValueInfo fontValues[] = {
     notEmpty("NAME"),
     {"HEIGHT", "minExclusive", "0", "Above 0."},
@@ -41,11 +43,11 @@ constexpr ElementInfo font = {
     .rules = fontRules,
 };
 
+constexpr auto imageRows = rowsOf(attributesOf<ImageEntry>);
 constexpr const Rule* imageRules[] = {
     &"palette-entry-without-name"_rule, &"duplicate-palette-name"_rule,
-    &"image-without-path"_rule,         &"unreadable-image"_rule,
-    &"image-outside-folder"_rule,       &"too-many-image-pixels"_rule,
-    &"too-many-image-bytes"_rule,
+    &"unreadable-image"_rule,           &"image-outside-folder"_rule,
+    &"too-many-image-pixels"_rule,      &"too-many-image-bytes"_rule,
 };
 constexpr ElementInfo image = {
     .id = "image",
@@ -55,6 +57,7 @@ constexpr ElementInfo image = {
     .rules = imageRules,
 };
 
+constexpr auto colorKeyRows = rowsOf(attributesOf<KeyEntry<Naming::color>>);
 constexpr const Rule* colorKeyRules[] = {
     &"incomplete-palette-key"_rule,
     &"duplicate-palette-key"_rule,
@@ -68,6 +71,7 @@ constexpr ElementInfo colorKey = {
     .rules = colorKeyRules,
 };
 
+constexpr auto fontKeyRows = rowsOf(attributesOf<KeyEntry<Naming::font>>);
 constexpr const Rule* fontKeyRules[] = {
     &"incomplete-palette-key"_rule,
     &"duplicate-palette-key"_rule,

@@ -2,7 +2,9 @@
 //
 // The server configuration.
 #include "YGConfigManager/formats/Formats.h"
-#include "YGConfigManager/formats/StandInRows.h"
+#include "YGConfigManager/servers/ServerAttributes.h"
+#include "YGConfigManager/servers/YGServerAddrListTag.h"
+#include "YGConfigManager/servers/YGServerCfgLoader.h"
 
 namespace yg {
 
@@ -23,6 +25,7 @@ constexpr ValueInfo entryValues[] = {
      "None is empty, and a port is from 1 to 65535. An IPv6 address cannot be written."},
 };
 
+constexpr auto serverEntryRows = rowsOf(attributesOf<ServerEntry>);
 constexpr const Rule* entryRules[] = {
     &"incomplete-server-entry"_rule,
     &"server-entry-without-address"_rule,
@@ -34,7 +37,6 @@ constexpr const Rule* entryRules[] = {
     &"address-with-too-many-parts"_rule,
     &"ipv6-address"_rule,
     &"odd-server-port"_rule,
-    &"server-port-out-of-range"_rule,
     &"address-weight"_rule,
 };
 constexpr ElementInfo entry = {
@@ -48,8 +50,9 @@ constexpr ElementInfo entry = {
     .rules = entryRules,
 };
 
+constexpr auto serverGroupRows = rowsOf(attributesOf<YGServerAddrListTag>);
 constexpr ValueInfo groupValues[] = {
-    {"type", "pattern", R"(0*[1234578])", "1, 2, 3, 4, 5, 7 or 8."},
+    {"type", "pattern", R"(\s*0*[1234578])", "1, 2, 3, 4, 5, 7 or 8."},
 };
 constexpr const ElementInfo* groupContent[] = {&entry};
 constexpr const Rule* groupRules[] = {
@@ -67,6 +70,7 @@ constexpr ElementInfo group = {
     .rules = groupRules,
 };
 
+constexpr auto applicationRows = rowsOf(attributesOf<YGServerCfgLoader>);
 constexpr const ElementInfo* rootContent[] = {&group};
 constexpr const Rule* rootRules[] = {&"server-root-name"_rule, &"replaced-md5"_rule};
 constexpr ElementInfo root = {

@@ -2,7 +2,7 @@
 //
 // The application's settings and the table of web pages.
 #include "YGConfigManager/formats/Formats.h"
-#include "YGConfigManager/formats/StandInRows.h"
+#include "YGConfigManager/settings/SettingsAttributes.h"
 
 namespace yg {
 
@@ -10,6 +10,7 @@ namespace {
 
 // ---- Settings ----
 
+constexpr auto itemRows = rowsOf(attributesOf<SettingsItem>);
 constexpr const Rule* itemRules[] = {&"duplicate-item"_rule, &"element-in-text"_rule};
 constexpr ElementInfo item = {
     .id = "item",
@@ -60,6 +61,7 @@ constexpr std::string_view settingsNotes[] = {
 
 // ---- Web pages ----
 
+constexpr auto webPageRows = rowsOf(attributesOf<WebPage>);
 constexpr ValueInfo urlValues[] = {
     {"key", "pattern", "[^']+", "Not empty, and without an apostrophe."},
     {"", "pattern", R"((\S([\s\S]*\S)?)?)", "No blanks before or behind it."},

@@ -91,6 +91,7 @@ std::shared_ptr<PanelMap> YGStyleConfigLoad::readMagicGroup(Entry& group,
         member.forEachElement([&](Entry& content) {
             if (panel)
                 return content.drop("second-panel"_rule, {}, content.name());
+            noteElementName(content, "panel");
             // The member's own panel keeps its name; editable panels inside it get the group's and
             // the member's name before their own.
             panel = readPanel(content);

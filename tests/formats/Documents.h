@@ -4,6 +4,7 @@
 // something wrong.
 #pragma once
 
+#include <map>
 #include <random>
 #include <regex>
 #include <string>
@@ -26,6 +27,15 @@ public:
         return text_;
     }
 
+    /// Values for attributes, many of them odd for one kind or another.
+    static std::vector<std::string> allValues() {
+        return {"a",   "c",   "d",    "e",         "f",           "3",    "4",  "5",
+                "8",   "b",   "",     "true",      "false",       "TRUE", "1",  "7",
+                "0",   "-1",  "+5",   " 2",        "2 ",          "1.5",  ".5", "5.",
+                "1e2", "300", "1e39", "1e-400",    "99999999999", "a;b",  "a;", "h:1",
+                ":1",  "h:0", "::1",  "w:h:7;h:9", "h:70000",     "a'b",  " a", "a b"};
+    }
+
 private:
     bool chance(double share) { return std::bernoulli_distribution(share)(random_); }
 
@@ -40,7 +50,7 @@ private:
         if (isFault())
             name = "strange";
         else if (element.name.empty() && chance(0.3))
-            name = "other";
+            name = oneOf(std::vector<std::string>{"one", "two", "three", "four", "five"});
         text_ += '<' + name;
         attributes(element);
         text_ += '>';
@@ -53,8 +63,10 @@ private:
             const bool isNeeded = row.isRequired || row.isExpected;
             if (isNeeded ? isFault() : chance(0.6))
                 continue;
-            const auto values = isFault() ? allValues() : valuesOf(element, row);
-            write(row.name, oneOf(values));
+            auto& values = valuesOf_[&row];
+            if (values.empty())
+                values = valuesOf(element, row);
+            write(row.name, oneOf(isFault() ? allValues_ : values));
         }
         if (isFault())
             write("strange", "a");
@@ -62,13 +74,6 @@ private:
 
     void write(std::string_view name, const std::string& value) {
         text_ += ' ' + std::string(name) + "=\"" + value + '"';
-    }
-
-    static std::vector<std::string> allValues() {
-        return {"a",   "b",   "",     "true",      "false",       "TRUE", "1",  "7",
-                "0",   "-1",  "+5",   " 2",        "2 ",          "1.5",  ".5", "5.",
-                "1e2", "300", "1e39", "1e-400",    "99999999999", "a;b",  "a;", "h:1",
-                ":1",  "h:0", "::1",  "w:h:7;h:9", "h:70000",     "a'b",  " a", "a b"};
     }
 
     /// Those that are in order.
@@ -93,7 +98,7 @@ private:
             case AttributeKind::decimal:
                 return {"1", "1.0", ".5", "1.", " 1", "1e-400", "+1"};
             default:
-                return {"a", "b", " a", "a b", "a;b"};
+                return {"a", "b", "c", "d", "e", "f", " a", "a b", "a;b"};
         }
     }
 
@@ -103,7 +108,7 @@ private:
         if (isFault())
             this->element(*oneOf(elements_), depth + 1);
         if (element.holds == Content::text)
-            text_ += chance(0.7) ? "value" : "";
+            text_ += isFault() ? " value" : chance(0.7) ? "value" : "";
         // The comment makes it an element with content.
         text_ += "<!-- -->";
         if (element.content.empty() || depth > 5)
@@ -117,6 +122,8 @@ private:
 
     const FormatInfo& format_;
     std::vector<const ElementInfo*> elements_;
+    const std::vector<std::string> allValues_ = allValues();
+    std::map<const AttributeInfo*, std::vector<std::string>> valuesOf_;
     std::mt19937 random_;
     double faults_ = 0;
     std::string text_;

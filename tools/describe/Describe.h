@@ -18,7 +18,7 @@ std::string relaxNg(const FormatInfo& format);
 
 /// XML Schema 1.0, for editors: it knows the elements by their usual names. Elements that may have
 /// any name are checked where they have such a name; elements of one name in one format are taken
-/// together.
+/// together. Limits of numbers and of texts in elements are left out.
 std::string xmlSchema(const FormatInfo& format);
 
 /// JSON Schema, draft 2020-12.

@@ -208,8 +208,8 @@ JSON format. They are installed in `share/YGConfigManager/schemas`.
   in part because of its name, its place or its value. It does not know what other files define, nor
   names that are given twice.
 - XML Schema is for editors. It cannot describe elements of any name: they are checked under the
-  usual names alone, and elements that share a name in one file are checked as one. Texts in
-  elements and blanks around numbers are not checked. It knows a root of any name by the usual one.
+  usual names alone, and elements that share a name in one file are checked as one. The limits of
+  numbers and of the texts in elements are not checked. A root of any name is known by the usual one.
 - The documents have no namespace, so an editor cannot tell the format by itself. Name the schema in
   its settings, or in the first line of the file, which the library ignores:
   `<?xml-model href="urn:ygconfigmanager:events:rng"?>`. `catalog.xml` says which file that is.

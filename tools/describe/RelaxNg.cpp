@@ -85,10 +85,9 @@ private:
                 return xml_.end();
             case AttributeKind::integer:
             case AttributeKind::wholeNumber:
-                return number(element, row, "int", R"(\s*[+\-]?[0-9]+)");
+                return number(element, row, "int", integerPattern);
             case AttributeKind::decimal:
-                return number(element, row, "double",
-                              R"(\s*[+\-]?([0-9]+([.][0-9]*)?|[.][0-9]+)([eE][+\-]?[0-9]+)?)");
+                return number(element, row, "double", decimalPattern);
             case AttributeKind::nameList:
                 return text("minLength", "1");
         }

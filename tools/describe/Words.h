@@ -31,6 +31,11 @@ std::string textOf(float number);
 /// "Text", "Flag: true or false" …, then the limits.
 std::string kindOf(const ElementInfo& element, const AttributeInfo& row);
 
+/// Whole numbers and numbers as the loaders read them without a finding.
+inline constexpr std::string_view integerPattern = R"(\s*[+\-]?[0-9]+)";
+inline constexpr std::string_view decimalPattern =
+    R"(\s*[+\-]?([0-9]+([.][0-9]*)?|[.][0-9]+)([eE][+\-]?[0-9]+)?)";
+
 /// What counts when the attribute is missing.
 std::string whenMissing(const AttributeInfo& row);
 

@@ -40,10 +40,13 @@ public:
         add(global, format.root);
         const Elements all = elementsOf(format);
         for (const ElementInfo* element : all) {
-            if (element != &format.root && element->name.empty())
-                add(global, *element);
+            if (std::ranges::any_of(element->content,
+                                    [](const ElementInfo* child) { return child->name.empty(); })) {
+                for (const ElementInfo* child : element->content)
+                    add(global, *child);
+            }
         }
-        // A name that any element may have is checked wherever it stands.
+        // What stands among elements of any name is checked by its name wherever it stands.
         for (const ElementInfo* element : all) {
             if (std::ranges::find(global, shownName(*element), &Group::name) != global.end())
                 add(global, *element);
@@ -172,12 +175,6 @@ private:
     void value(const ElementInfo& element, const AttributeInfo& row) {
         Facets facets;
         bool hasPattern = false;
-        const std::string least = textOf(row.least);
-        const std::string most = textOf(row.most);
-        if (row.least != AttributeInfo::lowest)
-            facets.emplace_back("minInclusive", least);
-        if (row.most != -AttributeInfo::lowest)
-            facets.emplace_back("maxInclusive", most);
         for (const ValueInfo* limit : limitsOf(element, row.name)) {
             hasPattern |= limit->facet == "pattern";
             facets.emplace_back(limit->facet, limit->value);
@@ -191,9 +188,9 @@ private:
                 return simpleType("xs:string", {{"enumeration", "true"}, {"enumeration", "false"}});
             case AttributeKind::integer:
             case AttributeKind::wholeNumber:
-                return simpleType("xs:int", facets);
+                return simpleType("xs:string", {{"pattern", integerPattern}});
             case AttributeKind::decimal:
-                return simpleType("xs:double", facets);
+                return simpleType("xs:string", {{"pattern", decimalPattern}});
             case AttributeKind::nameList:
                 return simpleType("xs:string", {{"minLength", "1"}});
         }

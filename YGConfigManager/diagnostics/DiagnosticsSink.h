@@ -28,11 +28,12 @@ struct RelatedPlace {
 /// One thing that a loader does not take as it is written.
 struct Finding {
     const Rule& rule;
-    /// What to look at: the attribute, the part of its value, the element, the text, the JSON
-    /// member, the spot of an XML error. Of a file as a whole it has the path alone.
+    /// What to look at: the attribute, the part of its value, the element's start tag, the text,
+    /// the JSON member, the spot of an XML error. Of a file as a whole it has the path alone.
     Place place;
-    /// All that the finding is about, with the content of an element. Where the rule says that it
-    /// is dropped, the file means the same without it.
+    /// All that the finding is about: an element whole when it has no effect, otherwise `place`.
+    /// What is inside is not reported by itself. Where the rule says that it is dropped, the file
+    /// means the same without it.
     Place extent;
     /// The name of the element concerned, "#text" for text and "#comment" for a comment; empty when
     /// there is none, as in JSON.

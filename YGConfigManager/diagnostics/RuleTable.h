@@ -435,7 +435,7 @@ inline constexpr Rule ruleTable[] = {
      R"(<event_list>
     <command_event><command name="open"/></command_event>
 </event_list>)"},
-    {"nested-event-section", Handling::dropped, Severity::error,
+    {"nested-event-section", Handling::defaulted, Severity::error,
      "A section stands directly below the root; here it is taken for an entry of the section "
      "around it.",
      "Sections do not nest. Close the section before it and move this one below the root.",
@@ -637,6 +637,19 @@ inline constexpr Rule ruleTable[] = {
 </event_list>)",
      R"(<event_list>
     <element_event name="grid"><event name="a"/></element_event>
+</event_list>)"},
+    {"repeated-include", Handling::dropped, Severity::note,
+     "All events of this template are there already, so including it here changes nothing.",
+     "The section includes the template twice, or another template that includes it. Delete one of "
+     "the includes.",
+     "config/events.xml",
+     R"(<event_list>
+    <event_template name="t"><event name="a"/></event_template>
+    <element_event name="grid"><include src="t"/><include src="t"/></element_event>
+</event_list>)",
+     R"(<event_list>
+    <event_template name="t"><event name="a"/></event_template>
+    <element_event name="grid"><include src="t"/></element_event>
 </event_list>)"},
     {"later-event-template", Handling::unresolved, Severity::warning,
      "A template reaches only templates that end before it begins.",

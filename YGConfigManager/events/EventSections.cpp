@@ -2,6 +2,7 @@
 //
 // The event loader's sections: commands, templates and groups, what they define and what they
 // include.
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -113,6 +114,13 @@ struct YGEventLoader::Section {
         const Rule& lost = isOwn ? "duplicate-event"_rule : "event-lost-to-template"_rule;
         entry.report(wasOwn ? lost : "overridden-template-event"_rule, isOwn ? "name" : "", name,
                      earlier);
+    }
+
+    bool hasAll(const EventMap& included) const {
+        return std::ranges::all_of(included, [&](const auto& each) {
+            const auto* there = events.find(each.key);
+            return there && *there == each.value;
+        });
     }
 
     EventMap events;
@@ -272,6 +280,8 @@ void YGEventLoader::include(Section& section, Entry& entry, std::string_view tem
     }
     tables_.includedEvents += events->size();
     tables_.includedBytes += bytes;
+    if (entry && section.hasAll(*events))
+        entry.report("repeated-include"_rule, "src", templateName);
     for (const auto& [name, event] : *events)
         section.put(entry, name, event, false);
 }

@@ -39,7 +39,8 @@ void Entry::Account::drop(const xml::Element& element, const Rule& rule, std::st
 void Entry::Account::report(const xml::Element& element, const Rule& rule,
                             std::string_view attribute, std::string_view value,
                             const std::optional<Place>& earlier) {
-    const Place place = attribute.empty() ? placeOf(element) : yg::placeOf(element, attribute);
+    const Place place =
+        attribute.empty() ? element.tagPlace().value_or(Place()) : yg::placeOf(element, attribute);
     Finding finding{
         rule, place, place, std::string(element.name()), std::string(attribute), std::string(value),
         {}};

@@ -57,6 +57,9 @@ public:
                    Description<Record>::fields);
     }
 
+    /// Whether there is a member of this name, of whatever type.
+    bool has(std::string_view name) const { return object_->find(name) != object_->end(); }
+
     /// Calls `visit(JsonEntry&)` for each object in a list, which is the member of this name. Items
     /// of other types are reported.
     template <class Visit>

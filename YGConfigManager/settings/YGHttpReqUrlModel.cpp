@@ -32,13 +32,14 @@ std::shared_ptr<YGHttpReqUrlModel> YGHttpReqUrlModel::read(const JsonText& text,
             url.read(*entries->back());
             const std::optional<std::string>& key = entries->back()->urlKey();
             const std::optional<std::string>& address = entries->back()->urlValue();
-            if (!key)
+            if (!key && !url.has("urlKey"))
                 url.report("url-without-key"_rule);
-            else if (const Place* const earlier = url.define(*key, places))
+            const Place* const earlier = key ? url.define(*key, places) : nullptr;
+            if (earlier)
                 url.report("duplicate-url-key"_rule, {}, *key, earlier);
-            if (!address)
+            if (!address && !url.has("urlValue"))
                 url.report("url-without-value"_rule, {}, key ? *key : "");
-            else if (hasBlanksAround(*address))
+            else if (address && hasBlanksAround(*address))
                 url.report("blanks-around-address"_rule, "urlValue", *address);
         });
         model->urlConfigList_ = List(entries);

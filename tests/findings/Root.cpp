@@ -103,7 +103,8 @@ std::string layoutAnswers(const std::string& root, const Lookups& lookups, Diagn
                                    root + "/config/tab_styles.xml",
                                    root + "/" + std::string(magicFile));
     std::string text = wholeText(loader.defaultStyleName()) + wholeText(loader.styleInfos()) +
-                       wholeText(loader.tabStyleInfos()) + wholeText(loader.magicPanelInfos());
+                       wholeText(loader.tabStyleInfos()) + wholeText(loader.magicPanelInfos()) +
+                       wholeText(loader.reusePanelInfos());
     for (const std::string& page : lookups.pages)
         text += '\n' + page + wholeText(loader.loadStyleConfigInfoWithName(page));
     return text;

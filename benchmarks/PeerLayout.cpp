@@ -6,8 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "YGConfigManager/layout/LayoutAttributes.h"
-
 #include "benchmarks/PeerTrees.h"
 
 namespace yg::benchmarks {
@@ -58,7 +56,7 @@ private:
     static std::shared_ptr<PanelConfigInfo> readPanel(Node node, std::string_view member,
                                                       std::string_view group) {
         auto panel = std::make_shared<PanelConfigInfo>();
-        readAttributesOf<Library>(node, panelAttributes, *panel);
+        readAttributesOf<Library>(node, attributesOf<PanelConfigInfo>, *panel);
         if (panel->isEditable() && !member.empty() && !group.empty())
             panel->setPanelName(std::string(group) + "-" + std::string(member) + "-" +
                                 panel->panelName().value_or("(null)"));
@@ -69,7 +67,7 @@ private:
         auto styles = std::make_shared<StyleMap>();
         Library::forEachElement(Library::root(tree), [&](Node element) {
             auto style = std::make_shared<StyleConfigInfo>();
-            readAttributesOf<Library>(element, styleAttributes, *style);
+            readAttributesOf<Library>(element, attributesOf<StyleConfigInfo>, *style);
             walkContent(element, style, nullptr, {}, {});
             styles->set(*style->styleName(), style);
         });
@@ -121,7 +119,7 @@ private:
             walkContent(node, style, panel, member, group);
         } else if (name == "element") {
             auto element = std::make_shared<ElementConfigInfo>();
-            readAttributesOf<Library>(node, elementAttributes, *element);
+            readAttributesOf<Library>(node, attributesOf<ElementConfigInfo>, *element);
             if (parent && element->elementName() && !element->elementName()->empty())
                 parent->paneElements()->push_back(element);
         } else if (name == "magic_panels") {

@@ -7,14 +7,15 @@
 #include <string>
 #include <string_view>
 
-#include "YGConfigManager/layout/LayoutAttributes.h"
+#include "YGConfigManager/layout/YGStyleConfigLoad.h"
+#include "YGConfigManager/records/AttributeTable.h"
 
 namespace {
 
-template <class Record, std::size_t size>
-int missing(const std::string& dictionary, const yg::AttributeRow<Record> (&table)[size]) {
+template <class Record>
+int missing(const std::string& dictionary) {
     int count = 0;
-    for (const yg::AttributeRow<Record>& row : table) {
+    for (const yg::AttributeInfo& row : yg::attributesOf<Record>.rows()) {
         const std::string entry = "\n\"" + std::string(row.name) + "=\\\"";
         if (dictionary.find(entry) == std::string::npos) {
             std::fprintf(stderr, "missing: \"%s=\\\"\n", std::string(row.name).c_str());
@@ -32,8 +33,8 @@ int main(int argumentCount, char** arguments) {
     std::ifstream file(arguments[1]);
     const std::string dictionary((std::istreambuf_iterator<char>(file)),
                                  std::istreambuf_iterator<char>());
-    const int count = missing(dictionary, yg::styleAttributes) +
-                      missing(dictionary, yg::panelAttributes) +
-                      missing(dictionary, yg::elementAttributes);
+    const int count = missing<yg::StyleConfigInfo>(dictionary) +
+                      missing<yg::PanelConfigInfo>(dictionary) +
+                      missing<yg::ElementConfigInfo>(dictionary);
     return count == 0 ? 0 : 1;
 }

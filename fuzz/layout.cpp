@@ -87,21 +87,18 @@ private:
     const Files& files_;
 };
 
-/// Looks at everything that it is told of.
+/// Looks at everything that is reported.
 class Listener : public DiagnosticsSink {
 public:
-    std::size_t heard = 0;
+    std::size_t seen = 0;
 
     void report(const Finding& finding) override {
-        heard += finding.rule.name.size() + finding.attribute.size() + finding.value.size();
-        heard += finding.node.serialise().size() + finding.node.name().size();
+        seen += finding.rule.name.size() + finding.element.size() + finding.attribute.size() +
+                finding.value.size() + finding.place.file.size() + finding.extent.file.size();
+        for (const RelatedPlace& related : finding.related)
+            require(related.place.begin.line > 0, "an earlier definition has a place");
     }
-    void usedElement(const xml::Element& element) override {
-        require(static_cast<bool>(element), "an element that is used exists");
-    }
-    void usedAttribute(const xml::Element& element, std::string_view attribute) override {
-        require(element.attribute(attribute).has_value(), "an attribute that is used exists");
-    }
+    void used(const Place& place) override { seen += place.file.size(); }
 };
 
 /// Writes records out, each once: panels may stand at many places.
@@ -189,8 +186,7 @@ std::vector<std::string> pageNames(const YGStyleConfigLoad& loader, std::string_
 std::string answers(FuzzHost& host, const Files& files, std::string_view given,
                     DiagnosticsSink* sink) {
     host.log.clear();
-    YGStyleConfigLoad loader;
-    loader.setDiagnosticsSink(sink);
+    YGStyleConfigLoad loader(sink);
     loader.initWithStyleConfigPath(files.style.path(), files.tab.path(), files.magic.path());
     Describer describer;
     describer.add(loader.defaultStyleName());

@@ -53,7 +53,7 @@ public:
     /// reported by itself.
     virtual void report(const Finding& finding) = 0;
 
-    /// Called for each element, attribute and JSON member that counts as it is written.
+    /// Called for each element, attribute, text and JSON member that counts as it is written.
     virtual void used(const Place&) {}
 
     /// Called before a file is read, with its path as it was given, and before a download is, with

@@ -17,7 +17,18 @@ xml::ParseResult Reporter::parseBytes(std::string_view bytes) const {
 
 void Reporter::unreadable(const Rule& rule, std::string_view path,
                           const xml::ParseResult& parsed) const {
-    report(rule, path, parsed.error);
+    if (parsed.errors.empty())
+        return unreadable(rule, path, parsed.error);
+    for (const xml::ParseError& error : parsed.errors) {
+        const Place place{
+            std::string(path), {error.line, error.column}, {error.line, error.column}};
+        report({rule, place, place, {}, {}, error.message, {}});
+    }
+}
+
+void Reporter::unreadable(const Rule& rule, std::string_view path, std::string_view error) const {
+    const std::string named = files::describeFailure(path, "");
+    report(rule, path, error.starts_with(named) ? error.substr(named.size()) : error);
 }
 
 void Reporter::report(const Rule& rule, std::string_view path, std::string_view value) const {

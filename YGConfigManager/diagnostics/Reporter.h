@@ -31,8 +31,10 @@ public:
     /// The same for bytes that were delivered.
     xml::ParseResult parseBytes(std::string_view bytes) const;
 
-    /// What is wrong with a file that could not be read or parsed.
+    /// What is wrong with a file that could not be read or parsed: each error of its text, or the
+    /// cause, which `error` may name the file before.
     void unreadable(const Rule& rule, std::string_view path, const xml::ParseResult& parsed) const;
+    void unreadable(const Rule& rule, std::string_view path, std::string_view error) const;
 
     /// A finding about a file or a download as a whole, or about a call; `path` may be empty.
     void report(const Rule& rule, std::string_view path = {}, std::string_view value = {}) const;

@@ -23,7 +23,7 @@
 #include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/records/RecordMap.h"
 #include "YGConfigManager/text/OptionalText.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 

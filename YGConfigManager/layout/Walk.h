@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 

@@ -143,9 +143,13 @@ std::shared_ptr<StyleMap> YGStyleConfigLoad::readStyles(std::optional<std::strin
     std::shared_ptr<StyleMap> styles;
     reading(Reporter(sink_), rootOf(path), [&](Entry& root) {
         const auto defaultName = nameIn<defaultStyle>(root);
-        if (defaultName && isMainStyleConfig)
+        if (defaultName && isMainStyleConfig) {
+            // No style can have the empty name, so it is free for the default.
+            if (const auto earlier = root.define("", places, defaultStyle.name))
+                root.report("overridden-default-style"_rule, defaultStyle.name, *defaultName,
+                            earlier);
             tables_.defaultStyleName = std::string(*defaultName);
-        else if (defaultName)
+        } else if (defaultName)
             root.report("ignored-default-style"_rule, defaultStyle.name, *defaultName);
         if (!root.element().hasChildren())
             return;

@@ -29,7 +29,7 @@
 #include "YGConfigManager/records/RecordMap.h"
 #include "YGConfigManager/text/OptionalText.h"
 #include "YGConfigManager/text/OwnedText.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 
@@ -96,7 +96,8 @@ public:
         return tables_.magicPanelInfos;
     }
 
-    /// The reuse panels; null before loading, empty when there are none.
+    /// The reuse panels; null before loading and when memory did not suffice for it, empty when
+    /// there are none.
     const std::shared_ptr<const PanelMap>& reusePanelInfos() const {
         return tables_.reusePanelInfos;
     }

@@ -70,8 +70,7 @@ void forEachNamed(DiagnosticsSink* sink, const xml::Element& section, Visit visi
     reading(Reporter(sink), section, [&](Entry& entries) {
         entries.forEachElement([&](Entry& entry) {
             Record record;
-            entry.read(record);
-            if (!record.name)
+            if (!entry.read(record).empty())
                 return entry.drop("palette-entry-without-name"_rule);
             // An image has no key that would have to name it.
             if (record.name->empty() && !std::is_same_v<Record, ImageEntry>)
@@ -106,9 +105,8 @@ void readKeys(DiagnosticsSink* sink, const xml::Element& section, const RecordMa
         Additions<std::string> keys{names, "KEY", "duplicate-palette-key"_rule};
         entries.forEachElement([&](Entry& entry) {
             KeyEntry<named> read;
-            entry.read(read);
-            if (!read.key || !read.value)
-                return entry.drop("incomplete-palette-key"_rule, {}, read.key ? "VALUE" : "KEY");
+            if (const auto missing = entry.read(read); !missing.empty())
+                return entry.drop("incomplete-palette-key"_rule, {}, missing);
             if (entry && (read.value->empty() || !values.contains(*read.value)))
                 entry.report(unresolved, "VALUE", *read.value);
             keys.set(entry, *read.key, std::string(*read.value));

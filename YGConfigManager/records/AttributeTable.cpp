@@ -4,12 +4,11 @@
 namespace yg {
 
 const Rule* oddity(const AttributeInfo& attribute, std::string_view value) {
-    const auto ofNumber = [&](const auto& read) -> const Rule* {
-        if (read.oddity != text::NumberOddity::none)
+    const auto ofNumber = [&](text::NumberOddity odd, float number) -> const Rule* {
+        if (odd != text::NumberOddity::none)
             return &"odd-number"_rule;
-        const auto number = static_cast<float>(read.value);
-        return number < attribute.least || number > attribute.most ? &"number-out-of-range"_rule
-                                                                   : nullptr;
+        const bool isInRange = number >= attribute.least && number <= attribute.most;
+        return isInRange ? nullptr : &"number-out-of-range"_rule;
     };
     switch (attribute.kind) {
         case AttributeKind::text:
@@ -17,10 +16,14 @@ const Rule* oddity(const AttributeInfo& attribute, std::string_view value) {
         case AttributeKind::flag:
             return value == "true" || value == "false" ? nullptr : &"odd-flag"_rule;
         case AttributeKind::integer:
-        case AttributeKind::wholeNumber:
-            return ofNumber(text::readLeadingInt32(value));
-        case AttributeKind::decimal:
-            return ofNumber(text::readLeadingFloat(value));
+        case AttributeKind::wholeNumber: {
+            const auto read = text::readLeadingInt32(value);
+            return ofNumber(read.oddity, static_cast<float>(read.value));
+        }
+        case AttributeKind::decimal: {
+            const auto read = text::readLeadingFloat(value);
+            return ofNumber(read.oddity, read.value);
+        }
         case AttributeKind::nameList:
             return value.empty() ? &"empty-list"_rule : nullptr;
     }

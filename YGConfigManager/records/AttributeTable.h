@@ -22,7 +22,7 @@
 #include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/text/Numbers.h"
 #include "YGConfigManager/text/Split.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 

@@ -62,14 +62,13 @@ void Entry::Account::reportPart(const xml::Element& element, const Rule& rule,
                      std::string(attribute),
                      std::string(part),
                      {}});
-    reported.emplace_back(attribute);
 }
 
 std::optional<Place> Entry::Account::define(const xml::Element& element, std::string_view name,
-                                            RecordMap<Place>& places) {
+                                            RecordMap<Place>& places, std::string_view attribute) {
     const Place* const found = places.find(name);
     const auto before = found ? std::optional(*found) : std::nullopt;
-    places.set(name, placeOf(element));
+    places.set(name, attribute.empty() ? placeOf(element) : yg::placeOf(element, attribute));
     return before;
 }
 
@@ -94,10 +93,12 @@ void Entry::Account::reportText(const xml::Node& node) const {
         reportChild("stray-text"_rule, node);
 }
 
-void Entry::Account::reportElements(const xml::Element& element, const Rule& rule) const {
+void Entry::Account::accountForText(const xml::Element& element) const {
     for (const xml::Node& child : element.children()) {
         if (child.isElement())
-            reportChild(rule, child);
+            reportChild("element-in-text"_rule, child);
+        else if (child.kind() == xml::NodeKind::text)
+            reporter.sink()->used(placeOf(child));
     }
 }
 

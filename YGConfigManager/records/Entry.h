@@ -86,7 +86,7 @@ public:
     std::string text() {
         beginContent();
         if (account_)
-            account_->reportElements(element_, "element-in-text"_rule);
+            account_->accountForText(element_);
         return element_.stringValue();
     }
 
@@ -136,9 +136,10 @@ public:
     }
 
     /// Notes that the element defines a name, and answers where it was defined before, for a
-    /// finding; absent without a sink.
-    std::optional<Place> define(std::string_view name, RecordMap<Place>& places) const {
-        return account_ ? account_->define(element_, name, places) : std::nullopt;
+    /// finding; absent without a sink. The attribute does, if one is named.
+    std::optional<Place> define(std::string_view name, RecordMap<Place>& places,
+                                std::string_view attribute = {}) const {
+        return account_ ? account_->define(element_, name, places, attribute) : std::nullopt;
     }
 
 private:
@@ -157,10 +158,10 @@ private:
         void reportPart(const xml::Element& element, const Rule& rule, std::string_view attribute,
                         std::string_view part);
         static std::optional<Place> define(const xml::Element& element, std::string_view name,
-                                           RecordMap<Place>& places);
+                                           RecordMap<Place>& places, std::string_view attribute);
         void reportChild(const Rule& rule, const xml::Node& child) const;
         void reportText(const xml::Node& node) const;
-        void reportElements(const xml::Element& element, const Rule& rule) const;
+        void accountForText(const xml::Element& element) const;
         void endAttributes(const xml::Element& element);
         void endContent(const xml::Element& element) const;
         const Rule* ruleFor(const xml::Attribute& attribute) const;

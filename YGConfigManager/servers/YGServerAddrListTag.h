@@ -19,7 +19,7 @@
 #include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/servers/YGServerAddrTag.h"
 #include "YGConfigManager/text/OwnedText.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg {
 

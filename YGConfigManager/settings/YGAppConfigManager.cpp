@@ -51,6 +51,18 @@ bool isElementName(std::string_view name) {
     return static_cast<bool>(xml::Element::create(name));
 }
 
+/// What is known of an item that counts beside its text.
+void note(const Entry& section, Entry& item, RecordMap<Place>& places) {
+    SettingsItem attributes;
+    item.read(attributes);
+    item.define(itemPath(section.name(), item.name()), places);
+}
+
+void dropDuplicate(const Entry& section, Entry& item, const RecordMap<Place>& places) {
+    const std::string_view name = item.name();
+    item.drop("duplicate-item"_rule, {}, name, places.find(itemPath(section.name(), name)));
+}
+
 /// Reports which of two names no element can have; whether both can be had.
 bool reportNames(const Reporter& reporter, std::string_view file, std::string_view section,
                  std::string_view item) {
@@ -383,12 +395,10 @@ YGAppConfigManager::Index YGAppConfigManager::indexOf(const xml::Document& docum
             if (!found)
                 index.set(section.name(), texts);
             section.forEachElement([&](Entry& item) {
-                const std::string path = item ? itemPath(section.name(), item.name()) : "";
                 if (texts->contains(item.name()))
-                    return item.drop("duplicate-item"_rule, {}, item.name(), places.find(path));
-                item.define(path, places);
-                SettingsItem attributes;
-                item.read(attributes);
+                    return dropDuplicate(section, item, places);
+                if (item)
+                    note(section, item, places);
                 texts->set(item.name(), item.text());
             });
         });

@@ -142,7 +142,7 @@ void YGHttpReqUrlMgr::read() {
     reporting([&] { reporter.reading(path.value_or("")); });
     if (!path || path->empty() || !files::fileExists(*path)) {
         writeBusCommonLogInside("%s L%d [%@]文件不存在", readName, 75, path);
-        reporter.report("unreadable-url-list"_rule, path.value_or(""), path.value_or(""));
+        reporter.report("unreadable-url-list"_rule, path.value_or(""));
         return;
     }
     KeptFindings found(sink_);
@@ -162,7 +162,7 @@ void YGHttpReqUrlMgr::read() {
     }
     if (!file) {
         writeBusCommonLogInside("%s L%d 读不到数据", readName, 84);
-        reporter.report("unreadable-url-list"_rule, *path, file.error);
+        reporter.unreadable("unreadable-url-list"_rule, *path, file.error);
         return;
     }
     writeBusCommonLogInside("%s L%d _urlModel.Md5: %@", readName, 91, digestOf(model));

@@ -21,7 +21,17 @@ namespace {
 
 constexpr std::string_view rootName = "urls";
 constexpr std::string_view entryName = "url";
+constexpr std::string_view keyName = attributesOf<WebPage>.rows().front().name;
 constexpr std::string_view lookUpName = "-[YGWebPageUrlConfig getWebPageUrlByKey:]";
+
+/// What is odd about an address that counts.
+void note(Entry& entry, std::string_view key, std::string_view address, RecordMap<Place>& places) {
+    entry.define(key, places);
+    if (hasBlanksAround(address))
+        entry.report("blanks-around-address"_rule, {}, address);
+    if (address.find("&amp;") != std::string::npos)
+        entry.report("escaped-twice"_rule, {}, address);
+}
 
 /// The address of each key that can be asked for.
 RecordMap<std::string> addressesIn(const xml::Document& document, const Reporter& reporter) {
@@ -33,22 +43,17 @@ RecordMap<std::string> addressesIn(const xml::Document& document, const Reporter
         root.forEachElement([&](Entry& entry) {
             if (entry.name() != entryName)
                 return entry.drop("unknown-element"_rule, {}, entry.name());
-            WebPage page;
-            entry.read(page);
-            if (!page.key || page.key->empty())
+            const auto key = entry.attribute(keyName);
+            if (!key || key->empty())
                 return entry.drop("web-page-without-key"_rule);
-            if (page.key->find('\'') != std::string_view::npos)
-                return entry.drop("key-with-apostrophe"_rule, "key", *page.key);
-            if (addresses.contains(*page.key))
-                return entry.drop("duplicate-web-page"_rule, "key", *page.key,
-                                  places.find(*page.key));
-            entry.define(*page.key, places);
+            if (key->find('\'') != std::string_view::npos)
+                return entry.drop("key-with-apostrophe"_rule, keyName, *key);
+            if (addresses.contains(*key))
+                return entry.drop("duplicate-web-page"_rule, keyName, *key, places.find(*key));
             std::string address = entry.text();
-            if (hasBlanksAround(address))
-                entry.report("blanks-around-address"_rule, {}, address);
-            if (entry && address.find("&amp;") != std::string::npos)
-                entry.report("escaped-twice"_rule, {}, address);
-            addresses.set(*page.key, std::move(address));
+            if (entry)
+                note(entry, *key, address, places);
+            addresses.set(*key, std::move(address));
         });
     });
     return addresses;

@@ -13,6 +13,7 @@
 #include "YGConfigManager/text/Characters.h"
 #include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Utf8.h"
+#include "YGConfigManager/xml/Names.h"
 
 namespace yg::xml {
 

@@ -14,7 +14,7 @@
 
 #include "YGConfigManager/export.h"
 #include "YGConfigManager/text/OptionalText.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 namespace yg::xml {
 

@@ -10,8 +10,6 @@ namespace yg::xml {
 
 namespace {
 
-constexpr std::string_view whiteSpace = " \t\r\n";
-
 /// The size in UTF-8 of what a reference, from "&" to ";", stands for.
 std::size_t sizeOfReference(std::string_view reference) {
     if (reference[1] != '#')
@@ -82,7 +80,7 @@ private:
     /// Only the declaration has the target "xml".
     void takeInstruction() {
         const std::size_t end = behind("?>", at_ + 2);
-        if (isAt("<?xml") && whiteSpace.find(text_[at_ + 5]) != std::string_view::npos)
+        if (isAt("<?xml") && text::isWhiteSpace(text_[at_ + 5]))
             at_ = end;
         else
             take(pugi::node_pi, end);
@@ -104,14 +102,14 @@ private:
     /// Up to the "/" or ">" that ends the tag.
     void takeAttributes() {
         for (const pugi::xml_attribute attribute : element_.attributes()) {
-            const std::size_t name = text_.find_first_not_of(whiteSpace, at_);
+            const std::size_t name = text_.find_first_not_of(text::whiteSpace, at_);
             const std::size_t quote = text_.find_first_of("\"'", name);
             const std::size_t end = text_.find(text_[quote], quote + 1);
             takeValue(quote + 1, end);
             at_ = end + 1;
             note(attribute.internal_object(), name, quote + 1, at_);
         }
-        at_ = text_.find_first_not_of(whiteSpace, at_);
+        at_ = text_.find_first_not_of(text::whiteSpace, at_);
     }
 
     void takeValue(std::size_t begin, std::size_t end) {

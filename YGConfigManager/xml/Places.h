@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -63,6 +64,10 @@ struct Range {
     /// Behind an element's start tag; where an attribute's value begins, 0 when it was changed.
     std::uint32_t inner = 0;
     std::uint32_t end = 0;
+
+    std::optional<Place> place() const {
+        return source ? std::optional(source->place(begin, end)) : std::nullopt;
+    }
 };
 
 /// Notes the ranges of all that was just parsed, in one pass over the text.

@@ -2,7 +2,6 @@
 #include "YGConfigManager/xml/Tree.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "YGConfigManager/text/Utf8.h"
@@ -10,42 +9,6 @@
 namespace yg::xml {
 
 namespace {
-
-/// One code point of valid UTF-8.
-struct CodePoint {
-    char32_t value;
-    std::size_t length;
-};
-
-CodePoint decode(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const char32_t lead = byte(0);
-    if (lead < 0x80)
-        return {lead, 1};
-    const auto tail = [&](std::size_t i) { return static_cast<char32_t>(byte(i) & 0x3Fu); };
-    if (lead < 0xE0)
-        return {((lead & 0x1Fu) << 6) | tail(1), 2};
-    if (lead < 0xF0)
-        return {((lead & 0x0Fu) << 12) | (tail(1) << 6) | tail(2), 3};
-    return {((lead & 0x07u) << 18) | (tail(1) << 12) | (tail(2) << 6) | tail(3), 4};
-}
-
-bool inRange(char32_t c, char32_t low, char32_t high) {
-    return c >= low && c <= high;
-}
-
-bool isNameStart(char32_t c) {
-    return inRange(c, 'a', 'z') || inRange(c, 'A', 'Z') || c == '_' || c == ':' ||
-           inRange(c, 0xC0, 0xD6) || inRange(c, 0xD8, 0xF6) || inRange(c, 0xF8, 0x2FF) ||
-           inRange(c, 0x370, 0x37D) || inRange(c, 0x37F, 0x1FFF) || inRange(c, 0x200C, 0x200D) ||
-           inRange(c, 0x2070, 0x218F) || inRange(c, 0x2C00, 0x2FEF) || inRange(c, 0x3001, 0xD7FF) ||
-           inRange(c, 0xF900, 0xFDCF) || inRange(c, 0xFDF0, 0xFFFD) || inRange(c, 0x10000, 0xEFFFF);
-}
-
-bool isNameCharacter(char32_t c) {
-    return isNameStart(c) || inRange(c, '0', '9') || c == '-' || c == '.' || c == 0xB7 ||
-           inRange(c, 0x300, 0x36F) || inRange(c, 0x203F, 0x2040);
-}
 
 bool isStorable(char32_t c) {
     return c == '\t' || c == '\n' || c == '\r' || (c >= 0x20 && c != 0xFFFE && c != 0xFFFF);
@@ -101,15 +64,13 @@ void fillDeeply(pugi::xml_node copy, pugi::xml_node source) {
 
 }  // namespace
 
-bool isBlank(std::string_view text) {
-    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
-}
-
 bool isBlankText(pugi::xml_node node) {
     if (node.type() != pugi::node_pcdata)
         return false;
     const char* value = node.value();
-    return value[std::strspn(value, " \t\r\n")] == '\0';
+    while (text::isWhiteSpace(*value))
+        ++value;
+    return *value == '\0';
 }
 
 bool isChild(pugi::xml_node node) {
@@ -132,6 +93,12 @@ pugi::xml_node firstChildFrom(pugi::xml_node node) {
     return node;
 }
 
+bool isInside(pugi::xml_node node, pugi::xml_node top) {
+    while (node && node != top)
+        node = node.parent();
+    return static_cast<bool>(node);
+}
+
 pugi::xml_node nextInSubtree(pugi::xml_node node, pugi::xml_node top) {
     if (const pugi::xml_node child = node.first_child())
         return child;
@@ -143,31 +110,14 @@ pugi::xml_node nextInSubtree(pugi::xml_node node, pugi::xml_node top) {
     return {};
 }
 
-bool isXmlName(std::string_view name) {
-    if (name.empty() || !text::isValidUtf8(name))
-        return false;
-    for (std::size_t at = 0; at < name.size();) {
-        const CodePoint c = decode(name.substr(at));
-        if (!(at == 0 ? isNameStart(c.value) : isNameCharacter(c.value)))
-            return false;
-        at += c.length;
-    }
-    return true;
-}
-
 std::string storableText(std::string_view text) {
     std::string kept;
     kept.reserve(text.size());
     while (!text.empty()) {
-        std::size_t valid = text::validUtf8Prefix(text);
-        std::string_view part = text.substr(0, valid);
-        while (!part.empty()) {
-            const CodePoint c = decode(part);
-            if (isStorable(c.value))
-                kept.append(part.substr(0, c.length));
-            part.remove_prefix(c.length);
-        }
-        text.remove_prefix(valid < text.size() ? valid + 1 : valid);
+        const text::Character c = text::firstCharacter(text);
+        if (c.isValid && isStorable(c.value))
+            kept.append(text.substr(0, c.size));
+        text.remove_prefix(c.size);
     }
     return kept;
 }

@@ -18,7 +18,8 @@
 
 #include <pugixml.hpp>
 
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
+#include "YGConfigManager/xml/Names.h"
 #include "YGConfigManager/xml/Places.h"
 #include "YGConfigManager/xml/Query.h"
 
@@ -86,7 +87,10 @@ struct Tree {
     pugi::xml_node insertCopy(pugi::xml_node parent, pugi::xml_node before, const Tree& from,
                               pugi::xml_node source);
 
-    /// Without a source when nothing was kept.
+    /// Without a source when nothing was kept, or there is no tree.
+    static Range rangeOf(const std::shared_ptr<Tree>& tree, const void* holder) {
+        return tree ? tree->rangeOf(holder) : Range();
+    }
     Range rangeOf(const void* holder) const;
 
     /// What was parsed is no longer what the attribute holds.
@@ -123,8 +127,6 @@ void setValue(Holder holder, std::string_view value) {
         throw std::bad_alloc();
 }
 
-bool isBlank(std::string_view text);
-
 /// A text node of white space alone. It is kept as the only content of an element, for its string
 /// value, but never counts as a child.
 bool isBlankText(pugi::xml_node node);
@@ -135,10 +137,11 @@ bool isChild(pugi::xml_node node);
 /// The node itself or the first sibling after it that counts as a child.
 pugi::xml_node firstChildFrom(pugi::xml_node node);
 
+/// Whether a node is `top` or below it.
+bool isInside(pugi::xml_node node, pugi::xml_node top);
+
 /// The node after `node` in document order within the subtree of `top`; empty after the last.
 pugi::xml_node nextInSubtree(pugi::xml_node node, pugi::xml_node top);
-
-bool isXmlName(std::string_view name);
 
 /// The text without what XML cannot hold: control characters, U+FFFE, U+FFFF, invalid UTF-8.
 std::string storableText(std::string_view text);

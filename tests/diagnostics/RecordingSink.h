@@ -120,8 +120,8 @@ private:
     public:
         void add(const Place& place) { points_[place.file].insert(pointOf(place)); }
         bool contain(const Place& place) const {
-            const auto found = points_.find(place.file);
-            return found != points_.end() && found->second.contains(pointOf(place));
+            const auto file = points_.find(place.file);
+            return file != points_.end() && file->second.contains(pointOf(place));
         }
 
     private:

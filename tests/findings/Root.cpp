@@ -175,8 +175,7 @@ std::string requestUrlAnswers(DiagnosticsSink* sink) {
 RootFiles filesIn(const std::string& folder) {
     RootFiles files;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-        const std::string extension = entry.path().extension();
-        if (extension != ".xml" && extension != ".txt" && extension != ".json")
+        if (!entry.is_regular_file())
             continue;
         std::ifstream file(entry.path(), std::ios::binary);
         files[std::filesystem::relative(entry.path(), folder).string()] = {

@@ -18,7 +18,7 @@ namespace yg::testing {
 /// Files by their names below the root: "config/events.xml".
 using RootFiles = std::map<std::string, std::string, std::less<>>;
 
-/// All files of a folder but images.
+/// All files of a folder.
 RootFiles filesIn(const std::string& folder);
 
 /// What is looked up in a root: custom pages, settings items as "SECTION/ITEM", keys of web pages.

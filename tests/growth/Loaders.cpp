@@ -34,8 +34,7 @@ std::string refusal(const GrowthHost& host) {
 std::string layout(std::optional<std::string_view> styles, std::optional<std::string_view> tabs,
                    std::optional<std::string_view> magicPanels, const GrowthHost& host,
                    DiagnosticsSink* sink = nullptr) {
-    YGStyleConfigLoad loader;
-    loader.setDiagnosticsSink(sink);
+    YGStyleConfigLoad loader(sink);
     loader.initWithStyleConfigPath(styles, tabs, magicPanels);
     return refusal(host);
 }

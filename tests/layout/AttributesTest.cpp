@@ -13,8 +13,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "YGConfigManager/layout/LayoutEntries.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
-#include "YGConfigManager/records/AttributeTable.h"
 
 #include "layout/LayoutTest.h"
 #include "layout/RecordText.h"
@@ -318,6 +318,23 @@ TEST(Attributes, OfNameListsAreSplitAtEverySemicolon) {
                                                    {"a,b", "[\"a,b\"]"},
                                                    {" ", "[\" \"]"},
                                                    {"", "absent"}});
+}
+
+TEST(Attributes, AreExplainedToTheAuthorsOfFiles) {
+    const auto expectSentences = [](const auto& rows) {
+        for (const yg::AttributeInfo& row : rows) {
+            EXPECT_TRUE(row.sentence.ends_with('.')) << row.name;
+            EXPECT_TRUE(!row.defines || row.names != yg::Naming::nothing) << row.name;
+        }
+    };
+    expectSentences(Styles::table);
+    expectSentences(Panels::table);
+    expectSentences(Elements::table);
+    for (const yg::AttributeInfo& row : {yg::defaultStyle, yg::magicGroup, yg::magicMember,
+                                         yg::magicSlot, yg::reuseDefinition, yg::reuseReference}) {
+        expectSentences(std::vector{row});
+        EXPECT_NE(row.names, yg::Naming::nothing) << row.sentence;
+    }
 }
 
 TEST(Attributes, OfOtherNamesChangeNothing) {

@@ -14,7 +14,7 @@
 
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 #include "YGConfigManager/text/Replace.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 #include "layout/LayoutTest.h"
 #include "layout/RecordText.h"

@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 #include "layout/LayoutTest.h"
 #include "layout/RecordText.h"
@@ -56,6 +56,16 @@ TEST_F(ReusePanels, OfOneNameLeaveTheLaterOne) {
     const auto panels = loader.loadReusePanel(path(LayoutFile::reusePanels));
     EXPECT_THAT(keys(panels), ElementsAre("a"));
     EXPECT_EQ((*panels->find("a"))->minSize(), 2.0F);
+}
+
+TEST_F(ReusePanels, OfALoadAreTheRecordsThatItsStylesShow) {
+    write(LayoutFile::reusePanels, "<r><reuse_panel name='b'/></r>");
+    write(LayoutFile::styles,
+          "<s><style name='a'><panel><reuse_panel name='b'/></panel></style></s>");
+    load();
+    EXPECT_EQ(*loader.reusePanelInfos()->find("b"),
+              style("a")->stylePanes()->front()->panePanes()->front());
+    EXPECT_THAT(keys(loader.reusePanelInfos()), ElementsAre("b"));
 }
 
 TEST_F(ReusePanels, MayHaveAnEmptyName) {

@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 
 #include "layout/LayoutTest.h"
 #include "layout/RecordText.h"

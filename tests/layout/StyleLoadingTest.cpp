@@ -6,6 +6,8 @@
 #include <set>
 #include <string>
 #include <thread>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -35,11 +37,30 @@ TEST_F(StyleLoading, BeginsWithEveryFieldAbsent) {
     EXPECT_EQ(loader.styleInfos(), nullptr);
     EXPECT_EQ(loader.tabStyleInfos(), nullptr);
     EXPECT_EQ(loader.magicPanelInfos(), nullptr);
+    EXPECT_EQ(loader.reusePanelInfos(), nullptr);
     EXPECT_EQ(loader.scrollPanelDict(), nullptr);
     EXPECT_EQ(loader.defaultStyleName(), std::nullopt);
     EXPECT_EQ(loader.loadStyleConfigInfoWithName("a"), nullptr);
     EXPECT_THAT(host->runtimeLog(), IsEmpty());
 }
+
+/// A host cannot change these maps, but the records in them.
+template <class Map>
+constexpr bool isFixed =
+    std::is_const_v<typename std::decay_t<Map>::element_type> &&
+    !std::is_const_v<
+        typename std::decay_t<decltype(std::declval<Map>()->begin()->value)>::element_type>;
+static_assert(isFixed<decltype(std::declval<YGStyleConfigLoad>().styleInfos())>);
+static_assert(isFixed<decltype(std::declval<YGStyleConfigLoad>().tabStyleInfos())>);
+static_assert(isFixed<decltype(std::declval<YGStyleConfigLoad>().reusePanelInfos())>);
+static_assert(isFixed<decltype(std::declval<YGStyleConfigLoad>().scrollPanelDict())>);
+static_assert(isFixed<decltype(std::declval<YGStyleConfigLoad>().loadConfig("", true))>);
+static_assert(isFixed<decltype(std::declval<YGStyleConfigLoad>().loadReusePanel(""))>);
+static_assert(isFixed<decltype(yg::MagicPanelMap::Entry::value)>);
+static_assert(std::is_same_v<decltype(std::declval<YGStyleConfigLoad>().magicPanelInfos()),
+                             const std::shared_ptr<const yg::MagicPanelMap>&>);
+static_assert(std::is_same_v<decltype(std::declval<YGStyleConfigLoad>().loadMagicPanel("")),
+                             std::shared_ptr<const yg::MagicPanelMap>>);
 
 TEST_F(StyleLoading, AnswersTheLoaderItself) {
     EXPECT_EQ(loader.initWithStyleConfigPath(std::nullopt, std::nullopt, std::nullopt), &loader);

@@ -69,11 +69,10 @@ protected:
 TEST_F(LayoutMemory, ALoadCountsAsAWholeOrNotAtAll) {
     for (DiagnosticsSink* const sink : testing::bothSinks) {
         const auto loadNew = [this, sink] {
-            auto made = [] {
+            auto made = [sink] {
                 const testing::PausedFailures paused;
-                return std::make_unique<YGStyleConfigLoad>();
+                return std::make_unique<YGStyleConfigLoad>(sink);
             }();
-            made->setDiagnosticsSink(sink);
             load(*made);
             return made;
         };
@@ -98,10 +97,10 @@ TEST_F(LayoutMemory, ALoaderThatCannotLoadAgainKeepsWhatItHas) {
 }
 
 TEST_F(LayoutMemory, APageIsBuiltAsAWholeOrNotAtAll) {
-    loader.setDiagnosticsSink(&testing::silentSink);
-    load(loader);
+    YGStyleConfigLoad reporting(&testing::silentSink);
+    load(reporting);
     for (const std::string_view name : {"template-member", "template-600000"}) {
-        const Operation operation{[&] { return loader.loadStyleConfigInfoWithName(name); },
+        const Operation operation{[&] { return reporting.loadStyleConfigInfoWithName(name); },
                                   [](const auto& page) { return testing::wholeText(page); },
                                   "null"};
         everyAllocationFails(operation);

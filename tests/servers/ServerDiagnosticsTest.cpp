@@ -74,8 +74,7 @@ TEST_F(ServerDiagnostics, NameTheFileReadAndTheReasonWhenItCannotBe) {
     YGServerCfgLoader::initWithIsGray(false, &sink);
     const std::string path = folder / "skeleton_v1.xml";
     EXPECT_THAT(sink.files, ElementsAre(path));
-    EXPECT_THAT(sink.lines(),
-                ElementsAre("unreadable-file =" + path + ": No such file or directory"));
+    EXPECT_THAT(sink.lines(), ElementsAre("unreadable-file =No such file or directory"));
 }
 
 TEST_F(ServerDiagnostics, ARootOfAnotherName) {
@@ -196,7 +195,7 @@ TEST_F(ServerDiagnostics, Deliveries) {
     loader->reloadServerConfigWithData("<application>", "d");
     loader->reloadServerConfigWithData("<application md5='theirs'><x/></application>", "d");
     EXPECT_THAT(sink.lines(), ElementsAre("unreadable-delivery", "unreadable-delivery",
-                                          ::testing::StartsWith("unreadable-delivery =Line 1: "),
+                                          ::testing::StartsWith("1: unreadable-delivery ="),
                                           "1: replaced-md5 md5=theirs", "1: unknown-element =x"));
     EXPECT_THAT(sink.unaccounted(), IsEmpty());
 }

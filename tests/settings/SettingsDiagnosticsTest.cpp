@@ -43,12 +43,9 @@ protected:
         return transport.init(&sink);
     }
 
-    /// The findings since the last call. Everything in the files was accounted for; the text of an
-    /// element that is used is its value.
+    /// The findings since the last call. Everything in the files was accounted for.
     std::vector<std::string> findings() {
-        std::vector<std::string> missing = sink.unaccounted();
-        std::erase_if(missing, [](const std::string& each) { return each.ends_with(" text"); });
-        EXPECT_THAT(missing, IsEmpty());
+        EXPECT_THAT(sink.unaccounted(), IsEmpty());
         std::vector<std::string> lines = sink.lines();
         sink = RecordingSink();
         return lines;
@@ -96,11 +93,26 @@ TEST_F(SettingsDiagnostics, NameFilesThatCannotBeRead) {
     transport.init(&sink);
     EXPECT_THAT(sink.files,
                 ElementsAre(folder / "none.xml", folder / "none.xml", folder / urlsName));
-    const std::string line = "unreadable-file =" + (folder / "none.xml") + ": " + missing;
-    EXPECT_THAT(findings(), ElementsAre(line, line, "unreadable-url-list =" + (folder / urlsName)));
+    const std::string line = "unreadable-file =" + missing;
+    EXPECT_EQ(sink.findings.front().place, (Place{folder / "none.xml", {}, {}}));
+    EXPECT_EQ(sink.findings.back().place, (Place{folder / urlsName, {}, {}}));
+    EXPECT_THAT(findings(), ElementsAre(line, line, "unreadable-url-list"));
     EXPECT_THAT(findingsInUrls("[]"), ElementsAre("unreadable-url-list =not a JSON object"));
     EXPECT_THAT(findingsInUrls("{"),
                 ElementsAre(::testing::StartsWith("1: unreadable-url-list =line 1, column ")));
+}
+
+TEST_F(SettingsDiagnostics, EachErrorOfAFileHasItsPlace) {
+    openSettings("<config>\n<a b=1/>\n<c/></d>\n</config>");
+    ASSERT_GE(sink.findings.size(), 2);
+    for (const Finding& finding : sink.findings) {
+        EXPECT_EQ(finding.rule.name, "unreadable-file");
+        EXPECT_EQ(finding.place.file, folder / "app.xml");
+        EXPECT_GT(finding.place.begin.column, 0);
+        EXPECT_THAT(finding.value, ::testing::Not(::testing::HasSubstr("Line")));
+    }
+    EXPECT_EQ(sink.findings.front().place.begin.line, 2);
+    EXPECT_GT(sink.findings.back().place.begin.line, 2);
 }
 
 TEST_F(SettingsDiagnostics, ASettingsRootOfAnotherNameInWhichWritesAreLost) {

@@ -17,7 +17,7 @@
 #include <gtest/gtest.h>
 
 #include "YGConfigManager/xml/Document.h"
-#include "YGConfigManager/xml/Node.h"
+#include "YGConfigManager/xml/Element.h"
 #include "YGConfigManager/xml/Query.h"
 #include "YGConfigManager/xml/Tree.h"
 

@@ -51,8 +51,7 @@ std::shared_ptr<YGStyleConfigLoad> loadLayout(const Arguments& arguments,
     const auto path = [&](const std::optional<std::string>& given, std::string_view otherwise) {
         return given ? *given : arguments.inRoot(otherwise);
     };
-    auto loader = std::make_shared<YGStyleConfigLoad>();
-    loader->setDiagnosticsSink(sink);
+    auto loader = std::make_shared<YGStyleConfigLoad>(sink);
     loader->initWithStyleConfigPath(path(arguments.style, "config/custompage_template.xml"),
                                     path(arguments.tab, "config/tab_styles.xml"),
                                     path(arguments.magic, "config/magic_panels.xml"));
@@ -69,13 +68,13 @@ Answer dumpStyle(const Session& session) {
 }
 
 Answer showLayout(const Session& session) {
-    UnreadableFiles unreadable;
-    const auto loader = loadLayout(session.arguments, &unreadable);
-    loader->setDiagnosticsSink(nullptr);
-    return {[loader, colour = session.colour](Output& output) {
+    // The sink must live as long as the loader.
+    const auto unreadable = std::make_shared<UnreadableFiles>();
+    const auto loader = loadLayout(session.arguments, unreadable.get());
+    return {[unreadable, loader, colour = session.colour](Output& output) {
                 LayoutView(*loader, colour).layout(output);
             },
-            ExitCode::answer, unreadable.complaint()};
+            ExitCode::answer, unreadable->complaint()};
 }
 
 Answer noStyle(const YGStyleConfigLoad& loader, const std::string& name) {

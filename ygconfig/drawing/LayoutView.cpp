@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <utility>
 
-#include "YGConfigManager/xml/Node.h"
-
 #include "ygconfig/drawing/Details.h"
 #include "ygconfig/drawing/Display.h"
 
@@ -24,7 +22,7 @@ void LayoutView::style(const StyleConfigInfo& style, std::string_view note, Outp
     drawTree(styleBranch(style, note, Shared::whole), paint_, output);
 }
 
-void LayoutView::styles(std::string_view title, const std::shared_ptr<StyleMap>& styles,
+void LayoutView::styles(std::string_view title, const std::shared_ptr<const StyleMap>& styles,
                         const std::optional<std::string>& defaultName, Output& output) {
     std::string text = paint_(Tone::heading, title);
     text += "  " + (styles ? std::to_string(styles->size()) : "none");
@@ -44,7 +42,7 @@ void LayoutView::styles(std::string_view title, const std::shared_ptr<StyleMap>&
 }
 
 void LayoutView::magicGroups(Output& output) {
-    const std::shared_ptr<MagicPanelMap>& groups = loader_.magicPanelInfos();
+    const std::shared_ptr<const MagicPanelMap>& groups = loader_.magicPanelInfos();
     output.add(paint_(Tone::heading, "Magic panels") + "  " + std::to_string(groups->size()) +
                '\n');
     for (const auto& [groupName, members] : *groups) {
@@ -189,16 +187,12 @@ void LayoutView::meetReusePanels(const PanelConfigInfo& panel) {
     }
 }
 
-/// The records do not say that they came from the reuse file, so the loader is asked what it would
-/// place for a reference to the panel's name: a reuse panel is the very record that it places.
+/// The records do not say that they came from the reuse file.
 bool LayoutView::isReusePanel(const Panel& panel) const {
-    if (!panel->panelName())
-        return false;
-    xml::Element reference = xml::Element::create("reuse_panel");
-    reference.setAttribute("name", *panel->panelName());
-    const auto place = std::make_shared<PanelConfigInfo>();
-    loader_.parsePaneOrElement(reference, nullptr, place, nullptr, std::nullopt, std::nullopt);
-    return !place->panePanes()->empty() && place->panePanes()->front() == panel;
+    const auto& name = panel->panelName();
+    const auto& all = loader_.reusePanelInfos();
+    const Panel* const found = name && all ? all->find(*name) : nullptr;
+    return found && *found == panel;
 }
 
 /// The name under which the panel is in its group; null when it is not there.

@@ -60,7 +60,7 @@ private:
         bool isReuse = false;                 ///< in the reuse file
     };
 
-    void styles(std::string_view title, const std::shared_ptr<StyleMap>& styles,
+    void styles(std::string_view title, const std::shared_ptr<const StyleMap>& styles,
                 const std::optional<std::string>& defaultName, Output& output);
     void magicGroups(Output& output);
     void reusePanels(Output& output);

@@ -27,12 +27,13 @@ std::string under(std::string line, const std::vector<Branch>& rows, const Paint
 
 }  // namespace
 
-std::string SettingsView::settings(const xml::Document& file, std::string_view shownPath) const {
+std::string SettingsView::settings(const xml::Document& file, const PassedOver& passedOver,
+                                   std::string_view shownPath) const {
     const xml::Element root = file.root();
+    const bool isRead = root && !passedOver.contains(root);
     std::vector<Branch> sections;
     std::size_t count = 0;
-    std::set<std::pair<std::string, std::string>> seen;
-    if (root.name() == "config") {
+    if (isRead) {
         for (const xml::Node& child : root.children()) {
             if (!child.isElement())
                 continue;
@@ -41,14 +42,13 @@ std::string SettingsView::settings(const xml::Document& file, std::string_view s
                 if (!grandchild.isElement())
                     continue;
                 const xml::Element item(grandchild);
-                const bool isRead =
-                    seen.emplace(std::string(child.name()), std::string(item.name())).second;
-                count += isRead ? 1 : 0;
+                const bool isPassedOver = passedOver.contains(item);
+                count += isPassedOver ? 0 : 1;
                 Details details;
                 details.add(paint_(Tone::slot, quoted(item.stringValue())));
                 details.add(
                     paint_(Tone::quiet, printable(item.attribute("description").value_or(""))));
-                details.addIf(!isRead, paint_(Tone::mark, "passed over"));
+                details.addIf(isPassedOver, paint_(Tone::mark, "passed over"));
                 section.children.push_back(
                     {printable(item.name()), Tone::plain, std::move(details).text()});
             }
@@ -61,7 +61,7 @@ std::string SettingsView::settings(const xml::Document& file, std::string_view s
     details.add(std::to_string(count));
     details.add(quotedIfEmpty(shownPath));
     details.addIf(!root, paint_(Tone::mark, "missing or damaged; nothing can be stored"));
-    details.addIf(root && root.name() != "config",
+    details.addIf(root && !isRead,
                   paint_(Tone::mark, "the root is not named config; nothing is read"));
     std::string text = paint_(Tone::heading, "Settings") + "  " + std::move(details).text() + '\n';
     for (const Branch& section : sections)
@@ -69,22 +69,22 @@ std::string SettingsView::settings(const xml::Document& file, std::string_view s
     return text;
 }
 
-std::string SettingsView::webPages(const xml::Document& file, std::string_view shownPath) const {
+std::string SettingsView::webPages(const xml::Document& file, const PassedOver& passedOver,
+                                   std::string_view shownPath) const {
     const xml::Element root = file.root();
+    const bool isRead = root && !passedOver.contains(root);
     std::vector<Branch> rows;
     std::size_t count = 0;
-    std::set<std::string> seen;
-    if (root.name() == "urls") {
+    if (isRead) {
         for (const xml::Node& child : root.children()) {
             if (!child.isElement() || child.name() != "url")
                 continue;
             const auto key = xml::Element(child).attribute("key");
-            const bool isRead = key && !key->empty() && key->find('\'') == std::string_view::npos &&
-                                seen.emplace(*key).second;
-            count += isRead ? 1 : 0;
+            const bool isPassedOver = passedOver.contains(child);
+            count += isPassedOver ? 0 : 1;
             Details details;
             details.add(paint_(Tone::slot, quotedIfEmpty(child.stringValue())));
-            details.addIf(!isRead, paint_(Tone::mark, "passed over"));
+            details.addIf(isPassedOver, paint_(Tone::mark, "passed over"));
             rows.push_back(
                 {key ? quotedIfEmpty(*key) : "(no key)", Tone::element, std::move(details).text()});
         }
@@ -93,7 +93,7 @@ std::string SettingsView::webPages(const xml::Document& file, std::string_view s
     details.add(std::to_string(count));
     details.add(quotedIfEmpty(shownPath));
     details.addIf(!root, paint_(Tone::mark, "missing or damaged"));
-    details.addIf(root && root.name() != "urls",
+    details.addIf(root && !isRead,
                   paint_(Tone::mark, "the root is not named urls; nothing is read"));
     return under(paint_(Tone::heading, "Web pages") + "  " + std::move(details).text(), rows,
                  paint_);

@@ -11,6 +11,7 @@
 #include "YGConfigManager/xml/Document.h"
 
 #include "ygconfig/drawing/Paint.h"
+#include "ygconfig/files/PassedOver.h"
 
 namespace yg::tool {
 
@@ -32,10 +33,12 @@ public:
     explicit SettingsView(bool colour) : paint_(colour) {}
 
     /// A tree for each section. `shownPath` stands for the file.
-    std::string settings(const xml::Document& file, std::string_view shownPath) const;
+    std::string settings(const xml::Document& file, const PassedOver& passedOver,
+                         std::string_view shownPath) const;
 
     /// A line for each address.
-    std::string webPages(const xml::Document& file, std::string_view shownPath) const;
+    std::string webPages(const xml::Document& file, const PassedOver& passedOver,
+                         std::string_view shownPath) const;
 
     /// The digest and a line for each address. Null is no list.
     std::string requestUrls(const std::shared_ptr<const YGHttpReqUrlModel>& list,

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// A listener that knows which file, or which download, a finding is about.
+// A listener for what is wrong with whole files and downloads.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,17 +14,28 @@ namespace yg::tool {
 
 class FileSink : public DiagnosticsSink {
 public:
-    void readingFile(std::string_view path) override { files_.emplace_back(path); }
+    void readingFile(std::string_view) override { isNext_ = false; }
+    void report(const Finding& finding) override;
 
 protected:
-    /// What the finding says, behind the file that it is about: "FILE: Line N: REASON".
-    std::string withFile(const Finding& finding) const;
+    /// Of one file or download; all errors of a parse are one.
+    struct Fault {
+        std::string_view rule;
+        std::string file;
+        std::string reason;  ///< "Line N: REASON; Line N: REASON" of a parse
 
-    /// The file read last; "" before the first.
-    const std::string& lastFile() const { return files_.back(); }
+        /// "FILE: REASON"
+        std::string text() const { return reason.empty() ? file : file + ": " + reason; }
+    };
+
+    /// Listens for these rules, whose names stay.
+    explicit FileSink(std::span<const std::string_view> rules) : rules_(rules) {}
+
+    std::vector<Fault> faults_;
 
 private:
-    std::vector<std::string> files_ = {""};  // read so far, the last one last
+    const std::span<const std::string_view> rules_;
+    bool isNext_ = false;  // what comes next may belong to the last fault
 };
 
 }  // namespace yg::tool

@@ -13,22 +13,18 @@ namespace yg::tool {
 class NothingStored final : public FileSink {
 public:
     /// `delivered` is what people call the text that is to be stored, if a text is.
-    explicit NothingStored(std::string_view delivered = "") : delivered_(delivered) {}
-
-    void report(const Finding& finding) override;
+    explicit NothingStored(std::string_view delivered = "");
 
     /// Leaves out what was reported so far, of what was stored before.
-    void beginStoring() { reason_.clear(); }
+    void beginStoring() { faults_.clear(); }
 
     /// A line "ygconfig: nothing was stored: FILE: REASON", without the line feed; "" when all was.
     std::string complaint() const;
 
 private:
-    std::string reasonOf(const Finding& finding) const;
+    std::string reasonOf(const Fault& fault) const;
 
     const std::string delivered_;
-    std::string fault_;   // of the settings file, which then takes no item
-    std::string reason_;  // the first one
 };
 
 }  // namespace yg::tool

@@ -1,20 +1,31 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/files/UnreadableFiles.h"
 
+#include <set>
 #include <string_view>
 
 #include "ygconfig/drawing/Display.h"
 
 namespace yg::tool {
 
-void UnreadableFiles::report(const Finding& finding) {
-    const std::string_view rule = finding.rule.name;
-    if (rule != "unreadable-file" && rule != "unreadable-url-list" && rule != "failed-download" &&
-        rule != "unsaved-file")
-        return;
-    const std::string line = rule == "unsaved-file" ? finding.value : withFile(finding);
-    if (told_.insert(line).second)
-        complaint_ += (complaint_.empty() ? "ygconfig: " : "\nygconfig: ") + printable(line);
+namespace {
+
+constexpr std::string_view reasons[] = {"unreadable-file", "unreadable-url-list", "failed-download",
+                                        "unsaved-file"};
+
+}  // namespace
+
+UnreadableFiles::UnreadableFiles() : FileSink(reasons) {}
+
+std::string UnreadableFiles::complaint() const {
+    std::set<std::string> told;
+    std::string lines;
+    for (const Fault& fault : faults_) {
+        const std::string line = fault.rule == "unsaved-file" ? fault.reason : fault.text();
+        if (told.insert(line).second)
+            lines += (lines.empty() ? "ygconfig: " : "\nygconfig: ") + printable(line);
+    }
+    return lines;
 }
 
 }  // namespace yg::tool

@@ -4,7 +4,6 @@
 // people: the library's log says why, but not which.
 #pragma once
 
-#include <set>
 #include <string>
 
 #include "ygconfig/files/FileSink.h"
@@ -13,15 +12,11 @@ namespace yg::tool {
 
 class UnreadableFiles final : public FileSink {
 public:
-    void report(const Finding& finding) override;
+    UnreadableFiles();
 
     /// A line "ygconfig: FILE: Line N: REASON" for each file, without the last line feed; "" if all
     /// could be read and written.
-    const std::string& complaint() const { return complaint_; }
-
-private:
-    std::set<std::string> told_;
-    std::string complaint_;
+    std::string complaint() const;
 };
 
 }  // namespace yg::tool

@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+//
+// XML elements: nodes with a name, attributes and children. What Node.h says of nodes holds for
+// them.
+#pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/text/OptionalText.h"
+#include "YGConfigManager/xml/Node.h"
+
+namespace yg::xml {
+
+class Query;
+struct RawAttribute;
+
+/// One attribute as it is read. The texts live until the value is changed, and as long as there is
+/// a handle, or a range of children or attributes, into the tree.
+struct Attribute {
+    std::string_view name;   ///< with its prefix, as written
+    std::string_view value;  ///< entities resolved, never trimmed
+};
+
+/// The children of an element in document order. White space alone is no child. Changing the tree
+/// while going through it is not supported: collect the children first.
+class YG_EXPORT Children {
+public:
+    class YG_EXPORT Iterator {
+    public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = Node;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Node*;
+        using reference = const Node&;
+
+        const Node& operator*() const { return node_; }
+        const Node* operator->() const { return &node_; }
+        Iterator& operator++();
+        friend bool operator==(const Iterator& left, const Iterator& right) {
+            return left.node_ == right.node_;
+        }
+
+    private:
+        friend class Children;
+        explicit Iterator(Node node) : node_(std::move(node)) {}
+        Node node_;
+    };
+
+    Iterator begin() const { return Iterator(first_); }
+    Iterator end() const { return Iterator(Node()); }
+
+private:
+    friend class Element;
+    explicit Children(Node first) : first_(std::move(first)) {}
+    Node first_;
+};
+
+/// The attributes of an element in their order, namespace declarations included. Keeps the tree
+/// alive; its iterators and what they answer do not.
+class YG_EXPORT Attributes {
+public:
+    class YG_EXPORT Iterator {
+    public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = Attribute;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Attribute*;
+        using reference = Attribute;
+
+        Attribute operator*() const;
+        Iterator& operator++();
+        friend bool operator==(const Iterator& left, const Iterator& right) {
+            return left.attribute_ == right.attribute_;
+        }
+
+    private:
+        friend class Attributes;
+        explicit Iterator(RawAttribute* attribute) : attribute_(attribute) {}
+        RawAttribute* attribute_;
+    };
+
+    Iterator begin() const { return Iterator(first_); }
+    Iterator end() const { return Iterator(nullptr); }
+
+private:
+    friend class Element;
+    Attributes(std::shared_ptr<const Tree> tree, RawAttribute* first)
+        : tree_(std::move(tree)), first_(first) {}
+    std::shared_ptr<const Tree> tree_;
+    RawAttribute* first_;
+};
+
+class YG_EXPORT Element : public Node {
+public:
+    /// The empty handle.
+    Element() = default;
+
+    /// The node as an element; empty when it is none.
+    explicit Element(const Node& node);
+
+    /// A new element without attributes and children, in a tree of its own; empty when `name` is
+    /// no XML name.
+    static Element create(OptionalText name);
+
+    /// The value of an attribute; absent when the element has none of that name, which is not the
+    /// same as "". Lives as long as the tree and until the value is changed.
+    std::optional<std::string_view> attribute(OptionalText name) const;
+
+    /// All attributes.
+    Attributes attributes() const;
+
+    /// Adds an attribute, or replaces the value of the one that is there. Characters that XML
+    /// cannot hold are left out of the value. False, and nothing changed, for an empty handle or
+    /// when `name` is no XML name.
+    bool setAttribute(OptionalText name, OptionalText value);
+
+    /// Changes the element's name. False, and nothing changed, when `name` is no XML name.
+    bool rename(OptionalText name);
+
+    /// Removes every child, comments too, and leaves one text node, none for "". Attributes stay.
+    /// Characters that XML cannot hold are left out.
+    bool setContent(OptionalText text);
+
+    Children children() const;
+    bool hasChildren() const;
+    std::size_t childCount() const;
+
+    /// The first child of whatever kind; empty when there is none.
+    Node firstChild() const;
+
+    /// The first child that is an element; empty when there is none.
+    Element firstElementChild() const;
+
+    /// The child at an index from 0; empty when there are not so many.
+    Node childAt(std::size_t index) const;
+
+    /// Adds a deep copy of `child` as the last child and answers the copy in its new place; the
+    /// child given stays where it is. Empty when either is empty.
+    Node appendChild(const Node& child);
+
+    /// The same before the child at `index`; at or past the end it is appended.
+    Node insertChild(const Node& child, std::size_t index);
+
+    /// The nodes that an XPath 1.0 query selects with this element as its context, in document
+    /// order. An absolute query starts at the top of the tree that holds the element: its document,
+    /// or the top of a copy or of a part that was taken out. A query that is invalid or whose value
+    /// is no node set selects nothing. Attributes are not answered: select their elements. Once
+    /// something was taken out of the tree, a query that goes up, sideways, or down from whatever
+    /// child of the top is asked of a copy of the tree, each time; others are not.
+    std::vector<Node> query(const Query& query) const;
+    std::vector<Node> query(OptionalText query) const;
+
+    /// The place of the start tag alone. This and the next two are absent as place() is.
+    std::optional<Place> tagPlace() const;
+
+    /// The place of an attribute, from its name to its closing quote.
+    std::optional<Place> attributePlace(OptionalText name) const;
+
+    /// The place, between the quotes, of a part of an attribute's value: `length` bytes from
+    /// `offset` on of the value as attribute() answers it, as many as there are. What reaches into
+    /// a reference as "&amp;" has all of it. Absent, too, when the value was changed in code.
+    std::optional<Place> valuePlace(OptionalText name, std::size_t offset = 0,
+                                    std::size_t length = std::string_view::npos) const;
+
+private:
+    friend class Node;
+    friend class Document;
+    friend struct Tree;
+
+    /// Before `next`, or as the last child when that is empty.
+    Node insertBefore(const Node& next, const Node& child);
+
+    Element(std::shared_ptr<Tree> tree, RawNode* node) : Node(std::move(tree), node) {}
+};
+
+}  // namespace yg::xml

@@ -18,8 +18,10 @@
 #include <nlohmann/json.hpp>
 
 #include "YGConfigManager/formats/Format.h"
+#include "YGConfigManager/host/StandAloneHost.h"
 
 #include "describe/Describe.h"
+#include "formats/Loading.h"
 #include "formats/Schemas.h"
 
 namespace yg {
@@ -165,8 +167,20 @@ TEST(JsonSchemas, AcceptExamplesAndTheSample) {
     }
 }
 
+/// Whether what reads the format has nothing to say.
+bool isLoaded(std::string_view format, std::string_view text) {
+    if (format == "request_urls")
+        return yg::testing::findingsOfRequestUrls(text).empty();
+    const yg::testing::TempRoot root;
+    root.write("host.json", text);
+    return static_cast<bool>(StandAloneHost::open(root.path()));
+}
+
 bool accepts(std::string_view format, std::string_view text) {
-    return isValid(Json::parse(text), Json::parse(describe::jsonSchema(*formatNamed(format))));
+    const bool isAccepted =
+        isValid(Json::parse(text), Json::parse(describe::jsonSchema(*formatNamed(format))));
+    EXPECT_EQ(isAccepted, isLoaded(format, text)) << text;
+    return isAccepted;
 }
 
 TEST(JsonSchemas, OfTheHostRefuseWhatItCannotOpenWith) {

@@ -298,7 +298,9 @@ TEST_F(Diagnostics, TellOfAPanelThatHasNoPlace) {
     write(LayoutFile::magicPanels, R"(<m><magic_panels name="g"><magic_panel name="x"><group>
  <panel odd="1"><panel/></panel></group></magic_panel></magic_panels></m>)");
     EXPECT_THAT(reported(),
-                ElementsAre(Reported{"misplaced-panel", "panel", "", "", "config/magic.xml:2:2"}));
+                ElementsAre(Reported{"unexpected-element-name", "group", "", "group",
+                                     "config/magic.xml:1:49"},
+                            Reported{"misplaced-panel", "panel", "", "", "config/magic.xml:2:2"}));
 }
 
 TEST_F(Diagnostics, TellOfAnElementAndAReusePanelBelowAStyle) {

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <vector>
+
 #include "describe/Describe.h"
 #include "describe/Words.h"
 #include "describe/XmlText.h"
@@ -39,8 +41,7 @@ private:
             xml_.begin("element", {{"name", element.name}});
         }
         xml_.text("a:documentation", element.sentence);
-        for (const AttributeInfo& row : element.attributes)
-            attribute(element, row);
+        attributes(element);
         content(element);
         xml_.end();
         xml_.end();
@@ -57,16 +58,32 @@ private:
         xml_.end();
     }
 
-    void attribute(const ElementInfo& element, const AttributeInfo& row) {
-        const bool isOptional = !isRequired(row);
-        if (isOptional)
+    /// Optional attributes are interleaved, which means the same as one after the other: libxml2
+    /// would try every subset of them.
+    void attributes(const ElementInfo& element) {
+        std::vector<const AttributeInfo*> optional;
+        for (const AttributeInfo& row : element.attributes) {
+            if (isRequired(row))
+                attribute(element, row);
+            else
+                optional.push_back(&row);
+        }
+        if (optional.size() > 1)
+            xml_.begin("interleave");
+        for (const AttributeInfo* row : optional) {
             xml_.begin("optional");
+            attribute(element, *row);
+            xml_.end();
+        }
+        if (optional.size() > 1)
+            xml_.end();
+    }
+
+    void attribute(const ElementInfo& element, const AttributeInfo& row) {
         xml_.begin("attribute", {{"name", row.name}});
         xml_.text("a:documentation", hoverText(element, row));
         value(element, row);
         xml_.end();
-        if (isOptional)
-            xml_.end();
     }
 
     void value(const ElementInfo& element, const AttributeInfo& row) {

@@ -53,8 +53,10 @@ public:
         }
         for (const Group& group : global)
             element(group);
-        for (std::size_t at = 0; at < types_.size(); ++at)
-            type(Elements(types_[at]));
+        // Types are asked for while others are written.
+        std::size_t written = 0;
+        while (written < types_.size())
+            type(Elements(types_[written++]));
         xml_.end();
     }
 

@@ -506,7 +506,7 @@ inline constexpr Rule ruleTable[] = {
      R"(<event_list>
     <command_event><command name="open" change_style="quote"/></command_event>
 </event_list>)"},
-    {"unreachable-command", Handling::dropped, Severity::error,
+    {"unreachable-command", Handling::unresolved, Severity::error,
      "A command whose name is empty can never be looked up.",
      "No event can trigger a command whose name is empty. Give it a name.", "config/events.xml",
      R"(<event_list>
@@ -533,7 +533,7 @@ inline constexpr Rule ruleTable[] = {
      R"(<event_list>
     <element_event name="grid"><event name="click" command="open"/></element_event>
 </event_list>)"},
-    {"unreachable-event", Handling::dropped, Severity::error,
+    {"unreachable-event", Handling::unresolved, Severity::error,
      "An event whose name is empty can never be looked up.",
      "No element can trigger an event whose name is empty. Give it a name.", "config/events.xml",
      R"(<event_list>

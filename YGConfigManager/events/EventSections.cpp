@@ -281,7 +281,8 @@ void YGEventLoader::include(Section& section, Entry& entry, std::string_view tem
     tables_.includedEvents += events->size();
     tables_.includedBytes += bytes;
     if (entry && section.hasAll(*events))
-        entry.report("repeated-include"_rule, "src", templateName);
+        entry.report("repeated-include"_rule, "src", templateName,
+                     *section.places.find(events->begin()->key));
     for (const auto& [name, event] : *events)
         section.put(entry, name, event, false);
 }

@@ -202,19 +202,17 @@ void YGPaletteLoad::readImages(const xml::Element& section) {
     forEachNamed<ImageEntry>(sink_, section, [&](Entry& entry, const ImageEntry& read) {
         using Outcome = ImageFileReader::Outcome;
         ImageFileReader::Reading reading;
-        if (read.path) {
-            const std::string path = text::joinPath(*folder, *read.path);
+        const std::string path = read.path ? text::joinPath(*folder, *read.path) : "";
+        if (read.path)
             reading = reader.read(path);
-            if (entry && text::leadsOut(*read.path))
-                entry.report("image-outside-folder"_rule, "PATH", *read.path);
-            if (reading.outcome != Outcome::read)
-                entry.report(
-                    reading.outcome == Outcome::tooManyPixels  ? "too-many-image-pixels"_rule
-                    : reading.outcome == Outcome::tooManyBytes ? "too-many-image-bytes"_rule
-                                                               : "unreadable-image"_rule,
-                    "PATH", path);
-        }
+        if (entry && read.path && text::leadsOut(*read.path))
+            entry.report("image-outside-folder"_rule, "PATH", *read.path);
         additions.set(entry, *read.name, std::move(reading.image));
+        if (read.path && reading.outcome != Outcome::read)
+            entry.drop(reading.outcome == Outcome::tooManyPixels  ? "too-many-image-pixels"_rule
+                       : reading.outcome == Outcome::tooManyBytes ? "too-many-image-bytes"_rule
+                                                                  : "unreadable-image"_rule,
+                       "PATH", path);
     });
     maps_.customImages = {};
     for (const auto& [name, image] : images) {

@@ -19,6 +19,7 @@
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 #include "YGConfigManager/settings/YGWebPageUrlConfig.h"
+#include "YGConfigManager/text/Utf8.h"
 #include "YGConfigManager/xml/Document.h"
 
 #include "host/TempRoot.h"
@@ -105,8 +106,13 @@ std::string layoutAnswers(const std::string& root, const Lookups& lookups, Diagn
     std::string text = wholeText(loader.defaultStyleName()) + wholeText(loader.styleInfos()) +
                        wholeText(loader.tabStyleInfos()) + wholeText(loader.magicPanelInfos()) +
                        wholeText(loader.reusePanelInfos());
+    // A page is made of copies: what has no effect on it may have one elsewhere.
+    YGStyleConfigLoad pages;
+    pages.initWithStyleConfigPath(root + "/" + std::string(mainFile),
+                                  root + "/config/tab_styles.xml",
+                                  root + "/" + std::string(magicFile));
     for (const std::string& page : lookups.pages)
-        text += '\n' + page + wholeText(loader.loadStyleConfigInfoWithName(page));
+        text += '\n' + page + wholeText(pages.loadStyleConfigInfoWithName(page));
     return text;
 }
 
@@ -183,6 +189,35 @@ RootFiles filesIn(const std::string& folder) {
             std::istreambuf_iterator<char>(file), {}};
     }
     return files;
+}
+
+std::map<std::string, RootFiles> seedRoots(const std::string& folder) {
+    static const std::map<std::string, std::vector<std::string_view>> filesOf{
+        {"layout",
+         {mainFile, softFile, "config/tab_styles.xml", magicFile,
+          "base_optimize/reuse_panels.xml"}},
+        {"events", {"config/events.xml"}},
+        {"palette", {"storage/palette_white.xml", "storage/palette_black.xml", "images/a.png"}},
+        {"servers", {"storage/skeleton_v1.xml"}},
+        {"settings", {settingsFile}},
+        {"web_pages", {webPageFile}},
+        {"request_urls", {"storage/request_urls_json.txt"}}};
+    std::map<std::string, RootFiles> roots;
+    for (const auto& [name, bytes] : filesIn(folder)) {
+        std::string_view rest = bytes;
+        RootFiles root;
+        for (const std::string_view file :
+             filesOf.at(std::filesystem::path(folder).filename().string())) {
+            const std::size_t end = rest.find("=====\n");
+            root[std::string(file)] = rest.substr(0, end);
+            rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 6);
+        }
+        if (std::ranges::all_of(root, [](const auto& file) {
+                return file.first.ends_with(".png") || text::isValidUtf8(file.second);
+            }))
+            roots[name] = std::move(root);
+    }
+    return roots;
 }
 
 Lookups lookupsOf(const RootFiles& files) {

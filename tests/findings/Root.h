@@ -21,6 +21,10 @@ using RootFiles = std::map<std::string, std::string, std::less<>>;
 /// All files of a folder.
 RootFiles filesIn(const std::string& folder);
 
+/// The roots that the seeds of a fuzz target are, by the names of the seeds. A seed has several
+/// files between lines "=====". Seeds that are not UTF-8 are left out.
+std::map<std::string, RootFiles> seedRoots(const std::string& folder);
+
 /// What is looked up in a root: custom pages, settings items as "SECTION/ITEM", keys of web pages.
 struct Lookups {
     std::vector<std::string> pages;

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "YGConfigManager/diagnostics/Rule.h"
@@ -16,6 +17,8 @@
 
 namespace yg::testing {
 namespace {
+
+using ::testing::IsEmpty;
 
 const RootFiles root{
     {"config/custompage_template.xml",
@@ -85,11 +88,7 @@ TEST(Rules, AreBrokenByTheirExampleAndKeptByTheSameFileAfterwards) {
 TEST(Rules, TheExamplesRootIsInOrder) {
     RecordingSink sink;
     Root(root).answers(lookupsOf(root), &sink);
-    std::set<std::string> found;
-    for (const std::string& rule : sink.rules())
-        found.insert(rule);
-    // A page with an argument that no group has is among the pages that are asked for.
-    EXPECT_EQ(found, (std::set<std::string>{"argument-count", "slot-left"}));
+    EXPECT_THAT(sink.lines(), IsEmpty());
 }
 
 }  // namespace

@@ -651,25 +651,16 @@ inline constexpr Rule ruleTable[] = {
     <event_template name="t"><event name="a"/></event_template>
     <element_event name="grid"><include src="t"/></element_event>
 </event_list>)"},
-    {"later-event-template", Handling::unresolved, Severity::warning,
-     "A template reaches only templates that end before it begins.",
-     "A template is known from its end on. Move it above the template that includes it.",
+    {"unknown-event-template", Handling::unresolved, Severity::warning,
+     "No template of this name that has an event ends above this include.",
+     "A template is known from its end on, so templates include only those above them. Check the "
+     "name, or move the template up.",
      "config/events.xml",
      R"(<event_list>
     <event_template name="t"><event name="a"/><include src="u"/></event_template><event_template name="u"><event name="b"/></event_template>
 </event_list>)",
      R"(<event_list>
     <event_template name="u"><event name="b"/></event_template><event_template name="t"><event name="a"/><include src="u"/></event_template>
-</event_list>)"},
-    {"unknown-event-template", Handling::unresolved, Severity::warning,
-     "No template of this name with an event is known.",
-     "No template of this name is in the file, or it has no event. Check the name.",
-     "config/events.xml",
-     R"(<event_list>
-    <element_event name="grid"><include src="list"/></element_event>
-</event_list>)",
-     R"(<event_list>
-    <event_template name="list"><event name="a"/></event_template><element_event name="grid"><include src="list"/></element_event>
 </event_list>)"},
     {"include-limit", Handling::unresolved, Severity::warning,
      "Includes add at most 1,000,000 events and 64 MiB to a file; with this one it would be more, "

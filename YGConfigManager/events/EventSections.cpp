@@ -128,22 +128,30 @@ struct YGEventLoader::Section {
     RecordMap<bool> own;  ///< whether an event was defined here; kept for findings only
 };
 
-void YGEventLoader::readTemplates(const xml::Element& root) {
-    if (root.hasChildren())
-        readTemplates(Sections(Reporter(nullptr), root).templates);
-}
-
-void YGEventLoader::readGroups(const xml::Element& root) {
-    if (root.hasChildren())
-        readGroups(Sections(Reporter(nullptr), root).groups);
-}
-
 void YGEventLoader::readDocument(const xml::Element& root) {
     const Sections sections(Reporter(sink_), root);
     for (const xml::Element& section : sections.commands)
         readCommands(section);
-    readTemplates(sections.templates);
-    readGroups(sections.groups);
+    for (const xml::Element& section : sections.templates)
+        readTemplate(section);
+    for (const xml::Element& section : sections.groups)
+        readGroup(section);
+}
+
+void YGEventLoader::readTemplates(const xml::Element& root) {
+    if (!root.hasChildren())
+        return;
+    const Sections sections(Reporter(nullptr), root);
+    for (const xml::Element& section : sections.templates)
+        readTemplate(section);
+}
+
+void YGEventLoader::readGroups(const xml::Element& root) {
+    if (!root.hasChildren())
+        return;
+    const Sections sections(Reporter(nullptr), root);
+    for (const xml::Element& section : sections.groups)
+        readGroup(section);
 }
 
 void YGEventLoader::readCommands(const xml::Element& section) {
@@ -167,24 +175,7 @@ void YGEventLoader::readCommands(const xml::Element& section) {
     });
 }
 
-void YGEventLoader::readTemplates(const std::vector<xml::Element>& sections) {
-    // For findings: how many templates of each name are not read to their end yet.
-    PendingTemplates pending;
-    const auto count = [&](const xml::Element& section, std::size_t change) {
-        if (const auto name = section.attribute("name"); sink_ && name) {
-            const std::size_t* before = pending.find(*name);
-            pending.set(*name, (before ? *before : 0) + change);
-        }
-    };
-    for (const xml::Element& section : sections)
-        count(section, 1);
-    for (const xml::Element& section : sections) {
-        readTemplate(section, pending);
-        count(section, static_cast<std::size_t>(-1));
-    }
-}
-
-void YGEventLoader::readTemplate(const xml::Element& section, const PendingTemplates& pending) {
+void YGEventLoader::readTemplate(const xml::Element& section) {
     reading(Reporter(sink_), section, [&](Entry& events) {
         EventTemplateName name;
         events.read(name);
@@ -208,7 +199,7 @@ void YGEventLoader::readTemplate(const xml::Element& section, const PendingTempl
                 noteAttributesWithoutEvent(entry);
             }
             if (isInclude)
-                this->include(read, entry, *include.source, pending);
+                this->include(read, entry, *include.source);
             else
                 entry.reportIfThere("empty-src"_rule, "src");
         });
@@ -219,11 +210,6 @@ void YGEventLoader::readTemplate(const xml::Element& section, const PendingTempl
         if (tables_.eventTemplateDatas.set(*name.name, std::move(read.events)))
             events.report("duplicate-event-template"_rule, "name", *name.name, earlier);
     });
-}
-
-void YGEventLoader::readGroups(const std::vector<xml::Element>& sections) {
-    for (const xml::Element& section : sections)
-        readGroup(section);
 }
 
 void YGEventLoader::readGroup(const xml::Element& section) {
@@ -251,7 +237,7 @@ void YGEventLoader::readGroup(const xml::Element& section) {
                 return entry.drop("include-without-src"_rule, {}, entry.name());
             noteNestedSection(entry);
             noteAttributesWithoutEvent(entry);
-            this->include(read, entry, *include.source, {});
+            this->include(read, entry, *include.source);
         });
         const auto earlier = events.define(*name.name, tables_.groupPlaces);
         if (tables_.elementEventDatas.set(*name.name, std::move(read.events)))
@@ -260,15 +246,10 @@ void YGEventLoader::readGroup(const xml::Element& section) {
 }
 
 /// Adds all events of a template as it stands now, the very records.
-void YGEventLoader::include(Section& section, Entry& entry, std::string_view templateName,
-                            const PendingTemplates& pending) {
+void YGEventLoader::include(Section& section, Entry& entry, std::string_view templateName) {
     const EventMap* events = tables_.eventTemplateDatas.find(templateName);
-    if (!events) {
-        const std::size_t* later = pending.find(templateName);
-        return entry.report(
-            later && *later > 0 ? "later-event-template"_rule : "unknown-event-template"_rule,
-            "src", templateName);
-    }
+    if (!events)
+        return entry.report("unknown-event-template"_rule, "src", templateName);
     const std::size_t bytes = *tables_.templateBytes.find(templateName);
     if (events->size() > mostIncludedEvents - tables_.includedEvents ||
         bytes > mostIncludedBytes - tables_.includedBytes) {

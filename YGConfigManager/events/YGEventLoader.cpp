@@ -77,7 +77,7 @@ void YGEventLoader::addOne(Read read) {
 }
 
 void YGEventLoader::loadSingleEventTemplate(const xml::Element& section) {
-    addOne([&] { readTemplate(section, {}); });
+    addOne([&] { readTemplate(section); });
 }
 
 void YGEventLoader::loadSingleElementEvent(const xml::Element& section) {

@@ -14,7 +14,6 @@
 #include <string>
 #include <string_view>
 #include <tuple>
-#include <vector>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/events/YGCommandData.h"
@@ -100,7 +99,6 @@ public:
 
 private:
     struct Section;
-    using PendingTemplates = RecordMap<std::size_t>;
     struct Tables {
         CommandMap commandDatas;
         EventGroupMap eventTemplateDatas;
@@ -129,13 +127,10 @@ private:
     void readCommands(const xml::Element& section);
     void readTemplates(const xml::Element& root);
     void readGroups(const xml::Element& root);
-    void readTemplates(const std::vector<xml::Element>& sections);
-    void readGroups(const std::vector<xml::Element>& sections);
     void readGroup(const xml::Element& section);
 
-    void readTemplate(const xml::Element& section, const PendingTemplates& pending);
-    void include(Section& section, Entry& entry, std::string_view templateName,
-                 const PendingTemplates& pending);
+    void readTemplate(const xml::Element& section);
+    void include(Section& section, Entry& entry, std::string_view templateName);
 
     std::optional<std::string> configPath_;
     Tables tables_;

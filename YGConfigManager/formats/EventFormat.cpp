@@ -62,8 +62,10 @@ constexpr ElementInfo templateEvent = {
 };
 
 constexpr const Rule* templateIncludeRules[] = {
-    &"attribute-without-event"_rule, &"later-event-template"_rule, &"unknown-event-template"_rule,
-    &"event-lost-to-template"_rule,  &"include-limit"_rule,
+    &"attribute-without-event"_rule,
+    &"unknown-event-template"_rule,
+    &"event-lost-to-template"_rule,
+    &"include-limit"_rule,
 };
 constexpr ElementInfo templateInclude = {
     .id = "template-include",

@@ -220,8 +220,8 @@ TEST(EventDiagnostics, LaterAndUnknownTemplates) {
 <event_template name="empty"><!-- no events --></event_template>
 <event_template name="three"><e name="c"/><i src="empty"/><i src="two"/></event_template>
 <element_event name="g"><i src="none"/><i src="three"/></element_event>)"),
-        ElementsAre("2: later-event-template src=two", "2: unknown-event-template src=none",
-                    "3: later-event-template src=two", "4: template-without-events =empty",
+        ElementsAre("2: unknown-event-template src=two", "2: unknown-event-template src=none",
+                    "3: unknown-event-template src=two", "4: template-without-events =empty",
                     "5: unknown-event-template src=empty", "6: unknown-event-template src=none"));
 }
 

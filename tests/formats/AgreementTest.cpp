@@ -59,7 +59,6 @@ const std::set<std::string, std::less<>> notInSchemas{
     "duplicate-event-group",
     "overridden-template-event",
     "event-lost-to-template",
-    "later-event-template",
     "unknown-event-template",
     "include-limit",
     // Palettes.

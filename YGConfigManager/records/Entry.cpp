@@ -76,9 +76,9 @@ std::optional<Place> Entry::Account::define(const xml::Element& element, std::st
 void Entry::Account::reportChild(const Rule& rule, const xml::Node& child) const {
     const Place place = placeOf(child);
     const bool isElement = child.isElement();
-    const std::string_view name = isElement                                ? child.name()
+    const std::string_view name = child.kind() == xml::NodeKind::text      ? "#text"
                                   : child.kind() == xml::NodeKind::comment ? "#comment"
-                                                                           : "#text";
+                                                                           : child.name();
     reporter.report({rule,
                      place,
                      place,

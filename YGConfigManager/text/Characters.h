@@ -11,7 +11,7 @@ namespace yg::text {
 inline constexpr std::string_view whiteSpace = " \t\r\n";
 
 constexpr bool isWhiteSpace(char character) {
-    return whiteSpace.find(character) != std::string_view::npos;
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
 }
 
 constexpr bool isDigit(char character) {

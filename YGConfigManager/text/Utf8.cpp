@@ -78,11 +78,9 @@ bool isValidUtf8(std::string_view text) {
     return validUtf8Prefix(text) == text.size();
 }
 
-Character firstCharacter(std::string_view text) {
+Character detail::firstOfSeveralBytes(std::string_view text) {
     constexpr char32_t replacement = 0xFFFD;
     const unsigned lead = byteAt(text, 0);
-    if (lead < 0x80)
-        return {lead, 1, true};
     const std::size_t size = sequenceSize(text);
     if (size == 0)
         return {replacement, 1, false};

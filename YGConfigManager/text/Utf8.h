@@ -26,8 +26,17 @@ struct Character {
     bool isValid;
 };
 
+namespace detail {
+
+Character firstOfSeveralBytes(std::string_view text);
+
+}  // namespace detail
+
 /// The first character of a text that is not empty.
-Character firstCharacter(std::string_view text);
+inline Character firstCharacter(std::string_view text) {
+    const auto lead = static_cast<unsigned char>(text.front());
+    return lead < 0x80 ? Character{lead, 1, true} : detail::firstOfSeveralBytes(text);
+}
 
 /// The number of code points of a valid text. In any other text each byte counts that is not a
 /// continuation byte.

@@ -175,12 +175,12 @@ TEST(EventDiagnostics, WhatAnIncludeReplacedIsNoLongerTheSectionsOwn) {
                             "7: overridden-template-event name=a"));
 }
 
-TEST(EventDiagnostics, TheSameRecordTwiceIsNoOverride) {
+TEST(EventDiagnostics, TheSameRecordTwiceIsARepeatedIncludeAndNotAnOverride) {
     EXPECT_THAT(findingsIn(R"(
 <event_template name="one"><e name="a"/></event_template>
 <event_template name="two"><i src="one"/></event_template>
 <element_event name="g"><i src="one"/><i src="two"/><i src="one"/></element_event>)"),
-                IsEmpty());
+                ElementsAre("4: repeated-include src=two", "4: repeated-include src=one"));
 }
 
 TEST(EventDiagnostics, TheWrongSpellingOfDispatch) {

@@ -189,17 +189,17 @@ TEST_F(Diagnostics, TellOfTextThatIsNotRead) {
     write(LayoutFile::reusePanels, "<r>ten</r>");
     EXPECT_THAT(
         reported(),
-        ElementsAre(Reported{"stray-text", "#text", "", "ten", "base/reuse_panels.xml:1:1"},
-                    Reported{"stray-text", "#text", "", "six", "config/magic.xml:1:1"},
-                    Reported{"stray-text", "#text", "", "seven\n  ", "config/magic.xml:1:7"},
-                    Reported{"stray-text", "#text", "", "eight", "config/magic.xml:2:3"},
-                    Reported{"stray-text", "#text", "", "nine", "config/magic.xml:2:30"},
-                    Reported{"stray-text", "#text", "", "one\n  ", "config/styles.xml:1:1"},
-                    Reported{"stray-text", "#text", "", "two\n    ", "config/styles.xml:2:3"},
-                    Reported{"stray-text", "#text", "", "three\n      ", "config/styles.xml:3:5"},
-                    Reported{"stray-text", "#text", "", "four", "config/styles.xml:4:7"},
-                    Reported{"stray-text", "#text", "", "five", "config/styles.xml:5:7"},
-                    Reported{"stray-text", "#text", "", "", "config/styles.xml:3:5"}));
+        ElementsAre(Reported{"stray-text", "#text", "", "ten", "base/reuse_panels.xml:1:4"},
+                    Reported{"stray-text", "#text", "", "six", "config/magic.xml:1:4"},
+                    Reported{"stray-text", "#text", "", "seven\n  ", "config/magic.xml:1:30"},
+                    Reported{"stray-text", "#text", "", "eight", "config/magic.xml:2:25"},
+                    Reported{"stray-text", "#text", "", "nine", "config/magic.xml:2:37"},
+                    Reported{"stray-text", "#text", "", "one\n  ", "config/styles.xml:1:4"},
+                    Reported{"stray-text", "#text", "", "two\n    ", "config/styles.xml:2:19"},
+                    Reported{"stray-text", "#text", "", "three\n      ", "config/styles.xml:3:12"},
+                    Reported{"stray-text", "#text", "", "four", "config/styles.xml:4:25"},
+                    Reported{"stray-text", "#text", "", "five", "config/styles.xml:5:30"},
+                    Reported{"stray-text", "#text", "", "", "config/styles.xml:6:7"}));
 }
 
 TEST_F(Diagnostics, TellOfAFlagThatIsNeitherTrueNorFalse) {
@@ -450,8 +450,8 @@ TEST_F(Diagnostics, TellOfWhatACustomPageTakesForThePanelOfAMagicPanel) {
     EXPECT_THAT(
         reported(),
         ElementsAre(
-            Reported{"comment-before-panel", "#comment", "", " note ", "config/magic.xml:2:1"},
-            Reported{"comment-before-panel", "note", "", "text", "config/magic.xml:3:1"}));
+            Reported{"comment-before-panel", "#comment", "", " note ", "config/magic.xml:2:23"},
+            Reported{"comment-before-panel", "note", "", "text", "config/magic.xml:3:23"}));
 }
 
 TEST_F(Diagnostics, TellOfASlotThatShowsNothing) {
@@ -772,8 +772,8 @@ TEST_F(Sample, HasNothingOddButWhatItShowsOnPurpose) {
     std::set<std::string> rules;
     for (const Reported& finding : sink.found)
         rules.insert(finding.rule);
-    EXPECT_THAT(rules,
-                UnorderedElementsAre("rtline-view-left-out", "replaced-group", "overridden-style"));
+    EXPECT_THAT(rules, UnorderedElementsAre("rtline-view-left-out", "replaced-group",
+                                            "overridden-style", "overridden-default-style"));
     EXPECT_THAT(host->runtimeLog(), ElementsAre("initWithStyleConfigPath"));
 }
 

@@ -94,8 +94,8 @@ TEST(PaletteBadInput, ImagesStopWhereTheirPixelsAreTooMany) {
     RecordingSink sink;
     const auto loader = YGPaletteLoad::initWithPaletteStyle(0, &sink);
     EXPECT_THAT(yg::testing::keysOf(loader->customImages()), ElementsAre("b"));
-    EXPECT_THAT(sink.rules(), ElementsAre("too-many-image-pixels", "too-many-image-pixels",
-                                          "duplicate-palette-name"));
+    EXPECT_THAT(sink.rules(), ElementsAre("too-many-image-pixels", "duplicate-palette-name",
+                                          "too-many-image-pixels"));
 }
 
 TEST(PaletteBadInput, ADamagedImageCountsWithThePixelsThatItDeclares) {

@@ -167,10 +167,9 @@ TEST(PaletteDiagnostics, ARepeatedNameOrKeyLeadsToTheEarlierOne) {
                                      "4: the earlier definition", "6: the earlier definition"));
 }
 
-TEST(PaletteDiagnostics, AnImageWithoutAFileIsReadOtherwise) {
+TEST(PaletteDiagnostics, AnImageWithoutAFileIsReportedAsAWhole) {
     EXPECT_THAT(findingsIn(R"(<BITMAPS><i NAME="a" PATH="none.png" SIZE="1">text</i></BITMAPS>)"),
-                ElementsAre("1: unreadable-image PATH=ROOT/images/none.png",
-                            "1: unknown-attribute SIZE=1", "1: stray-text =text"));
+                ElementsAre("1: unreadable-image PATH=ROOT/images/none.png"));
 }
 
 TEST(PaletteDiagnostics, NumbersThatAreNoneOrOutOfRange) {

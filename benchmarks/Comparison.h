@@ -21,7 +21,7 @@ struct Comparison {
 /// Adds a row to the table of ratios. Call while benchmarks are registered.
 void compare(Comparison comparison);
 
-/// Adds a row to the table of figures that are no times, such as bytes kept.
+/// Adds a row to the table of figures that are not times, such as bytes kept.
 void note(std::string what, double figure, double goal);
 
 const std::vector<Comparison>& comparisons();

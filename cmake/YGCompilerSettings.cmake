@@ -10,7 +10,7 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 if(PROJECT_IS_TOP_LEVEL)
   if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
-    set(CMAKE_BUILD_TYPE Release CACHE STRING "Release unless told otherwise" FORCE)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Release unless set otherwise" FORCE)
   endif()
   find_program(YG_CCACHE ccache DOC "Compiler cache, used when it is there")
   mark_as_advanced(YG_CCACHE)

@@ -72,8 +72,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
 
     host->log.clear();
     LookingSink sink;
-    const auto heard = YGEventLoader::initWithEventConfigPath(path, &sink);
-    require(shown(*heard) == shown(*silent), "a listener changes no answer");
+    const auto observed = YGEventLoader::initWithEventConfigPath(path, &sink);
+    require(shown(*observed) == shown(*silent), "a listener changes no answer");
     require(host->log == log, "a listener changes no log line");
     return 0;
 }

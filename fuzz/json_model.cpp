@@ -107,7 +107,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     require((items == nullptr) == (list == nullptr), "an absent list stays absent");
     if (items == nullptr)
         return 0;
-    require(items->size() <= list->size(), "what is no object is left out");
+    require(items->size() <= list->size(), "what is not an object is left out");
     book->entries =
         yg::ModelList<Entry>(std::make_shared<const std::vector<std::shared_ptr<Entry>>>(*items));
     expectReadsBack(*book);

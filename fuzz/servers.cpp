@@ -105,24 +105,24 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto silent = load(nullptr);
     const std::string log = host->log;
     LookingSink sink;
-    const auto heard = load(&sink);
-    require(shown(*heard) == shown(*silent), "a listener changes no answer");
+    const auto observed = load(&sink);
+    require(shown(*observed) == shown(*silent), "a listener changes no answer");
     require(host->log == log, "a listener changes no log line");
-    checkOffers(*heard);
+    checkOffers(*observed);
 
     const std::string stored = file.bytes();
-    const std::string groups = groupsOf(*heard);
+    const std::string groups = groupsOf(*observed);
     random.restart();
-    if (heard->reloadServerConfigWithData(delivery, digest)) {
+    if (observed->reloadServerConfigWithData(delivery, digest)) {
         const auto next = load(nullptr);
-        require(groupsOf(*next) == groupsOf(*heard), "what was saved gives the groups again");
-        require(next->configMd5() == heard->configMd5(), "what was saved has the digest");
+        require(groupsOf(*next) == groupsOf(*observed), "what was saved gives the groups again");
+        require(next->configMd5() == observed->configMd5(), "what was saved has the digest");
         const std::string saved = file.bytes();
         random.restart();
         require(next->reloadServerConfigWithData(saved, digest), "what was saved is XML");
         require(file.bytes() == saved, "saved again it is the same");
     } else {
-        require(groupsOf(*heard) == groups, "a refused delivery changes no group");
+        require(groupsOf(*observed) == groups, "a refused delivery changes no group");
         require(file.bytes() == stored, "a refused delivery is not saved");
     }
     choose(rest, random);

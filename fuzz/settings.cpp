@@ -50,14 +50,14 @@ void readAll(const YGAppConfigManager& store, const YGAppConfigManager& other) {
     }
 }
 
-void write(YGAppConfigManager& store, YGAppConfigManager& heard, const StoredFile& file,
+void write(YGAppConfigManager& store, YGAppConfigManager& observed, const StoredFile& file,
            const std::vector<std::string>& words) {
     const std::string before = file.bytes();
     const std::string treeBefore = store.docment().serialise(xml::Form::pretty);
     const bool isStored = store.setConfigItem(words[0], words[1], words[2], words[3]);
     const std::string after = file.bytes();
     const std::string tree = store.docment().serialise(xml::Form::pretty);
-    require(heard.setConfigItem(words[0], words[1], words[2], words[3]) == isStored,
+    require(observed.setConfigItem(words[0], words[1], words[2], words[3]) == isStored,
             "a listener changes no answer");
     require(file.bytes() == after, "a listener changes no byte");
     require(isStored || (after == before && tree == treeBefore), "a refusal changes nothing");
@@ -80,9 +80,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     file.put(stored);
     LookingSink sink;
     const auto store = YGAppConfigManager::initWithFileName("file");
-    const auto heard = YGAppConfigManager::initWithFileName("file", &sink);
+    const auto observed = YGAppConfigManager::initWithFileName("file", &sink);
     const auto readonly = YGReadonlyAppConfigManager::initWithFileName("file");
-    readAll(*store, *heard);
+    readAll(*store, *observed);
 
     int operations = 0;
     for (const std::string& line : text::split(rest, '\n')) {
@@ -92,9 +92,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         const auto text = store->getItemText(words[0], words[1]);
         require(text == queried(store->docment(), words[0], words[1]),
                 "a read is what the query finds");
-        require(text == heard->getItemText(words[0], words[1]), "a listener changes no answer");
+        require(text == observed->getItemText(words[0], words[1]), "a listener changes no answer");
         if (words.size() == 4)
-            write(*store, *heard, file, words);
+            write(*store, *observed, file, words);
     }
     if (file.bytes() != stored) {
         const auto next = YGAppConfigManager::initWithFileName("file");

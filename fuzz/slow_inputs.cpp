@@ -10,8 +10,8 @@
 // with; a byte 1 in the repeated part is replaced by the number of the repetition. Without
 // such a line the rest is the file. Images stay as they are.
 //
-// Cost is processor time of this thread. Time is no reason to fail a test, so a replay of the seeds
-// measures and never stops.
+// Cost is processor time of this thread. A test must not fail because of time, so a replay of the
+// seeds measures and never stops.
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -77,14 +77,14 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
 
     LookingSink sink;
     const auto table = YGWebPageUrlConfig::initWithFileName("file");
-    const auto heard = YGWebPageUrlConfig::initWithFileName("file", &sink);
-    lookUpAll(*table, *heard, keys);
+    const auto observed = YGWebPageUrlConfig::initWithFileName("file", &sink);
+    lookUpAll(*table, *observed, keys);
 
     const std::string stored = file.bytes();
     const std::string tree = table->docment().serialise(xml::Form::pretty);
     const bool isReplaced = table->replaceDataFromServer(replacement);
     const std::string saved = file.bytes();
-    require(heard->replaceDataFromServer(replacement) == isReplaced,
+    require(observed->replaceDataFromServer(replacement) == isReplaced,
             "a listener changes no answer");
     require(file.bytes() == saved, "a listener changes no byte");
     if (isReplaced) {

@@ -17,7 +17,7 @@ public:
     /// What keeps; valid as long as this object.
     Reporter reporter() { return Reporter(sink_ ? this : nullptr); }
 
-    /// Tells the sink all that was kept.
+    /// Reports all that was kept to the sink.
     void passOn() const {
         for (const Place& place : used_)
             sink_->used(place);

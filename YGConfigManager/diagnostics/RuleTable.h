@@ -586,7 +586,7 @@ inline constexpr Rule ruleTable[] = {
 </event_list>)"},
     // Attributes.
     {"dispatch-spelling", Handling::dropped, Severity::error,
-     "The attribute is \"disptch\" in templates and \"dispatch\" in commands and groups.",
+     R"(The attribute is "disptch" in templates and "dispatch" in commands and groups.)",
      "In templates the attribute is \"disptch\", in commands and groups \"dispatch\". The other "
      "spelling is not read.",
      "config/events.xml",
@@ -816,7 +816,7 @@ inline constexpr Rule ruleTable[] = {
     </SWPALETTE>
 </ROOT>)"},
     {"unknown-font-face", Handling::unresolved, Severity::warning,
-     "No installed face has this name; the system font of the same size stands in.",
+     "No installed face has this name; the system font of the same size is used.",
      "The face is not installed on this machine; it may be on another. Names must match exactly. "
      "Install the font, or name a face that all machines have."},
     {"unknown-palette-font", Handling::unresolved, Severity::warning,
@@ -1091,15 +1091,15 @@ inline constexpr Rule ruleTable[] = {
     <chart><grid>true</grid></chart>
 </config>)"},
     {"no-element-name", Handling::unresolved, Severity::warning,
-     "Sections and items are named like elements; this is no such name.",
-     "A name begins with a letter or \"_\" and has letters, digits, \"-\", \"_\" and \".\"."},
+     "Sections and items are named like elements; this is not an element name.",
+     R"(A name begins with a letter or "_" and has letters, digits, "-", "_" and ".".)"},
     {"unreadable-setting", Handling::unresolved, Severity::error,
      "With this item the file could not be read again at the next start, so nothing changes.",
      "The text is too long, or the file would be too large."},
     // Settings and web pages.
     {"element-in-text", Handling::defaulted, Severity::warning,
      "Only the text counts here, of elements inside it their text.",
-     "Write the text alone. A \"<\" that belongs to the text is written \"&lt;\".",
+     R"(Write the text alone. A "<" that belongs to the text is written "&lt;".)",
      "storage/app_config.xml",
      R"(<config>
     <chart><title>daily <b>chart</b></title></chart>
@@ -1198,7 +1198,7 @@ inline constexpr Rule ruleTable[] = {
      R"({"md5Value": "1", "urlConfigList": []})"},
     {"list-without-digest", Handling::unresolved, Severity::warning,
      "Without a digest a download changes nothing, and a stored list is always replaced.",
-     "The digest tells one version of the list from another. The server that makes the list sets "
+     "The digest distinguishes the versions of the list. The server that makes the list sets "
      "it.",
      "storage/request_urls_json.txt", R"({"urlConfigList": []})",
      R"({"md5Value": "1", "urlConfigList": []})"},

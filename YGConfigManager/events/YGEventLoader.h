@@ -81,8 +81,8 @@ public:
     /// Reads all event groups of the document that holds the root element given.
     void loadElementEvent(const xml::Element& root);
 
-    /// Reads one "element_event", likewise; it replaces an earlier one of its name even without an
-    /// event, but not without any content.
+    /// Reads one "element_event" in the same way, but one without an event replaces an earlier one
+    /// of its name, too, unless it has no content at all.
     void loadSingleElementEvent(const xml::Element& section);
 
     // What was loaded, for tools that show it whole. The references live as long as the loader.

@@ -56,7 +56,7 @@ FileReading readFrom(int file, std::size_t sizeSeen, std::string_view path, std:
     FileReading reading;
     std::string& bytes = reading.bytes;
     std::size_t used = 0;
-    // One byte more than expected lets a single further read tell the end of the file.
+    // With one byte more than expected, a single further read detects the end of the file.
     bytes.resize(sizeSeen + 1);
     while (true) {
         const ssize_t count = ::read(file, bytes.data() + used, bytes.size() - used);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The files that the library reads, described: where each lies, which elements it has, what may
-// stand in them and what is dropped. Schemas and the pages on the formats are made from it. All of
+// be in them and what is dropped. Schemas and the pages on the formats are made from it. All of
 // it is constant, lives as long as the program and may be walked by any thread.
 #pragma once
 
@@ -16,7 +16,7 @@
 
 namespace yg {
 
-/// A limit of an attribute's value that its table does not tell, or of an element's text.
+/// A limit of an attribute's value that its table does not contain, or of an element's text.
 struct ValueInfo {
     std::string_view attribute;  ///< empty for the text in the element
     /// A facet by its name in XML Schema: "minLength", "pattern" (which takes the place of the

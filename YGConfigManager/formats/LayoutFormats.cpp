@@ -247,7 +247,7 @@ constexpr const Rule* reuseRules[] = {
     &"unexpected-element-name"_rule,
     &"duplicate-name"_rule,
 };
-// A slot stands in an element named "panel".
+// A slot is in an element named "panel".
 constexpr const ElementInfo* withoutSlots[] = {&panel, &element, &reference};
 constexpr ElementInfo reuseDefinition = {
     .id = "definition",

@@ -49,7 +49,7 @@ public:
 
     /// The width of `text` in points, with kerning, at no particular resolution: not rounded, not
     /// hinted, and twice as much at twice the size. Of several lines the widest counts. Characters
-    /// that the face lacks are measured in the face that stands in for it; a tab counts as a blank,
+    /// that the face lacks are measured in the face that replaces it; a tab counts as a blank,
     /// other control characters as nothing, broken UTF-8 as replacement characters. Absent: 0; so
     /// it is when memory does not suffice.
     double widthOf(OptionalText text) const;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What fonts of one face share: its name, its file, the faces that stand in for it, and the last
+// What fonts of one face share: its name, its file, the faces that replace it, and the last
 // text measured. Any thread may call. The services that made a face outlive it.
 #pragma once
 
@@ -18,7 +18,7 @@ namespace yg {
 
 class FontServices;
 
-/// The faces that stand in for another, best first; made by FontServices.
+/// The faces that replace another, best first; made by FontServices.
 class FontFallbacks;
 
 /// A width that holds for every size: units of one or more faces.

@@ -288,7 +288,7 @@ Font FontServices::system(double size) {
     const std::lock_guard lock(fontconfig);
     if (!systemFace_)
         systemFace_ = findSystemFace();
-    return Font(systemFace_, sizeOrDefault(size));
+    return {systemFace_, sizeOrDefault(size)};
 }
 
 double FontServices::widthOf(const Font& font, const std::optional<std::string_view>& text) {

@@ -89,7 +89,7 @@ public:
     /// The object's members by name; null for any other kind.
     std::shared_ptr<const Object> object() const;
 
-    /// Where the value stands in the text, without white space around it; none unless it was parsed
+    /// Where the value is in the text, without white space around it; none unless it was parsed
     /// with positions.
     std::optional<JsonRange> range() const;
 

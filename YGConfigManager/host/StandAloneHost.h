@@ -87,7 +87,7 @@ public:
     std::optional<std::string> getSoftOptimizeConfigFilePath(std::int64_t kind,
                                                              std::string_view fileName) override;
 
-    /// base_optimize/FILE, likewise.
+    /// base_optimize/FILE, absent in the same cases.
     std::optional<std::string> getBaseOptimizeConfigFilePath(std::int64_t kind,
                                                              std::string_view fileName) override;
 

@@ -47,8 +47,8 @@ public:
     const Names& eventDispathDestArray() const { return eventDispathDestArray_; }
     void setEventDispathDestArray(Names names) { eventDispathDestArray_ = std::move(names); }
 
-    /// Whose events the element receives ("event_dispatch_src"), likewise. Spelt so in the
-    /// interface.
+    /// Whose events the element receives ("event_dispatch_src"), in the same form. Spelt
+    /// so in the interface.
     const Names& eventDispathSrcArray() const { return eventDispathSrcArray_; }
     void setEventDispathSrcArray(Names names) { eventDispathSrcArray_ = std::move(names); }
 

@@ -155,6 +155,7 @@ void putMagicPanel(const std::shared_ptr<PanelList>& panels,
         return;
 
     // A share of its own: the panel given may live inside a slot that is about to be replaced.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const std::shared_ptr<PanelConfigInfo> replacement = panelConfigInfo;
 
     // A path of lists instead of a recursion: the records are the host's, and a panel that was put

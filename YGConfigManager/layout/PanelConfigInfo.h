@@ -78,7 +78,7 @@ public:
         paneElements_ = std::move(elements);
     }
 
-    /// The panel is a magic panel: it stands in a slot and can be swapped.
+    /// The panel is a magic panel: it fills a slot and can be swapped.
     bool isMagicPanels() const { return isMagicPanels_; }
     void setIsMagicPanels(bool is) { isMagicPanels_ = is; }
 

@@ -10,7 +10,7 @@
 
 namespace yg {
 
-/// The colour, or what stands in for one that the platform does not have: black in the light style,
+/// The colour, or what replaces one that the platform does not have: black in the light style,
 /// 0, and white in any other.
 inline Color colorOrSubstitute(const std::optional<Color>& color, std::int8_t style) {
     if (color)

@@ -35,7 +35,7 @@ std::optional<std::string_view> fileNameOf(std::int8_t style) {
     }
 }
 
-/// A section: where it stands in the file, the line that is logged when it is there, and how it is
+/// A section: where it is in the file, the line that is logged when it is there, and how it is
 /// read.
 struct Section {
     std::string_view path;

@@ -50,7 +50,7 @@ void YGPaletteLoad::reloadPaletteWithOtherStyle(std::int8_t style) {
             return;
         std::swap(maps_, loaded.maps_);
         const std::int8_t before = std::exchange(curColorPalatteStyle_, style);
-        // A switch that nobody hears of would leave old and new colours side by side.
+        // A switch without a notification would leave old and new colours side by side.
         if (!postToMainQueue(std::move(task))) {
             std::swap(maps_, loaded.maps_);
             curColorPalatteStyle_ = before;

@@ -45,7 +45,7 @@ public:
     bool contains(OptionalText key) const { return find(key) != nullptr; }
 
     /// Stores a value. A key that is there keeps its place in the order and gets the new value;
-    /// the answer tells whether it was there.
+    /// the answer says whether it was there.
     bool set(OptionalText name, Value value) {
         const std::string_view key = *name;
         if (slots_.empty()) {

@@ -15,7 +15,7 @@ class SystemRandomSource final : public RandomSource {
 public:
     std::uint32_t uniform() override {
         // Each request is a system call, dearer than reading a server from a file, so numbers come
-        // by the dozen. A forked process repeats those left over, which is no harm here.
+        // by the dozen. A forked process repeats those left over, which does no harm here.
         thread_local std::array<std::uint32_t, 64> numbers;
         thread_local std::size_t next = numbers.size();
         if (next == numbers.size()) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The parse of one server group. The choice of addresses stands in AddressChoice.cpp.
+// The parse of one server group. The choice of addresses is in AddressChoice.cpp.
 #include "YGConfigManager/servers/YGServerAddrListTag.h"
 
 #include <cstddef>

@@ -35,7 +35,7 @@ public:
     const std::optional<std::string>& ipAddr() const { return ipAddr_; }
     void setIpAddr(OwnedText addr) { ipAddr_ = std::move(addr); }
 
-    /// The port of the chosen address, not checked: a text that is no number gives 0, a negative
+    /// The port of the chosen address, not checked: a text that is not a number gives 0, a negative
     /// number its two's complement.
     std::uint64_t serverPort() const { return serverPort_; }
     void setServerPort(std::uint64_t port) { serverPort_ = port; }

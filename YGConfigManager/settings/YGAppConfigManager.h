@@ -109,7 +109,7 @@ public:
     /// not change meanwhile.
     void saveAppConfigFile(const xml::Document* document, OptionalText fileName) const;
 
-    /// A copy of the whole file as it stands in memory (the name is spelt so in the interface);
+    /// A copy of the whole file as it is in memory (the name is spelt so in the interface);
     /// without a root element when the file was missing or damaged.
     xml::Document docment() const;
 

@@ -22,6 +22,7 @@ namespace {
 
 constexpr std::string_view listFileName = "request_urls_json.txt";
 constexpr std::string_view listUrlPath = "/mac/mac_free_free_request_urls_json.txt";
+// Parts of fixed log texts, as in YGWebPageUrlConfig.cpp; so are the numbers behind "L".
 constexpr std::string_view readName = "-[YGHttpReqUrlMgr readUrlModelFromFile]";
 constexpr std::string_view takeName = "-[YGHttpReqUrlMgr updateHttpReqUrls]_block_invoke";
 
@@ -42,7 +43,7 @@ std::optional<std::string> digestOf(const std::shared_ptr<const YGHttpReqUrlMode
     return model ? model->md5Value() : std::nullopt;
 }
 
-/// Tells the sink. Whatever it throws, the list is taken.
+/// Reports to the sink. Whatever that throws, the list is taken.
 template <class Report>
 void reporting(Report report) {
     guarded("report request urls", report);

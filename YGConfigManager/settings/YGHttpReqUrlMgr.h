@@ -40,7 +40,7 @@ class YG_EXPORT YGHttpReqUrlMgr : public std::enable_shared_from_this<YGHttpReqU
     };
 
 public:
-    /// Hears how a request ended: with the decoded body of any whole answer, whatever its status,
+    /// Called when a request ended: with the decoded body of any whole answer, whatever its status,
     /// or with none and the error. The response is there as soon as its headers have come.
     using Finish =
         std::function<void(std::optional<std::string> body, std::optional<HttpResponse> response,

@@ -30,7 +30,7 @@ public:
     using List = ModelList<YGHttpUrlConfigModel>;
 
     /// A list from the JSON text of a stored file or a download, its entries converted; null when
-    /// the bytes are no JSON object and when memory does not suffice.
+    /// the bytes are not a JSON object and when memory does not suffice.
     static std::shared_ptr<YGHttpReqUrlModel> modelWithJSON(OptionalText bytes);
 
     /// The digest that names this version of the list: compared, never computed. Absent when the

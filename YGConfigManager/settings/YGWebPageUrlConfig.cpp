@@ -22,6 +22,8 @@ namespace {
 constexpr std::string_view rootName = "urls";
 constexpr std::string_view entryName = "url";
 constexpr std::string_view keyName = attributesOf<WebPage>.rows().front().name;
+// The names and the numbers behind "L" are parts of fixed log texts, which support staff search
+// for; they are not places in these sources.
 constexpr std::string_view lookUpName = "-[YGWebPageUrlConfig getWebPageUrlByKey:]";
 
 /// What is odd about an address that counts.

@@ -65,7 +65,7 @@ public:
     /// The host's path of a file in the user's storage, one that can be written if `isNeedWrite`.
     static std::optional<std::string> getFilePath(OptionalText fileName, bool isNeedWrite);
 
-    /// A copy of the whole table as it stands in memory (the name is spelt so in the interface);
+    /// A copy of the whole table as it is in memory (the name is spelt so in the interface);
     /// without a root element when the file was missing or damaged.
     xml::Document docment() const;
 

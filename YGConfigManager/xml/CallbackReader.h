@@ -65,7 +65,7 @@ protected:
 private:
     void runOutOfMemory();
 
-    /// What libxml2 reports. A prefix that is not declared is no error: names count as written.
+    /// What libxml2 reports. A prefix that is not declared is not an error: names count as written.
     void note(const xmlError& error);
 
     bool isOutOfMemory_ = false;

@@ -28,8 +28,8 @@ struct Attribute {
     std::string_view value;  ///< entities resolved, never trimmed
 };
 
-/// The children of an element in document order. White space alone is no child. Changing the tree
-/// while going through it is not supported: collect the children first.
+/// The children of an element in document order. White space alone is not a child. Changing the
+/// tree while going through it is not supported: collect the children first.
 class YG_EXPORT Children {
 public:
     class YG_EXPORT Iterator {
@@ -118,10 +118,10 @@ public:
 
     /// Adds an attribute, or replaces the value of the one that is there. Characters that XML
     /// cannot hold are left out of the value. False, and nothing changed, for an empty handle or
-    /// when `name` is no XML name.
+    /// when `name` is not an XML name.
     bool setAttribute(OptionalText name, OptionalText value);
 
-    /// Changes the element's name. False, and nothing changed, when `name` is no XML name.
+    /// Changes the element's name. False, and nothing changed, when `name` is not an XML name.
     bool rename(OptionalText name);
 
     /// Removes every child, comments too, and leaves one text node, none for "". Attributes stay.
@@ -151,7 +151,7 @@ public:
     /// The nodes that an XPath 1.0 query selects with this element as its context, in document
     /// order. An absolute query starts at the top of the tree that holds the element: its document,
     /// or the top of a copy or of a part that was taken out. A query that is invalid or whose value
-    /// is no node set selects nothing. Attributes are not answered: select their elements. Once
+    /// is not a node set selects nothing. Attributes are not answered: select their elements. Once
     /// something was taken out of the tree, a query that goes up, sideways, or down from whatever
     /// child of the top is asked of a copy of the tree, each time; others are not.
     std::vector<Node> query(const Query& query) const;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Where the nodes and attributes of a tree stand in the text that it was parsed from. Internal.
+// Where the nodes and attributes of a tree are in the text that it was parsed from. Internal.
 #pragma once
 
 #include <cstddef>

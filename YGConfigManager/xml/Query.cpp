@@ -393,7 +393,7 @@ private:
         // pugixml replaces byte by byte, which is right where no byte is part of a character.
         if (function.arguments == Function::translation && argument > 0)
             return type == Type::asciiLiteral;
-        // pugixml writes 16 digits, XPath as many as tell the number from all others. In a locale
+        // pugixml writes 16 digits, XPath as many as identify the number. In a locale
         // with a decimal comma, pugixml ends the process.
         return type != Type::number;
     }

@@ -12,7 +12,7 @@
 // - "<", "<=", ">" and ">=" between a set of nodes and a boolean; boolean() makes two booleans of
 //   them.
 // - A number where a string is read, as in string(), concat() and contains(). Comparing a number
-//   with a string is no such place.
+//   with a string does not count.
 // - The axis namespace, variables, and text that is not UTF-8.
 // - More than 1023 steps, operators, predicates, arguments and brackets that follow or hold each
 //   other; some count twice. So the time to compile grows with the length alone.

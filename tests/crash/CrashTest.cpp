@@ -86,7 +86,7 @@ std::vector<KilledSaver> killedSavers() {
     return all;
 }
 
-/// What stands in the settings file beside the value that is counted.
+/// What is in the settings file beside the value that is counted.
 constexpr std::string_view settings =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<!-- of the user -->\n"

@@ -14,8 +14,8 @@
 
 namespace yg::testing {
 
-/// The text with that number: texts of very different lengths, each of which can be told from half
-/// of another.
+/// The text with that number: texts of very different lengths, none of which can be mistaken for
+/// half of another.
 inline std::string textOf(long number) {
     const auto length = static_cast<std::size_t>(number * 7919 % 50'000);
     return std::to_string(number) + " " + std::string(length, 'x') + " " + std::to_string(number);

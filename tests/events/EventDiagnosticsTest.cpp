@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What a sink hears of an event configuration.
+// What is reported about an event configuration.
 #include <string>
 #include <string_view>
 #include <vector>

@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view oldBytes = "the old content of the file";
 constexpr std::string_view leftover = ".yg-1-1-1.tmp";
-constexpr std::string_view newBytes = "what stands in the file from now on, in several writes";
+constexpr std::string_view newBytes = "what the file holds from now on, in several writes";
 
 /// What a write finds.
 enum class Situation { existingFile, newFile, link, danglingLink, oldTempFile };

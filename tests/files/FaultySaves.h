@@ -72,7 +72,7 @@ inline Contents contentsOf(const Prepare& prepare) {
 }
 
 /// Fails each call once by each error, in a proof, or by one of them. How many savings that was.
-/// `answersLoss`: whether the answer tells that the new content is not safe.
+/// `answersLoss`: whether the answer says that the new content is not safe.
 inline int failEveryCall(const Prepare& prepare, bool answersLoss) {
     constexpr std::array errors = {EIO, ENOSPC, EACCES, EMFILE, EROFS, EDQUOT, EINTR};
     const Contents contents = contentsOf(prepare);
@@ -99,7 +99,7 @@ inline int failEveryCall(const Prepare& prepare, bool answersLoss) {
                 << what;
             EXPECT_EQ(answer, isSafe(*layer.operator->()) || !answersLoss) << what;
             EXPECT_EQ(tempFilesBeside(saving.path), 0) << what;
-            // Nothing stands in the way of the next one.
+            // The next one must succeed.
             layer->errorOf = [](std::string_view) { return 0; };
             saving.save();
             EXPECT_EQ(tempFilesBeside(saving.path), 0) << what;

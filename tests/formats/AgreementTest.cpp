@@ -33,7 +33,7 @@ using yg::testing::loaders;
 using yg::testing::RelaxNgSchema;
 using yg::testing::XmlSchemaSchema;
 
-/// What one element with its attributes and content does not tell: names given twice, names that
+/// What one element with its attributes and content does not show: names given twice, names that
 /// are found nowhere, how much there is, other files, and whether there is a comment.
 const std::set<std::string, std::less<>> notInSchemas{
     // The layout.

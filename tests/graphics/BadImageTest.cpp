@@ -95,7 +95,7 @@ TEST(BadImage, DamagedBytesAreNone) {
         damaged[i] = static_cast<char>(damaged[i] ^ 0x10);
         EXPECT_FALSE(Image::fromBytes(damaged)) << i;
     }
-    // In a JPEG nothing but the codes themselves tells: these have no such code.
+    // Damage to a JPEG shows only in the codes themselves: these are not valid codes.
     std::string jpeg = flatJpeg(64, 64, JCS_GRAYSCALE, {200});
     std::fill(jpeg.end() - 20, jpeg.end() - 2, '\x7F');
     EXPECT_FALSE(Image::fromBytes(jpeg));
@@ -147,7 +147,7 @@ TEST(BadImage, APngThatUnpacksToNineHundredMillionPixelsCostsNothing) {
     EXPECT_FALSE(readCheaply(file));
 }
 
-TEST(BadImage, TextsThatUnpackToAGigabyteArePassedOver) {
+TEST(BadImage, TextsThatUnpackToAGigabyteAreSkipped) {
     // Above and below what a single chunk may take.
     const std::string packed = deflatedZeros(50'000'000);
     const std::string smaller = deflatedZeros(7'000'000);

@@ -27,7 +27,7 @@ using Content = std::function<std::string(std::size_t bytes)>;
 struct Format {
     std::string_view name;
     MakeWork make;
-    bool isHeard = false;
+    bool isReported = false;
 
     friend std::ostream& operator<<(std::ostream& out, const Format& one) {
         return out << one.name;
@@ -66,8 +66,8 @@ std::string loadRequestUrls(const std::string& path) {
     return manager->urlModel() ? "" : "refused";
 }
 
-std::string loadRequestUrlsHeard(const std::string& path) {
-    static DeafSink sink;
+std::string loadRequestUrlsReported(const std::string& path) {
+    static CountingSink sink;
     newHost().storagePath = path;
     const auto manager = YGHttpReqUrlMgr::make(&sink);
     manager->readUrlModelFromFile();
@@ -157,11 +157,11 @@ std::vector<Format> formats() {
     return {
         // ---- layout ----
         {"layoutSameStyles", fileWork(loadStyles, sameStyles)},
-        {"layoutSameStylesHeard", fileWork(loadStylesHeard, sameStyles), true},
+        {"layoutSameStylesReported", fileWork(loadStylesReported, sameStyles), true},
         {"layoutDifferentStyles", fileWork(loadStyles, differentStyles)},
         {"layoutDifferentTabStyles", fileWork(loadTabStyles, differentStyles)},
         {"layoutOverriddenStyles", fileWork(loadSoftStyles, differentStyles)},
-        {"layoutOverriddenStylesHeard", fileWork(loadSoftStylesHeard, differentStyles), true},
+        {"layoutOverriddenStylesReported", fileWork(loadSoftStylesReported, differentStyles), true},
         {"layoutPanels", fileWork(loadStyles, parts("<styles><style name='s'>",
                                                     "<panel name='p#'/>", "</style></styles>"))},
         {"layoutElements",
@@ -171,8 +171,8 @@ std::vector<Format> formats() {
          fileWork(loadStyles,
                   parts("<styles><style name='s'><panel><element name='e' event_dispatch_dest='",
                         "d#;", "'/></panel></style></styles>"))},
-        {"layoutUnknownAttributesHeard",
-         fileWork(loadStylesHeard,
+        {"layoutUnknownAttributesReported",
+         fileWork(loadStylesReported,
                   parts("<styles>", "<style name='s' a='1' b='2' c='3'/>", "</styles>")),
          true},
         {"layoutReuseReferences",
@@ -199,8 +199,9 @@ std::vector<Format> formats() {
                    "<reuse_panel name='bar'/>", "</panel></magic_panel></magic_panels></r>"),
              loadMagicPanelsWithReusePanels, reusePanels)},
         {"layoutMagicGroups", fileWork(loadMagicPanels, magicGroups)},
-        {"layoutMagicGroupsHeard", fileWork(loadMagicPanelsHeard, magicGroups), true},
-        {"layoutOverriddenMagicGroupsHeard", fileWork(loadSoftMagicPanelsHeard, magicGroups), true},
+        {"layoutMagicGroupsReported", fileWork(loadMagicPanelsReported, magicGroups), true},
+        {"layoutOverriddenMagicGroupsReported", fileWork(loadSoftMagicPanelsReported, magicGroups),
+         true},
         {"layoutMagicMembers",
          fileWork(loadMagicPanels, parts("<r><magic_panels name='g'>",
                                          "<magic_panel name='m#'><panel name='p'/></magic_panel>",
@@ -208,13 +209,13 @@ std::vector<Format> formats() {
 
         // ---- events ----
         {"eventsOfEachKind", fileWork(loadEvents, events)},
-        {"eventsOfEachKindHeard", fileWork(loadEventsHeard, events), true},
+        {"eventsOfEachKindReported", fileWork(loadEventsReported, events), true},
         {"eventsSame",
          fileWork(loadEvents,
                   parts("<event_list>", "<element_event name='g'><event name='e'/></element_event>",
                         "</event_list>"))},
-        {"eventsSameHeard",
-         fileWork(loadEventsHeard,
+        {"eventsSameReported",
+         fileWork(loadEventsReported,
                   parts("<event_list>", "<event_template name='t'><e name='e'/></event_template>",
                         "</event_list>")),
          true},
@@ -226,14 +227,14 @@ std::vector<Format> formats() {
                   parts("<event_list><event_template name='t'><e name='e'/></event_template>"
                         "<element_event name='g'>",
                         "<i src='t'/>", "</element_event></event_list>"))},
-        {"eventsOfUnknownTemplatesHeard",
-         fileWork(loadEventsHeard, parts("<event_list><event_template name='t'>", "<i src='u#'/>",
-                                         "</event_template></event_list>")),
+        {"eventsOfUnknownTemplatesReported",
+         fileWork(loadEventsReported, parts("<event_list><event_template name='t'>",
+                                            "<i src='u#'/>", "</event_template></event_list>")),
          true},
 
         // ---- palette ----
         {"paletteColours", fileWork(loadPalette, palette)},
-        {"paletteColoursHeard", fileWork(loadPaletteHeard, palette), true},
+        {"paletteColoursReported", fileWork(loadPaletteReported, palette), true},
         {"paletteSameColours",
          fileWork(loadPalette, parts("<ROOT><SWPALETTE><COLORES>", "<COLOR NAME='c'/>",
                                      "</COLORES></SWPALETTE></ROOT>"))},
@@ -245,23 +246,23 @@ std::vector<Format> formats() {
          fileWork(loadPalette, parts("<ROOT><SWPALETTE><FONTS>",
                                      "<FONT NAME='f#' HEIGHT='12' FACE='no font #'/>",
                                      "</FONTS></SWPALETTE></ROOT>"))},
-        {"paletteUnknownFontsHeard",
-         fileWork(loadPaletteHeard, parts("<ROOT><SWPALETTE><FONTS>",
-                                          "<FONT NAME='f#' HEIGHT='12' FACE='no font #'/>",
-                                          "</FONTS></SWPALETTE></ROOT>")),
+        {"paletteUnknownFontsReported",
+         fileWork(loadPaletteReported, parts("<ROOT><SWPALETTE><FONTS>",
+                                             "<FONT NAME='f#' HEIGHT='12' FACE='no font #'/>",
+                                             "</FONTS></SWPALETTE></ROOT>")),
          true},
         {"paletteKeys", fileWork(loadPalette, parts("<ROOT><SWPALETTE><APP_MAP><COLORES>",
                                                     "<ITEM KEY='k#' VALUE='c#'/>",
                                                     "</COLORES></APP_MAP></SWPALETTE></ROOT>"))},
-        {"paletteKeysHeard",
-         fileWork(loadPaletteHeard,
+        {"paletteKeysReported",
+         fileWork(loadPaletteReported,
                   parts("<ROOT><SWPALETTE><APP_MAP><COLORES>", "<ITEM KEY='k#' VALUE='c#'/>",
                         "</COLORES></APP_MAP></SWPALETTE></ROOT>")),
          true},
 
         // ---- servers ----
         {"serverEntries", fileWork(loadServers, servers)},
-        {"serverEntriesHeard", fileWork(loadServersHeard, servers), true},
+        {"serverEntriesReported", fileWork(loadServersReported, servers), true},
         {"serverEntriesDelivered", fileWork(deliverServers, servers)},
         {"serverNames",
          fileWork(loadServers, parts("<application><server type='1'><a key='1' name='", "n#;",
@@ -269,8 +270,8 @@ std::vector<Format> formats() {
         {"serverAddresses",
          fileWork(loadServers, parts("<application><server type='1'><a key='1' name='n' addrs='",
                                      "h:#;", "'/></server></application>"))},
-        {"serverAddressesHeard",
-         fileWork(loadServersHeard,
+        {"serverAddressesReported",
+         fileWork(loadServersReported,
                   parts("<application><server type='1'><a key='1' name='n' addrs='", "h:x#;",
                         "'/></server></application>")),
          true},
@@ -279,8 +280,9 @@ std::vector<Format> formats() {
                                       "' addrs='", "h:#;", "'/></server></application>"))},
         {"serverGroups",
          fileWork(loadServers, parts("<application>", "<server type='1'/>", "</application>"))},
-        {"serverGroupsHeard",
-         fileWork(loadServersHeard, parts("<application>", "<server type='1'/>", "</application>")),
+        {"serverGroupsReported",
+         fileWork(loadServersReported,
+                  parts("<application>", "<server type='1'/>", "</application>")),
          true},
 
         // ---- settings and web pages ----
@@ -289,14 +291,14 @@ std::vector<Format> formats() {
          fileWork(loadSettings, parts("<config><s>", "<i#>t</i#>", "</s></config>"))},
         {"settingsSameSections",
          fileWork(loadSettings, parts("<config>", "<s><i#>t</i#></s>", "</config>"))},
-        {"settingsSameItemsHeard",
-         fileWork(loadSettingsHeard, parts("<config><s>", "<item>text</item>", "</s></config>")),
+        {"settingsSameItemsReported",
+         fileWork(loadSettingsReported, parts("<config><s>", "<item>text</item>", "</s></config>")),
          true},
         {"webPageAddresses", fileWork(loadWebPages, webPages)},
-        {"webPageAddressesHeard", fileWork(loadWebPagesHeard, webPages), true},
+        {"webPageAddressesReported", fileWork(loadWebPagesReported, webPages), true},
         {"webPageAddressesReplaced", fileWork(replaceWebPages, webPages)},
-        {"webPageSameKeysHeard",
-         fileWork(loadWebPagesHeard, parts("<urls>", "<url key='k'>a</url>", "</urls>")), true},
+        {"webPageSameKeysReported",
+         fileWork(loadWebPagesReported, parts("<urls>", "<url key='k'>a</url>", "</urls>")), true},
         {"webPageAmpersands", fileWork(replaceWebPages, parts("<urls><url key='k'>http://h/?",
                                                               "a=#&", "</url></urls>"))},
 
@@ -331,9 +333,9 @@ std::vector<Format> formats() {
         {"jsonLateError", jsonWork(parts("[", "\"t\",\n", "]"))},
         {"jsonLateWrongByte", jsonWork(parts("[", "\"t\",\n", "\"\xFF\"]"))},
         {"requestUrlEntries", urlWork(manyUrls)},
-        {"requestUrlEntriesHeard", fileWork(loadRequestUrlsHeard, manyUrls), true},
-        {"requestUrlSameKeysHeard",
-         fileWork(loadRequestUrlsHeard,
+        {"requestUrlEntriesReported", fileWork(loadRequestUrlsReported, manyUrls), true},
+        {"requestUrlSameKeysReported",
+         fileWork(loadRequestUrlsReported,
                   parts("{\"urlConfigList\":[", "{\"urlKey\":\"k\",\"urlValue\":\"v\"},", "{}]}")),
          true},
         {"requestUrlOtherValues", urlWork(parts("{\"urlConfigList\":[", "[],#,", "0]}"))},
@@ -356,7 +358,7 @@ TEST_P(FormatGrowth, IsLinear) {
     const Measured small = measure(one.make, bytes);
     const Measured large = measure(one.make, 8 * bytes);
     expectLinear(small, large);
-    expectInProportion(large, plainLayoutLoad(one.isHeard));
+    expectInProportion(large, plainLayoutLoad(one.isReported));
 }
 
 INSTANTIATE_TEST_SUITE_P(formats, FormatGrowth, ::testing::ValuesIn(formats()),

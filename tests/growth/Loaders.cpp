@@ -92,7 +92,7 @@ std::string deliveryPath() {
     return writeFile("delivery", "");
 }
 
-DeafSink listener;
+CountingSink listener;
 
 constexpr std::string_view magicOpen =
     "<r><magic_panels name='g'><magic_panel name='m'><panel name='p'>";
@@ -102,23 +102,23 @@ constexpr Loader table[] = {
     {"xml", "<r>", "</r>", readDocument},
     {"xmlWithPositions", "<r>", "</r>", readDocumentWithPositions, true},
     {"styles", "<styles>", "</styles>", loadStyles},
-    {"stylesHeard", "<styles>", "</styles>", loadStylesHeard, true},
+    {"stylesReported", "<styles>", "</styles>", loadStylesReported, true},
     {"panel", "<styles><style name='s'><panel name='p'>", "</panel></style></styles>", loadStyles},
     {"tabStyles", "<styles><style name='s'>", "</style></styles>", loadTabStyles},
     {"magicPanels", magicOpen, magicClose, loadMagicPanels},
     {"reusePanels", "<r><reuse_panel name='p'>", "</reuse_panel></r>", loadReusePanels},
     {"events", "<event_list><element_event name='g'>", "</element_event></event_list>", loadEvents},
-    {"eventsHeard", "<event_list><event_template name='t'>", "</event_template></event_list>",
-     loadEventsHeard, true},
+    {"eventsReported", "<event_list><event_template name='t'>", "</event_template></event_list>",
+     loadEventsReported, true},
     {"palette", "<ROOT><SWPALETTE><COLORES>", "</COLORES></SWPALETTE></ROOT>", loadPalette},
-    {"paletteHeard", "<ROOT><SWPALETTE><FONTS>", "</FONTS></SWPALETTE></ROOT>", loadPaletteHeard,
-     true},
+    {"paletteReported", "<ROOT><SWPALETTE><FONTS>", "</FONTS></SWPALETTE></ROOT>",
+     loadPaletteReported, true},
     {"servers", "<application><server type='1'>", "</server></application>", loadServers},
-    {"serversHeard", "<application>", "</application>", loadServersHeard, true},
+    {"serversReported", "<application>", "</application>", loadServersReported, true},
     {"settings", "<config><s>", "</s></config>", loadSettings},
-    {"settingsHeard", "<config>", "</config>", loadSettingsHeard, true},
+    {"settingsReported", "<config>", "</config>", loadSettingsReported, true},
     {"webPages", "<urls>", "</urls>", loadWebPages},
-    {"webPagesHeard", "<urls>", "</urls>", loadWebPagesHeard, true},
+    {"webPagesReported", "<urls>", "</urls>", loadWebPagesReported, true},
 };
 
 }  // namespace
@@ -156,8 +156,8 @@ const Measured& plainLayoutLoad(bool hasPositions) {
                        100'000);
     };
     static const Measured silent = measured(loadStyles);
-    static const Measured heard = measured(loadStylesHeard);
-    return hasPositions ? heard : silent;
+    static const Measured reported = measured(loadStylesReported);
+    return hasPositions ? reported : silent;
 }
 
 std::string loadLayout(const std::string& styles, const std::string& magicPanels,
@@ -171,7 +171,7 @@ std::string loadStyles(const std::string& path) {
     return layout(path, std::nullopt, std::nullopt, newHost());
 }
 
-std::string loadStylesHeard(const std::string& path) {
+std::string loadStylesReported(const std::string& path) {
     return layout(path, std::nullopt, std::nullopt, newHost(), &listener);
 }
 
@@ -179,7 +179,7 @@ std::string loadSoftStyles(const std::string& path) {
     return softStyles(path, nullptr);
 }
 
-std::string loadSoftStylesHeard(const std::string& path) {
+std::string loadSoftStylesReported(const std::string& path) {
     return softStyles(path, &listener);
 }
 
@@ -191,11 +191,11 @@ std::string loadMagicPanels(const std::string& path) {
     return layout(std::nullopt, std::nullopt, path, newHost());
 }
 
-std::string loadMagicPanelsHeard(const std::string& path) {
+std::string loadMagicPanelsReported(const std::string& path) {
     return layout(std::nullopt, std::nullopt, path, newHost(), &listener);
 }
 
-std::string loadSoftMagicPanelsHeard(const std::string& path) {
+std::string loadSoftMagicPanelsReported(const std::string& path) {
     GrowthHost& host = newHost();
     host.softPath = path;
     return layout(std::nullopt, std::nullopt, path, host, &listener);
@@ -211,7 +211,7 @@ std::string loadEvents(const std::string& path) {
     return events(path, nullptr);
 }
 
-std::string loadEventsHeard(const std::string& path) {
+std::string loadEventsReported(const std::string& path) {
     return events(path, &listener);
 }
 
@@ -219,7 +219,7 @@ std::string loadPalette(const std::string& path) {
     return palette(path, nullptr);
 }
 
-std::string loadPaletteHeard(const std::string& path) {
+std::string loadPaletteReported(const std::string& path) {
     return palette(path, &listener);
 }
 
@@ -227,7 +227,7 @@ std::string loadServers(const std::string& path) {
     return servers(path, nullptr);
 }
 
-std::string loadServersHeard(const std::string& path) {
+std::string loadServersReported(const std::string& path) {
     return servers(path, &listener);
 }
 
@@ -242,7 +242,7 @@ std::string loadSettings(const std::string& path) {
     return settings(path, nullptr);
 }
 
-std::string loadSettingsHeard(const std::string& path) {
+std::string loadSettingsReported(const std::string& path) {
     return settings(path, &listener);
 }
 
@@ -250,7 +250,7 @@ std::string loadWebPages(const std::string& path) {
     return webPages(path, nullptr);
 }
 
-std::string loadWebPagesHeard(const std::string& path) {
+std::string loadWebPagesReported(const std::string& path) {
     return webPages(path, &listener);
 }
 

@@ -47,11 +47,11 @@ public:
 /// The host in use, without any path.
 GrowthHost& newHost();
 
-/// Hears everything and keeps nothing.
-class DeafSink final : public DiagnosticsSink {
+/// Takes every finding and keeps none.
+class CountingSink final : public DiagnosticsSink {
 public:
-    std::size_t heard = 0;
-    void report(const Finding& finding) override { heard += finding.value.size(); }
+    std::size_t valueBytes = 0;
+    void report(const Finding& finding) override { valueBytes += finding.value.size(); }
 };
 
 struct Loader {
@@ -79,25 +79,25 @@ const Measured& plainLayoutLoad(bool hasPositions);
 std::string loadLayout(const std::string& styles, const std::string& magicPanels,
                        const std::string& reusePanels);
 std::string loadStyles(const std::string& path);
-std::string loadStylesHeard(const std::string& path);
+std::string loadStylesReported(const std::string& path);
 std::string loadSoftStyles(const std::string& path);
-std::string loadSoftStylesHeard(const std::string& path);
+std::string loadSoftStylesReported(const std::string& path);
 std::string loadTabStyles(const std::string& path);
 std::string loadMagicPanels(const std::string& path);
-std::string loadMagicPanelsHeard(const std::string& path);
-std::string loadSoftMagicPanelsHeard(const std::string& path);
+std::string loadMagicPanelsReported(const std::string& path);
+std::string loadSoftMagicPanelsReported(const std::string& path);
 std::string loadReusePanels(const std::string& path);
 std::string loadEvents(const std::string& path);
-std::string loadEventsHeard(const std::string& path);
+std::string loadEventsReported(const std::string& path);
 std::string loadPalette(const std::string& path);
-std::string loadPaletteHeard(const std::string& path);
+std::string loadPaletteReported(const std::string& path);
 std::string loadServers(const std::string& path);
-std::string loadServersHeard(const std::string& path);
+std::string loadServersReported(const std::string& path);
 std::string deliverServers(const std::string& path);
 std::string loadSettings(const std::string& path);
-std::string loadSettingsHeard(const std::string& path);
+std::string loadSettingsReported(const std::string& path);
 std::string loadWebPages(const std::string& path);
-std::string loadWebPagesHeard(const std::string& path);
+std::string loadWebPagesReported(const std::string& path);
 std::string replaceWebPages(const std::string& path);
 
 }  // namespace yg::testing

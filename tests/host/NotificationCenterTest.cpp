@@ -31,13 +31,13 @@ protected:
     /// Adds an observer that notes its name.
     Token observe(const std::string& name, const void* from, const std::string& note) {
         return center.addObserver(name, from,
-                                  [this, note](const Notification&) { told.push_back(note); });
+                                  [this, note](const Notification&) { received.push_back(note); });
     }
 
     yg::NotificationCenter center;
     std::shared_ptr<int> sender = std::make_shared<int>(1);
     std::shared_ptr<int> other = std::make_shared<int>(2);
-    std::vector<std::string> told;
+    std::vector<std::string> received;
 };
 
 TEST_F(NotificationCenter, ObserversAreToldInTheOrderOfAdding) {
@@ -45,23 +45,23 @@ TEST_F(NotificationCenter, ObserversAreToldInTheOrderOfAdding) {
     const Token second = observe("changed", nullptr, "second");
     center.post("changed", sender);
     center.post("changed", nullptr);
-    EXPECT_THAT(told, ElementsAre("first", "second", "first", "second"));
+    EXPECT_THAT(received, ElementsAre("first", "second", "first", "second"));
 }
 
 TEST_F(NotificationCenter, AnObserverIsToldOfItsNameOnly) {
-    const Token token = observe("changed", nullptr, "told");
+    const Token token = observe("changed", nullptr, "received");
     center.post("Changed", sender);
     center.post("", sender);
-    EXPECT_THAT(told, IsEmpty());
+    EXPECT_THAT(received, IsEmpty());
 }
 
 TEST_F(NotificationCenter, AnObserverOfOneSenderIsNotToldOfOthers) {
-    const Token token = observe("changed", sender.get(), "told");
+    const Token token = observe("changed", sender.get(), "received");
     center.post("changed", other);
     center.post("changed", nullptr);
-    EXPECT_THAT(told, IsEmpty());
+    EXPECT_THAT(received, IsEmpty());
     center.post("changed", sender);
-    EXPECT_THAT(told, ElementsAre("told"));
+    EXPECT_THAT(received, ElementsAre("received"));
 }
 
 TEST_F(NotificationCenter, TheNotificationNamesItsSender) {
@@ -86,9 +86,9 @@ TEST_F(NotificationCenter, ObserversRunInsideThePost) {
 }
 
 TEST_F(NotificationCenter, TheObserverGoesWithItsToken) {
-    { const Token token = observe("changed", nullptr, "told"); }
+    { const Token token = observe("changed", nullptr, "received"); }
     center.post("changed", sender);
-    EXPECT_THAT(told, IsEmpty());
+    EXPECT_THAT(received, IsEmpty());
 }
 
 TEST_F(NotificationCenter, AMovedTokenKeepsTheObserver) {
@@ -103,7 +103,7 @@ TEST_F(NotificationCenter, AMovedTokenKeepsTheObserver) {
     kept.remove();
     kept.remove();
     center.post("changed", sender);
-    EXPECT_THAT(told, ElementsAre("first", "second"));
+    EXPECT_THAT(received, ElementsAre("first", "second"));
 }
 
 TEST_F(NotificationCenter, ATokenMayOutliveTheCentre) {
@@ -118,13 +118,13 @@ TEST_F(NotificationCenter, ATokenMayOutliveTheCentre) {
 TEST_F(NotificationCenter, AnObserverMayRemoveItself) {
     std::optional<Token> token;
     token = center.addObserver("changed", nullptr, [&](const Notification&) {
-        told.push_back("once");
+        received.push_back("once");
         token.reset();
     });
     const Token next = observe("changed", nullptr, "next");
     center.post("changed", sender);
     center.post("changed", sender);
-    EXPECT_THAT(told, ElementsAre("once", "next", "next"));
+    EXPECT_THAT(received, ElementsAre("once", "next", "next"));
 }
 
 TEST_F(NotificationCenter, AnObserverRemovedByAnotherIsNotToldAnyMore) {
@@ -133,7 +133,7 @@ TEST_F(NotificationCenter, AnObserverRemovedByAnotherIsNotToldAnyMore) {
         center.addObserver("changed", nullptr, [&](const Notification&) { second.remove(); });
     second = observe("changed", nullptr, "second");
     center.post("changed", sender);
-    EXPECT_THAT(told, IsEmpty());
+    EXPECT_THAT(received, IsEmpty());
 }
 
 TEST_F(NotificationCenter, AnObserverAddedMeanwhileWaitsForTheNextPost) {
@@ -142,19 +142,19 @@ TEST_F(NotificationCenter, AnObserverAddedMeanwhileWaitsForTheNextPost) {
         added.push_back(observe("changed", nullptr, "added"));
     });
     center.post("changed", sender);
-    EXPECT_THAT(told, IsEmpty());
+    EXPECT_THAT(received, IsEmpty());
     center.post("changed", sender);
-    EXPECT_THAT(told, ElementsAre("added"));
+    EXPECT_THAT(received, ElementsAre("added"));
 }
 
 TEST_F(NotificationCenter, AnObserverMayPost) {
     const Token second = observe("second", nullptr, "second");
     const Token first = center.addObserver("first", nullptr, [&](const Notification&) {
         center.post("second", sender);
-        told.push_back("first");
+        received.push_back("first");
     });
     center.post("first", sender);
-    EXPECT_THAT(told, ElementsAre("second", "first"));
+    EXPECT_THAT(received, ElementsAre("second", "first"));
 }
 
 TEST_F(NotificationCenter, AnObserverThatThrowsIsLoggedAndTheOthersAreTold) {
@@ -164,7 +164,7 @@ TEST_F(NotificationCenter, AnObserverThatThrowsIsLoggedAndTheOthersAreTold) {
     const Token odd = center.addObserver("changed", nullptr, [](const Notification&) { throw 1; });
     const Token last = observe("changed", nullptr, "last");
     center.post("changed", sender);
-    EXPECT_THAT(told, ElementsAre("last"));
+    EXPECT_THAT(received, ElementsAre("last"));
     EXPECT_THAT(host->runtimeLog(), ElementsAre("notification changed fail:no view",
                                                 "notification changed fail:unknown exception"));
 }
@@ -182,12 +182,12 @@ TEST_F(NotificationCenter, WhatARemovedObserverHeldMayComeBackToTheCentre) {
     Token token = center.addObserver("changed", nullptr, [held](const Notification&) {});
     held.reset();
     token.remove();
-    EXPECT_THAT(told, ElementsAre("gone"));
+    EXPECT_THAT(received, ElementsAre("gone"));
 }
 
 TEST_F(NotificationCenter, TheObserverKeepsNoSenderAlive) {
     const std::weak_ptr<int> watch = sender;
-    const Token token = observe("changed", sender.get(), "told");
+    const Token token = observe("changed", sender.get(), "received");
     sender.reset();
     EXPECT_TRUE(watch.expired());
 }
@@ -235,15 +235,15 @@ TEST_F(NotificationCenter, AnAssignmentMayDestroyTheTokensHolder) {
         EXPECT_TRUE(isAsFilled());
     }
     center.post("changed", sender);
-    EXPECT_THAT(told, IsEmpty());
+    EXPECT_THAT(received, IsEmpty());
 }
 
 TEST_F(NotificationCenter, ATokenAssignedToItselfKeepsItsObserver) {
-    Token token = observe("changed", nullptr, "told");
+    Token token = observe("changed", nullptr, "received");
     Token& same = token;
     token = std::move(same);
     center.post("changed", sender);
-    EXPECT_THAT(told, ElementsAre("told"));
+    EXPECT_THAT(received, ElementsAre("received"));
 }
 
 // Each round all threads work on the same token at once.

@@ -220,7 +220,7 @@ TEST_F(Expansion, OfOneMissingDefinitionCostsNothing) {
 
 // ---- References in records ----------------------------------------------------------------------
 
-// A record stands in all places that refer to it; whoever goes through the pages or copies them
+// A record is in all places that refer to it; whoever goes through the pages or copies them
 // meets it in each of them.
 TEST_F(Expansion, OfReusePanelsInStylesIsBounded) {
     write(LayoutFile::reusePanels, reuseFile(repeated("<element name='e'/>", 1'000)));

@@ -263,7 +263,7 @@ TEST(Service, StopsWithoutARequest) {
     service.get("http://127.0.0.1/", [](const Body&, const auto&...) { ADD_FAILURE(); });
 }
 
-/// The state of a thread of this process as the system tells it, by the thread's name.
+/// The state of a thread of this process as the system reports it, by the thread's name.
 std::map<std::string, std::string> threadStates() {
     std::map<std::string, std::string> states;
     for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {

@@ -373,9 +373,10 @@ protected:
         loader = YGPaletteLoad::initWithPaletteStyle(0);
         files.host->clear();
         token = NotificationCenter::standard().addObserver(
-            "YGUIOverallStyleDidChangeNotification", nullptr, [this](const Notification& heard) {
-                senders.push_back(heard.sender.get());
-                const auto sender = std::static_pointer_cast<YGPaletteLoad>(heard.sender);
+            "YGUIOverallStyleDidChangeNotification", nullptr,
+            [this](const Notification& notification) {
+                senders.push_back(notification.sender.get());
+                const auto sender = std::static_pointer_cast<YGPaletteLoad>(notification.sender);
                 seen.push_back(sender->currentPaletteStyle());
                 seenColors.push_back(sender->getCustomColor("k"));
             });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What a sink hears of settings, web pages and request URLs.
+// What is reported about settings, web pages and request URLs.
 #include <cerrno>
 #include <string>
 #include <string_view>
@@ -229,7 +229,7 @@ TEST_F(SettingsDiagnostics, DocumentsThatCannotBeSaved) {
                             "unsaved-file =app.xml: it could not be read again"));
 }
 
-// A sink may ask the store that it hears from.
+// A sink may ask the store that reports to it.
 TEST_F(SettingsDiagnostics, NothingIsReportedUnderALock) {
     class AskingSink : public DiagnosticsSink {
     public:

@@ -83,7 +83,7 @@ TEST_F(WebPages, AKeyWithAnApostropheIsBlank) {
     expectBlank(*table, "'", message(3, 68, "'"));
 }
 
-// The key stands in the query as it is.
+// The key is put into the query as it is.
 TEST_F(WebPages, AKeyThatCompletesTheQueryIsEvaluated) {
     const auto table = open("<urls><url key='a'>1</url><url key='b'>2</url></urls>");
     EXPECT_EQ(table->getWebPageUrlByKey("none' or @key='b"), "2");

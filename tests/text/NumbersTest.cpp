@@ -200,7 +200,7 @@ TEST(Numbers, FloatIsTheDoubleNarrowed) {
 }
 
 TEST(Numbers, FloatIsRoundedTwice) {
-    // Just above the middle of two floats by less than a double can tell: read as a double it is
+    // Just above the middle of two floats by less than a double can hold: read as a double it is
     // the middle and goes to the even one, read as a float at once it would go up.
     EXPECT_EQ(leadingFloat("1.00000005960464477540"), 1.0F);
 }

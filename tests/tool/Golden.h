@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Expected output that is too long for a test's source stands in files of the folder golden.
+// Expected output that is too long for a test's source is in files of the folder golden.
 //
 // When output changes on purpose, YG_UPDATE_GOLDEN=1 makes the tests rewrite the files; read
 // and judge the difference as part of the change:

@@ -184,7 +184,7 @@ TEST(Json, ManagesManyLevels) {
     EXPECT_EQ(std::count(text.begin(), text.end(), '{'), levels + 1);
 }
 
-/// Two million characters of JSON from one record, which stands in many places.
+/// Two million characters of JSON from one record that is in many places.
 Answer longAnswer() {
     const auto shared = std::make_shared<Sample>();
     return jsonAnswer(std::vector<std::shared_ptr<Sample>>(10'000, shared));

@@ -181,14 +181,14 @@ TEST(ShowServers, SetsWeightsBesideChances) {
               R"(└─ addresses
    ├─ 甲;乙          key 7x
    │  ├─ h:9211      chance 50%  weight 90
-   │  ├─ ""          passed over
+   │  ├─ ""          skipped
    │  └─ k:80a       chance 50%
-   ├─ no key         key missing  passed over
-   │  └─ h:1         passed over
-   ├─ no port        key 1  passed over
-   │  ├─ h           passed over
-   │  └─ k           passed over
-   ├─ (no name)      key 2  passed over
+   ├─ no key         key missing  skipped
+   │  └─ h:1         skipped
+   ├─ no port        key 1  skipped
+   │  ├─ h           skipped
+   │  └─ k           skipped
+   ├─ (no name)      key 2  skipped
    └─ ""             key 3
       └─ solo:70000  chance 100%  weight 10
 

@@ -138,7 +138,7 @@ TEST(ShowSettings, DrawsSectionsItemsTextsAndDescriptions) {
     root.write(settingsFile, "<config>t<a><x description='d'>1</x><x>2</x></a><b/></config>");
     EXPECT_EQ(runOn(root, {"show", "settings", "app.xml"}).output,
               "Settings  1  storage/app.xml\n\n"
-              "a\n├─ x  \"1\"  d\n└─ x  \"2\"  passed over\n\n"
+              "a\n├─ x  \"1\"  d\n└─ x  \"2\"  skipped\n\n"
               "b  empty\n");
     EXPECT_EQ(runOn(root, {"show", "settings"}).output,
               "Settings  0  user/app_config.xml  missing or damaged; nothing can be stored\n");
@@ -199,8 +199,8 @@ TEST(ShowWebPages, DrawsALineForEachAddress) {
               "Web pages  2  storage/pages.xml\n\n"
               "k         http://x/?a=1&b=2\n"
               "空        \"\"\n"
-              "k         no  passed over\n"
-              "(no key)  \"\"  passed over\n");
+              "k         no  skipped\n"
+              "(no key)  \"\"  skipped\n");
     EXPECT_EQ(runOn(root, {"show", "web-pages"}).output,
               "Web pages  0  user/web_page_urls.xml  missing or damaged\n");
 }

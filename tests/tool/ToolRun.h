@@ -12,7 +12,7 @@ namespace yg::testing {
 /// Where standard output of the run goes.
 enum class OutputTo {
     memory,    ///< kept in ToolRun::output
-    terminal,  ///< likewise, through a pseudo-terminal
+    terminal,  ///< the same, through a pseudo-terminal
     fullDisk,
     closedPipe,  ///< a pipe that is no longer read
     nowhere,     ///< the stream is closed

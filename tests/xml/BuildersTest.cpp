@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Texts without document type and character references are built in a quicker way than others.
-// Nobody may be able to tell. The tests of this folder compare each text they parse; here are more.
+// The result must be the same. The tests of this folder compare each text they parse; here are
+// more.
 #include <algorithm>
 #include <filesystem>
 #include <fstream>

@@ -109,7 +109,7 @@ TEST(SetContent, OfWhiteSpaceIsKept) {
     EXPECT_EQ(rootOf(root.serialise(Form::pretty)).stringValue(), " \n");
 }
 
-// Control characters but tab and line breaks, U+FFFE, U+FFFF, and bytes that are no UTF-8.
+// Control characters but tab and line breaks, U+FFFE, U+FFFF, and bytes that are not UTF-8.
 TEST(Storing, LeavesOutWhatXmlCannotHold) {
     struct Row {
         std::string_view given;

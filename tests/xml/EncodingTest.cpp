@@ -216,7 +216,7 @@ TEST(Encoding, TheDescriptionOfAnOddNameIsOneShortLineOfUtf8) {
         EXPECT_TRUE(Element::create("a").setAttribute("b", error));
         Element echo = Element::create("a");
         echo.setAttribute("b", error);
-        EXPECT_EQ(echo.attribute("b"), error) << "holds what is no UTF-8";
+        EXPECT_EQ(echo.attribute("b"), error) << "holds what is not UTF-8";
     }
 }
 

@@ -197,7 +197,7 @@ TEST_F(ExternalEntity, AnExternalDocumentTypeIsNotRead) {
     EXPECT_TRUE(parsed("<!DOCTYPE a SYSTEM 'FILE'><a/>"));
     EXPECT_TRUE(parsed("<!DOCTYPE a SYSTEM 'http://127.0.0.1:9/x.dtd'><a/>"));
     EXPECT_FALSE(parsed("<!DOCTYPE a SYSTEM 'FILE'><a>&e;</a>"));
-    files::put(path_, "this is no document type <");
+    files::put(path_, "this is not a document type <");
     EXPECT_TRUE(parsed("<!DOCTYPE a SYSTEM 'FILE'><a/>"));
 }
 

@@ -395,7 +395,7 @@ constexpr Condition conditions[] = {
     {"count(n[1]/@v/following::p:q) = 1", true},
     {"count(n/@v/self::*) = 0", true},
     {"count(n/@v/self::node()) = 2", true},
-    {"count(n/@*) = 3", true},  // namespace declarations are no attributes
+    {"count(n/@*) = 3", true},  // namespace declarations are not attributes
     {"count(@*) = 0", true},
     {"n[2]/@v[. = '9'] and not(n[3])", true},
     {"count(/*) = 1 and / = .", true},

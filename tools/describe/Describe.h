@@ -13,7 +13,7 @@
 namespace yg::describe {
 
 /// RELAX NG, XML syntax: what the loader takes without a finding is valid, and what it reports is
-/// not, so far as one element with its attributes and content tells.
+/// not, so far as one element with its attributes and content shows.
 std::string relaxNg(const FormatInfo& format);
 
 /// XML Schema 1.0, for editors: it knows the elements by their usual names. Elements that may have

@@ -127,7 +127,7 @@ private:
                 parents.push_back(linkTo(*each));
         }
         if (!parents.empty())
-            text_ += "\nStands in: " + list(parents) + ".\n";
+            text_ += "\nInside: " + list(parents) + ".\n";
     }
 
     void content(const ElementInfo& element) {
@@ -185,14 +185,14 @@ constexpr std::string_view common = R"(
 XML files are UTF-8 unless their declaration says otherwise. Comments and processing instructions
 have no meaning anywhere. What a format does not describe is dropped without a word: an attribute or
 an element of another name, an element in a place that is not its own, text between elements. The
-application goes on with the rest; a diagnostics sink is told of each such place by the name of a
-rule.
+application goes on with the rest; each such place is reported to a diagnostics sink by the name of
+a rule.
 
 - *Text* is taken as it stands, blanks too.
 - A *flag* is true only for the exact text `true`; anything else is false.
 - A *whole number* is the one that the text begins with, 0 without one; a fraction is dropped.
-- A *number* is read likewise, with a point and an exponent.
-- *Names between `;`* are taken as they stand, blanks too; an empty text is no list.
+- A *number* is read the same way, with a point and an exponent.
+- *Names between `;`* are taken as they stand, blanks too; an empty text gives no list.
 - Of two definitions of one name the later counts, where the format does not say otherwise.
 
 `soft_optimize/`, `base_optimize/`, `storage/`, `user/` and `images/` are folders below the root of a
@@ -210,7 +210,7 @@ JSON format. They are installed in `share/YGConfigManager/schemas`.
 - XML Schema is for editors. It cannot describe elements of any name: they are checked under the
   usual names alone, and elements that share a name in one file are checked as one. The limits of
   numbers and of the texts in elements are not checked. A root of any name is known by the usual one.
-- The documents have no namespace, so an editor cannot tell the format by itself. Name the schema in
+- The documents have no namespace, so an editor cannot recognise the format by itself. Name the schema in
   its settings, or in the first line of the file, which the library ignores:
   `<?xml-model href="urn:ygconfigmanager:events:rng"?>`. `catalog.xml` says which file that is.
 )";

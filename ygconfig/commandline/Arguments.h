@@ -66,7 +66,7 @@ std::string marked(std::string word);
 std::string unmarked(std::string word);
 
 /// Declares an option that takes a text, an empty one too, or an operand that may be missing, whose
-/// name stands in brackets and whose value has no name. Given twice, the last one counts.
+/// name is in brackets and whose value has no name. Given twice, the last one counts.
 CLI::Option* declareText(CLI::App& app, const char* name, const char* valueName,
                          std::optional<std::string>& field, const char* help);
 

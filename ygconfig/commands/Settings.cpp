@@ -63,13 +63,13 @@ Answer setSetting(const Session& session) {
 Answer showSettings(const Session& session) {
     UnreadableFiles unreadable;
     const std::string file = session.arguments.key.value_or("app_config.xml");
-    PassedOver passedOver(unreadable);
-    const auto store = YGReadonlyAppConfigManager::initWithFileName(file, &passedOver);
+    DroppedNodes dropped(unreadable);
+    const auto store = YGReadonlyAppConfigManager::initWithFileName(file, &dropped);
     if (!store)
         return nothingShownWithoutPath(file);
     const auto path =
         session.arguments.withoutRoot(YGReadonlyAppConfigManager::getFilePath(file, false));
-    return {SettingsView(session.colour).settings(store->docment(), passedOver, path.value_or("")),
+    return {SettingsView(session.colour).settings(store->docment(), dropped, path.value_or("")),
             ExitCode::answer, unreadable.complaint()};
 }
 

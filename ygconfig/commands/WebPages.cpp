@@ -56,12 +56,12 @@ Answer findWebPage(const Session& session) {
 Answer showWebPages(const Session& session) {
     UnreadableFiles unreadable;
     const std::string file = session.arguments.key.value_or("web_page_urls.xml");
-    PassedOver passedOver(unreadable);
-    const auto table = YGWebPageUrlConfig::initWithFileName(file, &passedOver);
+    DroppedNodes dropped(unreadable);
+    const auto table = YGWebPageUrlConfig::initWithFileName(file, &dropped);
     if (!table)
         return nothingShownWithoutPath(file);
     const auto path = session.arguments.withoutRoot(YGWebPageUrlConfig::getFilePath(file, false));
-    return {SettingsView(session.colour).webPages(table->docment(), passedOver, path.value_or("")),
+    return {SettingsView(session.colour).webPages(table->docment(), dropped, path.value_or("")),
             ExitCode::answer, unreadable.complaint()};
 }
 

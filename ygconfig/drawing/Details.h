@@ -15,7 +15,7 @@ namespace yg::tool {
 /// The name, printable; "" in quotes when it is empty.
 std::string quotedIfEmpty(std::string_view name);
 
-/// Likewise, and something else when it is absent.
+/// The same, and something else when it is absent.
 std::string nameOr(const std::optional<std::string>& name, std::string_view otherwise);
 
 /// Two items side by side; one alone when the other is empty.

@@ -22,9 +22,9 @@ inline constexpr std::string_view paletteLegend =
     "  #RRGGBB 18%            a colour and how opaque it is, unless wholly\n"
     "  red: no colour NAME    the key names a colour that the palette does not have\n"
     "  system font: …         the same for a font; the key shows the system font of 12 points\n"
-    "  no such key            the key stands in the other palette only, with the same effect\n"
+    "  no such key            the key is in the other palette only, with the same effect\n"
     "  80×20                  an image in points, with its pixels where they are others\n"
-    "  none                   the name stands in the other palette only, or cannot be loaded\n";
+    "  none                   the name is in the other palette only, or cannot be loaded\n";
 
 class PaletteView {
 public:

@@ -82,7 +82,7 @@ Branch ServersView::groupBranch(std::string_view fieldName,
 Branch ServersView::entryBranch(const ServerOffer& entry) const {
     const auto usable =
         std::ranges::count_if(entry.addresses, [](const auto& each) { return each.canBeChosen; });
-    const std::string skipped = paint_(Tone::mark, "passed over");
+    const std::string skipped = paint_(Tone::mark, "skipped");
     Details details;
     details.add("key " + nameOr(entry.key, "missing"));
     details.addIf(usable == 0, skipped);

@@ -23,9 +23,9 @@ inline constexpr std::string_view serversLegend =
     "  NAME  HOST:PORT        a server and the address that was chosen for it in this run\n"
     "  addresses              what the file offers, entry by entry; an entry's names share them\n"
     "  key                    of the entry and of each of its servers\n"
-    "  chance                 that the address is chosen, for each name anew\n"
+    "  chance                 that the address is chosen, for each name again\n"
     "  weight                 what the file declares; weights have no effect on the choice\n"
-    "  passed over            an entry that gives no server, an address that is never chosen\n";
+    "  skipped                an entry that gives no server, an address that is never chosen\n";
 
 class ServersView {
 public:

@@ -27,10 +27,10 @@ std::string under(std::string line, const std::vector<Branch>& rows, const Paint
 
 }  // namespace
 
-std::string SettingsView::settings(const xml::Document& file, const PassedOver& passedOver,
+std::string SettingsView::settings(const xml::Document& file, const DroppedNodes& dropped,
                                    std::string_view shownPath) const {
     const xml::Element root = file.root();
-    const bool isRead = root && !passedOver.contains(root);
+    const bool isRead = root && !dropped.contains(root);
     std::vector<Branch> sections;
     std::size_t count = 0;
     if (isRead) {
@@ -42,13 +42,13 @@ std::string SettingsView::settings(const xml::Document& file, const PassedOver& 
                 if (!grandchild.isElement())
                     continue;
                 const xml::Element item(grandchild);
-                const bool isPassedOver = passedOver.contains(item);
-                count += isPassedOver ? 0 : 1;
+                const bool isDropped = dropped.contains(item);
+                count += isDropped ? 0 : 1;
                 Details details;
                 details.add(paint_(Tone::slot, quoted(item.stringValue())));
                 details.add(
                     paint_(Tone::quiet, printable(item.attribute("description").value_or(""))));
-                details.addIf(isPassedOver, paint_(Tone::mark, "passed over"));
+                details.addIf(isDropped, paint_(Tone::mark, "skipped"));
                 section.children.push_back(
                     {printable(item.name()), Tone::plain, std::move(details).text()});
             }
@@ -69,10 +69,10 @@ std::string SettingsView::settings(const xml::Document& file, const PassedOver& 
     return text;
 }
 
-std::string SettingsView::webPages(const xml::Document& file, const PassedOver& passedOver,
+std::string SettingsView::webPages(const xml::Document& file, const DroppedNodes& dropped,
                                    std::string_view shownPath) const {
     const xml::Element root = file.root();
-    const bool isRead = root && !passedOver.contains(root);
+    const bool isRead = root && !dropped.contains(root);
     std::vector<Branch> rows;
     std::size_t count = 0;
     if (isRead) {
@@ -80,11 +80,11 @@ std::string SettingsView::webPages(const xml::Document& file, const PassedOver& 
             if (!child.isElement() || child.name() != "url")
                 continue;
             const auto key = xml::Element(child).attribute("key");
-            const bool isPassedOver = passedOver.contains(child);
-            count += isPassedOver ? 0 : 1;
+            const bool isDropped = dropped.contains(child);
+            count += isDropped ? 0 : 1;
             Details details;
             details.add(paint_(Tone::slot, quotedIfEmpty(child.stringValue())));
-            details.addIf(isPassedOver, paint_(Tone::mark, "passed over"));
+            details.addIf(isDropped, paint_(Tone::mark, "skipped"));
             rows.push_back(
                 {key ? quotedIfEmpty(*key) : "(no key)", Tone::element, std::move(details).text()});
         }
@@ -112,7 +112,7 @@ std::string SettingsView::requestUrls(const std::shared_ptr<const YGHttpReqUrlMo
             Details details;
             details.add(entry->urlValue() ? paint_(Tone::slot, quotedIfEmpty(*entry->urlValue()))
                                           : paint_(Tone::mark, "(no address)"));
-            details.addIf(!isRead, paint_(Tone::mark, "passed over"));
+            details.addIf(!isRead, paint_(Tone::mark, "skipped"));
             rows.push_back(
                 {nameOr(entry->urlKey(), "(no key)"), Tone::element, std::move(details).text()});
         }

@@ -11,7 +11,7 @@
 #include "YGConfigManager/xml/Document.h"
 
 #include "ygconfig/drawing/Paint.h"
-#include "ygconfig/files/PassedOver.h"
+#include "ygconfig/files/DroppedNodes.h"
 
 namespace yg::tool {
 
@@ -19,13 +19,13 @@ namespace yg::tool {
 inline constexpr std::string_view settingsLegend =
     "What the trees say:\n"
     "  ITEM  \"TEXT\"  WORDS    an item, its text and its description\n"
-    "  passed over            an item or address behind another one of the same name or key, or\n"
+    "  skipped                an item or address behind another one of the same name or key, or\n"
     "                         what no name or key can ask for\n";
 
 inline constexpr std::string_view urlsLegend =
     "What the lines say:\n"
     "  KEY  ADDRESS           in the order of the file\n"
-    "  passed over            behind another one of the same key, or without a key to ask for\n"
+    "  skipped                behind another one of the same key, or without a key to ask for\n"
     "  (no address)           its key gives none\n";
 
 class SettingsView {
@@ -33,14 +33,14 @@ public:
     explicit SettingsView(bool colour) : paint_(colour) {}
 
     /// A tree for each section. `shownPath` stands for the file.
-    std::string settings(const xml::Document& file, const PassedOver& passedOver,
+    std::string settings(const xml::Document& file, const DroppedNodes& dropped,
                          std::string_view shownPath) const;
 
     /// A line for each address.
-    std::string webPages(const xml::Document& file, const PassedOver& passedOver,
+    std::string webPages(const xml::Document& file, const DroppedNodes& dropped,
                          std::string_view shownPath) const;
 
-    /// The digest and a line for each address. Null is no list.
+    /// The digest and a line for each address. Null: there is no list.
     std::string requestUrls(const std::shared_ptr<const YGHttpReqUrlModel>& list,
                             std::string_view shownPath) const;
 

@@ -18,11 +18,11 @@ constexpr std::string_view reasons[] = {"unreadable-file", "unreadable-url-list"
 UnreadableFiles::UnreadableFiles() : FileSink(reasons) {}
 
 std::string UnreadableFiles::complaint() const {
-    std::set<std::string> told;
+    std::set<std::string> reported;
     std::string lines;
     for (const Fault& fault : faults_) {
         const std::string line = fault.rule == "unsaved-file" ? fault.reason : fault.text();
-        if (told.insert(line).second)
+        if (reported.insert(line).second)
             lines += (lines.empty() ? "ygconfig: " : "\nygconfig: ") + printable(line);
     }
     return lines;

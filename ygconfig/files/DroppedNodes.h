@@ -13,10 +13,10 @@
 
 namespace yg::tool {
 
-class PassedOver final : public DiagnosticsSink {
+class DroppedNodes final : public DiagnosticsSink {
 public:
-    /// Tells the other sink all, too.
-    explicit PassedOver(DiagnosticsSink& other) : other_(other) {}
+    /// Reports everything to the other sink, too.
+    explicit DroppedNodes(DiagnosticsSink& other) : other_(other) {}
 
     void readingFile(std::string_view path) override { other_.readingFile(path); }
     void report(const Finding& finding) override {

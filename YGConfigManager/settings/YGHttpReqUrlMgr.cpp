@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 
+#include <atomic>
 #include <exception>
+#include <mutex>
 #include <new>
 #include <utility>
 
@@ -12,8 +14,8 @@
 #include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/net/HttpGet.h"
-#include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/records/JsonEntry.h"
+#include "YGConfigManager/settings/AtomicReference.h"
 #include "YGConfigManager/settings/Storage.h"
 
 namespace yg {
@@ -24,9 +26,6 @@ constexpr std::string_view listFileName = "request_urls_json.txt";
 constexpr std::string_view listUrlPath = "/mac/mac_free_free_request_urls_json.txt";
 constexpr std::string_view readName = "-[YGHttpReqUrlMgr readUrlModelFromFile]";
 constexpr std::string_view takeName = "-[YGHttpReqUrlMgr updateHttpReqUrls]_block_invoke";
-
-/// Held while a pointer to a list is copied or replaced, and for nothing else.
-constinit ForkMutex listPointers;
 
 /// The authority of the download server; empty when there is none.
 std::string configServer() {
@@ -80,6 +79,18 @@ private:
 
 }  // namespace
 
+using Reference = AtomicReference<const YGHttpReqUrlModel>;
+
+struct YGHttpReqUrlMgr::State {
+    Reference list;
+    std::atomic<std::uint64_t> begun = 0;  ///< downloads and readings, numbered from 1
+    std::mutex lock;                       ///< held while list and file change, never by a lookup
+    std::uint64_t taken = 0;               ///< the number of the one taken last, under the lock
+};
+
+YGHttpReqUrlMgr::YGHttpReqUrlMgr(Key, DiagnosticsSink* sink, Transport transport)
+    : state_(std::make_unique<State>()), transport_(std::move(transport)), sink_(sink) {}
+
 YGHttpReqUrlMgr::~YGHttpReqUrlMgr() = default;
 
 const std::shared_ptr<YGHttpReqUrlMgr>& YGHttpReqUrlMgr::shared() {
@@ -121,14 +132,7 @@ std::shared_ptr<YGHttpReqUrlMgr> YGHttpReqUrlMgr::make(DiagnosticsSink* sink, Tr
 }
 
 std::shared_ptr<const YGHttpReqUrlModel> YGHttpReqUrlMgr::urlModel() const {
-    const std::lock_guard lock(listPointers);
-    return urlModel_;
-}
-
-/// Replaces the list. The one before goes with the parameter, outside of the lock.
-void YGHttpReqUrlMgr::setUrlModel(std::shared_ptr<const YGHttpReqUrlModel> model) {
-    const std::lock_guard lock(listPointers);
-    urlModel_.swap(model);
+    return state_->list.load();
 }
 
 void YGHttpReqUrlMgr::readUrlModelFromFile() {
@@ -150,14 +154,14 @@ void YGHttpReqUrlMgr::read() {
     std::shared_ptr<const YGHttpReqUrlModel> model;
     {
         // No download may write between what is read here and what becomes the list.
-        const std::lock_guard lock(lock_);
+        const std::lock_guard lock(state_->lock);
         file = files::readWholeFile(*path);
         if (file) {
             model = YGHttpReqUrlModel::read({file.bytes, *path}, "unreadable-url-list"_rule,
                                             found.reporter());
-            setUrlModel(model);
+            state_->list.store(Reference::Next(model));
             if (model)
-                taken_ = ++begun_;
+                state_->taken = ++state_->begun;
         }
     }
     if (!file) {
@@ -178,9 +182,9 @@ void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
         std::string url = "http://" + server + std::string(listUrlPath);
         // Memory is taken before `ended` is given away.
         once = std::make_shared<Once<std::function<void()>>>();
-        net::GetCompletion completion = [self = shared_from_this(), once, number = ++begun_, url](
-                                            const std::optional<std::string>& body, const auto&,
-                                            const std::optional<std::string>& error) {
+        net::GetCompletion completion = [self = shared_from_this(), once, number = ++state_->begun,
+                                         url](const std::optional<std::string>& body, const auto&,
+                                              const std::optional<std::string>& error) {
             guarded("download request urls", [&] { self->take(number, url, body, error); });
             once->call();
         };
@@ -213,14 +217,15 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
     const std::optional<std::string> digest = digestOf(model);
     if (!digest || digest->empty())
         return;
-    std::unique_lock lock(lock_);
+    Reference::Next next(model);
+    std::unique_lock lock(state_->lock);
     // What began later has been taken before.
-    if (number < taken_)
+    if (number < state_->taken)
         return;
     const auto current = urlModel();
     const std::optional<std::string> currentDigest = digestOf(current);
     if (digest == currentDigest) {
-        taken_ = number;
+        state_->taken = number;
         lock.unlock();
         if (reporter && model->description() != current->description())
             reporter.report("same-digest-other-entries"_rule, url, *digest);
@@ -236,8 +241,8 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
                             currentDigest);
     // The next start begins with the old list when it cannot be written; this one goes on.
     const files::FileWriting writing = writeStoredFile(listFileName, path, *body);
-    setUrlModel(model);
-    taken_ = number;
+    state_->list.store(std::move(next));
+    state_->taken = number;
     lock.unlock();
     if (!writing)
         reporter.unsaved(listFileName, writing.error);

@@ -327,15 +327,15 @@ TEST_F(SettingsDiagnostics, OfADownloadNameItAndThoseOfTheFileTheFile) {
 // ---- Request URLs ----------------------------------------------------------------------------
 
 TEST_F(SettingsDiagnostics, MembersOfTheWrongTypeAndOfOtherNames) {
-    EXPECT_THAT(
-        findingsInUrls(R"({"md5Value":7,"md5":"x","urlConfigList":[null,)"
-                       R"({"urlKey":1,"urlValue":true,"url":[1]},"text"]})"),
-        ElementsAre(
-            "1: number-for-text md5Value=7", "1: member-of-wrong-type urlConfigList[0]=null",
-            "1: number-for-text urlConfigList[1].urlKey=1",
-            "1: member-of-wrong-type urlConfigList[1].urlValue=true",
-            "1: url-without-value urlConfigList[1]=1", "1: unknown-member urlConfigList[1].url=[1]",
-            "1: member-of-wrong-type urlConfigList[2]=\"text\"", "1: unknown-member md5=\"x\""));
+    EXPECT_THAT(findingsInUrls(R"({"md5Value":7,"md5":"x","urlConfigList":[null,)"
+                               R"({"urlKey":1,"urlValue":true,"url":[1]},"text"]})"),
+                ElementsAre("1: number-for-text md5Value=7",
+                            "1: member-of-wrong-type urlConfigList[0]=null",
+                            "1: number-for-text urlConfigList[1].urlKey=1",
+                            "1: member-of-wrong-type urlConfigList[1].urlValue=true",
+                            "1: unknown-member urlConfigList[1].url=[1]",
+                            "1: member-of-wrong-type urlConfigList[2]=\"text\"",
+                            "1: unknown-member md5=\"x\""));
     EXPECT_THAT(findingsInUrls(R"({"md5Value":"m","urlConfigList":{}})"),
                 ElementsAre("1: member-of-wrong-type urlConfigList={}"));
 }

@@ -12,6 +12,7 @@
 #include "YGConfigManager/records/Entry.h"
 #include "YGConfigManager/settings/SettingsAttributes.h"
 #include "YGConfigManager/settings/Storage.h"
+#include "YGConfigManager/xml/Names.h"
 
 namespace yg {
 
@@ -47,10 +48,6 @@ std::string itemPath(std::string_view section, std::string_view item) {
     return std::string(section) + '/' + std::string(item);
 }
 
-bool isElementName(std::string_view name) {
-    return static_cast<bool>(xml::Element::create(name));
-}
-
 /// What is known of an item that counts beside its text.
 void note(const Entry& section, Entry& item, RecordMap<Place>& places) {
     SettingsItem attributes;
@@ -68,7 +65,7 @@ bool reportNames(const Reporter& reporter, std::string_view file, std::string_vi
                  std::string_view item) {
     bool areNames = true;
     for (const std::string_view name : {section, item}) {
-        if (!isElementName(name)) {
+        if (!xml::isXmlName(name)) {
             reporter.report("no-element-name"_rule, file, name);
             areNames = false;
         }

@@ -55,11 +55,6 @@ void note(const Entry& section, Entry& item, RecordMap<Place>& places) {
     item.define(itemPath(section.name(), item.name()), places);
 }
 
-void dropDuplicate(const Entry& section, Entry& item, const RecordMap<Place>& places) {
-    const std::string_view name = item.name();
-    item.drop("duplicate-item"_rule, {}, name, places.find(itemPath(section.name(), name)));
-}
-
 /// Reports which of two names no element can have; whether both can be had.
 bool reportNames(const Reporter& reporter, std::string_view file, std::string_view section,
                  std::string_view item) {
@@ -393,7 +388,9 @@ YGAppConfigManager::Index YGAppConfigManager::indexOf(const xml::Document& docum
                 index.set(section.name(), texts);
             section.forEachElement([&](Entry& item) {
                 if (texts->contains(item.name()))
-                    return dropDuplicate(section, item, places);
+                    return item.drop(
+                        "duplicate-item"_rule, {}, item.name(),
+                        item ? places.find(itemPath(section.name(), item.name())) : nullptr);
                 if (item)
                     note(section, item, places);
                 texts->set(item.name(), item.text());

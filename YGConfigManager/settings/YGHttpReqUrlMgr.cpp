@@ -41,11 +41,8 @@ std::optional<std::string> digestOf(const std::shared_ptr<const YGHttpReqUrlMode
     return model ? model->md5Value() : std::nullopt;
 }
 
-/// Tells the sink. Whatever it throws, the list is taken.
-template <class Report>
-void reporting(Report report) {
-    guarded("report request urls", report);
-}
+/// For calls of the sink. Whatever it throws, the list is taken.
+constexpr std::string_view reporting = "report request urls";
 
 /// Calls what the application gave, which may throw.
 template <class Completion, class... Arguments>
@@ -143,7 +140,7 @@ void YGHttpReqUrlMgr::read() {
     const Reporter reporter(sink_);
     const std::optional<std::string> path = storagePath(listFileName, false);
     writeBusCommonLogInside("%s L%d filePath: %@", readName, 71, path);
-    reporting([&] { reporter.reading(path.value_or("")); });
+    guarded(reporting, [&] { reporter.reading(path.value_or("")); });
     if (!path || path->empty() || !files::fileExists(*path)) {
         writeBusCommonLogInside("%s L%d [%@]文件不存在", readName, 75, path);
         reporter.report("unreadable-url-list"_rule, path.value_or(""));
@@ -205,7 +202,7 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
                            const std::optional<std::string>& body,
                            const std::optional<std::string>& error) {
     const Reporter reporter(sink_);
-    reporting([&] { reporter.reading(url); });
+    guarded(reporting, [&] { reporter.reading(url); });
     if (!body) {
         reporter.report("failed-download"_rule, url, error.value_or(""));
         return;
@@ -213,7 +210,7 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
     KeptFindings found(sink_);
     const std::shared_ptr<const YGHttpReqUrlModel> model =
         YGHttpReqUrlModel::read({*body, url}, "failed-download"_rule, found.reporter());
-    reporting([&] { found.passOn(); });
+    guarded(reporting, [&] { found.passOn(); });
     const std::optional<std::string> digest = digestOf(model);
     if (!digest || digest->empty())
         return;

@@ -12,6 +12,7 @@
 #include "YGConfigManager/records/Entry.h"
 #include "YGConfigManager/settings/SettingsAttributes.h"
 #include "YGConfigManager/settings/Storage.h"
+#include "YGConfigManager/xml/Names.h"
 
 namespace yg {
 
@@ -47,10 +48,6 @@ std::string itemPath(std::string_view section, std::string_view item) {
     return std::string(section) + '/' + std::string(item);
 }
 
-bool isElementName(std::string_view name) {
-    return static_cast<bool>(xml::Element::create(name));
-}
-
 /// What is known of an item that counts beside its text.
 void note(const Entry& section, Entry& item, RecordMap<Place>& places) {
     SettingsItem attributes;
@@ -58,17 +55,12 @@ void note(const Entry& section, Entry& item, RecordMap<Place>& places) {
     item.define(itemPath(section.name(), item.name()), places);
 }
 
-void dropDuplicate(const Entry& section, Entry& item, const RecordMap<Place>& places) {
-    const std::string_view name = item.name();
-    item.drop("duplicate-item"_rule, {}, name, places.find(itemPath(section.name(), name)));
-}
-
 /// Reports which of two names no element can have; whether both can be had.
 bool reportNames(const Reporter& reporter, std::string_view file, std::string_view section,
                  std::string_view item) {
     bool areNames = true;
     for (const std::string_view name : {section, item}) {
-        if (!isElementName(name)) {
+        if (!xml::isXmlName(name)) {
             reporter.report("no-element-name"_rule, file, name);
             areNames = false;
         }
@@ -396,7 +388,9 @@ YGAppConfigManager::Index YGAppConfigManager::indexOf(const xml::Document& docum
                 index.set(section.name(), texts);
             section.forEachElement([&](Entry& item) {
                 if (texts->contains(item.name()))
-                    return dropDuplicate(section, item, places);
+                    return item.drop(
+                        "duplicate-item"_rule, {}, item.name(),
+                        item ? places.find(itemPath(section.name(), item.name())) : nullptr);
                 if (item)
                     note(section, item, places);
                 texts->set(item.name(), item.text());

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 
+#include <atomic>
 #include <exception>
+#include <mutex>
 #include <new>
 #include <utility>
 
@@ -12,8 +14,8 @@
 #include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/net/HttpGet.h"
-#include "YGConfigManager/process/ForkMutex.h"
 #include "YGConfigManager/records/JsonEntry.h"
+#include "YGConfigManager/settings/AtomicReference.h"
 #include "YGConfigManager/settings/Storage.h"
 
 namespace yg {
@@ -25,9 +27,6 @@ constexpr std::string_view listUrlPath = "/mac/mac_free_free_request_urls_json.t
 // Parts of fixed log texts, as in YGWebPageUrlConfig.cpp; so are the numbers behind "L".
 constexpr std::string_view readName = "-[YGHttpReqUrlMgr readUrlModelFromFile]";
 constexpr std::string_view takeName = "-[YGHttpReqUrlMgr updateHttpReqUrls]_block_invoke";
-
-/// Held while a pointer to a list is copied or replaced, and for nothing else.
-constinit ForkMutex listPointers;
 
 /// The authority of the download server; empty when there is none.
 std::string configServer() {
@@ -43,11 +42,8 @@ std::optional<std::string> digestOf(const std::shared_ptr<const YGHttpReqUrlMode
     return model ? model->md5Value() : std::nullopt;
 }
 
-/// Reports to the sink. Whatever that throws, the list is taken.
-template <class Report>
-void reporting(Report report) {
-    guarded("report request urls", report);
-}
+/// For calls of the sink. Whatever it throws, the list is taken.
+constexpr std::string_view reporting = "report request urls";
 
 /// Calls what the application gave, which may throw.
 template <class Completion, class... Arguments>
@@ -80,6 +76,18 @@ private:
 };
 
 }  // namespace
+
+using Reference = AtomicReference<const YGHttpReqUrlModel>;
+
+struct YGHttpReqUrlMgr::State {
+    Reference list;
+    std::atomic<std::uint64_t> begun = 0;  ///< downloads and readings, numbered from 1
+    std::mutex lock;                       ///< held while list and file change, never by a lookup
+    std::uint64_t taken = 0;               ///< the number of the one taken last, under the lock
+};
+
+YGHttpReqUrlMgr::YGHttpReqUrlMgr(Key, DiagnosticsSink* sink, Transport transport)
+    : state_(std::make_unique<State>()), transport_(std::move(transport)), sink_(sink) {}
 
 YGHttpReqUrlMgr::~YGHttpReqUrlMgr() = default;
 
@@ -122,14 +130,7 @@ std::shared_ptr<YGHttpReqUrlMgr> YGHttpReqUrlMgr::make(DiagnosticsSink* sink, Tr
 }
 
 std::shared_ptr<const YGHttpReqUrlModel> YGHttpReqUrlMgr::urlModel() const {
-    const std::lock_guard lock(listPointers);
-    return urlModel_;
-}
-
-/// Replaces the list. The one before goes with the parameter, outside of the lock.
-void YGHttpReqUrlMgr::setUrlModel(std::shared_ptr<const YGHttpReqUrlModel> model) {
-    const std::lock_guard lock(listPointers);
-    urlModel_.swap(model);
+    return state_->list.load();
 }
 
 void YGHttpReqUrlMgr::readUrlModelFromFile() {
@@ -140,7 +141,7 @@ void YGHttpReqUrlMgr::read() {
     const Reporter reporter(sink_);
     const std::optional<std::string> path = storagePath(listFileName, false);
     writeBusCommonLogInside("%s L%d filePath: %@", readName, 71, path);
-    reporting([&] { reporter.reading(path.value_or("")); });
+    guarded(reporting, [&] { reporter.reading(path.value_or("")); });
     if (!path || path->empty() || !files::fileExists(*path)) {
         writeBusCommonLogInside("%s L%d [%@]文件不存在", readName, 75, path);
         reporter.report("unreadable-url-list"_rule, path.value_or(""));
@@ -151,14 +152,14 @@ void YGHttpReqUrlMgr::read() {
     std::shared_ptr<const YGHttpReqUrlModel> model;
     {
         // No download may write between what is read here and what becomes the list.
-        const std::lock_guard lock(lock_);
+        const std::lock_guard lock(state_->lock);
         file = files::readWholeFile(*path);
         if (file) {
             model = YGHttpReqUrlModel::read({file.bytes, *path}, "unreadable-url-list"_rule,
                                             found.reporter());
-            setUrlModel(model);
+            state_->list.store(Reference::Next(model));
             if (model)
-                taken_ = ++begun_;
+                state_->taken = ++state_->begun;
         }
     }
     if (!file) {
@@ -179,9 +180,9 @@ void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
         std::string url = "http://" + server + std::string(listUrlPath);
         // Memory is taken before `ended` is given away.
         once = std::make_shared<Once<std::function<void()>>>();
-        net::GetCompletion completion = [self = shared_from_this(), once, number = ++begun_, url](
-                                            const std::optional<std::string>& body, const auto&,
-                                            const std::optional<std::string>& error) {
+        net::GetCompletion completion = [self = shared_from_this(), once, number = ++state_->begun,
+                                         url](const std::optional<std::string>& body, const auto&,
+                                              const std::optional<std::string>& error) {
             guarded("download request urls", [&] { self->take(number, url, body, error); });
             once->call();
         };
@@ -202,7 +203,7 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
                            const std::optional<std::string>& body,
                            const std::optional<std::string>& error) {
     const Reporter reporter(sink_);
-    reporting([&] { reporter.reading(url); });
+    guarded(reporting, [&] { reporter.reading(url); });
     if (!body) {
         reporter.report("failed-download"_rule, url, error.value_or(""));
         return;
@@ -210,18 +211,19 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
     KeptFindings found(sink_);
     const std::shared_ptr<const YGHttpReqUrlModel> model =
         YGHttpReqUrlModel::read({*body, url}, "failed-download"_rule, found.reporter());
-    reporting([&] { found.passOn(); });
+    guarded(reporting, [&] { found.passOn(); });
     const std::optional<std::string> digest = digestOf(model);
     if (!digest || digest->empty())
         return;
-    std::unique_lock lock(lock_);
+    Reference::Next next(model);
+    std::unique_lock lock(state_->lock);
     // What began later has been taken before.
-    if (number < taken_)
+    if (number < state_->taken)
         return;
     const auto current = urlModel();
     const std::optional<std::string> currentDigest = digestOf(current);
     if (digest == currentDigest) {
-        taken_ = number;
+        state_->taken = number;
         lock.unlock();
         if (reporter && model->description() != current->description())
             reporter.report("same-digest-other-entries"_rule, url, *digest);
@@ -237,8 +239,8 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
                             currentDigest);
     // The next start begins with the old list when it cannot be written; this one goes on.
     const files::FileWriting writing = writeStoredFile(listFileName, path, *body);
-    setUrlModel(model);
-    taken_ = number;
+    state_->list.store(std::move(next));
+    state_->taken = number;
     lock.unlock();
     if (!writing)
         reporter.unsaved(listFileName, writing.error);

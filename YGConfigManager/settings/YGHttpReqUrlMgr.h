@@ -4,8 +4,8 @@
 // "request_urls_json.txt", and is refreshed from the configuration download server: a download with
 // another digest takes the place of the list and of the file, byte for byte.
 //
-// Any thread may call. A lookup works on the list that it finds when it begins, and waits at most
-// for others to copy a pointer; a download replaces the list on the network's thread. Nothing waits
+// Any thread may call. A lookup works on the list that it finds when it begins, and waits for
+// nothing; a download replaces the list in one step, on the network's thread. Nothing waits
 // for the network. Downloads and readings of the file end in any order, and the one begun last
 // wins: what was begun before another that gave a list changes nothing. List and file change
 // together, so they agree as far as the file could be written. Of several managers on one file each
@@ -16,15 +16,12 @@
 // list stays as it is.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/export.h"
@@ -59,8 +56,7 @@ public:
     static std::shared_ptr<YGHttpReqUrlMgr> make(DiagnosticsSink* sink = nullptr);
 
     YGHttpReqUrlMgr(Key, DiagnosticsSink* sink,
-                    std::function<void(std::string url, Finish finish)> transport)
-        : transport_(std::move(transport)), sink_(sink) {}
+                    std::function<void(std::string url, Finish finish)> transport);
     YGHttpReqUrlMgr(const YGHttpReqUrlMgr&) = delete;
     YGHttpReqUrlMgr& operator=(const YGHttpReqUrlMgr&) = delete;
     ~YGHttpReqUrlMgr();
@@ -91,6 +87,7 @@ public:
 
 private:
     friend struct RequestUrlsOver;
+    struct State;
 
     /// How requests reach the network: starts a GET, and calls `finish` once.
     using Transport = std::function<void(std::string url, Finish finish)>;
@@ -98,15 +95,11 @@ private:
     static std::shared_ptr<YGHttpReqUrlMgr> init(DiagnosticsSink* sink, Transport transport);
     static std::shared_ptr<YGHttpReqUrlMgr> make(DiagnosticsSink* sink, Transport transport);
 
-    void setUrlModel(std::shared_ptr<const YGHttpReqUrlModel> model);
     void read();
     void take(std::uint64_t number, std::string_view url, const std::optional<std::string>& body,
               const std::optional<std::string>& error);
 
-    std::shared_ptr<const YGHttpReqUrlModel> urlModel_;
-    std::atomic<std::uint64_t> begun_ = 0;  ///< downloads and readings, numbered from 1
-    std::mutex lock_;                       ///< held while list and file change, never by a lookup
-    std::uint64_t taken_ = 0;               ///< the number of the one taken last, under the lock
+    const std::unique_ptr<State> state_;
     const Transport transport_;
     DiagnosticsSink* const sink_;
 };

@@ -53,7 +53,8 @@ public:
     /// looks, also after a crash, finds the old one or the new one. Of several replacements at the
     /// same time the file ends as the table does. False when the text is not well-formed or memory
     /// does not suffice for the table, with nothing changed, and when the file could not be
-    /// written, with the new table in place. Waits for the disk; lookups do not.
+    /// written, with the new table in place. Waits for the disk; lookups do not. In findings about
+    /// the new table, columns count each "&" as the five characters "&amp;".
     bool replaceDataFromServer(OptionalText text);
 
     /// The text with each occurrence of the target replaced, in one pass from left to right. Letter

@@ -294,6 +294,7 @@ TEST_F(SettingsDiagnostics, KeysThatAreNotInATable) {
 TEST_F(SettingsDiagnostics, TablesFromAServer) {
     const auto table = openPages("<urls/>");
     table->replaceDataFromServer("<urls>\n<url key='a'>?a&amp;b</url><url/></urls>");
+    EXPECT_EQ(sink.findings.back().place.begin.column, 28u + 4);
     EXPECT_THAT(findings(), ElementsAre("2: escaped-twice =?a&amp;b", "2: web-page-without-key"));
     table->replaceDataFromServer("<urls>");
     EXPECT_THAT(sink.rules(), ElementsAre("unreadable-web-pages"));

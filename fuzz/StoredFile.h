@@ -4,48 +4,29 @@
 #pragma once
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <stdlib.h>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <unistd.h>
 
 #include "Target.h"
+#include "files/TemporaryFolder.h"
 
 namespace yg::fuzz {
 
-/// A new folder, in memory where that is possible: each write is brought to the disk.
-inline std::string makeFolder() {
-    const bool hasMemory = ::access("/dev/shm", W_OK | X_OK) == 0;
-    std::string folder =
-        (hasMemory ? std::filesystem::path("/dev/shm") : std::filesystem::temp_directory_path()) /
-        "yg-fuzz-XXXXXX";
-    require(::mkdtemp(folder.data()) != nullptr, "there is a temporary folder");
-    return folder;
+/// Where to make folders: in memory if possible, because each write is brought to the disk.
+inline std::filesystem::path quickParent() {
+    return ::access("/dev/shm", W_OK | X_OK) == 0 ? std::filesystem::path("/dev/shm")
+                                                  : std::filesystem::temp_directory_path();
 }
 
 class StoredFile {
 public:
-    StoredFile() = default;
-    StoredFile(const StoredFile&) = delete;
-    StoredFile& operator=(const StoredFile&) = delete;
-    ~StoredFile() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
-    }
-    std::string path() const { return folder_ + "/file"; }
-    void put(std::string_view bytes) const {
-        std::ofstream(path(), std::ios::binary | std::ios::trunc) << bytes;
-    }
-    std::string bytes() const {
-        std::ifstream file(path(), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    }
+    std::string path() const { return folder_.at("file"); }
+    void put(std::string_view bytes) const { files::put(path(), bytes); }
+    std::string bytes() const { return files::contentOf(path()); }
 
 private:
-    const std::string folder_ = makeFolder();
+    const files::TemporaryFolder folder_{quickParent()};
 };
 
 }  // namespace yg::fuzz

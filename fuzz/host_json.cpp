@@ -2,47 +2,26 @@
 //
 // Bytes as the settings file of the stand-alone host.
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <stdlib.h>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "YGConfigManager/host/JsonValue.h"
 #include "YGConfigManager/host/StandAloneHost.h"
 
 #include "Target.h"
+#include "files/TemporaryFolder.h"
 
 namespace {
 
 using yg::fuzz::require;
 using yg::fuzz::textOf;
 
-class Root {
-public:
-    Root() {
-        path_ = (std::filesystem::temp_directory_path() / "yg-fuzz-XXXXXX").string();
-        require(::mkdtemp(path_.data()) != nullptr, "there is a temporary folder");
-    }
-    Root(const Root&) = delete;
-    Root& operator=(const Root&) = delete;
-    ~Root() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    const std::string& path() const { return path_; }
-
-private:
-    std::string path_;
-};
-
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const Root root;
-    const std::string file = root.path() + "/host.json";
-    std::ofstream(file, std::ios::binary | std::ios::trunc) << textOf(data, size);
+    static const yg::files::TemporaryFolder root;
+    const std::string file = root.at("host.json");
+    yg::files::put(file, textOf(data, size));
 
     const yg::StandAloneHost::Opened opened = yg::StandAloneHost::open(root.path());
     require(static_cast<bool>(opened) == opened.error.empty(), "a host or a description");

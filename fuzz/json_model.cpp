@@ -98,14 +98,14 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::shared_ptr<Book> book = yg::modelWithJSON<Book>(bytes);
     require((book != nullptr) == (parsed && parsed.value->object() != nullptr),
             "one object is a model, and nothing else");
-    if (book == nullptr)
+    if (!book)
         return 0;
     expectReadsBack(*book);
 
     const yg::JsonList list = book->entries.json();
     const auto items = yg::modelArrayWithClass<Entry>(list);
     require((items == nullptr) == (list == nullptr), "an absent list stays absent");
-    if (items == nullptr)
+    if (!items)
         return 0;
     require(items->size() <= list->size(), "what is not an object is left out");
     book->entries =

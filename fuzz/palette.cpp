@@ -6,13 +6,10 @@
 // The input is cut at lines "=====" into the light palette, the dark one, and an image file, which
 // palettes name as "a.png".
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "YGConfigManager/host/MainQueue.h"
 #include "YGConfigManager/palette/YGPaletteLoad.h"
@@ -30,25 +27,6 @@ using yg::fuzz::require;
 using yg::fuzz::shown;
 using yg::fuzz::takeUntil;
 using yg::fuzz::textOf;
-
-/// A folder that goes with the process, with the files of one input.
-class Folder {
-public:
-    Folder() = default;
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    ~Folder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    const std::string& path() const { return path_; }
-    void put(std::string_view name, std::string_view bytes) const {
-        std::ofstream(path_ + "/" + std::string(name), std::ios::binary | std::ios::trunc) << bytes;
-    }
-
-private:
-    const std::string path_ = yg::fuzz::makeFolder();
-};
 
 class PaletteHost final : public LoggingHost {
 public:
@@ -111,15 +89,15 @@ void cutAndScale(const YGPaletteLoad& loader) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const Folder folder;
+    static const yg::files::TemporaryFolder folder{yg::fuzz::quickParent()};
     static const auto host = std::make_shared<PaletteHost>(folder.path());
     static const std::shared_ptr<Host> before = setHost(host);
     static_cast<void>(before);
 
     std::string_view rest = textOf(data, size);
-    folder.put("palette_white.xml", takeUntil(rest, "=====\n"));
-    folder.put("palette_black.xml", takeUntil(rest, "=====\n"));
-    folder.put("a.png", rest);
+    folder.write("palette_white.xml", takeUntil(rest, "=====\n"));
+    folder.write("palette_black.xml", takeUntil(rest, "=====\n"));
+    folder.write("a.png", rest);
 
     const auto load = [](DiagnosticsSink* sink) {
         host->log.clear();

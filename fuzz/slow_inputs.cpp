@@ -18,13 +18,11 @@
 #include <cstdint>
 #include <cstring>
 #include <ctime>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "YGConfigManager/events/YGEventLoader.h"
 #include "YGConfigManager/graphics/Image.h"
@@ -72,26 +70,14 @@ private:
     std::string folder_;
 };
 
-class Folder {
-public:
-    Folder() = default;
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    ~Folder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path, ignored);
-    }
-    const std::string path = yg::fuzz::makeFolder();
-};
-
-const Folder& folder() {
-    static const Folder one;
+const files::TemporaryFolder& folder() {
+    static const files::TemporaryFolder one{yg::fuzz::quickParent()};
     return one;
 }
 
 OneFileHost& host() {
     static const auto one = [] {
-        auto made = std::make_shared<OneFileHost>(folder().path);
+        auto made = std::make_shared<OneFileHost>(folder().path());
         setHost(made);
         return made;
     }();
@@ -144,7 +130,7 @@ void loadRequestUrls() {
 }
 
 void loadHostJson() {
-    StandAloneHost::open(folder().path);
+    StandAloneHost::open(folder().path());
 }
 
 void loadImage() {
@@ -179,7 +165,7 @@ const Format* formatOf(std::uint8_t letter) {
     const auto found = std::find_if(
         std::begin(formats), std::end(formats),
         [&](const Format& format) { return format.letter == static_cast<char>(letter); });
-    const bool isWanted = found != std::end(formats) && (chosen == nullptr || chosen == &*found);
+    const bool isWanted = found != std::end(formats) && (!chosen || chosen == &*found);
     return isWanted ? &*found : nullptr;
 }
 
@@ -358,14 +344,14 @@ extern "C" int LLVMFuzzerInitialize(int* argumentCount, char*** arguments) {
 /// The letter stays.
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
                                                std::size_t maximum, unsigned) {
-    if (chosen != nullptr)
+    if (chosen)
         data[0] = static_cast<std::uint8_t>(chosen->letter);
     return 1 + LLVMFuzzerMutate(data + 1, std::max<std::size_t>(size, 1) - 1, maximum - 1);
 }
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const Format* const format = size == 0 ? nullptr : formatOf(data[0]);
-    if (format == nullptr)
+    if (!format)
         return 0;
     const std::string_view text = textOf(data + 1, size - 1);
     const Input input = format->grows ? inputOf(text) : Input{text, {}, {}};

@@ -156,7 +156,8 @@ void readingJson(const Reporter& reporter, const JsonText& text, const Rule& unr
     JsonEntry entry(*parsed.value);
     if (reporter) {
         source.emplace(JsonEntry::Source{reporter, text, text::LineIndex(text.bytes)});
-        entry.account_.reset(new JsonEntry::Account{*source, *parsed.value});
+        entry.account_ =
+            std::make_unique<JsonEntry::Account>(JsonEntry::Account{*source, *parsed.value});
     }
     read(entry);
     entry.end();

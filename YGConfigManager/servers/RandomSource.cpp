@@ -3,7 +3,7 @@
 
 #include <array>
 #include <cstddef>
-#include <stdlib.h>
+#include <cstdlib>
 
 #include "YGConfigManager/host/Immortal.h"
 

@@ -29,7 +29,7 @@ void printPanels(const yg::PanelList& panels, const std::string& indent) {
 bool printStyle(const yg::YGStyleConfigLoad& loader, const std::string& name) {
     // The record is the loader's own; an application copies it before it changes anything.
     const std::shared_ptr<yg::StyleConfigInfo> style = loader.loadStyleConfigInfoWithName(name);
-    if (style == nullptr) {
+    if (!style) {
         std::cerr << "There is no style " << name << ".\n";
         return false;
     }

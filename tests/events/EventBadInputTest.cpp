@@ -13,8 +13,8 @@
 #include "LargeInput.h"
 #include "diagnostics/RecordingSink.h"
 #include "events/EventFile.h"
+#include "files/TemporaryFolder.h"
 #include "host/RecordingHost.h"
-#include "host/TempRoot.h"
 
 namespace yg {
 namespace {
@@ -22,12 +22,12 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
+using yg::files::TemporaryFolder;
 using yg::testing::keysOf;
 using yg::testing::largeInput;
 using yg::testing::loadEvents;
 using yg::testing::RecordingSink;
 using yg::testing::ScopedHost;
-using yg::testing::TempRoot;
 
 constexpr std::string_view whole = R"(<event_list>
     <command_event><c name="open" change_style="page"/></command_event>
@@ -74,7 +74,7 @@ TEST(EventBadInput, AFileCutAnywhereIsLoggedAndEmpty) {
 
 TEST(EventBadInput, AFolderIsLoggedAndEmpty) {
     const ScopedHost host;
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto loader = YGEventLoader::initWithEventConfigPath(root.path());
     EXPECT_THAT(host->runtimeLog(),
                 ElementsAre(StartsWith("load palette config fail:" + root.path() + ": ")));

@@ -52,7 +52,7 @@ TEST(EventDiagnostics, AFileInOrderHasNoFindings) {
 
 TEST(EventDiagnostics, NameTheFileReadAndTheReasonWhenItCannotBe) {
     const ScopedHost host;
-    const yg::testing::TempRoot root;
+    const yg::files::TemporaryFolder root;
     RecordingSink sink;
     const std::string path = root.at("none.xml");
     YGEventLoader::initWithEventConfigPath(path, &sink);

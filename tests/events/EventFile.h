@@ -11,14 +11,14 @@
 
 #include "YGConfigManager/events/YGEventLoader.h"
 
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 
 namespace yg::testing {
 
 /// The loader of a file with this text.
 inline std::shared_ptr<YGEventLoader> loadEvents(std::string_view xml,
                                                  DiagnosticsSink* sink = nullptr) {
-    const TempRoot root;
+    const files::TemporaryFolder root;
     root.write("events.xml", xml);
     return YGEventLoader::initWithEventConfigPath(root.at("events.xml"), sink);
 }

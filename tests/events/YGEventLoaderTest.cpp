@@ -14,19 +14,19 @@
 #include "YGConfigManager/xml/Document.h"
 
 #include "events/EventFile.h"
+#include "files/TemporaryFolder.h"
 #include "host/RecordingHost.h"
-#include "host/TempRoot.h"
 
 namespace yg {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using yg::files::TemporaryFolder;
 using yg::testing::commandOf;
 using yg::testing::keysOf;
 using yg::testing::loadEvents;
 using yg::testing::ScopedHost;
-using yg::testing::TempRoot;
 
 void expectEmpty(const YGEventLoader& loader) {
     EXPECT_TRUE(loader.commandDatas().empty());
@@ -276,7 +276,7 @@ TEST(EventLoad, IgnoresOtherChildrenOfTheRoot) {
 }
 
 TEST(EventLoad, ASecondPassReadsTheFileAgain) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(
         "events.xml",
         "<event_list><command_event><c name='a' dispatch='1'/></command_event></event_list>");
@@ -290,7 +290,7 @@ TEST(EventLoad, ASecondPassReadsTheFileAgain) {
 }
 
 TEST(EventLoad, EachLoaderReadsForItself) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("events.xml",
                "<event_list><command_event><c name='a'/></command_event></event_list>");
     const auto one = YGEventLoader::initWithEventConfigPath(root.at("events.xml"));
@@ -308,7 +308,7 @@ TEST(EventLoad, AsksTheHostNothingAndLogsNothingWhenAllIsWell) {
 
 TEST(EventLoad, AFileThatDoesNotParseIsLoggedWithTheParsersWords) {
     const ScopedHost host;
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("events.xml", "<event_list>\n<command_event><c name='open'/></event_list>");
     const std::string path = root.at("events.xml");
     const auto loader = YGEventLoader::initWithEventConfigPath(path);
@@ -321,7 +321,7 @@ TEST(EventLoad, AFileThatDoesNotParseIsLoggedWithTheParsersWords) {
 
 TEST(EventLoad, AMissingFileIsLogged) {
     const ScopedHost host;
-    const TempRoot root;
+    const TemporaryFolder root;
     const std::string path = root.at("none.xml");
     const auto loader = YGEventLoader::initWithEventConfigPath(path);
     EXPECT_THAT(host->runtimeLog(),

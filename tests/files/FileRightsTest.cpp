@@ -122,9 +122,8 @@ protected:
 class FileRightsOfUsers : public FileRights {
 protected:
     void SetUp() override {
-        if (::geteuid() != 0) {
+        if (::geteuid() != 0)
             GTEST_SKIP() << "only root can be several users";
-        }
     }
 };
 
@@ -132,9 +131,8 @@ class FileRightsByList : public FileRights {
 protected:
     void SetUp() override {
         if (!setList(path,
-                     listOf({{Entry::owner, 6}, {Entry::owningGroup, 4}, {Entry::others, 4}}))) {
+                     listOf({{Entry::owner, 6}, {Entry::owningGroup, 4}, {Entry::others, 4}})))
             GTEST_SKIP() << "the file system has no access lists";
-        }
     }
 
     // A user who may write, and a group that may read.
@@ -329,9 +327,8 @@ TEST_F(FileRightsByList, AListThatCannotBeGivenBecomesWhatAllOfItHad) {
 }
 
 TEST_F(FileRightsByList, AListIsNotGivenToAnotherGroup) {
-    if (::geteuid() != 0) {
+    if (::geteuid() != 0)
         GTEST_SKIP() << "only root can be several users";
-    }
     own(user, otherGroup, 0660);
     ASSERT_TRUE(setList(path, list));
     EXPECT_TRUE(writtenAs(user, {group}));

@@ -144,9 +144,8 @@ TEST(Leftovers, AreRegularFilesOnly) {
 }
 
 TEST(Leftovers, BelongToTheWriterOrToTheOwnerOfTheFileWritten) {
-    if (::geteuid() != 0) {
+    if (::geteuid() != 0)
         GTEST_SKIP() << "only root can be several users";
-    }
     const TemporaryFolder folder;
     put(folder / "a.xml", "old");
     ASSERT_EQ(::chown((folder / "a.xml").c_str(), 12'001, 12'001), 0);

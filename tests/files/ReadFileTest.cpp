@@ -164,9 +164,8 @@ TEST(ReadFile, AFileBeyondTheLargestIsAnErrorThatTakesNoMemory) {
 
 TEST(ReadFile, AFileThatGrowsIsReadToItsEnd) {
     struct stat state = {};
-    if (::stat("/proc/self/smaps", &state) != 0 || state.st_size != 0) {
+    if (::stat("/proc/self/smaps", &state) != 0 || state.st_size != 0)
         GTEST_SKIP() << "no file that grows";
-    }
     const FileReading reading = readWholeFile("/proc/self/smaps");
     EXPECT_TRUE(reading);
     EXPECT_GT(reading.bytes.size(), 10'000U);
@@ -176,9 +175,8 @@ TEST(ReadFile, AFileThatGrowsIsReadToItsEnd) {
 
 TEST(ReadFile, AFileThatGrowsBeyondTheLimitIsAnError) {
     struct stat state = {};
-    if (::stat("/proc/self/smaps", &state) != 0 || state.st_size != 0) {
+    if (::stat("/proc/self/smaps", &state) != 0 || state.st_size != 0)
         GTEST_SKIP() << "no file that grows";
-    }
     for (const std::size_t limit : {0U, 1U, 5000U}) {
         const FileReading reading = readWholeFile("/proc/self/smaps", limit);
         expectFailure(reading, "/proc/self/smaps");
@@ -187,9 +185,8 @@ TEST(ReadFile, AFileThatGrowsBeyondTheLimitIsAnError) {
 }
 
 TEST(ReadFile, ThrowsForAFileLargerThanTheMemory) {
-    if (memoryIsChecked) {
+    if (memoryIsChecked)
         GTEST_SKIP() << "the checker ends the process when memory runs out";
-    }
     const TemporaryFolder folder;
     put(folder / "a.xml", "");
     fs::resize_file(folder / "a.xml", largestFileRead);

@@ -21,8 +21,9 @@ namespace yg::files {
 
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
-        path_ = (std::filesystem::temp_directory_path() / "yg-files-XXXXXX").string();
+    explicit TemporaryFolder(
+        const std::filesystem::path& parent = std::filesystem::temp_directory_path())
+        : path_(parent / "yg-test-XXXXXX") {
         if (!::mkdtemp(path_.data()))
             throw std::runtime_error("no temporary folder");
     }
@@ -34,7 +35,19 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     const std::string& path() const { return path_; }
-    std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
+
+    /// The path of something inside the folder.
+    std::string at(std::string_view name) const { return path_ + "/" + std::string(name); }
+    std::string operator/(std::string_view name) const { return at(name); }
+
+    /// Writes a file inside the folder, with the folders above it.
+    void write(std::string_view name, std::string_view bytes) const {
+        const std::filesystem::path file = at(name);
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream(file, std::ios::binary) << bytes;
+    }
+
+    void makeFolder(std::string_view name) const { std::filesystem::create_directories(at(name)); }
 
     /// The names in the folder, or in a folder inside it.
     std::set<std::string> names(std::string_view inside = ".") const {

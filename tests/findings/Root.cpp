@@ -22,7 +22,7 @@
 #include "YGConfigManager/text/Utf8.h"
 #include "YGConfigManager/xml/Document.h"
 
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 #include "records/RecordText.h"
 
 namespace yg::testing {

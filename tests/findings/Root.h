@@ -11,7 +11,7 @@
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 
 namespace yg::testing {
 
@@ -50,7 +50,7 @@ public:
     std::string nameOf(const std::string& file) const;
 
 private:
-    TempRoot folder_;
+    files::TemporaryFolder folder_;
 };
 
 /// The files of generated root number `seed`: mostly right, with all kinds of mistakes.

@@ -171,7 +171,7 @@ TEST(JsonSchemas, AcceptExamplesAndTheSample) {
 bool isLoaded(std::string_view format, std::string_view text) {
     if (format == "request_urls")
         return yg::testing::findingsOfRequestUrls(text).empty();
-    const yg::testing::TempRoot root;
+    const yg::files::TemporaryFolder root;
     root.write("host.json", text);
     return static_cast<bool>(StandAloneHost::open(root.path()));
 }
@@ -219,7 +219,7 @@ std::pair<int, std::string> run(const std::string& command) {
     std::array<char, 4096> part{};
     std::string text;
     FILE* const pipe = ::popen((command + " 2>&1").c_str(), "r");
-    while (std::fgets(part.data(), part.size(), pipe) != nullptr)
+    while (std::fgets(part.data(), part.size(), pipe))
         text += part.data();
     return {::pclose(pipe), text};
 }

@@ -17,9 +17,9 @@
 #include "YGConfigManager/settings/YGWebPageUrlConfig.h"
 
 #include "diagnostics/RecordingSink.h"
+#include "files/TemporaryFolder.h"
 #include "formats/Documents.h"
 #include "host/RecordingHost.h"
-#include "host/TempRoot.h"
 
 namespace yg::testing {
 
@@ -36,7 +36,7 @@ public:
         host->defualtFolders[4] = folder.path();
     }
 
-    TempRoot folder;
+    files::TemporaryFolder folder;
     ScopedHost<> host;
     RecordingSink sink;
 };

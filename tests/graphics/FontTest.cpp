@@ -20,10 +20,10 @@
 #include "YGConfigManager/graphics/Font.h"
 #include "YGConfigManager/graphics/FontServices.h"
 
+#include "files/TemporaryFolder.h"
 #include "graphics/CountedMemory.h"
 #include "graphics/ImageFiles.h"
 #include "graphics/TestFonts.h"
-#include "host/TempRoot.h"
 
 namespace {
 
@@ -331,7 +331,7 @@ std::string contentOf(const std::string& path) {
 }
 
 TEST(FontFiles, AFileThatIsShortenedWhileItIsOpenChangesNothing) {
-    const yg::testing::TempRoot root;
+    const yg::files::TemporaryFolder root;
     root.write("font.ttf", contentOf(testFontPath("latin.ttf")));
     FontServices fonts{{root.at("font.ttf")}};
     const yg::Font font = fonts.named("YG Test Latin", 12).value();
@@ -342,7 +342,7 @@ TEST(FontFiles, AFileThatIsShortenedWhileItIsOpenChangesNothing) {
 }
 
 TEST(FontFiles, AFileThatIsShortenedBeforeItIsOpenedIsNoFont) {
-    const yg::testing::TempRoot root;
+    const yg::files::TemporaryFolder root;
     const std::string whole = contentOf(testFontPath("latin.ttf"));
     for (const std::size_t size : {std::size_t{0}, std::size_t{11}, whole.size() / 2}) {
         root.write("font.ttf", whole);
@@ -377,7 +377,7 @@ std::string collectionOf(const std::vector<std::string>& fonts) {
 }
 
 TEST(FontFiles, AreInMemoryOnceForAllTheirFaces) {
-    const yg::testing::TempRoot root;
+    const yg::files::TemporaryFolder root;
     const std::string both =
         collectionOf({contentOf(testFontPath("latin.ttf")), contentOf(testFontPath("light.ttf"))});
     constexpr std::size_t size = 1 << 20;

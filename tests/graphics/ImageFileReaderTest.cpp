@@ -7,9 +7,9 @@
 
 #include "YGConfigManager/graphics/ImageFileReader.h"
 
+#include "files/TemporaryFolder.h"
 #include "graphics/CountedMemory.h"
 #include "graphics/ImageFiles.h"
-#include "host/TempRoot.h"
 
 namespace {
 
@@ -48,7 +48,7 @@ protected:
         return fresh.read(root.at("small.png")).outcome;
     }
 
-    TempRoot root;
+    yg::files::TemporaryFolder root;
     ImageFileReader reader;
 };
 

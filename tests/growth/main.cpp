@@ -7,12 +7,13 @@
 #include <filesystem>
 #include <string>
 #include <sys/wait.h>
-#include <system_error>
 #include <unistd.h>
 #include <valgrind/valgrind.h>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "files/TemporaryFolder.h"
 
 namespace {
 
@@ -40,19 +41,13 @@ namespace fs = std::filesystem;
 }
 
 int runCounted(char** arguments) {
-    std::string folder = (fs::temp_directory_path() / "yg-growth-XXXXXX").string();
-    if (::mkdtemp(folder.data()) == nullptr) {
-        std::perror(folder.c_str());
-        return 1;
-    }
+    const yg::files::TemporaryFolder folder;
     const pid_t child = ::fork();
     if (child == 0)
-        becomeCounted(folder, arguments);
+        becomeCounted(folder.path(), arguments);
     int status = 1;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
     return WIFEXITED(status) ? WEXITSTATUS(status) : 1;
 }
 

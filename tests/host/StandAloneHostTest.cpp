@@ -10,16 +10,16 @@
 #include "YGConfigManager/host/StandAloneHost.h"
 
 #include "files/ScopedFileLayer.h"
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 
 namespace {
 
 using testing::ElementsAre;
 using yg::StandAloneHost;
+using yg::files::TemporaryFolder;
 using yg::testing::ScopedFileLayer;
-using yg::testing::TempRoot;
 
-std::shared_ptr<StandAloneHost> open(const TempRoot& root) {
+std::shared_ptr<StandAloneHost> open(const TemporaryFolder& root) {
     StandAloneHost::Opened opened = StandAloneHost::open(root.path());
     EXPECT_TRUE(opened) << opened.error;
     EXPECT_EQ(opened.error, "");
@@ -37,7 +37,7 @@ std::optional<std::string> writePath(StandAloneHost& host,
 }
 
 TEST(StandAloneHost, ReadsTheUsersCopyBeforeTheShippedOne) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto host = open(root);
     EXPECT_EQ(readPath(*host, "a.xml"), root.at("user/a.xml"));
     root.write("storage/a.xml", "shipped");
@@ -47,7 +47,7 @@ TEST(StandAloneHost, ReadsTheUsersCopyBeforeTheShippedOne) {
 }
 
 TEST(StandAloneHost, AFolderIsNoCopyOfAFile) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto host = open(root);
     root.makeFolder("user/a.xml");
     root.makeFolder("storage/b.xml");
@@ -57,13 +57,13 @@ TEST(StandAloneHost, AFolderIsNoCopyOfAFile) {
 }
 
 TEST(StandAloneHost, ReadingMakesNoFolder) {
-    const TempRoot root;
+    const TemporaryFolder root;
     readPath(*open(root), "a.xml");
     EXPECT_FALSE(std::filesystem::exists(root.at("user")));
 }
 
 TEST(StandAloneHost, WritesGoToTheUsersFolderWhichIsMade) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto host = open(root);
     root.write("storage/a.xml", "shipped");
     EXPECT_EQ(writePath(*host, "a.xml"), root.at("user/a.xml"));
@@ -74,7 +74,7 @@ TEST(StandAloneHost, WritesGoToTheUsersFolderWhichIsMade) {
 }
 
 TEST(StandAloneHost, WritesHaveNoLocationWhenTheFolderCannotBeMade) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("user", "a file");
     EXPECT_EQ(writePath(*open(root), "a.xml"), std::nullopt);
     StandAloneHost nowhere(root.at("missing"));
@@ -83,7 +83,7 @@ TEST(StandAloneHost, WritesHaveNoLocationWhenTheFolderCannotBeMade) {
 }
 
 TEST(StandAloneHost, TheUsersFolderIsBroughtToTheDiskOnce) {
-    const TempRoot root;
+    const TemporaryFolder root;
     ScopedFileLayer layer;
     const auto syncs = [&] {
         return std::count(layer->happened.begin(), layer->happened.end(), "sync");
@@ -102,7 +102,7 @@ TEST(StandAloneHost, TheUsersFolderIsBroughtToTheDiskOnce) {
 }
 
 TEST(StandAloneHost, WritesHaveNoLocationUntilTheNewFolderIsSafe) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto host = open(root);
     for (const int error : {EIO, ENOSPC, EACCES, EMFILE, EROFS, EDQUOT}) {
         for (const std::string_view failing : {"makeFolder", "openFolder", "sync"}) {
@@ -116,14 +116,14 @@ TEST(StandAloneHost, WritesHaveNoLocationUntilTheNewFolderIsSafe) {
 }
 
 TEST(StandAloneHost, TheUsersFolderMayBeALink) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.makeFolder("elsewhere");
     std::filesystem::create_directory_symlink("elsewhere", root.at("user"));
     EXPECT_EQ(writePath(*open(root), "a.xml"), root.at("user/a.xml"));
 }
 
 TEST(StandAloneHost, AFileNameThatLeavesTheFolderHasNoLocation) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("b", "outside");
     const auto host = open(root);
     for (const std::optional<std::string_view> name : {std::optional<std::string_view>(),
@@ -148,7 +148,7 @@ TEST(StandAloneHost, AFileNameThatLeavesTheFolderHasNoLocation) {
 }
 
 TEST(StandAloneHost, KnowsTheStorageAreaOneWithoutSubFoldersOnly) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto host = open(root);
     EXPECT_EQ(host->getStorageFilePath(1, "", "a", false), root.at("user/a"));
     EXPECT_EQ(host->getStorageFilePath(1, "sub", "a", false), std::nullopt);
@@ -158,7 +158,7 @@ TEST(StandAloneHost, KnowsTheStorageAreaOneWithoutSubFoldersOnly) {
 }
 
 TEST(StandAloneHost, ConfigurationFilesStandInTheirFoldersWhetherOrNotTheyExist) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto host = open(root);
     EXPECT_EQ(host->getSoftOptimizeConfigFilePath(0, "magic_panels.xml"),
               root.at("soft_optimize/magic_panels.xml"));
@@ -169,7 +169,7 @@ TEST(StandAloneHost, ConfigurationFilesStandInTheirFoldersWhetherOrNotTheyExist)
 }
 
 TEST(StandAloneHost, FolderKindFourHoldsTheImages) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto host = open(root);
     EXPECT_EQ(host->getDefualtFolderPath(4), root.at("images"));
     EXPECT_EQ(host->getDefualtFolderPath(0), std::nullopt);
@@ -184,7 +184,7 @@ TEST(StandAloneHost, PathsBeginWithTheRootAsItWasGiven) {
 }
 
 TEST(StandAloneHost, AMissingSettingsFileSetsNothing) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto host = open(root);
     EXPECT_EQ(host->getUserRightDescription(), std::nullopt);
     EXPECT_EQ(host->configServer(), std::nullopt);
@@ -192,7 +192,7 @@ TEST(StandAloneHost, AMissingSettingsFileSetsNothing) {
 }
 
 TEST(StandAloneHost, ReadsItsSettings) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("host.json",
                "\xef\xbb\xbf"
                R"({
@@ -218,7 +218,7 @@ TEST(StandAloneHost, ReadsItsSettings) {
 }
 
 TEST(StandAloneHost, NullSettingsCountAsMissing) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("host.json", R"({"rightLevel": null, "configServer": null, "mappings": null})");
     const auto host = open(root);
     EXPECT_EQ(host->getUserRightDescription(), std::nullopt);
@@ -227,7 +227,7 @@ TEST(StandAloneHost, NullSettingsCountAsMissing) {
 }
 
 TEST(StandAloneHost, AnEmptyRightLevelIsKeptAnEmptyServerIsNone) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("host.json", R"({"rightLevel": "", "configServer": ""})");
     const auto host = open(root);
     EXPECT_EQ(host->getUserRightDescription(), "");
@@ -235,7 +235,7 @@ TEST(StandAloneHost, AnEmptyRightLevelIsKeptAnEmptyServerIsNone) {
 }
 
 TEST(StandAloneHost, TheRightLevelCanBeOverridden) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("host.json", R"({"rightLevel": "free"})");
     const auto host = open(root);
     host->overrideUserRight("l2");
@@ -273,7 +273,7 @@ TEST(StandAloneHost, SaysWhereItsSettingsAreWrong) {
                  "\"mappings\".\"k\".\"n\" must be a list of texts"},
          }) {
         SCOPED_TRACE(row.settings);
-        const TempRoot root;
+        const TemporaryFolder root;
         root.write("host.json", row.settings);
         const StandAloneHost::Opened opened = StandAloneHost::open(root.path());
         EXPECT_FALSE(opened);
@@ -285,7 +285,7 @@ TEST(StandAloneHost, SaysWhereItsSettingsAreWrong) {
 TEST(StandAloneHost, SettingsThatCannotBeReadAreAnError) {
     for (const std::string_view kind : {"folder", "dangling link", "pipe"}) {
         SCOPED_TRACE(kind);
-        const TempRoot root;
+        const TemporaryFolder root;
         if (kind == "folder") {
             root.makeFolder("host.json");
         } else if (kind == "pipe") {
@@ -301,7 +301,7 @@ TEST(StandAloneHost, SettingsThatCannotBeReadAreAnError) {
 }
 
 TEST(StandAloneHost, TheRootHasToBeAFolder) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("file", "x");
     EXPECT_EQ(StandAloneHost::open(root.at("none")).error,
               "root folder \"" + root.at("none") + "\": No such file or directory");
@@ -314,7 +314,7 @@ TEST(StandAloneHost, TheRootHasToBeAFolder) {
 }
 
 TEST(StandAloneHost, CanGoOnWithDefaultsAndSaySoOnce) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("host.json", "{");
     testing::internal::CaptureStderr();
     const auto host = StandAloneHost::openOrDefaults(root.path());

@@ -18,14 +18,14 @@
 #include "YGConfigManager/host/StandAloneHost.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 
+#include "files/TemporaryFolder.h"
 #include "host/RecordingHost.h"
-#include "host/TempRoot.h"
 
 namespace {
 
 using yg::YGFrameComFun;
+using yg::files::TemporaryFolder;
 using yg::testing::RecordingHost;
-using yg::testing::TempRoot;
 
 constexpr int rounds = 300;
 
@@ -46,7 +46,7 @@ void runTogether(const std::vector<std::function<void(int)>>& functions) {
 }
 
 TEST(Threads, MayReplaceTheHostWhileOthersAskAndLog) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto alone = std::make_shared<yg::StandAloneHost>(root.path());
     const auto recording = std::make_shared<RecordingHost>();
     recording->userRight = "l2";

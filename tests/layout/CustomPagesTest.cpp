@@ -492,7 +492,7 @@ TEST_F(CustomPages, MarkPanelsThatOtherThreadsRead) {
                 const std::optional<std::string> shown = panel->magicPanelsName();
                 if ((shown && *shown != name) || !panel->isMagicPanels() ||
                     panel->foldPosition() != "left" || RecordText::of(panel).empty() ||
-                    panel->copyWithZone() == nullptr)
+                    !panel->copyWithZone())
                     ++failures;
             }
         });

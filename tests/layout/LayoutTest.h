@@ -17,8 +17,8 @@
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 #include "YGConfigManager/xml/Document.h"
 
+#include "files/TemporaryFolder.h"
 #include "host/RecordingHost.h"
-#include "host/TempRoot.h"
 
 namespace yg::testing {
 
@@ -102,7 +102,7 @@ protected:
         return find(find(loader.magicPanelInfos(), group), member);
     }
 
-    const TempRoot root;
+    const files::TemporaryFolder root;
     const ScopedHost<> host;
     YGStyleConfigLoad loader;
 };

@@ -97,9 +97,9 @@ void* calloc(std::size_t count, std::size_t size) {
 void* realloc(void* memory, std::size_t size) {
     if (fails(Allocators::all))
         return nullptr;
-    const bool isNew = memory == nullptr;
+    const bool isNew = !memory;
     void* const moved = __libc_realloc(memory, size);
-    state.live += (isNew && moved != nullptr) - (!isNew && size == 0);
+    state.live += (isNew && moved) - (!isNew && size == 0);
     return moved;
 }
 void* memalign(std::size_t alignment, std::size_t size) {
@@ -110,9 +110,9 @@ void* aligned_alloc(std::size_t alignment, std::size_t size) {
 }
 int posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
     void* const made = memalign(alignment, size);
-    if (made != nullptr)
+    if (made)
         *memory = made;
-    return made != nullptr ? 0 : ENOMEM;
+    return made ? 0 : ENOMEM;
 }
 void free(void* memory) {
     state.live -= memory != nullptr;

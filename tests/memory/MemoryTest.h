@@ -26,8 +26,8 @@
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/host/Host.h"
 
+#include "files/TemporaryFolder.h"
 #include "host/RecordingHost.h"
-#include "host/TempRoot.h"
 #include "memory/FailingAllocations.h"
 #include "records/RecordText.h"
 
@@ -181,7 +181,7 @@ protected:
         }
     }
 
-    const TempRoot root;
+    const files::TemporaryFolder root;
     const ScopedHost<MemoryHost> host{root.path()};
 
 private:

@@ -88,9 +88,8 @@ TEST(Completion, HasNoRealTimePriority) {
         service.get(server.url(), nullptr);
     }).join();
     EXPECT_EQ(inCompletion(service, server.url(), &settingsOfThread).policy, SCHED_OTHER);
-    if (!isPermitted) {
+    if (!isPermitted)
         GTEST_SKIP() << "real-time priority is not permitted here";
-    }
 }
 
 TEST(Completion, StartsProgramsThatEndOnASignal) {

@@ -15,6 +15,7 @@
 #include "diagnostics/RecordingSink.h"
 #include "palette/PaletteRoot.h"
 #include "palette/TestFonts.h"
+#include "records/RecordText.h"
 
 namespace yg {
 namespace {
@@ -23,7 +24,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using yg::testing::PaletteRoot;
 using yg::testing::RecordingSink;
-using yg::testing::textOf;
+using yg::testing::wholeText;
 
 std::vector<std::string> findings(std::string_view xml) {
     const PaletteRoot files;
@@ -243,7 +244,7 @@ TEST(PaletteDiagnostics, ASinkChangesNeitherAnswersNorLog) {
     files.host->clear();
     const auto without = YGPaletteLoad::initWithPaletteStyle(0);
     EXPECT_FALSE(sink.found.empty());
-    EXPECT_EQ(textOf(*with), textOf(*without));
+    EXPECT_EQ(wholeText(*with), wholeText(*without));
     EXPECT_EQ(log, files.host->log());
 }
 

@@ -16,8 +16,8 @@
 #include "YGConfigManager/host/MainQueue.h"
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 
+#include "files/TemporaryFolder.h"
 #include "host/RecordingHost.h"
-#include "host/TempRoot.h"
 
 namespace yg::testing {
 
@@ -68,7 +68,7 @@ public:
         root.write("images/" + name, *columns(width, height).toPng());
     }
 
-    TempRoot root;
+    files::TemporaryFolder root;
     ScopedHost<> host;
     std::shared_ptr<HeldQueue> queue = std::make_shared<HeldQueue>();
 };
@@ -85,6 +85,11 @@ inline std::shared_ptr<YGPaletteLoad> loadPalette(std::string_view content) {
     return YGPaletteLoad::initWithPaletteStyle(0);
 }
 
+/// What a light palette without content gives, as text.
+constexpr std::string_view emptyPalette =
+    "{currentPaletteStyle=0 customColors=() keyColorNames=() customFonts=() keyFontNames=() "
+    "customImages=() }";
+
 /// The keys of a map in their order.
 template <class Value>
 std::vector<std::string> keysOf(const RecordMap<Value>& map) {
@@ -92,38 +97,6 @@ std::vector<std::string> keysOf(const RecordMap<Value>& map) {
     for (const auto& [key, value] : map)
         keys.push_back(key);
     return keys;
-}
-
-inline std::string textOf(std::int8_t number) {
-    return std::to_string(number);
-}
-inline std::string textOf(std::size_t number) {
-    return std::to_string(number);
-}
-inline std::string textOf(double number) {
-    return std::to_string(number);
-}
-inline std::string textOf(const std::string& text) {
-    return text;
-}
-
-template <class Value>
-std::string textOf(const RecordMap<Value>& map);
-
-/// A record's fields between blanks.
-template <class Record>
-auto textOf(const Record& record) -> decltype(Description<Record>::fields, std::string()) {
-    std::string text;
-    forEachField(record, [&](std::string_view, const auto& field) { text += textOf(field) + ' '; });
-    return text;
-}
-
-template <class Value>
-std::string textOf(const RecordMap<Value>& map) {
-    std::string text;
-    for (const auto& [key, value] : map)
-        text += '\n' + key + '=' + textOf(value);
-    return text;
 }
 
 }  // namespace yg::testing

@@ -17,6 +17,7 @@
 
 #include "palette/PaletteRoot.h"
 #include "palette/TestFonts.h"
+#include "records/RecordText.h"
 
 namespace yg {
 namespace {
@@ -28,7 +29,7 @@ using yg::testing::latinFace;
 using yg::testing::loadPalette;
 using yg::testing::palette;
 using yg::testing::PaletteRoot;
-using yg::testing::textOf;
+using yg::testing::wholeText;
 
 const Color red{1, 0, 0, 1};
 
@@ -295,13 +296,13 @@ TEST(PaletteSection, ReadAloneAddsToWhatIsThere) {
 
 TEST(PaletteSection, ThatIsAbsentAddsNothing) {
     const auto loader = loadPalette("<COLORES><c NAME='a'/></COLORES>");
-    const std::string before = textOf(*loader);
+    const std::string before = wholeText(*loader);
     loader->loadColor({});
     loader->loadKeyColorName({});
     loader->loadFont({});
     loader->loadKeyFontName({});
     loader->loadImage({});
-    EXPECT_EQ(textOf(*loader), before);
+    EXPECT_EQ(wholeText(*loader), before);
 }
 
 // ---- The load ----------------------------------------------------------------------------------
@@ -358,7 +359,7 @@ TEST(PaletteLoad, LeavesTheMapsOfMissingSectionsEmpty) {
     const auto loader = YGPaletteLoad::initWithPaletteStyle(0);
     EXPECT_EQ(loader->customImages().size(), 1);
     EXPECT_TRUE(loader->loadConfig(1));
-    EXPECT_EQ(textOf(*loader), "0      ");
+    EXPECT_EQ(wholeText(*loader), yg::testing::emptyPalette);
 }
 
 // ---- The switch of the theme -------------------------------------------------------------------

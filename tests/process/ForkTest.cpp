@@ -13,9 +13,8 @@ namespace yg::testing {
 namespace {
 
 TEST(ForkProof, ChildrenOfABusyProcessMayUseTheLibrary) {
-    if (!childrenMayAllocate) {
+    if (!childrenMayAllocate)
         GTEST_SKIP() << "the allocators of the sanitizers do not survive such forks";
-    }
     const SampleRoot root;
     const std::string count = std::to_string(repeats(60, 25'000));
     Program parent({YG_PROCESS_FORK_PROGRAM, root.path(), count});

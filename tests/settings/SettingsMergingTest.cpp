@@ -23,7 +23,6 @@
 #include "files/ScopedFileLayer.h"
 #include "files/TemporaryFolder.h"
 #include "host/RecordingHost.h"
-#include "host/TempRoot.h"
 
 namespace yg {
 namespace {
@@ -61,7 +60,7 @@ protected:
         return lines;
     }
 
-    const yg::testing::TempRoot root;
+    const yg::files::TemporaryFolder root;
     const yg::testing::ScopedHost<StandAloneHost> host{root.path()};
     RecordingSink sink;
 };

@@ -7,15 +7,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 #include "tool/ToolRun.h"
 
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
+using yg::files::TemporaryFolder;
 using yg::testing::runTool;
-using yg::testing::TempRoot;
 
 struct Shown {
     std::string what;
@@ -29,7 +29,7 @@ void PrintTo(const Shown& shown, std::ostream* out) {
 class BrokenFile : public testing::TestWithParam<Shown> {};
 
 TEST_P(BrokenFile, IsNamedWithTheLine) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(GetParam().file, "<a>\n<b>\n</a>");
     const auto run = runTool({"show", GetParam().what, "--root", root.path()});
     EXPECT_THAT("\n" + run.errors,
@@ -54,7 +54,7 @@ INSTANTIATE_TEST_SUITE_P(Of, BrokenFile,
                                          Shown{"web-pages", "storage/web_page_urls.xml"}));
 
 TEST(BrokenFiles, AreNamedOnceHoweverOftenTheyAreRead) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("config/custompage_template.xml", "<a>");
     const std::string errors = runTool({"show", "layout", "--root", root.path()}).errors;
     const std::string line = "ygconfig: " + root.path() + "/config/custompage_template.xml: Line 1";
@@ -63,7 +63,7 @@ TEST(BrokenFiles, AreNamedOnceHoweverOftenTheyAreRead) {
 }
 
 TEST(BrokenFiles, AListOfRequestUrlsThatIsNotJsonIsNamed) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("user/request_urls_json.txt", "{\"md5Value\":");
     EXPECT_THAT(runTool({"show", "request-urls", "--root", root.path()}).errors,
                 HasSubstr("\nygconfig: " + root.path() + "/user/request_urls_json.txt: "));

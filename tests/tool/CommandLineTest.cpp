@@ -18,7 +18,7 @@ using yg::tool::readCommandLine;
 Arguments argumentsOf(const std::vector<std::string>& words, std::string_view command) {
     const CommandLine line = readCommandLine(words);
     EXPECT_NE(line.command, nullptr) << line.answer.complaint;
-    if (line.command != nullptr) {
+    if (line.command) {
         EXPECT_EQ(line.command->words, command);
     }
     return line.arguments;

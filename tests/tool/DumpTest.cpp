@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 #include "tool/ToolRun.h"
 
 namespace {
@@ -16,19 +16,19 @@ namespace {
 using nlohmann::json;
 using testing::HasSubstr;
 using testing::Not;
+using yg::files::TemporaryFolder;
 using yg::testing::runTool;
-using yg::testing::TempRoot;
 using yg::testing::ToolRun;
 
 const std::string stylePath = "config/custompage_template.xml";
 
-ToolRun dumpStyle(const TempRoot& root, const std::string& name) {
+ToolRun dumpStyle(const TemporaryFolder& root, const std::string& name) {
     return runTool({"dump", "style", "--root", root.path(), "--", name});
 }
 
 /// The one panel of the one style "s" whose panel element has these attributes and this content.
 json panelOf(std::string_view attributes, std::string_view content = "") {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, "<styles><style name='s'><panel " + std::string(attributes) + ">" +
                               std::string(content) + "</panel></style></styles>");
     return json::parse(dumpStyle(root, "s").output).at("stylePanes").at(0);
@@ -44,7 +44,7 @@ TEST(DumpStyle, DistinguishesAbsentTextsFromEmptyOnes) {
 }
 
 TEST(DumpStyle, WritesEachFieldOfAPanelOnce) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, "<styles><style name='s'><panel name='p'/></style></styles>");
     EXPECT_EQ(dumpStyle(root, "s").output, R"({
   "styleName": "s",
@@ -81,7 +81,7 @@ TEST(DumpStyle, WritesEachFieldOfAPanelOnce) {
 }
 
 TEST(DumpStyle, WritesFloatsWithTheirOwnDigits) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath,
                "<styles><style name='s'><panel split_scale='0.1' fix_size='16777217'/>"
                "</style></styles>");
@@ -100,7 +100,7 @@ TEST(DumpStyle, WritesListsOfNames) {
 }
 
 TEST(DumpStyle, WritesTextAsItStands) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath,
                "<styles><style name='行情'><panel name='&quot;\\&#10;'/></style></styles>");
     const ToolRun run = dumpStyle(root, "行情");
@@ -109,7 +109,7 @@ TEST(DumpStyle, WritesTextAsItStands) {
 }
 
 TEST(DumpStyle, AnswersNullAndOneWithoutTheStyle) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, "<styles><style name='s'/></styles>");
     const ToolRun run = dumpStyle(root, "t");
     EXPECT_EQ(run.output, "null\n");
@@ -117,7 +117,7 @@ TEST(DumpStyle, AnswersNullAndOneWithoutTheStyle) {
 }
 
 TEST(DumpStyle, TakesAnyName) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath,
                "<styles><style name='-x'/><style name='--root'/><style name='--'/>"
                "<style name='show'/><style name='[a,b]'/><style name='{}'/></styles>");
@@ -131,7 +131,7 @@ TEST(DumpStyle, TakesAnyName) {
 }
 
 TEST(DumpStyle, TakesNamesThatAreNotUtf8) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, "<styles><style name='t'><magic_panels name='g'/></style></styles>");
     root.write("soft_optimize/custompage_template.xml", "<styles/>");
     root.write("config/magic_panels.xml",
@@ -144,7 +144,7 @@ TEST(DumpStyle, TakesNamesThatAreNotUtf8) {
 }
 
 TEST(DumpStyle, FollowsTheMappingsOfTheRoot) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("host.json", R"({"mappings": {"模版通配": {"STOCK": ["SH01"]}}})");
     root.write(stylePath, "<styles><style name='t'><magic_panels name='g'/></style></styles>");
     root.write("soft_optimize/custompage_template.xml", "<styles/>");
@@ -156,7 +156,7 @@ TEST(DumpStyle, FollowsTheMappingsOfTheRoot) {
 }
 
 TEST(DumpLayout, IsAllNullOrEmptyOnAnEmptyRoot) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const ToolRun run = runTool({"dump", "layout", "--root", root.path()});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.output,
@@ -180,14 +180,14 @@ TEST(DumpLayout, HoldsTheStylesThatDumpStylePrints) {
 }
 
 TEST(DumpLayout, KeepsTheOrderOfTheFile) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, "<styles><style name='b'/><style name='a'/></styles>");
     const ToolRun run = runTool({"dump", "layout", "--root", root.path()});
     EXPECT_LT(run.output.find("\"b\": {"), run.output.find("\"a\": {"));
 }
 
 TEST(DumpLayout, ReadsTheFilesOfItsOptions) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("s.xml", "<styles><style name='s'/></styles>");
     root.write("t.xml", "<styles><style name='t'/></styles>");
     root.write("m.xml", "<m><magic_panels name='g'/></m>");
@@ -201,7 +201,7 @@ TEST(DumpLayout, ReadsTheFilesOfItsOptions) {
 }
 
 TEST(DumpLayout, AnEmptyPathIsNotTheDefaultOne) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, "<styles><style name='s'/></styles>");
     for (const std::vector<std::string>& option :
          {std::vector<std::string>{"--style", ""}, std::vector<std::string>{"--style="}}) {
@@ -214,7 +214,7 @@ TEST(DumpLayout, AnEmptyPathIsNotTheDefaultOne) {
 }
 
 TEST(DumpLayout, LogsABrokenFileAndAnswersTheRest) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, "<styles><style name='s'></styles>");
     root.write("config/tab_styles.xml", "<styles><style name='t'/></styles>");
     const ToolRun run = runTool({"dump", "layout", "--root", root.path()});
@@ -226,7 +226,7 @@ TEST(DumpLayout, LogsABrokenFileAndAnswersTheRest) {
 }
 
 TEST(DumpLayout, JoinsRootAndPathWithOneSlash) {
-    const TempRoot root;
+    const TemporaryFolder root;
     for (const char* end : {"", "/", "//"}) {
         const ToolRun run = runTool({"dump", "layout", "--root", root.path() + end});
         EXPECT_THAT(run.errors, HasSubstr("fail:" + root.at(stylePath) + ":"));
@@ -235,7 +235,7 @@ TEST(DumpLayout, JoinsRootAndPathWithOneSlash) {
 
 TEST(DumpLayout, WritesTreesOfHundredsOfLevels) {
     constexpr int levels = 250;
-    const TempRoot root;
+    const TemporaryFolder root;
     std::string xml = "<styles><style name='s'>";
     for (int i = 0; i < levels; ++i)
         xml += "<panel name='p'>";

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 #include "tool/ToolRun.h"
 
 namespace {
@@ -16,21 +16,21 @@ namespace {
 using nlohmann::json;
 using testing::HasSubstr;
 using testing::Not;
+using yg::files::TemporaryFolder;
 using yg::testing::OutputTo;
 using yg::testing::runTool;
-using yg::testing::TempRoot;
 using yg::testing::ToolRun;
 
 const std::string eventsPath = "config/events.xml";
 const std::string sample = "examples/terminal";
 
-ToolRun runOn(const TempRoot& root, std::vector<std::string> words) {
+ToolRun runOn(const TemporaryFolder& root, std::vector<std::string> words) {
     words.insert(words.begin(), {"--root", root.path()});
     return runTool(words);
 }
 
 TEST(DumpEvents, WritesEachFieldOfEachRecord) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(eventsPath, R"(<event_list>
         <command_event><command name="go" change_style="页" dispatch=""/></command_event>
         <event_template name="t"><e name="click" disptch="d" dispatch="x"/></event_template>
@@ -75,7 +75,7 @@ TEST(DumpEvents, WritesEachFieldOfEachRecord) {
 }
 
 TEST(DumpEvents, IsEmptyWithoutAFile) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const ToolRun run = runOn(root, {"dump", "events"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.output,
@@ -85,7 +85,7 @@ TEST(DumpEvents, IsEmptyWithoutAFile) {
 }
 
 TEST(DumpEvents, ReadsTheFileOfItsOption) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto write = [&](const char* file, const std::string& command) {
         root.write(file, "<event_list><command_event><c name='" + command +
                              "'/></command_event></event_list>");
@@ -100,7 +100,7 @@ TEST(DumpEvents, ReadsTheFileOfItsOption) {
 }
 
 TEST(DumpEvents, AnEmptyPathIsNotTheDefaultOne) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(eventsPath, "<event_list><command_event><c name='c'/></command_event></event_list>");
     const ToolRun run = runOn(root, {"dump", "events", "--events="});
     EXPECT_EQ(run.status, 0);
@@ -132,7 +132,7 @@ TEST(FindCommand, AnswersNullAndOneWithoutTheCommand) {
 }
 
 TEST(FindCommand, TakesAnyName) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(eventsPath,
                "<event_list><command_event><c name='-x'/><c name='{}'/>"
                "<c name='[a,b]'/><c name='event'/></command_event></event_list>");
@@ -144,7 +144,7 @@ TEST(FindCommand, TakesAnyName) {
 }
 
 TEST(FindEvent, LooksIntoItsGroupAlone) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(eventsPath, R"(<event_list>
         <event_template name="t"><e name="in_template"/></event_template>
         <element_event name="g"><event name="here"/></element_event>
@@ -169,7 +169,7 @@ TEST(FindEvent, NeedsBothNames) {
 }
 
 TEST(ShowEvents, SaysWhereEventsLeadAndWhereTheyComeFrom) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(eventsPath, R"(<event_list>
         <command_event>
             <command name="go" change_style="页" dispatch="d" addtion_data=""/>
@@ -221,7 +221,7 @@ stay
 }
 
 TEST(ShowEvents, CountsNothingOnAnEmptyRoot) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const ToolRun run = runOn(root, {"show", "events"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.output, "Groups  0\n\nTemplates  0\n\nCommands  0\n");

@@ -51,7 +51,7 @@ std::string difference(std::string_view expected, std::string_view actual) {
 ::testing::AssertionResult isGolden(std::string_view text, const std::string& name) {
     const std::string path = YG_PROJECT_FOLDER "/tests/tool/golden/" + name;
     const char* update = std::getenv("YG_UPDATE_GOLDEN");
-    if (update != nullptr && std::string_view(update) == "1") {
+    if (update && std::string_view(update) == "1") {
         std::ofstream(path, std::ios::binary) << text;
         return ::testing::AssertionSuccess();
     }

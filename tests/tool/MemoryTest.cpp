@@ -10,14 +10,14 @@
 #include <gtest/gtest.h>
 
 #include "LargeInput.h"
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 #include "tool/ToolRun.h"
 
 namespace {
 
+using yg::files::TemporaryFolder;
 using yg::testing::OutputTo;
 using yg::testing::runTool;
-using yg::testing::TempRoot;
 using yg::testing::ToolRun;
 
 /// A sanitizer needs more for itself alone.
@@ -33,7 +33,7 @@ std::string repeated(std::string_view text, std::size_t count) {
 }
 
 /// Expects that the memory suffices for a text that is longer.
-void expectLongText(const TempRoot& root, std::vector<std::string> words) {
+void expectLongText(const TemporaryFolder& root, std::vector<std::string> words) {
     words.insert(words.end(), {"--root", root.path()});
     const ToolRun run = runTool(words, {.outputTo = OutputTo::count, .memory = memory});
     EXPECT_EQ(run.status, 0) << run.errors;
@@ -41,7 +41,7 @@ void expectLongText(const TempRoot& root, std::vector<std::string> words) {
 }
 
 /// A style "s" that holds a panel of a thousand others in many places.
-void writeStyle(const TempRoot& root) {
+void writeStyle(const TemporaryFolder& root) {
     root.write(
         "base_optimize/reuse_panels.xml",
         "<r><reuse_panel name='r'>" + repeated("<panel name='p'/>", 1'000) + "</reuse_panel></r>");
@@ -53,19 +53,19 @@ void writeStyle(const TempRoot& root) {
 }
 
 TEST(Memory, OfDumpLayoutIsThatOfTheRecords) {
-    const TempRoot root;
+    const TemporaryFolder root;
     writeStyle(root);
     expectLongText(root, {"dump", "layout"});
 }
 
 TEST(Memory, OfDumpStyleIsThatOfTheRecords) {
-    const TempRoot root;
+    const TemporaryFolder root;
     writeStyle(root);
     expectLongText(root, {"dump", "style", "s"});
 }
 
 TEST(Memory, OfShowStyleIsThatOfTheRecords) {
-    const TempRoot root;
+    const TemporaryFolder root;
     constexpr std::size_t levels = 200;
     // A line of the tree is indented by up to five bytes for each level.
     root.write("base_optimize/reuse_panels.xml",
@@ -81,7 +81,7 @@ TEST(Memory, OfShowStyleIsThatOfTheRecords) {
 }
 
 TEST(Memory, OfShowEventsIsThatOfTheRecords) {
-    const TempRoot root;
+    const TemporaryFolder root;
     std::string events;
     for (std::size_t i = 0; i <= leastText / 1'000'000; ++i)
         events += "<event name='e" + std::to_string(i) + "' command='c'/>";

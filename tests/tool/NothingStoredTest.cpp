@@ -17,7 +17,7 @@
 #include <gtest/gtest.h>
 
 #include "LargeInput.h"
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 #include "settings/LoopbackServer.h"
 #include "tool/ToolRun.h"
 
@@ -30,9 +30,9 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
+using yg::files::TemporaryFolder;
 using yg::testing::LoopbackServer;
 using yg::testing::runTool;
-using yg::testing::TempRoot;
 using yg::testing::ToolRun;
 using yg::testing::ToolSetting;
 
@@ -51,7 +51,7 @@ const std::string urls =
 constexpr std::string_view oldUrls =
     R"({"md5Value":"old","urlConfigList":[{"urlKey":"k","urlValue":"old"}]})";
 
-ToolRun runOn(const TempRoot& root, std::vector<std::string> words,
+ToolRun runOn(const TemporaryFolder& root, std::vector<std::string> words,
               const ToolSetting& setting = {}) {
     words.insert(words.begin(), {"--root", root.path()});
     return runTool(words, setting);
@@ -85,21 +85,21 @@ struct Command {
     std::string output;
     std::string outputWithoutPath;
     int status;
-    std::function<void(const TempRoot&)> prepare;
+    std::function<void(const TemporaryFolder&)> prepare;
 };
 
 /// What keeps the file from being written.
 struct Obstacle {
     std::string name;
     std::string cause;  ///< as the complaint ends; empty where it depends on the system
-    std::function<void(const TempRoot& root, const std::string& path)> prepare;
+    std::function<void(const TemporaryFolder& root, const std::string& path)> prepare;
     std::size_t fileSize = 0;
     bool hasPath = true;
 };
 
 std::vector<Command> commands(const LoopbackServer& server) {
     const auto put = [](std::string path, std::string_view bytes) {
-        return [path = std::move(path), text = std::string(bytes)](const TempRoot& root) {
+        return [path = std::move(path), text = std::string(bytes)](const TemporaryFolder& root) {
             root.write(path, text);
             root.write("delivered", path == "storage/pages.xml" ? pages : servers);
         };
@@ -132,7 +132,7 @@ std::vector<Command> commands(const LoopbackServer& server) {
          "\"new\"\n",
          "\"old\"\n",
          0,
-         [&server](const TempRoot& root) {
+         [&server](const TemporaryFolder& root) {
              root.write("storage/request_urls_json.txt", oldUrls);
              root.write("host.json", "{\"configServer\": \"" + server.authority() + "\"}");
          }},
@@ -141,32 +141,33 @@ std::vector<Command> commands(const LoopbackServer& server) {
 
 std::vector<Obstacle> obstacles() {
     const auto link = [](std::string target) {
-        return [target = std::move(target)](const TempRoot& root, const std::string& path) {
+        return [target = std::move(target)](const TemporaryFolder& root, const std::string& path) {
             fs::create_directory(root.at("user"));
             fs::create_symlink(target, path);
         };
     };
     return {
-        {"a full disk", "File too large", [](const TempRoot&, const std::string&) {}, smallDisk},
+        {"a full disk", "File too large", [](const TemporaryFolder&, const std::string&) {},
+         smallDisk},
         {"a folder in its place", "Is a directory",
-         [](const TempRoot&, const std::string& path) { fs::create_directories(path); }},
+         [](const TemporaryFolder&, const std::string& path) { fs::create_directories(path); }},
         {"a link to a folder", "Is a directory", link("../storage")},
         {"a link in a circle", "Too many levels of symbolic links", link("../user/circle")},
         {"a link into a missing folder", "No such file or directory", link("none/file")},
         {"a link to a device", "not a regular file", link("/dev/full")},
         {"a pipe in its place", "not a regular file",
-         [](const TempRoot& root, const std::string& path) {
+         [](const TemporaryFolder& root, const std::string& path) {
              fs::create_directory(root.at("user"));
              ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
          }},
         {"a folder in which no file can be made", "",
-         [](const TempRoot& root, const std::string&) {
+         [](const TemporaryFolder& root, const std::string&) {
              fs::create_symlink("/proc", root.at("user"));
          }},
         {"a file in place of the folder", "there is no path to write to",
-         [](const TempRoot& root, const std::string&) { root.write("user", ""); }, 0, false},
+         [](const TemporaryFolder& root, const std::string&) { root.write("user", ""); }, 0, false},
         {"a dangling link in place of the folder", "there is no path to write to",
-         [](const TempRoot& root, const std::string&) {
+         [](const TemporaryFolder& root, const std::string&) {
              fs::create_symlink("none", root.at("user"));
          },
          0, false},
@@ -178,7 +179,7 @@ TEST(NothingStored, IsSaidInOneLineWhereverTheFileCannotBeWritten) {
     for (const Command& command : commands(server)) {
         for (const Obstacle& obstacle : obstacles()) {
             SCOPED_TRACE(command.name + " and " + obstacle.name);
-            const TempRoot root;
+            const TemporaryFolder root;
             const std::string path = root.at("user/" + command.file);
             command.prepare(root);
             obstacle.prepare(root, path);
@@ -198,7 +199,7 @@ TEST(NothingStored, IsSaidInOneLineWhereverTheFileCannotBeWritten) {
                             EndsWith(obstacle.cause))));
         }
         SCOPED_TRACE(command.name);
-        const TempRoot root;
+        const TemporaryFolder root;
         command.prepare(root);
         std::vector<std::string> words = command.words;
         for (std::string& word : words) {
@@ -237,7 +238,7 @@ TEST(NothingStored, IsSaidWhereTheSettingsFileTakesNoItem) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        const TempRoot root;
+        const TemporaryFolder root;
         const std::string path = root.at("user/app.xml");
         if (row.file)
             root.write("user/app.xml", *row.file);
@@ -247,7 +248,7 @@ TEST(NothingStored, IsSaidWhereTheSettingsFileTakesNoItem) {
         EXPECT_THAT(complaints(run), ElementsAre(StartsWith(begin + path + ": " + row.cause)));
         EXPECT_EQ(runOn(root, {"settings", "get", "app.xml", "a", "x"}).output, "null\n");
     }
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("user/app.xml", "<config/>");
     fs::resize_file(root.at("user/app.xml"), std::size_t{257} * 1024 * 1024);
     EXPECT_THAT(complaints(runOn(root, {"settings", "set", "app.xml", "a", "x", "2"})),
@@ -256,7 +257,7 @@ TEST(NothingStored, IsSaidWhereTheSettingsFileTakesNoItem) {
 
 // Also where the root element has another name and the file cannot be written.
 TEST(NothingStored, IsSaidOnceForTwoReasons) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("storage/app.xml", "<settings>" + large + "</settings>");
     const ToolRun run =
         runOn(root, {"settings", "set", "app.xml", "a", "x", "2"}, {.fileSize = smallDisk});
@@ -266,7 +267,7 @@ TEST(NothingStored, IsSaidOnceForTwoReasons) {
 }
 
 TEST(NothingStored, IsSaidOfWhatIsRefused) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("storage/app.xml", "<config><a><x>1</x></a></config>");
     root.write("storage/pages.xml", "<urls/>");
     root.write("storage/skeleton_v1.xml", "<application/>");
@@ -329,7 +330,7 @@ TEST(NothingStored, IsSaidOfADownloadThatGivesNoList) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.body);
-        const TempRoot root;
+        const TemporaryFolder root;
         const LoopbackServer server("200 OK", row.body);
         root.write("storage/request_urls_json.txt", oldUrls);
         root.write("host.json", "{\"configServer\": \"" + server.authority() + "\"}");
@@ -345,7 +346,7 @@ TEST(NothingStored, IsSaidOfADownloadThatGivesNoList) {
 }
 
 TEST(NothingStored, IsSaidOfADownloadThatFails) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("storage/request_urls_json.txt", oldUrls);
     root.write("host.json", R"({"configServer": "127.0.0.1:1"})");
     const std::string url = "http://127.0.0.1:1/mac/mac_free_free_request_urls_json.txt: ";
@@ -368,7 +369,7 @@ TEST(NothingStored, IsSaidOfADownloadThatFails) {
 TEST(NothingStored, IsSaidOrTheTextIsStoredWithEachSizeOfMemory) {
     if (yg::testing::isSanitized)
         GTEST_SKIP();
-    const TempRoot root;
+    const TemporaryFolder root;
     const std::string before = "<config><a><x>old</x></a><b>" + large + large + "</b></config>";
     int stored = 0;
     int complained = 0;

@@ -29,7 +29,6 @@
 #include "files/ScopedFileLayer.h"
 #include "files/TemporaryFolder.h"
 #include "graphics/TestFonts.h"
-#include "host/TempRoot.h"
 #include "tool/Golden.h"
 #include "tool/ToolRun.h"
 #include "ygconfig/Run.h"
@@ -43,10 +42,10 @@ using testing::HasSubstr;
 using testing::Not;
 using yg::Image;
 using yg::files::contentOf;
+using yg::files::TemporaryFolder;
 using yg::testing::isGolden;
 using yg::testing::OutputTo;
 using yg::testing::ScopedFileLayer;
-using yg::testing::TempRoot;
 using yg::testing::ToolRun;
 using yg::testing::ToolSetting;
 
@@ -59,7 +58,7 @@ ToolRun runTool(const std::vector<std::string>& words, ToolSetting setting = {})
     return yg::testing::runTool(words, setting);
 }
 
-ToolRun runOn(const TempRoot& root, std::vector<std::string> words) {
+ToolRun runOn(const TemporaryFolder& root, std::vector<std::string> words) {
     words.insert(words.begin(), {"--root", root.path()});
     return runTool(words);
 }
@@ -69,7 +68,7 @@ std::string palette(const std::string& content) {
 }
 
 /// Writes an image of these numbers of pixels, of which `density` make a point.
-void writeImage(const TempRoot& root, const std::string& name, std::size_t width,
+void writeImage(const TemporaryFolder& root, const std::string& name, std::size_t width,
                 std::size_t height, double density = 1) {
     const auto image = Image::fromPixels(
         width, height, std::vector<std::uint8_t>(width * height * 4),
@@ -78,7 +77,7 @@ void writeImage(const TempRoot& root, const std::string& name, std::size_t width
 }
 
 /// Where the colours, fonts and images of a palette show.
-struct Root : TempRoot {
+struct Root : TemporaryFolder {
     Root() {
         write(light, palette(R"(
             <COLORES><c NAME="涨" R="255" A="0.5"/></COLORES>
@@ -211,7 +210,7 @@ TEST(ShowPalette, OfTheSampleIsTheFile) {
 }
 
 TEST(ShowPalette, MarksWhatAThemeLacks) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(light, palette(R"(
         <COLORES><c NAME="a" R="255" A="0.256"/><c NAME="b"/></COLORES>
         <FONTS><f NAME="f" HEIGHT="9.5" FACE="YG Test Latin"/></FONTS>
@@ -252,7 +251,7 @@ k          none                 2.5×1 of 5×2 pixels
 }
 
 TEST(ShowPalette, KeepsTheColumnWhenACellIsVeryLong) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const std::string name(10'000, 'n');
     std::string keys = "<k KEY='long' VALUE='" + name + "'/>";
     for (int i = 0; i < 1'000; ++i)
@@ -273,7 +272,7 @@ TEST(ShowPalette, ShowsOneThemeWithoutTheOther) {
     EXPECT_EQ(run.status, 0);
     EXPECT_THAT(run.output, HasSubstr("Colours  1  light        dark (not loaded)\n\n"
                                       "涨          #FF0000 50%\n"));
-    const TempRoot empty;
+    const TemporaryFolder empty;
     const ToolRun none = runOn(empty, {"show", "palette"});
     EXPECT_EQ(none.status, 1);
     EXPECT_EQ(none.output, "");

@@ -6,14 +6,14 @@
 
 #include "YGConfigManager/host/YGFrameComFun.h"
 
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 #include "tool/TextOf.h"
 #include "ygconfig/Run.h"
 
 namespace {
 
 using yg::YGFrameComFun;
-using yg::testing::TempRoot;
+using yg::files::TemporaryFolder;
 using yg::testing::textOf;
 using yg::tool::Answer;
 using yg::tool::Arguments;
@@ -37,12 +37,12 @@ std::string answerFor(const std::string& root, std::optional<std::string> right)
 }
 
 TEST(Run, InstallsTheHostOfTheRoot) {
-    const TempRoot root;
+    const TemporaryFolder root;
     EXPECT_EQ(answerFor(root.path(), std::nullopt), "(absent) " + root.at("soft_optimize/f"));
 }
 
 TEST(Run, PutsTheRightOfTheOptionBeforeHostJson) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("host.json", R"({"rightLevel": "free"})");
     const std::string path = std::string(" ") + root.at("soft_optimize/f");
     EXPECT_EQ(answerFor(root.path(), std::nullopt), "free" + path);
@@ -51,7 +51,7 @@ TEST(Run, PutsTheRightOfTheOptionBeforeHostJson) {
 }
 
 TEST(Run, RefusesARootThatDoesNotExist) {
-    const TempRoot root;
+    const TemporaryFolder root;
     Arguments arguments;
     arguments.root = root.at("none");
     const Answer answer = yg::tool::run({&asking, arguments, {}}, false);

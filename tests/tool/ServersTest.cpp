@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 #include "tool/ToolRun.h"
 
 namespace {
@@ -21,19 +21,19 @@ using nlohmann::json;
 using testing::AnyOf;
 using testing::EndsWith;
 using testing::HasSubstr;
+using yg::files::TemporaryFolder;
 using yg::testing::runTool;
-using yg::testing::TempRoot;
 using yg::testing::ToolRun;
 
 const std::string freePath = "storage/skeleton_v1.xml";
 const std::string sample = "examples/terminal";
 
-ToolRun runOn(const TempRoot& root, std::vector<std::string> words) {
+ToolRun runOn(const TemporaryFolder& root, std::vector<std::string> words) {
     words.insert(words.begin(), {"--root", root.path()});
     return runTool(words);
 }
 
-json dumpOf(const TempRoot& root, std::vector<std::string> options = {}) {
+json dumpOf(const TemporaryFolder& root, std::vector<std::string> options = {}) {
     options.insert(options.begin(), {"dump", "servers"});
     return json::parse(runOn(root, options).output);
 }
@@ -54,7 +54,7 @@ std::string contentOf(const std::string& path) {
 }
 
 TEST(DumpServers, WritesEachFieldOfEachRecord) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(freePath, R"(<application md5="m">
         <server type="1" name=""><addr key="7" name="行情" addrs="40:h:9211"/></server>
         <server type="5" domain="d"/>
@@ -95,7 +95,7 @@ TEST(DumpServers, WritesEachFieldOfEachRecord) {
 }
 
 TEST(DumpServers, HasNoGroupsWithoutAFile) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const ToolRun run = runOn(root, {"dump", "servers"});
     EXPECT_EQ(run.status, 0);
     const json dump = json::parse(run.output);
@@ -110,7 +110,7 @@ TEST(DumpServers, HasNoGroupsWithoutAFile) {
 }
 
 TEST(DumpServers, ChoosesTheFileByRightLevelAndGreyRelease) {
-    const TempRoot root;
+    const TemporaryFolder root;
     for (const char* name :
          {"skeleton_v1", "skeleton_gray_v1", "skeleton_l2_v1", "skeleton_l2_gray_v1"})
         root.write("storage/" + std::string(name) + ".xml", fileWith(name));
@@ -126,7 +126,7 @@ TEST(DumpServers, ChoosesTheFileByRightLevelAndGreyRelease) {
 }
 
 TEST(DumpServers, PrefersTheUsersOwnFile) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(freePath, fileWith("shipped"));
     root.write("user/skeleton_v1.xml", fileWith("own"));
     const json dump = dumpOf(root);
@@ -135,7 +135,7 @@ TEST(DumpServers, PrefersTheUsersOwnFile) {
 }
 
 TEST(DumpServers, WritesThePathBelowTheRoot) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(freePath, fileWith("s"));
     for (const char* end : {"", "/", "//"}) {
         const ToolRun run = runTool({"dump", "servers", "--root", root.path() + end});
@@ -157,7 +157,7 @@ TEST(DumpServers, ChoosesAmongTheAddressesOfTheSample) {
 }
 
 TEST(ShowServers, SetsWeightsBesideChances) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(freePath, R"(<application md5="m">
         <server type="8"/>
         <server type="1" name="行情" domain="d">
@@ -200,7 +200,7 @@ TEST(ShowServers, SetsWeightsBesideChances) {
 }
 
 TEST(ShowServers, ShowsTheFileThatTheOptionsChoose) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("storage/skeleton_l2_gray_v1.xml", fileWith("甲"));
     EXPECT_THAT(runOn(root, {"show", "servers", "--right", "l2", "--gray"}).output,
                 HasSubstr("甲             h:80  key 1\n"));
@@ -210,7 +210,7 @@ TEST(ShowServers, ShowsTheFileThatTheOptionsChoose) {
 }
 
 TEST(DeliverServers, KeepsTheFileAsTheUsersOwn) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const std::string shipped = fileWith("shipped");
     root.write(freePath, shipped);
     root.write("new.xml",
@@ -229,7 +229,7 @@ TEST(DeliverServers, KeepsTheFileAsTheUsersOwn) {
 }
 
 TEST(DeliverServers, NamesTheFileByRightLevelAndGreyRelease) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("new.xml", fileWith("s"));
     const std::string data = root.at("new.xml");
     EXPECT_EQ(runOn(root, {"servers", "deliver", "--gray", data, ""}).status, 0);
@@ -243,7 +243,7 @@ TEST(DeliverServers, NamesTheFileByRightLevelAndGreyRelease) {
 }
 
 TEST(DeliverServers, RefusesWhatIsNotXml) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(freePath, fileWith("shipped"));
     for (const char* bytes : {"", "no XML", "<application>", "<a/><b/>"}) {
         root.write("new.xml", bytes);
@@ -256,7 +256,7 @@ TEST(DeliverServers, RefusesWhatIsNotXml) {
 }
 
 TEST(DeliverServers, NeedsAFileThatCanBeRead) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const auto expectRefused = [&](const std::string& data, const std::string& reason) {
         const ToolRun run = runOn(root, {"servers", "deliver", data, "m"});
         EXPECT_EQ(run.status, 2);

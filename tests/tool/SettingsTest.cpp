@@ -12,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 #include "settings/LoopbackServer.h"
 #include "tool/ToolRun.h"
 
@@ -20,10 +20,10 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
+using yg::files::TemporaryFolder;
 using yg::testing::LoopbackServer;
 using yg::testing::OutputTo;
 using yg::testing::runTool;
-using yg::testing::TempRoot;
 using yg::testing::ToolRun;
 
 const std::string settingsFile = "storage/app.xml";
@@ -40,20 +40,20 @@ constexpr std::string_view urls =
 constexpr std::string_view newUrls =
     R"({ "md5Value":"two", "urlConfigList":[{"urlKey":"k","urlValue":"new"}] })";
 
-ToolRun runOn(const TempRoot& root, std::vector<std::string> words) {
+ToolRun runOn(const TemporaryFolder& root, std::vector<std::string> words) {
     words.insert(words.begin(), {"--root", root.path()});
     return runTool(words);
 }
 
 /// Expects an answer on standard output alone.
-void expectAnswer(const TempRoot& root, const std::vector<std::string>& words,
+void expectAnswer(const TemporaryFolder& root, const std::vector<std::string>& words,
                   const std::string& output) {
     const ToolRun run = runOn(root, words);
     EXPECT_EQ(run.output, output + "\n") << testing::PrintToString(words);
     EXPECT_EQ(run.status, output == "null" || output == "false" ? 1 : 0);
 }
 
-void expectRefused(const TempRoot& root, const std::vector<std::string>& words,
+void expectRefused(const TemporaryFolder& root, const std::vector<std::string>& words,
                    const std::string& line) {
     const ToolRun run = runOn(root, words);
     EXPECT_EQ(run.status, 2);
@@ -69,7 +69,7 @@ std::string contentOf(const std::string& path) {
 // ---- settings --------------------------------------------------------------------------------
 
 TEST(SettingsGet, AnswersTheTextOrNull) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(settingsFile, settings);
     expectAnswer(root, {"settings", "get", "app.xml", "a", "x"}, "\"1\"");
     expectAnswer(root, {"settings", "get", "app.xml", "a", "empty"}, "\"\"");
@@ -81,7 +81,7 @@ TEST(SettingsGet, AnswersTheTextOrNull) {
 }
 
 TEST(SettingsSet, StoresInTheUsersOwnFileAndKeepsTheRest) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(settingsFile, settings);
     expectAnswer(root, {"settings", "set", "app.xml", "a", "x", "2", "--description", "e"}, "true");
     expectAnswer(root, {"settings", "set", "app.xml", "b", "y", "", "--description", "why"},
@@ -104,7 +104,7 @@ TEST(SettingsSet, StoresInTheUsersOwnFileAndKeepsTheRest) {
 }
 
 TEST(SettingsSet, KeepsTextsAsTheyAre) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(settingsFile, settings);
     for (const std::string text : {"[a,b]", "{}", " a  b ", "<&>\\", "%%", "中文", "a=b"}) {
         expectAnswer(root, {"settings", "set", "app.xml", "a", "x", text}, "true");
@@ -116,7 +116,7 @@ TEST(SettingsSet, KeepsTextsAsTheyAre) {
 }
 
 TEST(SettingsSet, IsFalseForTheReadonlyStoreAndForImpossibleNames) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(settingsFile, settings);
     expectAnswer(root, {"settings", "set", "app.xml", "a", "x", "2", "--readonly"}, "false");
     expectAnswer(root, {"settings", "set", "app.xml", "a", "1 2", "2"}, "false");
@@ -127,14 +127,14 @@ TEST(SettingsSet, IsFalseForTheReadonlyStoreAndForImpossibleNames) {
 
 // The library's own answer: the text is lost, and no file comes into being.
 TEST(SettingsSet, IsTrueWithoutAFile) {
-    const TempRoot root;
+    const TemporaryFolder root;
     expectAnswer(root, {"settings", "set", "app.xml", "a", "x", "2"}, "true");
     expectAnswer(root, {"settings", "get", "app.xml", "a", "x"}, "null");
     EXPECT_FALSE(std::filesystem::exists(root.at("user/app.xml")));
 }
 
 TEST(ShowSettings, DrawsSectionsItemsTextsAndDescriptions) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(settingsFile, "<config>t<a><x description='d'>1</x><x>2</x></a><b/></config>");
     EXPECT_EQ(runOn(root, {"show", "settings", "app.xml"}).output,
               "Settings  1  storage/app.xml\n\n"
@@ -153,7 +153,7 @@ TEST(ShowSettings, DrawsSectionsItemsTextsAndDescriptions) {
 // ---- web-page --------------------------------------------------------------------------------
 
 TEST(WebPage, AnswersTheAddressOrAboutBlank) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(pagesFile, pages);
     expectAnswer(root, {"web-page", "pages.xml", "k"}, "\"http://x/?a=1&b=2\"");
     expectAnswer(root, {"web-page", "pages.xml", "空"}, "\"\"");
@@ -165,7 +165,7 @@ TEST(WebPage, AnswersTheAddressOrAboutBlank) {
 }
 
 TEST(WebPage, IsReplacedByAFileOrByStandardInput) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(pagesFile, pages);
     root.write("new.xml", "<urls><url key='k'>?a=1&b=2</url></urls>");
     expectAnswer(root, {"web-page", "pages.xml", "--replace", root.at("new.xml")}, "true");
@@ -182,7 +182,7 @@ TEST(WebPage, IsReplacedByAFileOrByStandardInput) {
 }
 
 TEST(WebPage, NeedsAKeyOrAReplacementThatCanBeRead) {
-    const TempRoot root;
+    const TemporaryFolder root;
     expectRefused(root, {"web-page", "pages.xml"},
                   "ygconfig web-page: KEY or --replace is required");
     expectRefused(root, {"web-page", "pages.xml", "k", "--replace", "x"},
@@ -193,7 +193,7 @@ TEST(WebPage, NeedsAKeyOrAReplacementThatCanBeRead) {
 }
 
 TEST(ShowWebPages, DrawsALineForEachAddress) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(pagesFile, pages);
     EXPECT_EQ(runOn(root, {"show", "web-pages", "pages.xml"}).output,
               "Web pages  2  storage/pages.xml\n\n"
@@ -208,7 +208,7 @@ TEST(ShowWebPages, DrawsALineForEachAddress) {
 // ---- request-url -----------------------------------------------------------------------------
 
 TEST(RequestUrl, AnswersTheStoredAddressOrNull) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(urlsFile, urls);
     root.write("host.json", R"({"configServer": "127.0.0.1:1"})");
     expectAnswer(root, {"request-url", "k"}, "\"old\"");
@@ -220,7 +220,7 @@ TEST(RequestUrl, AnswersTheStoredAddressOrNull) {
 }
 
 TEST(RequestUrl, IsAskedForAfterTheDownloadWithRefresh) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(urlsFile, urls);
     const LoopbackServer server("200 OK", newUrls);
     root.write("host.json", "{\"configServer\": \"" + server.authority() + "\"}");
@@ -235,7 +235,7 @@ TEST(RequestUrl, IsAskedForAfterTheDownloadWithRefresh) {
 }
 
 TEST(RequestUrl, IsTheStoredOneWhenTheDownloadFails) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(urlsFile, urls);
     root.write("host.json", R"({"configServer": "127.0.0.1:1"})");
     expectAnswer(root, {"request-url", "k", "--refresh"}, "\"old\"");
@@ -248,7 +248,7 @@ TEST(RequestUrl, IsTheStoredOneWhenTheDownloadFails) {
 }
 
 TEST(RequestUrl, SaysThatItWaitsWhenARefreshTakesLongerThanASecond) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const LoopbackServer server("200 OK", newUrls, 1'500);
     root.write("host.json", "{\"configServer\": \"" + server.authority() + "\"}");
     const ToolRun run = runOn(root, {"request-url", "k", "--refresh"});
@@ -257,7 +257,7 @@ TEST(RequestUrl, SaysThatItWaitsWhenARefreshTakesLongerThanASecond) {
 }
 
 TEST(DumpRequestUrls, WritesTheStoredListOrNull) {
-    const TempRoot root;
+    const TemporaryFolder root;
     expectAnswer(root, {"dump", "request-urls"}, "null");
     root.write(urlsFile, urls);
     expectAnswer(root, {"dump", "request-urls"}, R"({
@@ -284,7 +284,7 @@ TEST(DumpRequestUrls, WritesTheStoredListOrNull) {
 }
 
 TEST(ShowRequestUrls, DrawsALineForEachAddress) {
-    const TempRoot root;
+    const TemporaryFolder root;
     EXPECT_EQ(runOn(root, {"show", "request-urls"}).output,
               "Request URLs  0  user/request_urls_json.txt  missing or damaged\n");
     root.write(urlsFile, urls);

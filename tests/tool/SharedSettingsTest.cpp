@@ -20,7 +20,7 @@
 
 #include "Program.h"
 #include "Proof.h"
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 
 namespace yg::testing {
 namespace {
@@ -90,7 +90,7 @@ void runApplications(const std::string& root, int writes, bool isKilled, unsigne
 
 TEST(SharedSettingsProof, NothingThatWasAcknowledgedIsLost) {
     const int writes = repeats(320, 10'000) / 8;
-    const TempRoot root;
+    const files::TemporaryFolder root;
     root.write("storage/shared.xml", "<config><!-- kept --><shipped><x>1</x></shipped></config>");
     std::vector<Writer> writers;
     for (int writer = 0; writer < 8; ++writer)

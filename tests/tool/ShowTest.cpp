@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 #include "tool/ToolRun.h"
 
 namespace {
@@ -14,23 +14,23 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
+using yg::files::TemporaryFolder;
 using yg::testing::OutputTo;
 using yg::testing::runTool;
-using yg::testing::TempRoot;
 using yg::testing::ToolRun;
 
 const std::string stylePath = "config/custompage_template.xml";
 
-std::string showStyle(const TempRoot& root, const std::string& name) {
+std::string showStyle(const TemporaryFolder& root, const std::string& name) {
     return runTool({"show", "style", "--root", root.path(), "--", name}).output;
 }
 
-std::string showLayout(const TempRoot& root) {
+std::string showLayout(const TemporaryFolder& root) {
     return runTool({"show", "layout", "--root", root.path()}).output;
 }
 
 TEST(ShowStyle, SaysWhatIsSet) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, R"(<styles><style name="页" layer="2" focus="f">
         <panel name="all" split_scale="0.25" fix_size="0" scroll_size="9" min_size="1" max_size="2"
                vertical="true" is_scroll_view="true" is_dis_split_space="true"
@@ -56,7 +56,7 @@ TEST(ShowStyle, SaysWhatIsSet) {
 }
 
 TEST(ShowStyle, CallsAPanelReuseOnlyWhenItIsTheReusePanel) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("base_optimize/reuse_panels.xml",
                "<r><reuse_panel name='bar' fix_size='9'><element name='e'/></reuse_panel></r>");
     root.write(stylePath, R"(<styles><style name="s"><panel name="p">
@@ -73,7 +73,7 @@ TEST(ShowStyle, CallsAPanelReuseOnlyWhenItIsTheReusePanel) {
 }
 
 TEST(ShowStyle, NamesTheSlotAndTheTemplate) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, "<styles><style name='t'><magic_panels name='g'/></style></styles>");
     root.write("soft_optimize/custompage_template.xml", "<styles/>");
     root.write("config/magic_panels.xml",
@@ -88,7 +88,7 @@ TEST(ShowStyle, NamesTheSlotAndTheTemplate) {
 }
 
 TEST(ShowStyle, SendsOnlyTextToTheTerminal) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath,
                "<styles><style name='s'><panel name='a&#10;b'/><panel name='&#x9b;31m'/></style>"
                "</styles>");
@@ -99,7 +99,7 @@ TEST(ShowStyle, SendsOnlyTextToTheTerminal) {
 }
 
 TEST(ShowStyle, SuggestsTheNearestName) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, "<styles><style name='行情报价'/><style name='自选股'/></styles>");
     const ToolRun run = runTool({"show", "style", "行情报介", "--root", root.path()});
     EXPECT_EQ(run.status, 1);
@@ -109,7 +109,7 @@ TEST(ShowStyle, SuggestsTheNearestName) {
 }
 
 TEST(ShowLayout, HasASectionForEachKindOfFile) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, R"(<styles default_style="a">
         <style name="a"><panel name="p"><reuse_panel name="bar"/><magic_panels name="g"/></panel></style>
     </styles>)");
@@ -151,7 +151,7 @@ bar  fixed 9
 }
 
 TEST(ShowLayout, DrawsTheMemberOfAReplacedGroupWhereItStands) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, "<styles><style name='s'><magic_panels name='g'/></style></styles>");
     const auto group = [](const std::string& element) {
         return "<m><magic_panels name='g'><magic_panel name='x'><panel name='p'><element name='" +
@@ -163,7 +163,7 @@ TEST(ShowLayout, DrawsTheMemberOfAReplacedGroupWhereItStands) {
 }
 
 TEST(ShowLayout, SaysWhatIsMissing) {
-    const TempRoot root;
+    const TemporaryFolder root;
     EXPECT_EQ(showLayout(root), "Styles  none\n\nTab styles  none\n\nMagic panels  0\n");
     root.write(stylePath, "<styles default_style='x'><style name='s'/></styles>");
     EXPECT_THAT(showLayout(root), HasSubstr("Styles  1, default x (there is no such style)\n"));
@@ -173,7 +173,7 @@ TEST(ShowLayout, SaysWhatIsMissing) {
 }
 
 TEST(ShowLayout, IsWhatShowAloneMeans) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write(stylePath, "<styles><style name='s'/></styles>");
     EXPECT_EQ(runTool({"show", "--root", root.path()}).output, showLayout(root));
     EXPECT_THAT(runTool({"show", "--style=", "--root", root.path()}).output,
@@ -182,7 +182,7 @@ TEST(ShowLayout, IsWhatShowAloneMeans) {
 
 /// Whether `show` colours what it prints to a terminal with these variables set.
 bool isColoured(const std::vector<std::string>& environment) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const ToolRun run = runTool({"show", "--root", root.path()},
                                 {.outputTo = OutputTo::terminal, .environment = environment});
     EXPECT_EQ(run.status, 0);
@@ -198,7 +198,7 @@ TEST(ShowLayout, ColoursForATerminalThatWantsIt) {
 }
 
 TEST(ShowLayout, ColoursNothingElse) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const ToolRun run = runTool({"show", "--root", root.path()}, {.environment = {"TERM=xterm"}});
     EXPECT_THAT(run.output, Not(HasSubstr("\x1b")));
 }

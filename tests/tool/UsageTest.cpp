@@ -9,7 +9,7 @@
 
 #include "YGConfigManager/version.h"
 
-#include "host/TempRoot.h"
+#include "files/TemporaryFolder.h"
 #include "tool/ToolRun.h"
 
 namespace {
@@ -17,9 +17,9 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
+using yg::files::TemporaryFolder;
 using yg::testing::OutputTo;
 using yg::testing::runTool;
-using yg::testing::TempRoot;
 using yg::testing::ToolRun;
 
 /// Expects a run that ends with status 2, prints nothing and prints exactly this line on standard
@@ -32,7 +32,7 @@ void expectRefused(const std::vector<std::string>& arguments, const std::string&
 }
 
 TEST(Root, MustBeAFolder) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("file", "");
     expectRefused({"dump", "layout", "--root", root.at("none")},
                   "ygconfig: root folder \"" + root.at("none") + "\": No such file or directory");
@@ -42,14 +42,14 @@ TEST(Root, MustBeAFolder) {
 }
 
 TEST(Root, IsTheCurrentFolderIfNotGiven) {
-    const TempRoot root;
+    const TemporaryFolder root;
     root.write("config/custompage_template.xml", "<styles><style name='s'/></styles>");
     const ToolRun run = runTool({"dump", "style", "s"}, {.folder = root.path()});
     EXPECT_EQ(run.status, 0);
 }
 
 TEST(HostJson, MustBeAnObject) {
-    const TempRoot root;
+    const TemporaryFolder root;
     for (const char* text : {"[]", "null", "{", "", "{\"rightLevel\": 1}"}) {
         root.write("host.json", text);
         const ToolRun run = runTool({"dump", "layout", "--root", root.path()});
@@ -61,7 +61,7 @@ TEST(HostJson, MustBeAnObject) {
 }
 
 TEST(HostJson, MayBeMissing) {
-    const TempRoot root;
+    const TemporaryFolder root;
     EXPECT_EQ(runTool({"dump", "layout", "--root", root.path()}).status, 0);
 }
 
@@ -100,7 +100,7 @@ TEST(Version, IsTheLibrarys) {
 }
 
 TEST(StandardOutput, ThatIsFullIsAnError) {
-    const TempRoot root;
+    const TemporaryFolder root;
     for (const char* command : {"dump", "show"}) {
         const ToolRun run =
             runTool({command, "layout", "--root", root.path()}, {.outputTo = OutputTo::fullDisk});
@@ -111,7 +111,7 @@ TEST(StandardOutput, ThatIsFullIsAnError) {
 }
 
 TEST(StandardOutput, ThatIsClosedIsAnError) {
-    const TempRoot root;
+    const TemporaryFolder root;
     const ToolRun run =
         runTool({"dump", "layout", "--root", root.path()}, {.outputTo = OutputTo::nowhere});
     EXPECT_EQ(run.status, 3);
@@ -122,7 +122,7 @@ TEST(StandardOutput, ThatIsNoLongerReadIsAQuietError) {
     const ToolRun run = runTool({"--help"}, {.outputTo = OutputTo::closedPipe});
     EXPECT_EQ(run.status, 3);
     EXPECT_EQ(run.errors, "");
-    const TempRoot root;
+    const TemporaryFolder root;
     const ToolRun dump =
         runTool({"dump", "layout", "--root", root.path()}, {.outputTo = OutputTo::closedPipe});
     EXPECT_EQ(dump.status, 3);

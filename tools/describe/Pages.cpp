@@ -183,8 +183,9 @@ constexpr std::string_view common = R"(
 ## What holds for all of them
 
 XML files are UTF-8 unless their declaration says otherwise. Comments and processing instructions
-have no meaning anywhere. What a format does not describe is dropped without a word: an attribute or
-an element of another name, an element in a place that is not its own, text between elements. The
+have no meaning, except as the first thing in a [magic panel](magic_panels.md), where custom pages
+take them for its panel. What a format does not describe is dropped without a log line: an attribute
+or an element of another name, an element in a place that is not its own, text between elements. The
 application goes on with the rest; each such place is reported to a diagnostics sink by the name of
 a rule.
 

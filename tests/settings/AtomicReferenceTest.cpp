@@ -13,8 +13,10 @@
 #include <gtest/gtest.h>
 
 #include "YGConfigManager/settings/AtomicReference.h"
+#include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 
 #include "Proof.h"
+#include "settings/SettingsFixture.h"
 
 namespace yg {
 namespace {
@@ -119,9 +121,10 @@ void stop(int) {
     }
 }
 
-TEST(AtomicReferenceProof, NobodyWaitsForAReaderThatStops) {
-    Reference reference;
-    store(reference, 0);
+/// Stops a thread while it reads, and reads. Before each time `replace(round)` answers what is to
+/// be read then.
+template <class Read, class Replace>
+void readWhileAReaderIsStopped(const Read& read, const Replace& replace) {
     ASSERT_EQ(::pipe(stoppedPipe.data()), 0);
     ASSERT_EQ(::pipe(goOnPipe.data()), 0);
     struct sigaction action {};
@@ -132,11 +135,11 @@ TEST(AtomicReferenceProof, NobodyWaitsForAReaderThatStops) {
     std::atomic<int> reads = 0;
     std::thread reader([&] {
         for (; !isOver; ++reads)
-            reference.load();
+            read();
     });
     const int rounds = testing::repeats(400, 200'000);
     for (int round = 0; round < rounds; ++round) {
-        store(reference, round);
+        const auto expected = replace(round);
         // Else it stops where it stopped before.
         for (const int before = reads; reads - before < 10;)
             std::this_thread::yield();
@@ -144,15 +147,36 @@ TEST(AtomicReferenceProof, NobodyWaitsForAReaderThatStops) {
         char byte = 0;
         ASSERT_EQ(::read(stoppedPipe[0], &byte, 1), 1);
         // Takes no memory, whose locks the other may hold. Whoever waits here never comes back.
-        const std::shared_ptr<const int> found = reference.load();
+        const auto found = read();
         ASSERT_EQ(::write(goOnPipe[1], &byte, 1), 1);
-        ASSERT_EQ(*found, round);
+        ASSERT_EQ(found, expected);
     }
     isOver = true;
     reader.join();
     ::sigaction(SIGUSR1, &usual, nullptr);
     for (const int end : {stoppedPipe[0], stoppedPipe[1], goOnPipe[0], goOnPipe[1]})
         ::close(end);
+}
+
+TEST(AtomicReferenceProof, NobodyWaitsForAReaderThatStops) {
+    Reference reference;
+    readWhileAReaderIsStopped([&] { return reference.load(); },
+                              [&](int round) {
+                                  store(reference, round);
+                                  return reference.load();
+                              });
+}
+
+using RequestUrlListProof = testing::StorageTest;
+
+TEST_F(RequestUrlListProof, NoReaderOfTheListWaitsForOneThatStops) {
+    put("request_urls_json.txt", R"({"md5Value":"m","urlConfigList":[]})");
+    const testing::KeptRequests transport;
+    const auto manager = transport.make();
+    manager->readUrlModelFromFile();
+    const auto list = manager->urlModel();
+    ASSERT_NE(list, nullptr);
+    readWhileAReaderIsStopped([&] { return manager->urlModel(); }, [&](int) { return list; });
 }
 
 }  // namespace

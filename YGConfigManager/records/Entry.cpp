@@ -22,7 +22,7 @@ Place Entry::Account::placeOf(const xml::Node& node) {
 }
 
 void Entry::Account::drop(const xml::Element& element, const Rule& rule, std::string_view attribute,
-                          std::string_view value, const Place* earlier) {
+                          std::string_view value, const Place* earlier) const {
     const Place extent = placeOf(element);
     Finding finding{rule,
                     attribute.empty() ? extent : yg::placeOf(element, attribute),
@@ -52,7 +52,7 @@ void Entry::Account::report(const xml::Element& element, const Rule& rule,
 }
 
 void Entry::Account::reportPart(const xml::Element& element, const Rule& rule,
-                                std::string_view attribute, std::string_view part) {
+                                std::string_view attribute, std::string_view part) const {
     const std::string_view value = element.attribute(attribute).value_or("");
     const auto offset = static_cast<std::size_t>(part.data() - value.data());
     const Place place = element.valuePlace(attribute, offset, part.size()).value_or(Place());
@@ -68,7 +68,7 @@ void Entry::Account::reportPart(const xml::Element& element, const Rule& rule,
 std::optional<Place> Entry::Account::define(const xml::Element& element, std::string_view name,
                                             RecordMap<Place>& places, std::string_view attribute) {
     const Place* const found = places.find(name);
-    const auto before = found ? std::optional(*found) : std::nullopt;
+    auto before = found ? std::optional(*found) : std::nullopt;
     places.set(name, attribute.empty() ? placeOf(element) : yg::placeOf(element, attribute));
     return before;
 }

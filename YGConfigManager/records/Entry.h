@@ -152,11 +152,11 @@ private:
 
         static Place placeOf(const xml::Node& node);
         void drop(const xml::Element& element, const Rule& rule, std::string_view attribute,
-                  std::string_view value, const Place* earlier);
+                  std::string_view value, const Place* earlier) const;
         void report(const xml::Element& element, const Rule& rule, std::string_view attribute,
                     std::string_view value, const std::optional<Place>& earlier);
         void reportPart(const xml::Element& element, const Rule& rule, std::string_view attribute,
-                        std::string_view part);
+                        std::string_view part) const;
         static std::optional<Place> define(const xml::Element& element, std::string_view name,
                                            RecordMap<Place>& places, std::string_view attribute);
         void reportChild(const Rule& rule, const xml::Node& child) const;

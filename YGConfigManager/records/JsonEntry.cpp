@@ -91,8 +91,8 @@ const Place* JsonEntry::Account::define(std::string_view name, RecordMap<Place>&
 std::unique_ptr<JsonEntry::Account> JsonEntry::Account::ofItem(std::string_view name,
                                                                std::size_t at,
                                                                const JsonValue& item) const {
-    return std::unique_ptr<Account>(
-        new Account{source, item, pathOf(name) + '[' + std::to_string(at) + ']'});
+    return std::make_unique<Account>(
+        Account{source, item, pathOf(name) + '[' + std::to_string(at) + ']'});
 }
 
 void JsonEntry::Account::end() {

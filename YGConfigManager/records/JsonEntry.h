@@ -105,9 +105,9 @@ private:
 
     /// What was asked of the object.
     struct Account {
-        void report(const Rule& rule, std::string_view member, std::string_view value,
+        void report(const Rule& rule, std::string_view member, std::string_view text,
                     const Place* earlier);
-        void reportMember(const Rule& rule, const JsonMember& member, std::string_view value);
+        void reportMember(const Rule& rule, const JsonMember& member, std::string_view text);
         void noteType(std::string_view name, bool isAbsent);
         const Place* define(std::string_view name, RecordMap<Place>& places) const;
         std::unique_ptr<Account> ofItem(std::string_view name, std::size_t at,

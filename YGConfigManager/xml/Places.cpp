@@ -115,14 +115,14 @@ private:
     void takeValue(std::size_t begin, std::size_t end) {
         const std::string_view upToEnd = text_.substr(0, end);
         while ((begin = upToEnd.find_first_of("&\r", begin)) != std::string_view::npos) {
-            const std::size_t from = begin;
-            const bool isReference = upToEnd[from] == '&';
-            begin = isReference ? behind(";", from)
-                                : from + (upToEnd.substr(from, 2) == "\r\n" ? 2 : 1);
+            const std::size_t mark = begin;
+            const bool isReference = upToEnd[mark] == '&';
+            begin = isReference ? behind(";", mark)
+                                : mark + (upToEnd.substr(mark, 2) == "\r\n" ? 2 : 1);
             if (const std::size_t size =
-                    isReference ? sizeOfReference(upToEnd.substr(from, begin - from)) : 1;
-                size < begin - from)
-                source_.addShortened(from, begin, size);
+                    isReference ? sizeOfReference(upToEnd.substr(mark, begin - mark)) : 1;
+                size < begin - mark)
+                source_.addShortened(mark, begin, size);
         }
     }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <cstddef>
 
 #include "YGConfigManager/xml/Tree.h"
@@ -38,11 +39,9 @@ void appendEscaped(std::string& out, std::string_view text, bool inAttribute) {
 }
 
 bool holdsText(pugi::xml_node element) {
-    for (pugi::xml_node child : element.children()) {
-        if (child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata)
-            return true;
-    }
-    return false;
+    return std::any_of(element.begin(), element.end(), [](pugi::xml_node child) {
+        return child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata;
+    });
 }
 
 void appendStart(std::string& out, pugi::xml_node node) {
@@ -98,7 +97,7 @@ void appendEnd(std::string& out, pugi::xml_node node) {
 
 // A loop and not a recursion, because trees that are built in code may be of any depth.
 void serialiseNode(std::string& out, pugi::xml_node top, Form form) {
-    constexpr std::size_t none = static_cast<std::size_t>(-1);
+    constexpr auto none = static_cast<std::size_t>(-1);
     std::size_t depth = 0;
     std::size_t depthOfText = form == Form::plain ? 0 : none;  // below it nothing is added
     const auto newLine = [&] {
@@ -142,9 +141,9 @@ void serialiseDocument(std::string& out, const Tree& tree, Form form) {
     if (!tree.root())
         return;
     if (form == Form::pretty) {
-        out += "<?xml version=\"1.0\" encoding=\"UTF-8\"";
+        out += R"(<?xml version="1.0" encoding="UTF-8")";
         if (tree.standalone)
-            out += *tree.standalone ? " standalone=\"yes\"" : " standalone=\"no\"";
+            out += *tree.standalone ? R"( standalone="yes")" : R"( standalone="no")";
         out += "?>\n";
     }
     for (pugi::xml_node child : tree.memory.children()) {

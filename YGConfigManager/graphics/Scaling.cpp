@@ -80,8 +80,6 @@ void blendTransparent(const Rows& rows, const Tap& tap, std::uint8_t* target) {
 // do the same operations in the same order and so give the same bytes. Sums of weights and alpha
 // are exact; with colours they may have 30 bits, of which single precision keeps 24.
 
-// The portable vectors that the check asks for are not in the standard yet.
-// NOLINTBEGIN(portability-simd-intrinsics)
 #if defined(__SSE2__)
 
 __m128i load(const std::uint8_t* pixel) {
@@ -159,7 +157,6 @@ void blendRow(const Rows& rows, std::span<const Tap> columns, std::uint8_t* targ
 }
 
 #endif
-// NOLINTEND(portability-simd-intrinsics)
 
 }  // namespace
 

@@ -234,8 +234,8 @@ public:
 
 private:
     struct Level {
-        bool isObject;
-        std::uint32_t begin;
+        bool isObject = false;
+        std::uint32_t begin = 0;
         JsonValue::List list{};
         JsonValue::Members members{};
         std::string name{};  ///< of the next member
@@ -254,7 +254,9 @@ private:
             result_.error = text::format("nested deeper than %d levels", JsonValue::maximumDepth);
             return false;
         }
-        levels_.push_back({isObject, nextToken().begin});
+        Level& level = levels_.emplace_back();
+        level.isObject = isObject;
+        level.begin = nextToken().begin;
         return count();
     }
 

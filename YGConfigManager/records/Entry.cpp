@@ -52,9 +52,12 @@ void Entry::Account::report(const xml::Element& element, const Rule& rule,
 }
 
 void Entry::Account::reportPart(const xml::Element& element, const Rule& rule,
-                                std::string_view attribute, std::string_view part) const {
-    const std::string_view value = element.attribute(attribute).value_or("");
-    const auto offset = static_cast<std::size_t>(part.data() - value.data());
+                                std::string_view attribute, std::string_view part) {
+    // Asking for a value takes its length, and it may have many parts.
+    if (part.data() < valueOfParts.data() ||
+        part.data() > valueOfParts.data() + valueOfParts.size())
+        valueOfParts = element.attribute(attribute).value_or("");
+    const auto offset = static_cast<std::size_t>(part.data() - valueOfParts.data());
     const Place place = element.valuePlace(attribute, offset, part.size()).value_or(Place());
     reporter.report({rule,
                      place,

@@ -156,7 +156,7 @@ private:
         void report(const xml::Element& element, const Rule& rule, std::string_view attribute,
                     std::string_view value, const std::optional<Place>& earlier);
         void reportPart(const xml::Element& element, const Rule& rule, std::string_view attribute,
-                        std::string_view part) const;
+                        std::string_view part);
         static std::optional<Place> define(const xml::Element& element, std::string_view name,
                                            RecordMap<Place>& places, std::string_view attribute);
         void reportChild(const Rule& rule, const xml::Node& child) const;
@@ -170,6 +170,7 @@ private:
         std::vector<std::string_view> asked;
         std::vector<std::span<const AttributeInfo>> tables;
         std::vector<std::string> reported;  ///< attributes that a finding is about
+        std::string_view valueOfParts;      ///< the one that reportPart() was called for last
         bool hasEndedAttributes = false;
         bool isContentRead = false;
     };

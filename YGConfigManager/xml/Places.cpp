@@ -112,17 +112,17 @@ private:
         at_ = text_.find_first_not_of(text::whiteSpace, at_);
     }
 
-    void takeValue(std::size_t begin, std::size_t end) {
+    void takeValue(std::size_t at, std::size_t end) {
         const std::string_view upToEnd = text_.substr(0, end);
-        while ((begin = upToEnd.find_first_of("&\r", begin)) != std::string_view::npos) {
-            const std::size_t mark = begin;
+        while ((at = upToEnd.find_first_of("&\r", at)) != std::string_view::npos) {
+            const std::size_t mark = at;
             const bool isReference = upToEnd[mark] == '&';
-            begin = isReference ? behind(";", mark)
-                                : mark + (upToEnd.substr(mark, 2) == "\r\n" ? 2 : 1);
+            at = isReference ? behind(";", mark)
+                             : mark + (upToEnd.substr(mark, 2) == "\r\n" ? 2 : 1);
             if (const std::size_t size =
-                    isReference ? sizeOfReference(upToEnd.substr(mark, begin - mark)) : 1;
-                size < begin - mark)
-                source_.addShortened(mark, begin, size);
+                    isReference ? sizeOfReference(upToEnd.substr(mark, at - mark)) : 1;
+                size < at - mark)
+                source_.addShortened(mark, at, size);
         }
     }
 

@@ -202,7 +202,8 @@ constexpr std::string_view notes[] = {
     "Views ask for colours and fonts by key and for images by name. A key without a colour shows "
     "red; a key without a font, and a face that is not installed, give the system font.",
     "The style that the application asks for chooses the file: 0 is `palette_white.xml`, 1 is "
-    "`palette_black.xml`; there is no other. Change both: a key that only one of them has loses "
+    "`palette_black.xml`; no other style has a file. Change both: a key that only one of them has "
+    "loses "
     "its colour when the user changes the theme.",
 };
 

@@ -27,6 +27,8 @@ public:
 Answer run(const CommandLine& line, bool colour) {
     if (!line.command)
         return line.answer;
+    if (!line.command->needsHost)
+        return line.command->run({line.arguments, colour});
     const StandAloneHost::Opened opened = StandAloneHost::open(line.arguments.root);
     if (!opened)
         return {"", ExitCode::unusable, "ygconfig: " + printable(opened.error)};

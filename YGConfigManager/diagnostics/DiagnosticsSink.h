@@ -19,6 +19,12 @@
 
 namespace yg {
 
+struct AttributeInfo;
+
+namespace xml {
+class Element;
+}
+
 /// A place that has to do with a finding.
 struct RelatedPlace {
     Place place;
@@ -54,8 +60,19 @@ public:
     /// reported by itself.
     virtual void report(const Finding& finding) = 0;
 
+    /// Whether used() is called, which takes time for each place.
+    virtual bool wantsUsed() const { return true; }
+
     /// Called for each element, attribute, text and JSON member that counts as it is written.
     virtual void used(const Place&) {}
+
+    /// Called for each attribute that counts and that defines or refers to a name (`row.names`).
+    virtual void named(const AttributeInfo& /*row*/, const xml::Element& /*element*/,
+                       std::string_view /*value*/) {}
+
+    /// Called when an element's attributes were read into a record. The record may be short-lived,
+    /// and another one may come to its address.
+    virtual void made(const void* /*record*/, const xml::Element& /*element*/) {}
 
     /// Called before a file is read, with its path as it was given, and before a download is, with
     /// its URL.

@@ -22,9 +22,9 @@ enum class Handling {
 
 /// How much a finding matters to the author of the file.
 enum class Severity {
-    error,    ///< something that the file says is lost
-    warning,  ///< it counts, but probably not as it was meant
-    note,     ///< it is right as it is, and worth knowing
+    error,    ///< what is written is lost, unreachable, or read as something else than it says
+    warning,  ///< likely to be a mistake
+    info,     ///< worth knowing; it may be meant
 };
 
 /// One kind of finding. All texts are constants and live as long as the program.
@@ -37,6 +37,9 @@ struct Rule {
     std::string_view file = {};         ///< the file of the example, as in "config/events.xml"
     std::string_view before = {};       ///< a whole file that gives the finding
     std::string_view after = {};        ///< the same file without it
+    /// Another file that the example needs, unchanged by the repair; empty for none.
+    std::string_view besideFile = {};
+    std::string_view beside = {};  ///< that file whole
 };
 
 /// All rules, those that every file format shares first.

@@ -10,8 +10,8 @@ std::span<const Rule> rules() {
 }
 
 const Rule* ruleNamed(OptionalText name) {
-    const auto found = std::ranges::find(ruleTable, *name, &Rule::name);
-    return found == std::end(ruleTable) ? nullptr : found;
+    const auto* found = std::ranges::find(ruleTable, *name, &Rule::name);
+    return found == ruleTable.end() ? nullptr : found;
 }
 
 }  // namespace yg

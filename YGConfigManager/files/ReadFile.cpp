@@ -8,6 +8,8 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "YGConfigManager/files/UnsavedTexts.h"
+
 namespace yg::files {
 
 namespace {
@@ -105,6 +107,11 @@ FileReading readWholeFile(std::string_view path, std::size_t limit) {
         return failure(path, "the path is empty");
     if (path.find('\0') != std::string_view::npos)
         return failure(path, "the path holds a NUL byte");
+    if (const std::string* const unsaved = unsavedText(path)) {
+        if (unsaved->size() > limit)
+            return failure(path, tooLarge(limit));
+        return {true, *unsaved, unsaved->size(), {}};
+    }
     const OpenFile file(openForReading(std::string(path).c_str()));
     struct stat state;
     if (file.number() < 0 || ::fstat(file.number(), &state) != 0)
@@ -128,7 +135,7 @@ std::optional<FileIdentity> identityOf(std::string_view path) {
 }
 
 bool fileExists(std::string_view path) {
-    return identityOf(path).has_value();
+    return unsavedText(path) || identityOf(path).has_value();
 }
 
 }  // namespace yg::files

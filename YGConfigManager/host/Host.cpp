@@ -4,6 +4,7 @@
 #include <mutex>
 #include <utility>
 
+#include "YGConfigManager/host/HostOfThread.h"
 #include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/StandAloneHost.h"
 #include "YGConfigManager/process/ForkMutex.h"
@@ -17,6 +18,8 @@ struct Hosts {
     std::shared_ptr<Host> standard;  // null until it is asked for
     StandAloneHost withoutSettings{"."};
 };
+
+constinit thread_local const std::shared_ptr<Host>* ofThread = nullptr;
 
 constinit ForkMutex installing;
 constinit ForkMutex making;
@@ -62,7 +65,18 @@ std::shared_ptr<Host> setHost(std::shared_ptr<Host> host) noexcept {
     return std::exchange(all.installed, std::move(host));
 }
 
+HostOfThread::HostOfThread(const std::shared_ptr<Host>& host) noexcept
+    : outer_(ofThread), host_(host) {
+    ofThread = &host_;
+}
+
+HostOfThread::~HostOfThread() {
+    ofThread = outer_;
+}
+
 std::shared_ptr<Host> currentHost() noexcept {
+    if (ofThread)
+        return *ofThread;
     {
         const Hosts& all = hosts();
         const std::lock_guard lock(installing);

@@ -9,6 +9,7 @@
 
 #include "YGConfigManager/files/MakeFolder.h"
 #include "YGConfigManager/files/ReadFile.h"
+#include "YGConfigManager/files/UnsavedTexts.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/JsonValue.h"
 #include "YGConfigManager/host/Log.h"
@@ -36,7 +37,8 @@ std::string systemError(int code) {
 /// Whether something is at the path that can be read as a file.
 bool isFile(const std::string& path) {
     struct stat state {};
-    return ::stat(path.c_str(), &state) == 0 && !S_ISDIR(state.st_mode);
+    return files::unsavedText(path) ||
+           (::stat(path.c_str(), &state) == 0 && !S_ISDIR(state.st_mode));
 }
 
 bool isFolder(const std::string& path) {
@@ -47,7 +49,7 @@ bool isFolder(const std::string& path) {
 /// Nothing at the path, not even a link that leads nowhere.
 bool isMissing(const std::string& path) {
     struct stat state {};
-    return ::lstat(path.c_str(), &state) != 0 && errno == ENOENT;
+    return !files::unsavedText(path) && ::lstat(path.c_str(), &state) != 0 && errno == ENOENT;
 }
 
 /// The file's path in the folder of the root, if the name cannot lead out of it.

@@ -101,33 +101,40 @@ void Entry::Account::accountForText(const xml::Element& element) const {
     for (const xml::Node& child : element.children()) {
         if (child.isElement())
             reportChild("element-in-text"_rule, child);
-        else if (child.kind() == xml::NodeKind::text)
+        else if (child.kind() == xml::NodeKind::text && reporter.sink()->wantsUsed())
             reporter.sink()->used(placeOf(child));
     }
 }
 
-/// What is wrong with an attribute that nothing was reported of; null when nothing is.
-const Rule* Entry::Account::ruleFor(const xml::Attribute& attribute) const {
+const AttributeInfo* Entry::Account::rowOf(std::string_view attribute) const {
     for (const std::span<const AttributeInfo>& rows : tables) {
-        const auto row = std::ranges::find(rows, attribute.name, &AttributeInfo::name);
+        const auto row = std::ranges::find(rows, attribute, &AttributeInfo::name);
         if (row != rows.end())
-            return oddity(*row, attribute.value);
+            return &*row;
     }
-    return contains(asked, attribute.name) ? nullptr : &"unknown-attribute"_rule;
+    return nullptr;
 }
 
 void Entry::Account::endAttributes(const xml::Element& element) {
     if (hasEndedAttributes)
         return;
     hasEndedAttributes = true;
-    reporter.sink()->used(placeOf(element));
+    DiagnosticsSink& sink = *reporter.sink();
+    if (sink.wantsUsed())
+        sink.used(placeOf(element));
     for (const xml::Attribute attribute : element.attributes()) {
+        const AttributeInfo* const row = rowOf(attribute.name);
+        if (row && row->names != Naming::nothing)
+            sink.named(*row, element, attribute.value);
         if (contains(reported, attribute.name))
             continue;
-        if (const Rule* const rule = ruleFor(attribute))
+        const Rule* const rule = row                               ? oddity(*row, attribute.value)
+                                 : contains(asked, attribute.name) ? nullptr
+                                                                   : &"unknown-attribute"_rule;
+        if (rule)
             report(element, *rule, attribute.name, attribute.value, std::nullopt);
-        else
-            reporter.sink()->used(yg::placeOf(element, attribute.name));
+        else if (sink.wantsUsed())
+            sink.used(yg::placeOf(element, attribute.name));
     }
     for (const std::span<const AttributeInfo>& rows : tables) {
         for (const AttributeInfo& row : rows) {

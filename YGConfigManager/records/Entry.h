@@ -56,8 +56,10 @@ public:
     /// missing; "" when none is.
     template <class Record, std::size_t count>
     std::string_view read(const AttributeTable<Record, count>& table, Record& record) {
-        if (account_)
+        if (account_) {
             account_->tables.push_back(table.rows());
+            account_->reporter.sink()->made(&record, element_);
+        }
         return table.read(element_, record);
     }
     template <class Record>
@@ -164,7 +166,8 @@ private:
         void accountForText(const xml::Element& element) const;
         void endAttributes(const xml::Element& element);
         void endContent(const xml::Element& element) const;
-        const Rule* ruleFor(const xml::Attribute& attribute) const;
+        /// The row of an attribute that was read by a table; null for another one.
+        const AttributeInfo* rowOf(std::string_view attribute) const;
 
         Reporter reporter;
         std::vector<std::string_view> asked;

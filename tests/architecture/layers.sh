@@ -29,6 +29,7 @@ servers     $middle net
 palette     $middle graphics
 settings    $middle net
 formats     $middle graphics net layout events servers palette settings
+inspection  $middle graphics net layout events servers palette settings formats
 "
 
 # How the names of a library's headers begin, with the one place that may include them. A dash:

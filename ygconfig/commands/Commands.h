@@ -25,6 +25,7 @@ struct Command {
     std::string_view notes;     ///< what else --help says
     void (*declare)(CLI::App& app, Arguments& arguments);  ///< what it takes; null for nothing
     Answer (*run)(const Session& session);  ///< null when a further word has to be given
+    bool needsHost = true;  ///< otherwise it works with a root whose host.json cannot be used
 };
 
 /// All commands, each behind those whose words it begins with.
@@ -39,6 +40,7 @@ std::span<const Command> settingsCommands();
 std::span<const Command> webPageCommands();
 std::span<const Command> requestUrlCommands();
 std::span<const Command> chooseCommands();
+std::span<const Command> lintCommands();
 
 /// What a command answers when the host has no path for a file of this name.
 Answer nothingShownWithoutPath(std::string_view fileName);

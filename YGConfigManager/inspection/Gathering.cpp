@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/inspection/Gathering.h"
+
+#include <utility>
+
+namespace yg {
+
+namespace {
+
+Found foundAt(const Rule& rule, const Place& place, Details details) {
+    return {{rule, place, place, {}, {}, std::move(details.value), std::move(details.related)},
+            std::move(details.suggestion),
+            std::move(details.message)};
+}
+
+}  // namespace
+
+void Gathering::named(const AttributeInfo& row, const xml::Element& element,
+                      std::string_view value) {
+    const Place place = element.place().value_or(Place());
+    if (knownNames_.emplace(&row, place.file, place.begin).second)
+        names_.push_back({&row, element, std::string(value)});
+}
+
+void Gathering::onFile(const Rule& rule, std::string_view path, Details details) {
+    add(foundAt(rule, {std::string(path), {}, {}}, std::move(details)));
+}
+
+void Gathering::onPlace(const Rule& rule, const Place& place, Details details) {
+    add(foundAt(rule, place, std::move(details)));
+}
+
+void Gathering::onElement(const Rule& rule, const xml::Element& element, Details details) {
+    Found found = foundAt(rule, element.tagPlace().value_or(Place()), std::move(details));
+    found.finding.element = element.name();
+    add(std::move(found));
+}
+
+void Gathering::onAttribute(const Rule& rule, const xml::Element& element,
+                            std::string_view attribute, Details details) {
+    Found found =
+        foundAt(rule, element.attributePlace(attribute).value_or(Place()), std::move(details));
+    found.finding.element = element.name();
+    found.finding.attribute = attribute;
+    if (found.finding.value.empty())
+        found.finding.value = element.attribute(attribute).value_or("");
+    add(std::move(found));
+}
+
+void Gathering::onPart(const Rule& rule, const xml::Element& element, std::string_view attribute,
+                       std::size_t offset, std::size_t size, Details details) {
+    Found found = foundAt(rule, element.valuePlace(attribute, offset, size).value_or(Place()),
+                          std::move(details));
+    found.finding.element = element.name();
+    found.finding.attribute = attribute;
+    if (found.finding.value.empty())
+        found.finding.value = element.attribute(attribute).value_or("").substr(offset, size);
+    add(std::move(found));
+}
+
+void Gathering::add(Found found) {
+    const Finding& finding = found.finding;
+    if (!finding.place.file.empty() &&
+        known_
+            .emplace(std::string(finding.rule.name), finding.place.file, finding.place.begin,
+                     finding.place.end, finding.attribute, finding.value)
+            .second)
+        found_.push_back(std::move(found));
+}
+
+xml::Element Gathering::originOf(const void* record) const {
+    const auto found = origins_.find(record);
+    return found == origins_.end() ? xml::Element() : found->second;
+}
+
+}  // namespace yg

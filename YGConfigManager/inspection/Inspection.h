@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+//
+// What is wrong with the files of a root folder, and which names they define and use. The whole
+// root is loaded as a terminal would load it, for every user: all layout files, the events, both
+// palettes, the four server files, the settings files, web page tables and request URL lists of
+// storage/ and user/, host.json, the images, and every page that the templates can build.
+//
+// An inspection has loaders of its own. The process's host, its shared loaders and the files stay
+// as they are, nothing is downloaded, and nothing is logged. It works on the calling thread;
+// several may run at a time. An object does not change and may be read by any thread.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "YGConfigManager/export.h"
+#include "YGConfigManager/inspection/RootFinding.h"
+#include "YGConfigManager/records/Description.h"
+#include "YGConfigManager/text/OptionalText.h"
+
+namespace yg {
+
+struct InspectionOptions {
+    /// Whole texts that count in place of files, by their names below the root: what an editor has
+    /// not saved. A file that does not exist counts as if it did.
+    std::map<std::string, std::string, std::less<>> unsaved = {};
+};
+
+/// One place where a file defines a name or refers to one.
+struct NamePlace {
+    Naming kind = Naming::nothing;
+    std::string name;
+    bool defines = false;
+    std::string file;  ///< below the root
+    TextPoint begin;   ///< of the name itself, inside the quotes
+    TextPoint end;
+};
+
+class YG_EXPORT Inspection {
+public:
+    /// Inspects a folder. Null, with one line in `error`, when it is not a folder or memory does
+    /// not suffice.
+    static std::shared_ptr<const Inspection> open(OptionalText root, std::string& error,
+                                                  const InspectionOptions& options = {});
+
+    ~Inspection();
+    Inspection(const Inspection&) = delete;
+    Inspection& operator=(const Inspection&) = delete;
+
+    /// What was found, sorted by file, line, column and rule. The same files give the same list.
+    std::span<const RootFinding> findings() const;
+
+    /// The names that count, sorted by kind, name and place.
+    std::span<const NamePlace> names() const;
+
+    /// A line of a file, from 1, as UTF-8 without its line end: of a file that a finding or a name
+    /// is in. Absent when there is no such line, and for a file that is not text.
+    std::optional<std::string> line(OptionalText file, std::uint32_t number) const;
+
+private:
+    struct Content;
+    explicit Inspection(std::unique_ptr<Content> content);
+
+    std::unique_ptr<Content> content_;
+};
+
+}  // namespace yg

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+//
+// Everything that an inspection has loaded, for its checks. Internal. Throws std::bad_alloc.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "YGConfigManager/events/YGEventLoader.h"
+#include "YGConfigManager/inspection/Gathering.h"
+#include "YGConfigManager/inspection/InspectionHost.h"
+#include "YGConfigManager/inspection/SourceFiles.h"
+#include "YGConfigManager/layout/YGStyleConfigLoad.h"
+#include "YGConfigManager/palette/YGPaletteLoad.h"
+#include "YGConfigManager/servers/YGServerCfgLoader.h"
+
+namespace yg {
+
+/// A page that can be shown.
+struct Page {
+    enum class Source { style, tab, custom };
+    std::string name;
+    Source source;
+    std::shared_ptr<const StyleConfigInfo> style;  ///< never null
+};
+
+/// One palette file that was read.
+struct LoadedPalette {
+    std::string file;  ///< below the root
+    std::int8_t style;
+    std::shared_ptr<YGPaletteLoad> palette;  ///< null when there is none
+};
+
+/// One server file that was read.
+struct LoadedServers {
+    std::string file;                            ///< below the root
+    std::shared_ptr<YGServerCfgLoader> servers;  ///< null when there is none
+};
+
+struct Loaded {
+    explicit Loaded(std::shared_ptr<InspectionHost> ofRoot)
+        : host(std::move(ofRoot)), files(host->root()) {}
+
+    std::shared_ptr<InspectionHost> host;
+    SourceFiles files;
+    std::shared_ptr<YGStyleConfigLoad> layout;  ///< never null
+    std::vector<Page> pages;
+    std::shared_ptr<YGEventLoader> events;
+    std::vector<LoadedPalette> palettes;
+    std::vector<LoadedServers> servers;
+    std::vector<std::string> settingsFiles;    ///< below the root
+    std::vector<std::string> webPageFiles;     ///< below the root
+    std::vector<std::string> requestUrlFiles;  ///< below the root
+};
+
+/// Loads the root of the host, which this thread uses, and reports to `findings`. The loaders keep
+/// it, so it must outlive them.
+Loaded load(std::shared_ptr<InspectionHost> host, Gathering& findings);
+
+}  // namespace yg

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/inspection/SourceFiles.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <system_error>
+#include <utility>
+
+#include "YGConfigManager/files/ReadFile.h"
+#include "YGConfigManager/files/UnsavedTexts.h"
+#include "YGConfigManager/text/Paths.h"
+#include "YGConfigManager/text/Utf8.h"
+#include "YGConfigManager/xml/Decoding.h"
+
+namespace yg {
+
+SourceFile::SourceFile(std::string_view path) : path_(path) {
+    files::FileReading reading = files::readWholeFile(path);
+    isRead_ = reading.ok;
+    bytes_ = std::move(reading.bytes);
+    xml::Decoded decoded = xml::decodeXml(bytes_);
+    text_ = decoded.errors.empty() ? std::move(decoded.text) : bytes_;
+    lineBegins_.push_back(0);
+    for (std::size_t at = text_.find('\n'); at != std::string::npos; at = text_.find('\n', at))
+        lineBegins_.push_back(++at);
+}
+
+std::optional<std::string_view> SourceFile::line(std::uint32_t number) const {
+    if (!isRead_ || number == 0 || number > lineBegins_.size())
+        return std::nullopt;
+    const std::size_t begin = lineBegins_[number - 1];
+    const std::size_t end = number < lineBegins_.size() ? lineBegins_[number] - 1 : text_.size();
+    std::string_view line = std::string_view(text_).substr(begin, end - begin);
+    if (number == 1 && line.starts_with(text::byteOrderMark))
+        line.remove_prefix(text::byteOrderMark.size());
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    return line;
+}
+
+const xml::ParseResult& SourceFile::document() const {
+    if (!document_)
+        document_ = xml::Document::parseBytes(bytes_, {.positions = true});
+    return *document_;
+}
+
+std::vector<xml::Element> SourceFile::elementsAt(const TextPoint& point) const {
+    const auto contains = [&](const xml::Element& element) {
+        const auto place = element.place();
+        return place && place->begin <= point && point < place->end;
+    };
+    std::vector<xml::Element> around;
+    xml::Element next = document().document.root();
+    while (next && contains(next)) {
+        around.push_back(next);
+        next = xml::Element();
+        for (const xml::Node& child : around.back().children()) {
+            if (child.isElement() && contains(xml::Element(child))) {
+                next = xml::Element(child);
+                break;
+            }
+        }
+    }
+    return around;
+}
+
+const SourceFile& SourceFiles::file(std::string_view name) const {
+    auto found = files_.find(name);
+    if (found == files_.end())
+        found = files_.emplace(name, std::make_unique<SourceFile>(pathOf(name))).first;
+    return *found->second;
+}
+
+std::string SourceFiles::nameOf(std::string_view path) const {
+    const std::string above = text::joinPath(root_, "/");
+    return std::string(path.starts_with(above) ? path.substr(above.size()) : path);
+}
+
+std::string SourceFiles::pathOf(std::string_view name) const {
+    return text::joinPath(root_, name);
+}
+
+std::vector<std::string> SourceFiles::namesIn(std::string_view folder) const {
+    std::set<std::string> names;
+    const std::string path = pathOf(folder);
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(path, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code ignored;
+        if (entry->is_regular_file(ignored))
+            names.insert(text::joinPath(folder, entry->path().filename().string()));
+    }
+    for (const std::string& unsaved : files::unsavedNamesIn(path))
+        names.insert(text::joinPath(folder, unsaved));
+    return {names.begin(), names.end()};
+}
+
+}  // namespace yg

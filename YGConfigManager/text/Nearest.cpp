@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "YGConfigManager/text/Nearest.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <new>
+#include <unicode/normalizer2.h>
+#include <unicode/unistr.h>
+#include <vector>
+
+namespace yg::text {
+
+namespace {
+
+/// Without blanks, in small letters and in the usual width.
+std::u32string folded(std::string_view word) {
+    UErrorCode failure = U_ZERO_ERROR;
+    const icu::Normalizer2* const folding = icu::Normalizer2::getNFKCCasefoldInstance(failure);
+    if (U_FAILURE(failure))
+        throw std::bad_alloc();
+    const icu::UnicodeString text = folding->normalize(
+        icu::UnicodeString::fromUTF8({word.data(), static_cast<int>(word.size())}), failure);
+    if (U_FAILURE(failure))
+        throw std::bad_alloc();
+    std::u32string characters;
+    for (int at = 0; at < text.length(); at = text.moveIndex32(at, 1)) {
+        const auto character = static_cast<char32_t>(text.char32At(at));
+        if (!u_isUWhiteSpace(static_cast<UChar32>(character)))
+            characters += character;
+    }
+    return characters;
+}
+
+/// How many steps lead from one word to the other, each character taking part in one step at most.
+std::size_t distance(const std::u32string& from, const std::u32string& to) {
+    std::vector<std::size_t> beforeLast;
+    std::vector<std::size_t> last(to.size() + 1);
+    std::vector<std::size_t> current(to.size() + 1);
+    for (std::size_t j = 0; j <= to.size(); ++j)
+        current[j] = j;
+    for (std::size_t i = 1; i <= from.size(); ++i) {
+        beforeLast = last;
+        last = current;
+        current[0] = i;
+        for (std::size_t j = 1; j <= to.size(); ++j) {
+            const std::size_t change = from[i - 1] == to[j - 1] ? 0 : 1;
+            current[j] = std::min({last[j] + 1, current[j - 1] + 1, last[j - 1] + change});
+            if (i > 1 && j > 1 && from[i - 1] == to[j - 2] && from[i - 2] == to[j - 1])
+                current[j] = std::min(current[j], beforeLast[j - 2] + 1);
+        }
+    }
+    return current[to.size()];
+}
+
+}  // namespace
+
+std::string_view nearest(std::string_view word, std::span<const std::string> known) {
+    const std::u32string wanted = folded(word);
+    std::string_view found;
+    std::size_t best = 0;
+    for (const std::string& each : known) {
+        const std::u32string candidate = folded(each);
+        const std::size_t longer = std::max(wanted.size(), candidate.size());
+        const std::size_t shorter = std::min(wanted.size(), candidate.size());
+        const std::size_t limit = std::max<std::size_t>(1, longer / 3);
+        if (candidate.empty() || longer - shorter > limit)
+            continue;
+        const std::size_t steps = distance(wanted, candidate);
+        // With half of the characters changed it is a different word.
+        if (steps <= limit && 2 * steps < longer && (found.empty() || steps < best)) {
+            found = each;
+            best = steps;
+        }
+    }
+    return found;
+}
+
+}  // namespace yg::text

@@ -123,7 +123,7 @@ inline constexpr Rule layoutRules[] = {
      R"(<styles default_style="quote">
     <style name="quote"><panel name="main"><element name="grid" param="SH"/></panel></style>
 </styles>)"},
-    {"rtline-view-left-out", Handling::dropped, Severity::error,
+    {"rtline-view-left-out", Handling::dropped, Severity::info,
      "Stock detail pages leave out a panel named rtline_view inside another panel.",
      "Pages whose name begins with 个股详细视图- show the panel rtline_view at the top level only. "
      "Inside another panel it is left out with all that is in it.",

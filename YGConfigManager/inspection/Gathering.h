@@ -10,6 +10,7 @@
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
@@ -69,7 +70,7 @@ public:
     void add(Found found);
 
     const std::vector<Found>& found() const { return found_; }
-    std::vector<Found>& found() { return found_; }
+    std::vector<Found> takeFound() { return std::move(found_); }
 
     /// The attributes that count, in the order of loading, and each once.
     const std::vector<NameUse>& names() const { return names_; }

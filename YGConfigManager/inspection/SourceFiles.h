@@ -36,12 +36,21 @@ public:
     std::vector<xml::Element> elementsAt(const TextPoint& point) const;
 
 private:
+    struct Extent {
+        Place place;
+        xml::Element element;
+        std::size_t around;  ///< the index of the parent, its own at the root
+    };
+
+    void noteExtents(const xml::Element& element, std::size_t around) const;
+
     std::string path_;
     bool isRead_ = false;
     std::string bytes_;
     std::string text_;
     std::vector<std::size_t> lineBegins_;
     mutable std::optional<xml::ParseResult> document_;
+    mutable std::vector<Extent> extents_;  ///< of all elements, in the order of the document
 };
 
 class SourceFiles {

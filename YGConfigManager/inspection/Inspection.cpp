@@ -152,7 +152,7 @@ std::shared_ptr<const Inspection> Inspection::open(OptionalText root, std::strin
                 RootFinding made = rootFinding(cause.found, loaded, suggestions);
                 for (const Found& each : cause.consequences)
                     made.consequences.push_back(
-                        rootPlace(loaded.files, each.finding.place, messageOf(each)));
+                        rootPlace(loaded.files, each.finding.extent, messageOf(each)));
                 content->findings.push_back(std::move(made));
             }
             content->names = namePlaces(findings.names(), loaded.files);

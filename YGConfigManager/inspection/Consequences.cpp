@@ -53,9 +53,8 @@ constexpr std::pair<std::string_view, std::string_view> followsFromFormat[] = {
 
 bool isAboutUnreadableFile(const Finding& finding) {
     const std::string_view rule = finding.rule.name;
-    return rule == "missing-file" ||
-           (rule.starts_with("unreadable-") && rule != "unreadable-image" &&
-            rule != "unreadable-setting");
+    return rule == "missing-file" || (rule.starts_with("unreadable-") &&
+                                      rule != "unreadable-image" && rule != "unreadable-setting");
 }
 
 /// What could be the cause of another finding.

@@ -2,6 +2,7 @@
 #include "YGConfigManager/inspection/Inspection.h"
 
 #include <algorithm>
+#include <exception>
 #include <filesystem>
 #include <mutex>
 #include <new>
@@ -165,8 +166,10 @@ std::shared_ptr<const Inspection> Inspection::open(OptionalText root, std::strin
         return std::shared_ptr<const Inspection>(new Inspection(std::move(content)));
     } catch (const std::bad_alloc&) {
         error = outOfMemory;
-        return nullptr;
+    } catch (const std::exception& failure) {
+        error = failure.what();
     }
+    return nullptr;
 }
 
 std::span<const RootFinding> Inspection::findings() const {

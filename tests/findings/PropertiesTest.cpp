@@ -93,8 +93,8 @@ RootFiles withoutDropped(const RootFiles& files, std::span<const RootFinding> fi
     for (const RootFinding& finding : findings) {
         const std::string& name = finding.file;
         if (finding.rule->handling != Handling::dropped ||
-            finding.extentBegin == finding.extentEnd ||
-            notDeletable.contains(finding.rule->name) || !files.contains(name))
+            finding.extentBegin == finding.extentEnd || notDeletable.contains(finding.rule->name) ||
+            !files.contains(name))
             continue;
         const std::string& text = files.find(name)->second;
         const Range range = Offsets(text).of(finding.extentBegin, finding.extentEnd);

@@ -13,8 +13,9 @@ namespace yg::testing {
 /// A change of one file of the sample.
 struct Change {
     std::string_view file;  ///< below the root
-    std::string_view was;   ///< the first such text is replaced; "" for the whole file, or a new one
-    /// With ⟦ and ⟧ around the text that the finding is to be at; without them it is the whole file.
+    std::string_view was;  ///< the first such text is replaced; "" for the whole file, or a new one
+    /// With ⟦ and ⟧ around the text that the finding is to be at; without them it is the whole
+    /// file.
     std::string_view is;
     bool isFileRemoved = false;
 };

@@ -86,7 +86,9 @@ private:
 };
 
 std::string_view nameOf(Severity severity) {
-    return severity == Severity::error ? "error" : severity == Severity::warning ? "warning" : "info";
+    return severity == Severity::error     ? "error"
+           : severity == Severity::warning ? "warning"
+                                           : "info";
 }
 
 /// "FILE:LINE:COLUMN-LINE:COLUMN SEVERITY RULE"

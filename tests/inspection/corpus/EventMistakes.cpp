@@ -4,8 +4,7 @@
 namespace yg::testing {
 
 std::vector<Mistake> eventMistakes() {
-    return {
-    };
+    return {};
 }
 
 }  // namespace yg::testing

@@ -4,8 +4,7 @@
 namespace yg::testing {
 
 std::vector<Mistake> serverMistakes() {
-    return {
-    };
+    return {};
 }
 
 }  // namespace yg::testing

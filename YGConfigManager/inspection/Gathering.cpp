@@ -15,8 +15,22 @@ Found foundAt(const Rule& rule, const Place& place, Details details) {
 
 }  // namespace
 
+void Gathering::report(const Finding& finding) {
+    if (aside_)
+        aside_->push_back(finding);
+    else
+        add({finding});
+}
+
+void Gathering::made(const void* record, const xml::Element& element) {
+    if (!aside_)
+        origins_.insert_or_assign(record, element);
+}
+
 void Gathering::named(const AttributeInfo& row, const xml::Element& element,
                       std::string_view value) {
+    if (aside_)
+        return;
     const Place place = element.place().value_or(Place());
     if (knownNames_.emplace(&row, place.file, place.begin).second)
         names_.push_back({&row, element, std::string(value)});

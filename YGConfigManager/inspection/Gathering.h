@@ -45,14 +45,15 @@ struct Details {
 class Gathering final : public DiagnosticsSink {
 public:
     // ---- From the loaders ----
-    void report(const Finding& finding) override { add({finding}); }
+    void report(const Finding& finding) override;
     bool wantsUsed() const override { return false; }
-    void readingFile(std::string_view path) override { lastRead_ = path; }
+    void readingFile(std::string_view path) override {
+        if (!aside_)
+            lastRead_ = path;
+    }
     void named(const AttributeInfo& row, const xml::Element& element,
                std::string_view value) override;
-    void made(const void* record, const xml::Element& element) override {
-        origins_.insert_or_assign(record, element);
-    }
+    void made(const void* record, const xml::Element& element) override;
 
     // ---- From the checks ----
     void onFile(const Rule& rule, std::string_view path, Details details = {});
@@ -64,6 +65,15 @@ public:
     /// A part of an attribute's value, `size` bytes from `offset` on.
     void onPart(const Rule& rule, const xml::Element& element, std::string_view attribute,
                 std::size_t offset, std::size_t size, Details details = {});
+
+    /// What a loader reports while `ask` runs. None of it counts: a check only wants to know.
+    template <class Ask>
+    std::vector<Finding> reportedBy(const Ask& ask) {
+        std::vector<Finding> reported;
+        const Aside aside(*this, reported);
+        ask();
+        return reported;
+    }
 
     /// Adds a finding unless the same was found before, for a file may be loaded more than once, or
     /// it is about a call and has no file.
@@ -82,9 +92,24 @@ public:
     xml::Element originOf(const void* record) const;
 
 private:
+    /// As long as it lives, what loaders say goes to a list of its own.
+    class Aside {
+    public:
+        Aside(Gathering& gathering, std::vector<Finding>& reported) : gathering_(gathering) {
+            gathering_.aside_ = &reported;
+        }
+        ~Aside() { gathering_.aside_ = nullptr; }
+        Aside(const Aside&) = delete;
+        Aside& operator=(const Aside&) = delete;
+
+    private:
+        Gathering& gathering_;
+    };
+
     using Key =
         std::tuple<std::string, std::string, TextPoint, TextPoint, std::string, std::string>;
 
+    std::vector<Finding>* aside_ = nullptr;
     std::string lastRead_;
     std::vector<Found> found_;
     std::set<Key> known_;

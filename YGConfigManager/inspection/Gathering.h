@@ -10,6 +10,7 @@
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
@@ -70,6 +71,18 @@ public:
 
     const std::vector<Found>& found() const { return found_; }
     std::vector<Found>& found() { return found_; }
+
+    /// Takes out what another finding explains.
+    template <class Predicate>
+    void removeIf(Predicate&& isExplained) {
+        // A finding cannot be assigned, since its rule is a reference.
+        std::vector<Found> kept;
+        for (Found& found : found_) {
+            if (!isExplained(std::as_const(found)))
+                kept.push_back(std::move(found));
+        }
+        found_.swap(kept);
+    }
 
     /// The attributes that count, in the order of loading, and each once.
     const std::vector<NameUse>& names() const { return names_; }

@@ -70,7 +70,7 @@ public:
     void add(Found found);
 
     const std::vector<Found>& found() const { return found_; }
-    std::vector<Found>& found() { return found_; }
+    std::vector<Found> takeFound() { return std::move(found_); }
 
     /// Takes out what another finding explains.
     template <class Predicate>

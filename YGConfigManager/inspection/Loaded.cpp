@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/inspection/Loaded.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "YGConfigManager/settings/YGAppConfigManager.h"
@@ -100,7 +101,53 @@ void loadRequestUrls(Loaded& loaded, Gathering& findings, std::string_view folde
         loaded.requestUrlFiles.push_back(file);
 }
 
+bool isIn(const std::vector<std::string>& files, std::string_view file) {
+    return std::ranges::find(files, file) != files.end();
+}
+
 }  // namespace
+
+const FormatInfo* formatOf(const Loaded& loaded, std::string_view file) {
+    const std::string_view name = file.substr(file.rfind('/') + 1);
+    const std::string_view folder = file.substr(0, file.size() - name.size());
+    if (file == "host.json")
+        return formatNamed("host");
+    if (folder == "config/" && name == "events.xml")
+        return formatNamed("events");
+    if (name == "magic_panels.xml" && folder != "base_optimize/")
+        return formatNamed("magic_panels");
+    if (folder == "base_optimize/")
+        return formatNamed("reuse_panels");
+    if (folder == "config/" || folder == "soft_optimize/")
+        return formatNamed("styles");
+    if (isIn(loaded.settingsFiles, file))
+        return formatNamed("settings");
+    if (isIn(loaded.webPageFiles, file))
+        return formatNamed("web_pages");
+    if (name.starts_with("palette_"))
+        return formatNamed("palette");
+    if (name.starts_with("skeleton_"))
+        return formatNamed("servers");
+    return name == "request_urls_json.txt" ? formatNamed("request_urls") : nullptr;
+}
+
+const ElementInfo* infoOf(const FormatInfo& format, std::span<const xml::Element> elements) {
+    if (elements.empty())
+        return nullptr;
+    const ElementInfo* info = &format.root;
+    for (const xml::Element& element : elements.subspan(1)) {
+        const auto isOfName = [&](const ElementInfo* each) {
+            return each->name == element.name() ||
+                   (each->name.empty() &&
+                    std::ranges::find(each->otherThan, element.name()) == each->otherThan.end());
+        };
+        const auto found = std::ranges::find_if(info->content, isOfName);
+        if (found == info->content.end())
+            return nullptr;
+        info = *found;
+    }
+    return info;
+}
 
 Loaded load(std::shared_ptr<InspectionHost> host, Gathering& findings) {
     Loaded loaded(std::move(host));

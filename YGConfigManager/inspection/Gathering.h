@@ -82,6 +82,18 @@ public:
     const std::vector<Found>& found() const { return found_; }
     std::vector<Found> takeFound() { return std::move(found_); }
 
+    /// Takes out what another finding explains.
+    template <class Predicate>
+    void removeIf(Predicate&& isExplained) {
+        // A finding cannot be assigned, since its rule is a reference.
+        std::vector<Found> kept;
+        for (Found& found : found_) {
+            if (!isExplained(std::as_const(found)))
+                kept.push_back(std::move(found));
+        }
+        found_.swap(kept);
+    }
+
     /// The attributes that count, in the order of loading, and each once.
     const std::vector<NameUse>& names() const { return names_; }
 

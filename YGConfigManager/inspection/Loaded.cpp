@@ -7,6 +7,7 @@
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 #include "YGConfigManager/settings/YGWebPageUrlConfig.h"
+#include "YGConfigManager/text/Paths.h"
 
 namespace yg {
 
@@ -16,6 +17,7 @@ using Storage = InspectionHost::Storage;
 
 constexpr std::string_view webPageFile = "web_page_urls.xml";
 constexpr std::string_view settingsFile = "app_config.xml";
+constexpr std::string_view requestUrlFile = "request_urls_json.txt";
 
 void loadLayout(Loaded& loaded, Gathering& findings) {
     loaded.layout = std::make_shared<YGStyleConfigLoad>(&findings);
@@ -52,29 +54,51 @@ void loadServers(Loaded& loaded, Gathering& findings) {
     }
 }
 
+enum class TableKind { unknown, settings, webPages };
+
 /// The application chooses the names of settings files and web page tables, so they are told apart
 /// by their roots.
-void loadTables(Loaded& loaded, Gathering& findings, const std::string& folder) {
+TableKind kindOf(const SourceFile& file, std::string_view name) {
+    if (name == webPageFile)
+        return TableKind::webPages;
+    if (name == settingsFile)
+        return TableKind::settings;
+    const std::string_view root = file.document().document.root().name();
+    return root == "urls"     ? TableKind::webPages
+           : root == "config" ? TableKind::settings
+                              : TableKind::unknown;
+}
+
+/// A user's copy is read as the shipped file of its name is. Another file of the user's may be
+/// anything, so it counts only if it is one of them by itself.
+void loadTables(Loaded& loaded, Gathering& findings, std::string_view folder) {
     for (const std::string& file : loaded.files.namesIn(folder)) {
         const std::string name = file.substr(folder.size() + 1);
         if (!name.ends_with(".xml") || name.starts_with("palette_") ||
             name.starts_with("skeleton_"))
             continue;
-        const std::string_view root = loaded.files.file(file).document().document.root().name();
-        if (name == webPageFile || (root == "urls" && name != settingsFile)) {
+        const SourceFile& shipped = loaded.files.file(text::joinPath(shippedFolder, name));
+        const TableKind kind = kindOf(shipped.isRead() ? shipped : loaded.files.file(file), name);
+        if (kind == TableKind::webPages) {
             YGWebPageUrlConfig::initWithFileName(name, &findings);
             loaded.webPageFiles.push_back(file);
-        } else {
+        } else if (kind == TableKind::settings || shipped.isRead()) {
             YGAppConfigManager::initWithFileName(name, &findings);
             loaded.settingsFiles.push_back(file);
         }
     }
 }
 
-void loadRequestUrls(Loaded& loaded, Gathering& findings) {
-    // Without a server in the host it only reads the file.
-    if (YGHttpReqUrlMgr::init(&findings) && findings.lastRead().ends_with(".txt"))
-        loaded.requestUrlFiles.push_back(loaded.files.nameOf(findings.lastRead()));
+/// The user may have no list of their own; the shipped one is reported when it is missing.
+void loadRequestUrls(Loaded& loaded, Gathering& findings, std::string_view folder) {
+    const std::string file = text::joinPath(folder, requestUrlFile);
+    const bool isThere = loaded.files.file(file).isRead();
+    if (!isThere && folder == userFolder)
+        return;
+    if (const auto manager = YGHttpReqUrlMgr::make(&findings))
+        manager->readUrlModelFromFile();
+    if (isThere)
+        loaded.requestUrlFiles.push_back(file);
 }
 
 bool isIn(const std::vector<std::string>& files, std::string_view file) {
@@ -134,8 +158,9 @@ Loaded load(std::shared_ptr<InspectionHost> host, Gathering& findings) {
         loaded.host->see(storage);
         loadPalettes(loaded, findings);
         loadServers(loaded, findings);
-        loadTables(loaded, findings, storage == Storage::user ? "user" : "storage");
-        loadRequestUrls(loaded, findings);
+        const std::string_view folder = storage == Storage::user ? userFolder : shippedFolder;
+        loadTables(loaded, findings, folder);
+        loadRequestUrls(loaded, findings, folder);
     }
     loaded.host->see(Storage::asUsed);
     return loaded;

@@ -22,6 +22,11 @@
 
 namespace yg {
 
+/// The folders of the storage below the root: what is shipped, and the user's copies, which count
+/// instead.
+inline constexpr std::string_view shippedFolder = "storage";
+inline constexpr std::string_view userFolder = "user";
+
 /// A page that can be shown.
 struct Page {
     enum class Source { style, tab, custom };

@@ -18,6 +18,7 @@ enum class Handling {
     replaced,    ///< it takes the place of an earlier definition of the same name
     defaulted,   ///< its value cannot be read as it stands; a default or a part of it counts
     unresolved,  ///< it names something that does not exist
+    kept,        ///< it counts as it is written
 };
 
 /// How much a finding matters to the author of the file.

@@ -18,6 +18,13 @@ constexpr std::pair<std::string_view, Naming> references[] = {
     {"unknown-event-template", Naming::eventTemplate},
     {"unknown-palette-color", Naming::color},
     {"unknown-palette-font", Naming::font},
+    {"unknown-event-group", Naming::eventGroup},
+    {"unknown-command", Naming::command},
+    {"unknown-panel-command", Naming::command},
+    {"unknown-page", Naming::style},
+    {"unused-event-group", Naming::eventGroup},
+    {"unused-event-template", Naming::eventTemplate},
+    {"unused-command", Naming::command},
 };
 
 std::string_view plainName(const ElementInfo& element) {

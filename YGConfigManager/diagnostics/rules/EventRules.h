@@ -313,7 +313,7 @@ inline constexpr Rule eventRules[] = {
      R"(<styles>
     <style name="quote"><panel name="main"/></style>
 </styles>)"},
-    {"tab-as-page", Handling::unresolved, Severity::info,
+    {"tab-as-page", Handling::kept, Severity::info,
      "Only a tab has this name; looking up a page by its name finds no tabs.",
      "Tabs are in a table of their own. If the application does not look there by itself, the page "
      "does not change.",
@@ -328,7 +328,7 @@ inline constexpr Rule eventRules[] = {
      R"(<styles>
     <style name="trend"><panel name="main"/></style>
 </styles>)"},
-    {"unused-event-group", Handling::dropped, Severity::info,
+    {"unused-event-group", Handling::kept, Severity::info,
      "No element of a page, a tab, a magic panel or a reuse panel names this event group.",
      "The group can be deleted, unless the application asks for it by itself.", "config/events.xml",
      R"(<event_list>
@@ -342,7 +342,7 @@ inline constexpr Rule eventRules[] = {
      R"(<styles>
     <style name="quote"><panel name="main"><element name="grid" event="grid"/></panel></style>
 </styles>)"},
-    {"unused-event-template", Handling::dropped, Severity::info,
+    {"unused-event-template", Handling::kept, Severity::info,
      "No template and no event group includes this template.",
      "A template counts only where it is included. Include it, or delete it.", "config/events.xml",
      R"(<event_list>
@@ -353,7 +353,7 @@ inline constexpr Rule eventRules[] = {
     <event_template name="list"><event name="select"/></event_template>
     <element_event name="grid"><include src="list"/></element_event>
 </event_list>)"},
-    {"unused-command", Handling::dropped, Severity::info,
+    {"unused-command", Handling::kept, Severity::info,
      "No event and no panel names this command.",
      "The command can be deleted, unless the application asks for it by itself.",
      "config/events.xml",

@@ -15,6 +15,21 @@
 
 namespace yg {
 
+namespace {
+
+/// An element with all below it, in the order of the text. Documents nest 256 levels at the most.
+void addElements(std::vector<xml::Element>& elements, const xml::Element& element) {
+    if (!element)
+        return;
+    elements.push_back(element);
+    for (const xml::Node& child : element.children()) {
+        if (child.isElement())
+            addElements(elements, xml::Element(child));
+    }
+}
+
+}  // namespace
+
 SourceFile::SourceFile(std::string_view path) : path_(path) {
     files::FileReading reading = files::readWholeFile(path);
     isRead_ = reading.ok;
@@ -46,22 +61,17 @@ const xml::ParseResult& SourceFile::document() const {
 }
 
 std::vector<xml::Element> SourceFile::elementsAt(const TextPoint& point) const {
-    const auto contains = [&](const xml::Element& element) {
-        const auto place = element.place();
-        return place && place->begin <= point && point < place->end;
-    };
+    if (elements_.empty())
+        addElements(elements_, document().document.root());
+    const auto beginOf = [](const xml::Element& element) { return element.place()->begin; };
+    const auto behind = std::ranges::upper_bound(elements_, point, {}, beginOf);
+    // The last element that begins before the point is inside of all those around it.
+    xml::Element next = behind == elements_.begin() ? xml::Element() : behind[-1];
+    while (next && next.place()->end <= point)
+        next = next.parent();
     std::vector<xml::Element> around;
-    xml::Element next = document().document.root();
-    while (next && contains(next)) {
-        around.push_back(next);
-        next = xml::Element();
-        for (const xml::Node& child : around.back().children()) {
-            if (child.isElement() && contains(xml::Element(child))) {
-                next = xml::Element(child);
-                break;
-            }
-        }
-    }
+    for (; next; next = next.parent())
+        around.insert(around.begin(), next);
     return around;
 }
 

@@ -42,6 +42,7 @@ private:
     std::string text_;
     std::vector<std::size_t> lineBegins_;
     mutable std::optional<xml::ParseResult> document_;
+    mutable std::vector<xml::Element> elements_;  ///< in the order of the text, once asked for
 };
 
 class SourceFiles {

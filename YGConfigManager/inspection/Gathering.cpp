@@ -17,8 +17,11 @@ Found foundAt(const Rule& rule, const Place& place, Details details) {
 
 void Gathering::named(const AttributeInfo& row, const xml::Element& element,
                       std::string_view value) {
-    const Place place = element.place().value_or(Place());
-    if (knownNames_.emplace(&row, place.file, place.begin).second)
+    const Place place = element.tagPlace().value_or(Place());
+    auto file = files_.find(place.file);
+    if (file == files_.end())
+        file = files_.insert(place.file).first;
+    if (knownNames_.insert({&row, &*file, place.begin}).second)
         names_.push_back({&row, element, std::string(value)});
 }
 

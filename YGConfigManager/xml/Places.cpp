@@ -168,11 +168,17 @@ private:
 }  // namespace
 
 const SourceIndex& Source::index() const {
-    std::call_once(isIndexed_, [&] {
-        index_.emplace(text_);
-        Scan(text_, *index_).run();
-    });
-    return *index_;
+    if (const SourceIndex* const known = index_.load())
+        return *known;
+    auto made = std::make_unique<SourceIndex>(text_);
+    Scan(text_, *made).run();
+    return keep(std::move(made));
+}
+
+/// The first that is made stays.
+const SourceIndex& Source::keep(std::unique_ptr<const SourceIndex> made) const {
+    const SourceIndex* known = nullptr;
+    return index_.compare_exchange_strong(known, made.get()) ? *made.release() : *known;
 }
 
 Place Source::place(std::size_t begin, std::size_t end) const {
@@ -256,10 +262,9 @@ void notePlaces(Tree& tree, std::shared_ptr<const Source> source) {
         tree.ownSource = source.get();
         return;
     }
-    std::call_once(source->isIndexed_, [&] {
-        source->index_.emplace(source->text_);
-        Scan(source->text_, *source->index_, *source, tree).run();
-    });
+    auto index = std::make_unique<SourceIndex>(source->text_);
+    Scan(source->text_, *index, *source, tree).run();
+    source->keep(std::move(index));
 }
 
 }  // namespace yg::xml

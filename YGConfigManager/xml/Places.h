@@ -3,11 +3,10 @@
 // Where the nodes and attributes of a tree are in the text that it was parsed from. Internal.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <mutex>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -62,6 +61,9 @@ struct SourceIndex {
 class Source {
 public:
     Source(std::string_view file, std::string text) : file_(file), text_(std::move(text)) {}
+    Source(const Source&) = delete;
+    Source& operator=(const Source&) = delete;
+    ~Source() { delete index_.load(); }
 
     Place nodePlace(std::size_t begin) const;
     Place tagPlace(std::size_t begin) const;
@@ -75,12 +77,12 @@ private:
     friend void notePlaces(Tree& tree, std::shared_ptr<const Source> source);
 
     const SourceIndex& index() const;
+    const SourceIndex& keep(std::unique_ptr<const SourceIndex> made) const;
     Place place(std::size_t begin, std::size_t end) const;
 
     std::string file_;
     std::string text_;
-    mutable std::once_flag isIndexed_;
-    mutable std::optional<SourceIndex> index_;
+    mutable std::atomic<const SourceIndex*> index_ = nullptr;
 };
 
 /// Where a node or an attribute begins.

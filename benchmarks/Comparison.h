@@ -44,6 +44,7 @@ void require(bool holds, const char* what);
 
 // One for each file of benchmarks.
 void registerGraphics();
+void registerInspection();
 void registerLayoutLoading();
 void registerLayoutLookup();
 void registerNet();

@@ -159,21 +159,128 @@ std::string reusePanels(std::uint32_t seed, std::size_t bytes) {
     return writer.text();
 }
 
+std::string events(std::uint32_t seed, std::size_t bytes) {
+    Writer writer(seed);
+    const auto number = [&](std::size_t count) { return std::to_string(writer.below(count)); };
+    const auto event = [&](std::size_t level) {
+        writer.line(level, "<event name=\"event_" + number(40) + "\" command=\"打开_" +
+                               number(1000) + "\" dispatch=\"code;market\"/>");
+    };
+    writer.line(0, std::string(declaration));
+    writer.line(0, "<event_list>");
+    writer.line(1, "<command_event>");
+    for (int i = 0; i < 1000; ++i)
+        writer.line(2, "<command name=\"打开_" + std::to_string(i) + "\" change_style=\"页面_" +
+                           std::to_string(i % 124) + "\" dispatch=\"code\"/>");
+    writer.line(1, "</command_event>");
+    for (int i = 0; i < 40; ++i) {
+        writer.line(1, "<event_template name=\"template_" + std::to_string(i) + "\">");
+        for (int k = 0; k < 20; ++k)
+            event(2);
+        writer.line(1, "</event_template>");
+    }
+    for (int i = 0; writer.size() < bytes; ++i) {
+        writer.line(1, "<element_event name=\"行情列表_" + std::to_string(i) + "\">");
+        writer.line(2, "<template src=\"template_" + number(40) + "\"/>");
+        for (std::size_t k = 2 + writer.below(6); k > 0; --k)
+            event(2);
+        writer.line(1, "</element_event>");
+    }
+    writer.line(0, "</event_list>");
+    return writer.text();
+}
+
+std::string palette(std::uint32_t seed, std::size_t bytes) {
+    Writer writer(seed);
+    const auto number = [&](std::size_t count) { return std::to_string(writer.below(count)); };
+    const auto section = [&](std::size_t level, const std::string& name, std::size_t upTo,
+                             const auto& line) {
+        writer.line(level, "<" + name + ">");
+        for (std::size_t i = 0; writer.size() < upTo; ++i)
+            writer.line(level + 1, line(std::to_string(i)));
+        writer.line(level, "</" + name + ">");
+    };
+    writer.line(0, std::string(declaration));
+    writer.line(0, "<ROOT>");
+    writer.line(1, "<SWPALETTE>");
+    section(2, "COLORES", bytes / 2, [&](const std::string& i) {
+        return "<COLOR NAME=\"颜色_" + i + "\" R=\"" + number(256) + "\" G=\"" + number(256) +
+               "\" B=\"" + number(256) + "\"/>";
+    });
+    writer.line(2, "<APP_MAP>");
+    section(3, "COLORES", bytes, [&](const std::string& i) {
+        return "<ITEM KEY=\"key." + i + "\" VALUE=\"颜色_" + number(1000) + "\"/>";
+    });
+    writer.line(2, "</APP_MAP>");
+    writer.line(1, "</SWPALETTE>");
+    writer.line(0, "</ROOT>");
+    return writer.text();
+}
+
+std::string servers(std::uint32_t seed, std::size_t bytes) {
+    Writer writer(seed);
+    const auto address = [&] {
+        return std::to_string(10 * (1 + writer.below(9))) + ":198.51.100." +
+               std::to_string(writer.below(256)) + ":" + std::to_string(9000 + writer.below(1000));
+    };
+    writer.line(0, std::string(declaration));
+    writer.line(0, "<application md5=\"0123456789abcdef\">");
+    for (std::size_t type = 1; type <= 9; ++type) {
+        writer.line(1, "<server type=\"" + std::to_string(type) +
+                           "\" name=\"行情服务器\" domain=\"example.com\">");
+        for (int i = 0; writer.size() < bytes / 9 * type; ++i)
+            writer.line(2, "<addr key=\"" + std::to_string(i) + "\" name=\"上海行情;深圳行情\"" +
+                               " addrs=\"" + address() + ";" + address() + "\"/>");
+        writer.line(1, "</server>");
+    }
+    writer.line(0, "</application>");
+    return writer.text();
+}
+
+std::string settings(std::size_t bytes) {
+    Writer writer(0);
+    writer.line(0, std::string(declaration));
+    writer.line(0, "<config>");
+    for (int i = 0; writer.size() < bytes; ++i) {
+        writer.line(1, "<section" + std::to_string(i) + ">");
+        for (int k = 0; k < 20; ++k) {
+            const std::string name = "item" + std::to_string(k);
+            writer.line(2, "<" + name + " description=\"what it is for\">value " +
+                               std::to_string(i) + "</" + name + ">");
+        }
+        writer.line(1, "</section" + std::to_string(i) + ">");
+    }
+    writer.line(0, "</config>");
+    return writer.text();
+}
+
+void write(const std::filesystem::path& path, const std::string& text, std::size_t& bytes) {
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << text;
+    bytes += text.size();
+}
+
 }  // namespace
+
+std::size_t makeRoot(const std::filesystem::path& root, std::size_t bytes) {
+    std::size_t written = makeSkeleton(root, bytes / 100 * 66).bytes;
+    write(root / "config/events.xml", events(7, bytes / 100 * 12), written);
+    for (const char* theme : {"white", "black"})
+        write(root / ("storage/palette_" + std::string(theme) + ".xml"),
+              palette(8, bytes / 100 * 5), written);
+    write(root / "storage/skeleton_v1.xml", servers(9, bytes / 100 * 6), written);
+    write(root / "storage/app_config.xml", settings(bytes / 100 * 6), written);
+    return written;
+}
 
 Skeleton makeSkeleton(const std::filesystem::path& root, std::size_t bytes) {
     Skeleton skeleton{root, 0};
-    const auto write = [&](const std::string& path, const std::string& text) {
-        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-        std::ofstream(path, std::ios::binary) << text;
-        skeleton.bytes += text.size();
-    };
-    write(skeleton.stylePath(), styles(1, bytes / 100 * 68, "页面_"));
-    write(skeleton.tabPath(), styles(2, bytes / 100 * 10, "标签_"));
-    write(skeleton.magicPath(), magicPanels(3, bytes / 100 * 10));
-    write(skeleton.softStylePath(), styles(4, bytes / 100 * 5, "页面_"));
-    write(skeleton.softMagicPath(), magicPanels(5, bytes / 100 * 3));
-    write(skeleton.reusePath(), reusePanels(6, bytes / 100 * 4));
+    write(skeleton.stylePath(), styles(1, bytes / 100 * 68, "页面_"), skeleton.bytes);
+    write(skeleton.tabPath(), styles(2, bytes / 100 * 10, "标签_"), skeleton.bytes);
+    write(skeleton.magicPath(), magicPanels(3, bytes / 100 * 10), skeleton.bytes);
+    write(skeleton.softStylePath(), styles(4, bytes / 100 * 5, "页面_"), skeleton.bytes);
+    write(skeleton.softMagicPath(), magicPanels(5, bytes / 100 * 3), skeleton.bytes);
+    write(skeleton.reusePath(), reusePanels(6, bytes / 100 * 4), skeleton.bytes);
     return skeleton;
 }
 

@@ -25,4 +25,8 @@ struct Skeleton {
 /// Writes a layout of about `bytes` into the folder.
 Skeleton makeSkeleton(const std::filesystem::path& root, std::size_t bytes);
 
+/// Writes a whole root of about `bytes`: a layout that takes two thirds of them, events, palettes,
+/// servers, settings and web pages. Answers the bytes of all files.
+std::size_t makeRoot(const std::filesystem::path& root, std::size_t bytes);
+
 }  // namespace yg::benchmarks

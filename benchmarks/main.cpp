@@ -76,6 +76,7 @@ int main(int argc, char** argv) {
         return 1;
 
     yg::benchmarks::registerGraphics();
+    yg::benchmarks::registerInspection();
     yg::benchmarks::registerLayoutLoading();
     yg::benchmarks::registerLayoutLookup();
     yg::benchmarks::registerNet();

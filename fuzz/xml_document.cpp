@@ -3,12 +3,16 @@
 // Bytes as an XML document: both ways of building a tree agree, what is written reads back to the
 // same bytes, every lookup answers, and changes leave a document that can be read.
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "YGConfigManager/xml/Builder.h"
+#include "YGConfigManager/xml/Decoding.h"
 #include "YGConfigManager/xml/Document.h"
 #include "YGConfigManager/xml/Query.h"
+#include "YGConfigManager/xml/Tree.h"
 
 #include "Target.h"
 
@@ -35,12 +39,26 @@ void expectSame(const Node& left, const Node& right) {
         require(attribute.name == (*other).name && attribute.value == (*other).value,
                 "both builders make the same attributes");
         require(leftElement.attribute(attribute.name) == attribute.value, "an attribute is found");
-        require(rightElement.attributePlace(attribute.name).has_value(),
-                "an attribute has a place");
         ++other;
     }
     require(leftElement.childCount() == rightElement.childCount(), "as many children");
-    require(right.place().has_value(), "a node has a place");
+}
+
+/// The places of the tree that was parsed with positions, beside those that a scan in step with
+/// the tree by callbacks gives.
+void expectSamePlaces(const Node& kept, const Node& built) {
+    require(kept.place().has_value(), "a node has a place");
+    require(kept.place() == built.place(), "both builders give a node the same place");
+    const Element element(kept);
+    const Element other(built);
+    require(element.tagPlace() == other.tagPlace(), "a tag has the same place");
+    for (const Attribute attribute : element.attributes()) {
+        require(element.attributePlace(attribute.name).has_value(), "an attribute has a place");
+        require(element.attributePlace(attribute.name) == other.attributePlace(attribute.name),
+                "an attribute has the same place");
+        require(element.valuePlace(attribute.name) == other.valuePlace(attribute.name),
+                "a value has the same place");
+    }
 }
 
 void expectReadsBack(const Document& document) {
@@ -150,26 +168,37 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes = textOf(data, size);
     ParseResult quick = Document::parseBytes(bytes);
     const ParseResult kept = Document::parseBytes(bytes, withPositions);
-    require(static_cast<bool>(quick) == static_cast<bool>(kept), "both builders take the same");
+    require(static_cast<bool>(quick) == static_cast<bool>(kept), "positions change nothing");
     require(static_cast<bool>(quick) == static_cast<bool>(quick.document.root()),
             "success means a root");
     if (!quick) {
         require(quick.error.find_first_of("\r\n") == std::string::npos, "an error is one line");
-        require(kept.error == quick.error, "both builders give the same description");
+        require(kept.error == quick.error, "positions change no description");
         return 0;
     }
     const std::string plain = quick.document.serialise(Form::plain);
-    require(plain == kept.document.serialise(Form::plain), "both builders make the same document");
+    require(plain == kept.document.serialise(Form::plain), "positions change no document");
+    const std::string text = decodeXml(bytes).text;
+    const std::shared_ptr<Tree> tree = buildByCallbacks(text).tree;
+    require(tree != nullptr, "both builders take the same");
+    notePlaces(*tree, std::make_shared<const Source>("", text));
+    std::string built;
+    serialiseDocument(built, *tree, Form::plain);
+    require(plain == built, "both builders make the same document");
     if (plain.size() > largestDocument)
         return 0;
 
     const std::vector<Node> nodes = quick.document.query("//node()");
-    const std::vector<Node> others = kept.document.query("//node()");
-    require(nodes.size() == others.size(), "both builders make as many nodes");
+    const std::vector<Node> keptNodes = kept.document.query("//node()");
+    const std::vector<Node> builtNodes = Tree::select(tree, {}, Query("//node()"));
+    require(nodes.size() == keptNodes.size() && nodes.size() == builtNodes.size(),
+            "both builders make as many nodes");
     if (nodes.size() > 2'000)
         return 0;
-    for (std::size_t i = 0; i < nodes.size(); ++i)
-        expectSame(nodes[i], others[i]);
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        expectSame(nodes[i], builtNodes[i]);
+        expectSamePlaces(keptNodes[i], builtNodes[i]);
+    }
     expectReadsBack(quick.document);
     lookUp(quick.document);
     change(quick.document, bytes.substr(bytes.size() - std::min<std::size_t>(bytes.size(), 48)));

@@ -31,8 +31,11 @@ void Gathering::named(const AttributeInfo& row, const xml::Element& element,
                       std::string_view value) {
     if (aside_)
         return;
-    const Place place = element.place().value_or(Place());
-    if (knownNames_.emplace(&row, place.file, place.begin).second)
+    const Place place = element.tagPlace().value_or(Place());
+    auto file = files_.find(place.file);
+    if (file == files_.end())
+        file = files_.insert(place.file).first;
+    if (knownNames_.insert({&row, &*file, place.begin}).second)
         names_.push_back({&row, element, std::string(value)});
 }
 

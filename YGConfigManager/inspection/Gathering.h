@@ -4,12 +4,16 @@
 // std::bad_alloc.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -122,11 +126,28 @@ private:
         std::tuple<std::string, std::string, TextPoint, TextPoint, std::string, std::string>;
 
     std::vector<Finding>* aside_ = nullptr;
+    /// Where a name stands. Files are compared by the address of their paths in `files_`.
+    struct NameKey {
+        const AttributeInfo* row;
+        const std::string* file;
+        TextPoint begin;
+
+        friend bool operator==(const NameKey&, const NameKey&) = default;
+    };
+    struct HashOfNameKey {
+        std::size_t operator()(const NameKey& key) const {
+            const std::uint64_t point = (std::uint64_t{key.begin.line} << 20U) + key.begin.column;
+            return std::hash<const void*>()(key.row) * 31 + std::hash<const void*>()(key.file) +
+                   static_cast<std::size_t>(point * 0x9E3779B97F4A7C15U);
+        }
+    };
+
     std::string lastRead_;
     std::vector<Found> found_;
     std::set<Key> known_;
     std::vector<NameUse> names_;
-    std::set<std::tuple<const AttributeInfo*, std::string, TextPoint>> knownNames_;
+    std::set<std::string, std::less<>> files_;
+    std::unordered_set<NameKey, HashOfNameKey> knownNames_;
     std::unordered_map<const void*, xml::Element> origins_;
 };
 

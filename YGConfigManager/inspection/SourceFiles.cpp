@@ -17,6 +17,21 @@
 
 namespace yg {
 
+namespace {
+
+/// An element with all below it, in the order of the text. Documents nest 256 levels at the most.
+void addElements(std::vector<xml::Element>& elements, const xml::Element& element) {
+    if (!element)
+        return;
+    elements.push_back(element);
+    for (const xml::Node& child : element.children()) {
+        if (child.isElement())
+            addElements(elements, xml::Element(child));
+    }
+}
+
+}  // namespace
+
 SourceFile::SourceFile(std::string_view path) : path_(path) {
     files::FileReading reading = files::readWholeFile(path);
     isRead_ = reading.ok;
@@ -76,34 +91,18 @@ const xml::ParseResult& SourceFile::document() const {
     return *document_;
 }
 
-/// The depth of a document is limited.
-void SourceFile::noteExtents(const xml::Element& element, std::size_t around) const {
-    const std::size_t at = extents_.size();
-    extents_.push_back({*element.place(), element, around});
-    for (const xml::Node& child : element.children()) {
-        if (child.isElement())
-            noteExtents(xml::Element(child), at);
-    }
-}
-
 std::vector<xml::Element> SourceFile::elementsAt(const TextPoint& point) const {
-    if (extents_.empty() && document().document.root())
-        noteExtents(document().document.root(), 0);
-    // The last one that begins before the point, or one around it.
-    auto found = std::ranges::upper_bound(extents_, point, {},
-                                          [](const Extent& each) { return each.place.begin; });
+    if (elements_.empty())
+        addElements(elements_, document().document.root());
+    const auto beginOf = [](const xml::Element& element) { return element.place()->begin; };
+    const auto behind = std::ranges::upper_bound(elements_, point, {}, beginOf);
+    // The last element that begins before the point is inside of all those around it.
+    xml::Element next = behind == elements_.begin() ? xml::Element() : behind[-1];
+    while (next && next.place()->end <= point)
+        next = next.parent();
     std::vector<xml::Element> around;
-    if (found == extents_.begin())
-        return around;
-    auto at = static_cast<std::size_t>(found - extents_.begin()) - 1;
-    while (at != 0 && extents_[at].place.end <= point)
-        at = extents_[at].around;
-    if (extents_[at].place.end <= point)
-        return around;
-    for (; at != 0; at = extents_[at].around)
-        around.push_back(extents_[at].element);
-    around.push_back(extents_.front().element);
-    std::ranges::reverse(around);
+    for (; next; next = next.parent())
+        around.insert(around.begin(), next);
     return around;
 }
 

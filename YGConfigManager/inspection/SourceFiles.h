@@ -39,14 +39,6 @@ public:
     std::vector<xml::Element> elementsAt(const TextPoint& point) const;
 
 private:
-    struct Extent {
-        Place place;
-        xml::Element element;
-        std::size_t around;  ///< the index of the parent, its own at the root
-    };
-
-    void noteExtents(const xml::Element& element, std::size_t around) const;
-
     /// The character before or behind a point; 0 at the ends of the file.
     std::optional<std::size_t> offsetOf(const TextPoint& point) const;
 
@@ -56,7 +48,7 @@ private:
     std::string text_;
     std::vector<std::size_t> lineBegins_;
     mutable std::optional<xml::ParseResult> document_;
-    mutable std::vector<Extent> extents_;  ///< of all elements, in the order of the document
+    mutable std::vector<xml::Element> elements_;  ///< in the order of the text, once asked for
 };
 
 class SourceFiles {

@@ -9,17 +9,20 @@ namespace yg::text {
 
 namespace {
 
-constexpr std::size_t blockSize = 256;
+constexpr std::size_t blockSize = 64;
 
 }  // namespace
 
-LineIndex::LineIndex(std::string_view text) : lineBegins_{0} {
-    for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at))
-        lineBegins_.push_back(++at);
+LineIndex::LineIndex(std::string_view text) {
     std::size_t count = 0;
     for (std::size_t at = 0; at <= text.size(); at += blockSize) {
         characters_.push_back(count);
         count += countCodePoints(text.substr(at, blockSize));
+    }
+    lines_.push_back({0, 0});
+    for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at)) {
+        ++at;
+        lines_.push_back({at, charactersBefore(text, at)});
     }
 }
 
@@ -30,13 +33,13 @@ std::size_t LineIndex::charactersBefore(std::string_view text, std::size_t offse
 
 TextPoint LineIndex::pointAt(std::string_view text, std::size_t offset) const {
     offset = std::min(offset, text.size());
-    const auto next = std::upper_bound(lineBegins_.begin(), lineBegins_.end(), offset);
-    const std::size_t begin = *(next - 1);
-    if (begin == 0 && text.starts_with(byteOrderMark))
-        return {1, static_cast<std::uint32_t>(charactersBefore(text, offset) + (offset == 0))};
-    return {static_cast<std::uint32_t>(next - lineBegins_.begin()),
-            static_cast<std::uint32_t>(charactersBefore(text, offset) -
-                                       charactersBefore(text, begin) + 1)};
+    const auto next = std::ranges::upper_bound(lines_, offset, {}, &Line::begin);
+    const Line& line = *(next - 1);
+    const auto column =
+        static_cast<std::uint32_t>(charactersBefore(text, offset) - line.characters);
+    if (line.begin == 0 && text.starts_with(byteOrderMark))
+        return {1, column + (offset == 0)};
+    return {static_cast<std::uint32_t>(next - lines_.begin()), column + 1};
 }
 
 TextPoint pointAt(std::string_view text, std::size_t offset) {

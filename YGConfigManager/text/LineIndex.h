@@ -27,7 +27,11 @@ public:
 private:
     std::size_t charactersBefore(std::string_view text, std::size_t offset) const;
 
-    std::vector<std::size_t> lineBegins_;
+    struct Line {
+        std::size_t begin;
+        std::size_t characters;  ///< before it
+    };
+    std::vector<Line> lines_;
     std::vector<std::size_t> characters_;  ///< before each block of the text
 };
 

@@ -140,11 +140,12 @@ xmlSAXHandler Builder::callbacks() {
 
 std::shared_ptr<Tree> buildQuickly(std::string_view text) {
     auto tree = std::make_shared<Tree>();
+    tree->inPlace = text;
     constexpr unsigned int flags = pugi::parse_pi | pugi::parse_comments | pugi::parse_cdata |
                                    pugi::parse_escapes | pugi::parse_eol |
                                    pugi::parse_wconv_attribute | pugi::parse_ws_pcdata_single;
-    const pugi::xml_parse_result result =
-        tree->memory.load_buffer(text.data(), text.size(), flags, pugi::encoding_utf8);
+    const pugi::xml_parse_result result = tree->memory.load_buffer_inplace(
+        tree->inPlace.data(), tree->inPlace.size(), flags, pugi::encoding_utf8);
     if (result.status == pugi::status_out_of_memory)
         throw std::bad_alloc();
     return result ? std::move(tree) : nullptr;

@@ -45,9 +45,9 @@ bool Document::canBeRead(const std::string& text) {
 ParseResult Document::parsed(Decoded decoded, std::string_view path, ParseOptions options) {
     Parsed parsed{nullptr, std::move(decoded.errors)};
     if (parsed.errors.empty())
-        parsed = parseUtf8(decoded.text, options.positions);
+        parsed = parseUtf8(decoded.text);
     if (parsed.tree && options.positions)
-        notePlaces(*parsed.tree, std::make_shared<Source>(path, std::move(decoded.text)));
+        notePlaces(*parsed.tree, std::make_shared<const Source>(path, std::move(decoded.text)));
     std::string error = described(parsed.errors);
     return {Document(std::move(parsed.tree)), std::move(error), std::move(parsed.errors)};
 }

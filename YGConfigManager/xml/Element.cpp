@@ -78,8 +78,10 @@ bool Element::setAttribute(OptionalText name, OptionalText value) {
     const std::string stored = storableText(*value);
     pugi::xml_node element = Tree::raw(*this);
     if (const pugi::xml_attribute attribute = findAttribute(element, *name)) {
+        Origin* const origin = tree_->noteOrigin(attribute);
         setValue(attribute, stored);
-        tree_->forgetValue(attribute);
+        if (origin)
+            origin->hasNewValue = true;
         return true;
     }
     pugi::xml_attribute added = made(element.append_attribute(""));
@@ -94,6 +96,7 @@ bool Element::setAttribute(OptionalText name, OptionalText value) {
 bool Element::rename(OptionalText name) {
     if (!node_ || !isXmlName(*name))
         return false;
+    tree_->noteOrigin(Tree::raw(*this));
     setName(Tree::raw(*this), std::string(*name).c_str());
     return true;
 }
@@ -108,8 +111,10 @@ bool Element::setContent(OptionalText text) {
     // hidden, so a handle must not come to stand on it.
     const pugi::xml_node only = element.first_child();
     if (only.type() == pugi::node_pcdata && !only.next_sibling() && !isBlank(stored)) {
+        Origin* const origin = tree_->noteOrigin(only);
         setValue(only, stored);
-        tree_->ranges.erase(only.internal_object());
+        if (origin)
+            *origin = {};
         return true;
     }
 
@@ -205,22 +210,22 @@ std::vector<Node> Element::query(OptionalText query) const {
 }
 
 std::optional<Place> Element::tagPlace() const {
-    Range range = Tree::rangeOf(tree_, Tree::raw(*this).internal_object());
-    range.end = range.inner;
-    return range.place();
+    const Origin origin = Tree::originIn(tree_, Tree::raw(*this));
+    return origin.source ? std::optional(origin.source->tagPlace(origin.begin)) : std::nullopt;
 }
 
 std::optional<Place> Element::attributePlace(OptionalText name) const {
-    return Tree::rangeOf(tree_, findAttribute(Tree::raw(*this), *name).internal_object()).place();
+    const Origin origin = Tree::originIn(tree_, findAttribute(Tree::raw(*this), *name));
+    return origin.source ? std::optional(origin.source->attributePlace(origin.begin))
+                         : std::nullopt;
 }
 
 std::optional<Place> Element::valuePlace(OptionalText name, std::size_t offset,
                                          std::size_t length) const {
-    const Range range =
-        Tree::rangeOf(tree_, findAttribute(Tree::raw(*this), *name).internal_object());
-    if (range.inner == 0)
+    const Origin origin = Tree::originIn(tree_, findAttribute(Tree::raw(*this), *name));
+    if (!origin.source || origin.hasNewValue)
         return std::nullopt;
-    return range.source->placeInValue(range.inner, range.end - 1, offset, length);
+    return origin.source->valuePlace(origin.begin, offset, length);
 }
 
 }  // namespace yg::xml

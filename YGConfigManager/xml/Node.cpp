@@ -108,7 +108,8 @@ std::string Node::serialise(Form form) const {
 }
 
 std::optional<Place> Node::place() const {
-    return Tree::rangeOf(tree_, Tree::raw(*this).internal_object()).place();
+    const Origin origin = Tree::originIn(tree_, Tree::raw(*this));
+    return origin.source ? std::optional(origin.source->nodePlace(origin.begin)) : std::nullopt;
 }
 
 }  // namespace yg::xml

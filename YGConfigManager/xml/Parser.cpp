@@ -30,7 +30,7 @@ void judged(const std::string& text, Use use) {
 
 }  // namespace
 
-Parsed parseUtf8(const std::string& text, bool byCallbacks) {
+Parsed parseUtf8(const std::string& text) {
     if (const auto found = faultOf(text)) {
         ParseErrors errors(text);
         errors.add(found->at, found->message);
@@ -46,7 +46,7 @@ Parsed parseUtf8(const std::string& text, bool byCallbacks) {
         // of instructions, as they are.
         const bool isPlain = !judge.hasDoctype() && text.find("&#") == std::string::npos &&
                              !(judge.hasInstruction() && text.find('\r') != std::string::npos);
-        parsed.tree = isPlain && !byCallbacks ? buildQuickly(text) : nullptr;
+        parsed.tree = isPlain ? buildQuickly(text) : nullptr;
         if (parsed.tree)
             noteStandalone(*parsed.tree, judge.context());
     });

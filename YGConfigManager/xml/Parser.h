@@ -17,9 +17,8 @@ struct Parsed {
     std::vector<ParseError> errors;  ///< empty on success
 };
 
-/// Parses UTF-8 text. Throws std::bad_alloc when memory does not suffice. `byCallbacks` asks for
-/// the slower of the two ways to build a tree, which make the same of any text.
-Parsed parseUtf8(const std::string& text, bool byCallbacks);
+/// Parses UTF-8 text. Throws std::bad_alloc when memory does not suffice.
+Parsed parseUtf8(const std::string& text);
 
 /// Whether parseUtf8 gives a tree of such a text.
 bool isReadable(const std::string& text);

@@ -21,11 +21,21 @@ std::size_t sizeOfReference(std::string_view reference) {
     return character < 0x80 ? 1 : character < 0x800 ? 2 : character < 0x10000 ? 3 : 4;
 }
 
-/// Goes through a well-formed text without an internal subset, and in step through its tree.
+using Origins = std::unordered_map<const void*, Origin>;
+
+/// Goes through a well-formed text without an internal subset, and in step through its tree unless
+/// that is empty.
 class Scan {
 public:
-    Scan(Tree& tree, Source& source)
-        : tree_(tree), source_(source), text_(source.text()), next_(tree.memory.first_child()) {}
+    Scan(std::string_view text, SourceIndex& index) : text_(text), index_(index) {}
+
+    /// Notes where the nodes and attributes of the tree begin.
+    Scan(std::string_view text, SourceIndex& index, const Source& source, Tree& tree)
+        : text_(text),
+          index_(index),
+          source_(&source),
+          origins_(&tree.origins),
+          next_(tree.memory.first_child()) {}
 
     void run() {
         while (at_ < text_.size()) {
@@ -61,17 +71,16 @@ private:
         return at + 1;
     }
 
-    void note(const void* of, std::size_t begin, std::size_t inner, std::size_t end) {
-        tree_.ranges[of] = {&source_, static_cast<std::uint32_t>(begin),
-                            static_cast<std::uint32_t>(inner), static_cast<std::uint32_t>(end)};
+    void note(const void* of, std::size_t begin) {
+        if (of)
+            (*origins_)[of] = {source_, static_cast<std::uint32_t>(begin)};
     }
 
     /// A node without children, or text that the tree does not hold as it is white space alone.
     void take(pugi::xml_node_type type, std::size_t end) {
         if (next_.type() == type) {
-            // No handle can stand for hidden white space, which is freed at once when it goes.
             if (!isBlankText(next_))
-                note(next_.internal_object(), at_, end, end);
+                note(next_.internal_object(), at_);
             next_ = next_.next_sibling();
         }
         at_ = end;
@@ -89,27 +98,32 @@ private:
     void takeStart() {
         element_ = next_;
         next_ = element_.first_child();
+        note(element_.internal_object(), at_);
         const std::size_t begin = at_;
         at_ = text_.find_first_of(" \t\r\n/>", at_);
         takeAttributes();
         const bool isEmpty = text_[at_] == '/';
         at_ += isEmpty ? 2 : 1;
-        note(element_.internal_object(), begin, at_, at_);
+        open_.push_back(index_.elements.size());
+        index_.elements.push_back(
+            {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(at_), 0});
         if (isEmpty)
             takeEnd(at_);
     }
 
     /// Up to the "/" or ">" that ends the tag.
     void takeAttributes() {
-        for (const pugi::xml_attribute attribute : element_.attributes()) {
-            const std::size_t name = text_.find_first_not_of(text::whiteSpace, at_);
-            const std::size_t quote = text_.find_first_of("\"'", name);
-            const std::size_t end = text_.find(text_[quote], quote + 1);
-            takeValue(quote + 1, end);
-            at_ = end + 1;
-            note(attribute.internal_object(), name, quote + 1, at_);
+        pugi::xml_attribute attribute = element_.first_attribute();
+        while (text_[at_ = text_.find_first_not_of(text::whiteSpace, at_)] != '/' &&
+               text_[at_] != '>') {
+            note(attribute.internal_object(), at_);
+            attribute = attribute.next_attribute();
+            const std::size_t quote = text_.find_first_of("\"'", at_);
+            at_ = text_.find(text_[quote], quote + 1);
+            index_.values.push_back(
+                {static_cast<std::uint32_t>(quote + 1), static_cast<std::uint32_t>(at_)});
+            takeValue(quote + 1, at_++);
         }
-        at_ = text_.find_first_not_of(text::whiteSpace, at_);
     }
 
     void takeValue(std::size_t at, std::size_t end) {
@@ -122,79 +136,135 @@ private:
             if (const std::size_t size =
                     isReference ? sizeOfReference(upToEnd.substr(mark, at - mark)) : 1;
                 size < at - mark)
-                source_.addShortened(mark, at, size);
+                shorten(mark, at, size);
         }
     }
 
+    void shorten(std::size_t begin, std::size_t end, std::size_t size) {
+        const std::size_t readBegin = index_.asRead(begin);
+        index_.shortened.push_back(
+            {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(readBegin),
+             static_cast<std::uint32_t>(end), static_cast<std::uint32_t>(readBegin + size)});
+    }
+
     void takeEnd(std::size_t end) {
-        tree_.ranges[element_.internal_object()].end = static_cast<std::uint32_t>(end);
+        index_.elements[open_.back()].end = static_cast<std::uint32_t>(end);
+        open_.pop_back();
         at_ = end;
         next_ = element_.next_sibling();
         element_ = element_.parent();
     }
 
-    Tree& tree_;
-    Source& source_;
     std::string_view text_;
+    SourceIndex& index_;
+    const Source* source_ = nullptr;
+    Origins* origins_ = nullptr;
     std::size_t at_ = 0;
-    pugi::xml_node element_;  ///< that is open
-    pugi::xml_node next_;     ///< the first of its children that the scan has not come to
+    std::vector<std::size_t> open_;  ///< the elements whose end tags are still to come
+    pugi::xml_node element_;         ///< that is open
+    pugi::xml_node next_;            ///< the first of its children that the scan has not come to
 };
 
 }  // namespace
 
+const SourceIndex& Source::index() const {
+    if (const SourceIndex* const known = index_.load())
+        return *known;
+    auto made = std::make_unique<SourceIndex>(text_);
+    Scan(text_, *made).run();
+    return keep(std::move(made));
+}
+
+/// The first that is made stays.
+const SourceIndex& Source::keep(std::unique_ptr<const SourceIndex> made) const {
+    const SourceIndex* known = nullptr;
+    return index_.compare_exchange_strong(known, made.get()) ? *made.release() : *known;
+}
+
 Place Source::place(std::size_t begin, std::size_t end) const {
-    return {file_, lines_.pointAt(text_, begin), lines_.pointAt(text_, end)};
+    const text::LineIndex& lines = index().lines;
+    return {file_, lines.pointAt(text_, begin), lines.pointAt(text_, end)};
 }
 
-Place Source::placeInValue(std::size_t valueBegin, std::size_t valueEnd, std::size_t offset,
-                           std::size_t length) const {
-    const std::size_t end = asRead(valueEnd);
-    const std::size_t from = std::min(asRead(valueBegin) + std::min(offset, text_.size()), end);
+Place Source::nodePlace(std::size_t begin) const {
+    const std::string_view text = text_;
+    const auto upTo = [&](std::string_view delimiter, std::size_t from) {
+        return place(begin, text.find(delimiter, from) + delimiter.size());
+    };
+    if (text[begin] != '<')
+        return place(begin, std::min(text.find('<', begin), text.size()));
+    if (text[begin + 1] == '?')
+        return upTo("?>", begin + 2);
+    if (text[begin + 1] == '!')
+        return text[begin + 2] == '-' ? upTo("-->", begin + 4) : upTo("]]>", begin + 9);
+    return place(begin, index().element(begin).end);
+}
+
+Place Source::tagPlace(std::size_t begin) const {
+    return place(begin, index().element(begin).content);
+}
+
+Place Source::attributePlace(std::size_t begin) const {
+    return place(begin, index().valueBehind(begin).end + 1);
+}
+
+Place Source::valuePlace(std::size_t begin, std::size_t offset, std::size_t length) const {
+    const SourceIndex& parts = index();
+    const SourceIndex::Value& value = parts.valueBehind(begin);
+    const std::size_t end = parts.asRead(value.end);
+    const std::size_t from =
+        std::min(parts.asRead(value.begin) + std::min(offset, text_.size()), end);
     length = std::min(length, end - from);
-    const std::size_t begin = beginOf(from);
-    return place(begin, length == 0 ? begin : endOf(from + length));
+    const std::size_t partBegin = parts.beginOf(from);
+    return place(partBegin, length == 0 ? partBegin : parts.endOf(from + length));
 }
 
-void Source::addShortened(std::size_t begin, std::size_t end, std::size_t size) {
-    const std::size_t readBegin = asRead(begin);
-    shortened_.push_back({static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(readBegin),
-                          static_cast<std::uint32_t>(end),
-                          static_cast<std::uint32_t>(readBegin + size)});
+const SourceIndex::Element& SourceIndex::element(std::size_t begin) const {
+    return *std::ranges::lower_bound(elements, begin, {}, &Element::begin);
 }
 
-std::size_t Source::asRead(std::size_t offset) const {
+const SourceIndex::Value& SourceIndex::valueBehind(std::size_t offset) const {
+    return *std::ranges::upper_bound(values, offset, {}, &Value::begin);
+}
+
+std::size_t SourceIndex::asRead(std::size_t offset) const {
     const auto next =
-        std::upper_bound(shortened_.begin(), shortened_.end(), offset,
+        std::upper_bound(shortened.begin(), shortened.end(), offset,
                          [](std::size_t wanted, const Shortened& one) { return wanted < one.end; });
-    return next == shortened_.begin() ? offset : offset - (next[-1].end - next[-1].readEnd);
+    return next == shortened.begin() ? offset : offset - (next[-1].end - next[-1].readEnd);
 }
 
 /// Where the byte at an offset as read begins.
-std::size_t Source::beginOf(std::size_t offsetAsRead) const {
+std::size_t SourceIndex::beginOf(std::size_t offsetAsRead) const {
     const auto next = std::upper_bound(
-        shortened_.begin(), shortened_.end(), offsetAsRead,
+        shortened.begin(), shortened.end(), offsetAsRead,
         [](std::size_t wanted, const Shortened& one) { return wanted < one.readEnd; });
-    if (next != shortened_.end() && offsetAsRead >= next->readBegin)
+    if (next != shortened.end() && offsetAsRead >= next->readBegin)
         return next->begin;
-    return next == shortened_.begin() ? offsetAsRead
-                                      : offsetAsRead + (next[-1].end - next[-1].readEnd);
+    return next == shortened.begin() ? offsetAsRead
+                                     : offsetAsRead + (next[-1].end - next[-1].readEnd);
 }
 
 /// Where the byte before an offset as read ends.
-std::size_t Source::endOf(std::size_t offsetAsRead) const {
+std::size_t SourceIndex::endOf(std::size_t offsetAsRead) const {
     const auto next = std::lower_bound(
-        shortened_.begin(), shortened_.end(), offsetAsRead,
+        shortened.begin(), shortened.end(), offsetAsRead,
         [](const Shortened& one, std::size_t wanted) { return one.readEnd < wanted; });
-    if (next != shortened_.end() && offsetAsRead > next->readBegin)
+    if (next != shortened.end() && offsetAsRead > next->readBegin)
         return next->end;
-    return next == shortened_.begin() ? offsetAsRead
-                                      : offsetAsRead + (next[-1].end - next[-1].readEnd);
+    return next == shortened.begin() ? offsetAsRead
+                                     : offsetAsRead + (next[-1].end - next[-1].readEnd);
 }
 
-void notePlaces(Tree& tree, const std::shared_ptr<Source>& source) {
+void notePlaces(Tree& tree, std::shared_ptr<const Source> source) {
     tree.sources.push_back(source);
-    Scan(tree, *source).run();
+    if (tree.isBuiltInPlace()) {
+        tree.ownSource = source.get();
+        return;
+    }
+    auto index = std::make_unique<SourceIndex>(source->text_);
+    Scan(source->text_, *index, *source, tree).run();
+    source->keep(std::move(index));
 }
 
 }  // namespace yg::xml

@@ -3,10 +3,10 @@
 // Where the nodes and attributes of a tree are in the text that it was parsed from. Internal.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,27 +19,23 @@ namespace yg::xml {
 
 struct Tree;
 
-/// A parsed text and its file. Texts of 4 GiB and more cannot be parsed, so an offset has 32 bits.
-class Source {
-public:
-    Source(std::string_view file, std::string text)
-        : file_(file), text_(std::move(text)), lines_(text_) {}
+/// Where the parts of a well-formed text are that its nodes and attributes begin in. Texts of 4 GiB
+/// and more cannot be parsed, so an offset has 32 bits. All lists are in the order of the text.
+struct SourceIndex {
+    explicit SourceIndex(std::string_view text) : lines(text) {}
 
-    std::string_view text() const { return text_; }
-    Place place(std::size_t begin, std::size_t end) const;
-
-    /// The place of `length` bytes from `offset` on, as many as there are, of the value that stands
-    /// between two offsets of the text.
-    Place placeInValue(std::size_t valueBegin, std::size_t valueEnd, std::size_t offset,
-                       std::size_t length) const;
-
-    /// Notes that the text between two offsets of a value is read as `size` bytes, which are fewer.
-    /// The calls come in the order of the text.
-    void addShortened(std::size_t begin, std::size_t end, std::size_t size);
-
-private:
-    /// A reference or a line break in a value. Offsets as read do not count the bytes by which the
-    /// shortened parts up to there are shorter.
+    struct Element {
+        std::uint32_t begin;
+        std::uint32_t content;  ///< behind the start tag
+        std::uint32_t end;
+    };
+    /// What is between two quotes.
+    struct Value {
+        std::uint32_t begin;
+        std::uint32_t end;
+    };
+    /// A reference or a line break in a value, which is read as fewer bytes. Offsets as read do not
+    /// count the bytes by which the shortened parts up to there are shorter.
     struct Shortened {
         std::uint32_t begin;
         std::uint32_t readBegin;
@@ -50,27 +46,53 @@ private:
     std::size_t asRead(std::size_t offset) const;
     std::size_t beginOf(std::size_t offsetAsRead) const;
     std::size_t endOf(std::size_t offsetAsRead) const;
+    const Element& element(std::size_t begin) const;
+    /// The first value behind an offset.
+    const Value& valueBehind(std::size_t offset) const;
+
+    text::LineIndex lines;
+    std::vector<Element> elements;
+    std::vector<Value> values;
+    std::vector<Shortened> shortened;
+};
+
+/// A parsed text and its file. What a node or an attribute begins at is enough to find the rest of
+/// it; the index for that is made at the first question. Any thread may ask. Throws std::bad_alloc.
+class Source {
+public:
+    Source(std::string_view file, std::string text) : file_(file), text_(std::move(text)) {}
+    Source(const Source&) = delete;
+    Source& operator=(const Source&) = delete;
+    ~Source() { delete index_.load(); }
+
+    Place nodePlace(std::size_t begin) const;
+    Place tagPlace(std::size_t begin) const;
+    Place attributePlace(std::size_t begin) const;
+
+    /// The place of `length` bytes from `offset` on, as many as there are, of the attribute's
+    /// value.
+    Place valuePlace(std::size_t begin, std::size_t offset, std::size_t length) const;
+
+private:
+    friend void notePlaces(Tree& tree, std::shared_ptr<const Source> source);
+
+    const SourceIndex& index() const;
+    const SourceIndex& keep(std::unique_ptr<const SourceIndex> made) const;
+    Place place(std::size_t begin, std::size_t end) const;
 
     std::string file_;
     std::string text_;
-    text::LineIndex lines_;
-    std::vector<Shortened> shortened_;
+    mutable std::atomic<const SourceIndex*> index_ = nullptr;
 };
 
-/// The range of a node or an attribute in its source.
-struct Range {
-    const Source* source = nullptr;
+/// Where a node or an attribute begins.
+struct Origin {
+    const Source* source = nullptr;  ///< null when that is not known
     std::uint32_t begin = 0;
-    /// Behind an element's start tag; where an attribute's value begins, 0 when it was changed.
-    std::uint32_t inner = 0;
-    std::uint32_t end = 0;
-
-    std::optional<Place> place() const {
-        return source ? std::optional(source->place(begin, end)) : std::nullopt;
-    }
+    bool hasNewValue = false;  ///< an attribute whose value was changed
 };
 
-/// Notes the ranges of all that was just parsed, in one pass over the text.
-void notePlaces(Tree& tree, const std::shared_ptr<Source>& source);
+/// Makes a tree that was just parsed from the source know its places.
+void notePlaces(Tree& tree, std::shared_ptr<const Source> source);
 
 }  // namespace yg::xml

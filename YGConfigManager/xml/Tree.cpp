@@ -2,6 +2,7 @@
 #include "YGConfigManager/xml/Tree.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "YGConfigManager/text/Utf8.h"
@@ -158,7 +159,7 @@ pugi::xml_node Tree::insertCopy(pugi::xml_node parent, pugi::xml_node before, co
                                             : parent.append_child(source.type()));
     try {
         fillDeeply(copy, source);
-        copyRanges(from, source, copy);
+        copyOrigins(from, source, copy);
     } catch (...) {
         freeSubtree(copy);
         throw;
@@ -166,8 +167,8 @@ pugi::xml_node Tree::insertCopy(pugi::xml_node parent, pugi::xml_node before, co
     return copy;
 }
 
-void Tree::copyRanges(const Tree& from, pugi::xml_node source, pugi::xml_node copy) {
-    if (from.ranges.empty())
+void Tree::copyOrigins(const Tree& from, pugi::xml_node source, pugi::xml_node copy) {
+    if (from.sources.empty())
         return;
     if (this != &from) {
         for (const auto& file : from.sources) {
@@ -175,27 +176,53 @@ void Tree::copyRanges(const Tree& from, pugi::xml_node source, pugi::xml_node co
                 sources.push_back(file);
         }
     }
-    const auto copyRange = [&](const void* of, const void* to) {
-        if (const Range range = from.rangeOf(of); range.source)
-            ranges[to] = range;
+    const auto copyOrigin = [&](auto of, auto to) {
+        if (const Origin origin = from.originOf(of); origin.source)
+            origins[to.internal_object()] = origin;
     };
     forEachPair(source, copy, [&](pugi::xml_node left, pugi::xml_node right) {
-        copyRange(left.internal_object(), right.internal_object());
+        copyOrigin(left, right);
         pugi::xml_attribute to = right.first_attribute();
         for (pugi::xml_attribute of = left.first_attribute(); of && to;
              of = of.next_attribute(), to = to.next_attribute())
-            copyRange(of.internal_object(), to.internal_object());
+            copyOrigin(of, to);
     });
 }
 
-Range Tree::rangeOf(const void* holder) const {
-    const auto found = ranges.find(holder);
-    return found == ranges.end() ? Range() : found->second;
+Origin Tree::originOf(pugi::xml_node node) const {
+    const auto behind = [&](std::string_view markup, const char* written) {
+        return originOf(node.internal_object(), written, markup.size());
+    };
+    switch (node.type()) {
+        case pugi::node_element:
+            return behind("<", node.name());
+        case pugi::node_pi:
+            return behind("<?", node.name());
+        case pugi::node_comment:
+            return behind("<!--", node.value());
+        case pugi::node_cdata:
+            return behind("<![CDATA[", node.value());
+        default:
+            // No handle can stand for hidden white space, which is freed at once when it goes.
+            return isBlankText(node) ? Origin() : behind("", node.value());
+    }
 }
 
-void Tree::forgetValue(pugi::xml_attribute attribute) {
-    if (const auto found = ranges.find(attribute.internal_object()); found != ranges.end())
-        found->second.inner = 0;
+Origin Tree::originOf(pugi::xml_attribute attribute) const {
+    return originOf(attribute.internal_object(), attribute.name(), 0);
+}
+
+/// `markup` is the size of what stands before the text that was written first.
+Origin Tree::originOf(const void* holder, const char* written, std::size_t markup) const {
+    if (sources.empty())
+        return {};
+    if (const auto noted = origins.find(holder); noted != origins.end())
+        return noted->second;
+    const char* const begin = inPlace.data();
+    if (!ownSource || std::less<>()(written, begin) ||
+        !std::less<>()(written, begin + inPlace.size()))
+        return {};
+    return {ownSource, static_cast<std::uint32_t>(written - begin - markup)};
 }
 
 void Tree::freeRemoved() {
@@ -211,9 +238,9 @@ void Tree::freeSubtree(pugi::xml_node top) {
             node = child;
             continue;
         }
-        ranges.erase(node.internal_object());
+        origins.erase(node.internal_object());
         for (pugi::xml_attribute attribute : node.attributes())
-            ranges.erase(attribute.internal_object());
+            origins.erase(attribute.internal_object());
         pugi::xml_node above = node.parent();
         above.remove_child(node);
         node = node == top ? pugi::xml_node() : above;

@@ -46,6 +46,11 @@ struct Query::Compiled {
 };
 
 struct Tree {
+    /// The text that pugixml parsed in place, "" for a tree that was built in another way. What was
+    /// not changed since has its names and values there, at the offsets that they have in the
+    /// source.
+    std::string inPlace;
+
     pugi::xml_document memory;
     pugi::xml_node keep;
     std::optional<bool> standalone;
@@ -55,9 +60,13 @@ struct Tree {
     std::string doctype;
     pugi::xml_node nodeAfterDoctype;
 
-    /// Where nodes and attributes stand, by their address; empty unless a parse was asked.
-    std::unordered_map<const void*, Range> ranges;
+    /// Where nodes and attributes begin, by their address, unless their names and values tell that;
+    /// empty unless a parse was asked for positions.
+    std::unordered_map<const void*, Origin> origins;
     std::vector<std::shared_ptr<const Source>> sources;
+    const Source* ownSource = nullptr;  ///< of the text parsed in place; null without positions
+
+    bool isBuiltInPlace() const { return !inPlace.empty(); }
 
     static pugi::xml_node raw(const Node& node) {
         return pugi::xml_node(reinterpret_cast<pugi::xml_node_struct*>(node.node_));
@@ -87,14 +96,21 @@ struct Tree {
     pugi::xml_node insertCopy(pugi::xml_node parent, pugi::xml_node before, const Tree& from,
                               pugi::xml_node source);
 
-    /// Without a source when nothing was kept, or there is no tree.
-    static Range rangeOf(const std::shared_ptr<Tree>& tree, const void* holder) {
-        return tree ? tree->rangeOf(holder) : Range();
+    /// Without a source for what was made in code, and when no positions were asked for.
+    template <class Holder>
+    static Origin originIn(const std::shared_ptr<Tree>& tree, Holder holder) {
+        return tree ? tree->originOf(holder) : Origin();
     }
-    Range rangeOf(const void* holder) const;
+    Origin originOf(pugi::xml_node node) const;
+    Origin originOf(pugi::xml_attribute attribute) const;
 
-    /// What was parsed is no longer what the attribute holds.
-    void forgetValue(pugi::xml_attribute attribute);
+    /// The origin as it is noted from now on, before a change of the name or the value. Null when
+    /// there is none.
+    template <class Holder>
+    Origin* noteOrigin(Holder holder) {
+        const Origin origin = originOf(holder);
+        return origin.source ? &(origins[holder.internal_object()] = origin) : nullptr;
+    }
 
     /// Frees what was taken out. No handle into it may be left.
     void freeRemoved();
@@ -105,7 +121,8 @@ struct Tree {
 
 private:
     void freeSubtree(pugi::xml_node top);
-    void copyRanges(const Tree& from, pugi::xml_node source, pugi::xml_node copy);
+    Origin originOf(const void* holder, const char* written, std::size_t markup) const;
+    void copyOrigins(const Tree& from, pugi::xml_node source, pugi::xml_node copy);
 };
 
 /// pugixml answers nothing, or false, when memory does not suffice. These throw std::bad_alloc

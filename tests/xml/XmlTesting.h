@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// What the tests of this folder share. There are two ways to build a tree, the quick one and the
-// one that keeps positions: whatever is parsed here goes through both, and both must agree.
+// What the tests of this folder share. There are two ways to build a tree, in place and by
+// callbacks: whatever is parsed here goes through both, with and without positions, and all must
+// agree.
 #pragma once
 
 #include <fcntl.h>
@@ -16,6 +17,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "YGConfigManager/xml/Builder.h"
+#include "YGConfigManager/xml/Decoding.h"
 #include "YGConfigManager/xml/Document.h"
 #include "YGConfigManager/xml/Element.h"
 #include "YGConfigManager/xml/Query.h"
@@ -69,30 +72,41 @@ inline std::string outline(const Document& document) {
     return outline(Tree::raw(document.root()).root());
 }
 
+inline std::string serialised(const Tree& tree, Form form) {
+    std::string text;
+    serialiseDocument(text, tree, form);
+    return text;
+}
+
 inline void expectSameTrees(const ParseResult& quick, const ParseResult& kept,
-                            std::string_view input) {
+                            const std::string& text) {
+    const std::string_view input = std::string_view(text).substr(0, 500);
     EXPECT_EQ(static_cast<bool>(quick), static_cast<bool>(kept))
-        << input.substr(0, 500) << "\nwithout positions: " << quick.error
-        << "\nwith positions: " << kept.error;
+        << input << "\nwithout positions: " << quick.error << "\nwith positions: " << kept.error;
     EXPECT_EQ(static_cast<bool>(quick), static_cast<bool>(quick.document.root())) << input;
     EXPECT_EQ(static_cast<bool>(kept), static_cast<bool>(kept.document.root())) << input;
     if (!quick || !kept)
         return;
-    EXPECT_EQ(outline(quick.document), outline(kept.document)) << input.substr(0, 500);
-    EXPECT_EQ(quick.document.serialise(Form::plain), kept.document.serialise(Form::plain));
-    EXPECT_EQ(quick.document.serialise(Form::pretty), kept.document.serialise(Form::pretty));
+    const std::shared_ptr<Tree> built = buildByCallbacks(text).tree;
+    ASSERT_TRUE(built) << input;
+    EXPECT_EQ(outline(quick.document), outline(kept.document)) << input;
+    EXPECT_EQ(outline(quick.document), outline(built->memory)) << input;
+    for (const Form form : {Form::plain, Form::pretty}) {
+        EXPECT_EQ(quick.document.serialise(form), kept.document.serialise(form)) << input;
+        EXPECT_EQ(quick.document.serialise(form), serialised(*built, form)) << input;
+    }
 }
 
-/// Parses in both ways and compares.
+/// Parses in all ways and compares.
 inline ParseResult parsedBytes(std::string_view bytes) {
     ParseResult quick = Document::parseBytes(bytes);
-    expectSameTrees(quick, Document::parseBytes(bytes, withPositions), bytes);
+    expectSameTrees(quick, Document::parseBytes(bytes, withPositions), decodeXml(bytes).text);
     return quick;
 }
 
 inline ParseResult parsedText(std::string_view text) {
     ParseResult quick = Document::parseText(text);
-    expectSameTrees(quick, Document::parseText(text, withPositions), text);
+    expectSameTrees(quick, Document::parseText(text, withPositions), decodeUtf8(text).text);
     return quick;
 }
 

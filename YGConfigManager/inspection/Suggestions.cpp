@@ -18,6 +18,8 @@ constexpr std::pair<std::string_view, Naming> references[] = {
     {"unknown-event-template", Naming::eventTemplate},
     {"unknown-palette-color", Naming::color},
     {"unknown-palette-font", Naming::font},
+    {"unused-palette-color", Naming::color},
+    {"unused-palette-font", Naming::font},
 };
 
 std::string_view plainName(const ElementInfo& element) {

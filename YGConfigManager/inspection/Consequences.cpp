@@ -45,10 +45,16 @@ bool has(const FormatInfo& format, Naming kind, bool defines) {
     return false;
 }
 
+/// What follows when no file of a format can be read.
+constexpr std::pair<std::string_view, std::string_view> followsFromFormat[] = {
+    {"soft-optimize-dropped", "styles"},
+    {"no-templates", "styles"},
+};
+
 bool isAboutUnreadableFile(const Finding& finding) {
     const std::string_view rule = finding.rule.name;
-    return rule.starts_with("unreadable-") && rule != "unreadable-image" &&
-           rule != "unreadable-setting";
+    return rule == "missing-file" || (rule.starts_with("unreadable-") &&
+                                      rule != "unreadable-image" && rule != "unreadable-setting");
 }
 
 /// What could be the cause of another finding.
@@ -61,6 +67,11 @@ public:
 
     std::optional<Index> of(Index at) const {
         const Finding& finding = found_[at].finding;
+        for (const auto& [rule, format] : followsFromFormat) {
+            const auto cause = unreadable_.find(formatNamed(format));
+            if (rule == finding.rule.name && cause != unreadable_.end())
+                return cause->second;
+        }
         const Naming kind = kindNamedBy(finding);
         if (kind == Naming::nothing)
             return std::nullopt;

@@ -2,6 +2,7 @@
 #include "YGConfigManager/inspection/Inspection.h"
 
 #include <algorithm>
+#include <exception>
 #include <filesystem>
 #include <mutex>
 #include <new>
@@ -152,7 +153,7 @@ std::shared_ptr<const Inspection> Inspection::open(OptionalText root, std::strin
                 RootFinding made = rootFinding(cause.found, loaded, suggestions);
                 for (const Found& each : cause.consequences)
                     made.consequences.push_back(
-                        rootPlace(loaded.files, each.finding.place, messageOf(each)));
+                        rootPlace(loaded.files, each.finding.extent, messageOf(each)));
                 content->findings.push_back(std::move(made));
             }
             content->names = namePlaces(findings.names(), loaded.files);
@@ -165,8 +166,10 @@ std::shared_ptr<const Inspection> Inspection::open(OptionalText root, std::strin
         return std::shared_ptr<const Inspection>(new Inspection(std::move(content)));
     } catch (const std::bad_alloc&) {
         error = outOfMemory;
-        return nullptr;
+    } catch (const std::exception& failure) {
+        error = failure.what();
     }
+    return nullptr;
 }
 
 std::span<const RootFinding> Inspection::findings() const {

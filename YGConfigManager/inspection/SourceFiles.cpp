@@ -9,6 +9,8 @@
 
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/files/UnsavedTexts.h"
+#include "YGConfigManager/text/Characters.h"
+#include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Paths.h"
 #include "YGConfigManager/text/Utf8.h"
 #include "YGConfigManager/xml/Decoding.h"
@@ -37,6 +39,35 @@ std::optional<std::string_view> SourceFile::line(std::uint32_t number) const {
     if (line.ends_with('\r'))
         line.remove_suffix(1);
     return line;
+}
+
+std::optional<std::size_t> SourceFile::offsetOf(const TextPoint& point) const {
+    const auto inLine = line(point.line);
+    if (!inLine)
+        return std::nullopt;
+    std::string_view rest = *inLine;
+    for (std::uint32_t column = 1; column < point.column && !rest.empty(); ++column)
+        rest.remove_prefix(text::firstCharacter(rest).size);
+    return static_cast<std::size_t>(rest.data() - text_.data());
+}
+
+Place SourceFile::trimmed(Place place) const {
+    const auto first = offsetOf(place.begin);
+    const auto behind = offsetOf(place.end);
+    if (!first || !behind || *first >= *behind)
+        return place;
+    std::size_t begin = *first;
+    std::size_t end = *behind;
+    while (begin < end && text::isWhiteSpace(text_[begin]))
+        ++begin;
+    if (begin == end)
+        return place;
+    while (text::isWhiteSpace(text_[end - 1]))
+        --end;
+    const text::LineIndex lines(text_);
+    place.begin = lines.pointAt(text_, begin);
+    place.end = lines.pointAt(text_, end);
+    return place;
 }
 
 const xml::ParseResult& SourceFile::document() const {

@@ -75,6 +75,8 @@ Remarks Suggestions::remarksOn(const Found& found) {
     if (finding.place.begin.line == 0)
         return remarks;
     const std::string file = loaded_.files.nameOf(finding.place.file);
+    if (finding.element == "#text")
+        remarks.place = loaded_.files.file(file).trimmed(finding.place);
     if (!finding.element.empty() && !finding.element.starts_with('#')) {
         const auto around = loaded_.files.file(file).elementsAt(finding.place.begin);
         if (!around.empty() && around.back().name() == finding.element) {

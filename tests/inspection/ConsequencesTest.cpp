@@ -19,7 +19,7 @@ const std::string page =
     "<styles default_style=\"q\"><style name=\"q\"><panel name=\"a\">"
     "<reuse_panel name=\"bar\"/></panel></style></styles>";
 
-/// "RULE: NUMBER" for each finding with consequences.
+/// "RULE: NUMBER" for each finding in the reuse panels with consequences.
 std::vector<std::string> causes(const Files& files) {
     const files::TemporaryFolder folder;
     for (const auto& [name, bytes] : files)
@@ -27,7 +27,7 @@ std::vector<std::string> causes(const Files& files) {
     const auto inspection = inspected(folder.path());
     std::vector<std::string> lines;
     for (const RootFinding& finding : inspection->findings()) {
-        if (!finding.consequences.empty())
+        if (finding.file == "base_optimize/reuse_panels.xml" && !finding.consequences.empty())
             lines.push_back(std::string(finding.rule->name) + ": " +
                             std::to_string(finding.consequences.size()));
     }

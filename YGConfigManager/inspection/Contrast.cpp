@@ -15,6 +15,7 @@
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/inspection/PaletteFiles.h"
 #include "YGConfigManager/records/JsonEntry.h"
+#include "YGConfigManager/text/Format.h"
 #include "YGConfigManager/text/Nearest.h"
 
 namespace yg {
@@ -130,12 +131,16 @@ private:
         detail::require(appendJsonText(value, key));
         const std::size_t before = findings_.found().size();
         entry.report("unknown-contrast-key"_rule, member, value);
-        const std::string_view nearest = keys_->nearest(key);
-        if (nearest.empty() || findings_.found().size() == before)
+        if (findings_.found().size() == before)
             return;
-        std::string suggestion;
-        detail::require(appendJsonText(suggestion, nearest));
-        findings_.explain(before, {.suggestion = std::move(suggestion)});
+        Details details{.message = text::format("%@: neither palette has a colour of this key, so "
+                                                "the pair is not checked.",
+                                                value)};
+        if (const std::string_view nearest = keys_->nearest(key); !nearest.empty()) {
+            details.suggestion.emplace();
+            detail::require(appendJsonText(*details.suggestion, nearest));
+        }
+        findings_.explain(before, std::move(details));
     }
 
     /// In one palette. A key that only the other theme has is found by itself, and so is one

@@ -2,6 +2,7 @@
 //
 // Names and keys of palettes: those of one theme only, those that nothing uses.
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -72,6 +73,28 @@ bool lacksSections(const PaletteFile& file, const Loaded& loaded, const Gatherin
     });
 }
 
+/// "NavTabs" of "NavTabs.text".
+std::string_view familyOf(std::string_view key) {
+    return key.substr(0, std::min(key.rfind('.'), key.size()));
+}
+
+/// How many keys there are of each family.
+std::map<std::string_view, std::size_t> familiesOf(const Names& names, const Names& others) {
+    std::map<std::string_view, std::size_t> families;
+    for (const Names* each : {&names, &others}) {
+        for (const auto& [name, use] : *each)
+            ++families[familyOf(name)];
+    }
+    return families;
+}
+
+std::vector<std::string> valuesOf(const std::vector<const NameUse*>& uses) {
+    std::vector<std::string> values;
+    for (const NameUse* use : uses)
+        values.push_back(use->value);
+    return values;
+}
+
 /// Reports what is in one theme and not in the other, which the application asks for in both.
 void checkAsked(const Asked& what, const PaletteFile& file, const PaletteFile& other,
                 const Loaded& loaded, Gathering& findings) {
@@ -94,14 +117,21 @@ void checkAsked(const Asked& what, const PaletteFile& file, const PaletteFile& o
          loaded.files.file(other.name()).document().document.root().query(what.query))
         written.emplace(xml::Element(node).attribute(only.front()->row->name).value_or(""));
 
-    std::vector<std::string> unmatched;
-    for (const NameUse* use : onlyIn(others, names))
-        unmatched.push_back(use->value);
-    text::KnownWords candidates(unmatched);
+    text::KnownWords candidates(valuesOf(onlyIn(others, names)));
+    text::KnownWords own(valuesOf(only));
+    const auto families = familiesOf(names, others);
     for (const NameUse* use : only) {
         if (written.contains(use->value))
             continue;
-        const std::string_view meant = candidates.nearest(use->value);
+        std::string_view meant = candidates.nearest(use->value);
+        if (own.nearest(meant) != use->value)
+            meant = {};
+        // Of two spellings that with fewer keys like it is the mistake, else that of the dark
+        // theme.
+        const std::size_t alike = families.at(familyOf(use->value));
+        const std::size_t alikeMeant = meant.empty() ? 0 : families.at(familyOf(meant));
+        if (!meant.empty() && (alike > alikeMeant || (alike == alikeMeant && !file.isDark())))
+            continue;
         Details details;
         details.message = text::format("%@ '%@' is missing in the %@ theme, %@: %@.", what.thing,
                                        use->value, other.theme(), other.name(), what.consequence);

@@ -66,19 +66,27 @@ std::vector<std::string> messagesOf(const Files& files, std::string_view rule) {
 const std::string inkOf =
     colors(R"(<C NAME="ink" R="9" G="9" B="9"/>)", R"(<I KEY="Grid.text" VALUE="ink"/>)");
 
-TEST(PaletteThemes, KeysOfOneThemeAreFoundInBothDirectionsWithTheNearest) {
+TEST(PaletteThemes, TwoSpellingsOfAKeyAreOneFindingWithBothPlaces) {
     const Files files{{light, inkOf},
                       {dark, colors(R"(<C NAME="ink" R="9" G="9" B="9"/>)",
                                     R"(<I KEY="Grid.txt" VALUE="ink"/>)")}};
     EXPECT_THAT(linesOf(files, "missing-in-other-theme"),
                 ElementsAre(dark + ":3:27 warning missing-in-other-theme Grid.txt -> Grid.text (" +
-                                light + ":3:27)",
-                            light + ":3:27 warning missing-in-other-theme Grid.text -> Grid.txt (" +
-                                dark + ":3:27)"));
+                            light + ":3:27)"));
     EXPECT_THAT(messagesOf(files, "missing-in-other-theme"),
-                Contains("the key 'Grid.text' is missing in the dark theme, "
-                         "storage/palette_black.xml: the key shows red there."));
+                ElementsAre("the key 'Grid.txt' is missing in the light theme, "
+                            "storage/palette_white.xml: the key shows red there."));
     EXPECT_THAT(linesOf({{light, inkOf}, {dark, inkOf}}, "missing-in-other-theme"), IsEmpty());
+}
+
+TEST(PaletteThemes, TheSpellingWithFewerKeysLikeItIsTheMistake) {
+    const std::string ink = R"(<C NAME="ink" R="9" G="9" B="9"/>)";
+    const std::string first = R"(<I KEY="Tabs.text" VALUE="ink"/>)";
+    EXPECT_THAT(linesOf({{light, colors(ink, first + R"(<I KEY="Tab.mark" VALUE="ink"/>)")},
+                         {dark, colors(ink, first + R"(<I KEY="Tabs.mark" VALUE="ink"/>)")}},
+                        "missing-in-other-theme"),
+                ElementsAre(light + ":3:59 warning missing-in-other-theme Tab.mark -> Tabs.mark (" +
+                            dark + ":3:59)"));
 }
 
 TEST(PaletteThemes, AKeyFarFromAllOthersPointsAtTheSectionThatLacksIt) {

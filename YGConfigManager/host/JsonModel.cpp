@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/host/JsonModel.h"
 
+#include "YGConfigManager/text/Numbers.h"
+
 namespace yg::detail {
 
 void readModelField(const JsonValue& value, std::optional<std::string>& field) {
@@ -9,6 +11,11 @@ void readModelField(const JsonValue& value, std::optional<std::string>& field) {
         field = *text;
     else if (const std::string* decimal = value.number())
         field = *decimal;
+}
+
+void readModelField(const JsonValue& value, std::optional<double>& field) {
+    const std::string* const decimal = value.number();
+    field = decimal ? std::optional(text::readLeadingDouble(*decimal).value) : std::nullopt;
 }
 
 bool appendModelField(std::string& out, const std::optional<std::string>& field) {

@@ -80,6 +80,9 @@ inline void require(bool isDone) {
 /// Text field: a text as it stands, a number in decimal, anything else leaves it absent.
 YG_EXPORT void readModelField(const JsonValue& value, std::optional<std::string>& field);
 
+/// Number field: a number, anything else leaves it absent.
+YG_EXPORT void readModelField(const JsonValue& value, std::optional<double>& field);
+
 /// List field: a list as it stands, anything else leaves it absent.
 template <class Item>
 void readModelField(const JsonValue& value, ModelList<Item>& field) {

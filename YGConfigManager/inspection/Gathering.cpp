@@ -85,6 +85,18 @@ void Gathering::add(Found found) {
         found_.push_back(std::move(found));
 }
 
+void Gathering::explain(std::size_t index, Details details) {
+    Found& found = found_[index];
+    if (!details.value.empty())
+        found.finding.value = std::move(details.value);
+    if (!details.message.empty())
+        found.message = std::move(details.message);
+    if (details.suggestion)
+        found.suggestion = std::move(details.suggestion);
+    if (!details.related.empty())
+        found.finding.related = std::move(details.related);
+}
+
 xml::Element Gathering::originOf(const void* record) const {
     const auto found = origins_.find(record);
     return found == origins_.end() ? xml::Element() : found->second;

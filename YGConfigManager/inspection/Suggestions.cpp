@@ -25,6 +25,8 @@ constexpr std::pair<std::string_view, Naming> references[] = {
     {"unused-event-group", Naming::eventGroup},
     {"unused-event-template", Naming::eventTemplate},
     {"unused-command", Naming::command},
+    {"unused-palette-color", Naming::color},
+    {"unused-palette-font", Naming::font},
 };
 
 std::string_view plainName(const ElementInfo& element) {

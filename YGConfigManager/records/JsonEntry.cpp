@@ -69,7 +69,7 @@ void JsonEntry::Account::reportMember(const Rule& rule, const JsonMember& member
 }
 
 /// Notes that a member was read into a field, of which it may not be the type.
-void JsonEntry::Account::noteType(std::string_view name, bool isAbsent) {
+void JsonEntry::Account::noteType(std::string_view name, bool isAbsent, bool isNumber) {
     asked.push_back(name);
     const JsonMember* const member = find(name);
     if (!member)
@@ -77,7 +77,7 @@ void JsonEntry::Account::noteType(std::string_view name, bool isAbsent) {
     const std::string_view text = source.textOf(member->valueRange);
     if (isAbsent)
         reportMember("member-of-wrong-type"_rule, *member, text);
-    else if (value.object()->find(name)->second.number())
+    else if (!isNumber && value.object()->find(name)->second.number())
         reportMember("number-for-text"_rule, *member, text);
 }
 

@@ -18,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -51,7 +52,8 @@ public:
             if (member != object_->end())
                 detail::readModelField(member->second, record.*field.setter);
             if (account_)
-                account_->noteType(name, isAbsent(record.*field.setter));
+                account_->noteType(name, isAbsent(record.*field.setter),
+                                   isNumber(record.*field.setter));
         };
         std::apply([&](const auto&... field) { (readField(field), ...); },
                    Description<Record>::fields);
@@ -108,7 +110,7 @@ private:
         void report(const Rule& rule, std::string_view member, std::string_view text,
                     const Place* earlier);
         void reportMember(const Rule& rule, const JsonMember& member, std::string_view text);
-        void noteType(std::string_view name, bool isAbsent);
+        void noteType(std::string_view name, bool isAbsent, bool isNumber);
         const Place* define(std::string_view name, RecordMap<Place>& places) const;
         std::unique_ptr<Account> ofItem(std::string_view name, std::size_t at,
                                         const JsonValue& item) const;
@@ -128,10 +130,18 @@ private:
     static void reportUnreadable(const Reporter& reporter, const JsonText& text,
                                  const Rule& unreadable, const JsonValue::Parsed& parsed);
 
-    static bool isAbsent(const std::optional<std::string>& field) { return !field; }
+    template <class Value>
+    static bool isAbsent(const std::optional<Value>& field) {
+        return !field;
+    }
     template <class Item>
     static bool isAbsent(const ModelList<Item>& field) {
         return field.isAbsent();
+    }
+
+    template <class Value>
+    static constexpr bool isNumber(const Value&) {
+        return std::is_same_v<Value, std::optional<double>>;
     }
 
     void end() const {

@@ -208,6 +208,171 @@ inline constexpr Rule paletteRules[] = {
     {"too-many-image-bytes", Handling::unresolved, Severity::error,
      "The image files before this one have 256 MiB together or more, so its name has no image.",
      "The limit keeps a few large files from taking all memory. Use smaller files."},
+    // Found by inspections.
+    {"missing-in-other-theme", Handling::unresolved, Severity::warning,
+     "What an application asks for is in one theme only; the other one has nothing to show for it.",
+     "Applications ask both themes for the same keys of colours and fonts and for the same names "
+     "of "
+     "images. A key that is missing shows red or the system font of 12 points, an image is "
+     "missing. "
+     "Add it to the other palette, or delete it here.",
+     "storage/palette_white.xml",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="ink" R="9" G="9" B="9"/></COLORES>
+        <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/><I KEY="Grid.down" VALUE="ink"/></COLORES></APP_MAP>
+    </SWPALETTE>
+</ROOT>)",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="ink" R="9" G="9" B="9"/></COLORES>
+        <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/></COLORES></APP_MAP>
+    </SWPALETTE>
+</ROOT>)",
+     "storage/palette_black.xml",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="ink" R="246" G="246" B="246"/></COLORES>
+        <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/></COLORES></APP_MAP>
+    </SWPALETTE>
+</ROOT>)"},
+    {"name-in-one-theme", Handling::unresolved, Severity::info,
+     "Only one theme has a colour or a font of this name.",
+     "Each palette may have names of its own, for keys refer to the names of their own file. Where "
+     "the palettes are meant to be alike, add the name to the other one.",
+     "storage/palette_white.xml",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="blue" R="9" G="9" B="99"/></COLORES>
+        <APP_MAP><COLORES><I KEY="Grid.text" VALUE="blue"/></COLORES></APP_MAP>
+    </SWPALETTE>
+</ROOT>)",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="ink" R="9" G="9" B="9"/></COLORES>
+        <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/></COLORES></APP_MAP>
+    </SWPALETTE>
+</ROOT>)",
+     "storage/palette_black.xml",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="ink" R="246" G="246" B="246"/></COLORES>
+        <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/></COLORES></APP_MAP>
+    </SWPALETTE>
+</ROOT>)"},
+    {"unused-palette-color", Handling::unresolved, Severity::info,
+     "No key of this palette shows the colour.",
+     "Applications ask for colours by keys alone, so nothing can show it. Delete it, or give it a "
+     "key.",
+     "storage/palette_white.xml",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="ink" R="9" G="9" B="9"/><C NAME="sky" R="9" G="9" B="99"/></COLORES>
+        <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/></COLORES></APP_MAP>
+    </SWPALETTE>
+</ROOT>)",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="ink" R="9" G="9" B="9"/></COLORES>
+        <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/></COLORES></APP_MAP>
+    </SWPALETTE>
+</ROOT>)"},
+    {"unused-palette-font", Handling::unresolved, Severity::info,
+     "No key of this palette has the font.",
+     "Applications ask for fonts by keys alone, so nothing can show it. Delete it, or give it a "
+     "key.",
+     "storage/palette_white.xml",
+     R"(<ROOT>
+    <SWPALETTE>
+        <FONTS><F NAME="text" HEIGHT="12"/><F NAME="title" HEIGHT="15"/></FONTS>
+        <APP_MAP><FONTS><I KEY="Grid" VALUE="text"/></FONTS></APP_MAP>
+    </SWPALETTE>
+</ROOT>)",
+     R"(<ROOT>
+    <SWPALETTE>
+        <FONTS><F NAME="text" HEIGHT="12"/></FONTS>
+        <APP_MAP><FONTS><I KEY="Grid" VALUE="text"/></FONTS></APP_MAP>
+    </SWPALETTE>
+</ROOT>)"},
+    {"color-in-fractions", Handling::defaulted, Severity::warning,
+     "R, G and B are written as fractions of 1, but go from 0 to 255; the colour is nearly black.",
+     "R, G and B are read on a scale from 0 to 255; only A goes from 0 to 1. Multiply each of the "
+     "three by 255.",
+     "storage/palette_white.xml",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="sky" R="0.4" G="0.6" B="1"/></COLORES>
+    </SWPALETTE>
+</ROOT>)",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="sky" R="102" G="153" B="255"/></COLORES>
+    </SWPALETTE>
+</ROOT>)"},
+    {"uneven-strips", Handling::unresolved, Severity::warning,
+     "The image is not as many pieces wide as that of the other theme, which seems to be a strip "
+     "of "
+     "square pieces.",
+     "Applications cut a strip into the same number of equal pieces in both themes. A width that "
+     "does not divide by it loses columns at the right, and another shape shows parts of two "
+     "pieces. Draw both images alike."},
+    {"unused-image-file", Handling::unresolved, Severity::info, "No palette names this image file.",
+     "Applications ask for images by the names in the palettes, so nothing shows the file unless "
+     "the application opens it by its path. Delete it, or give it a name."},
+    // Contrast.
+    {"unreadable-contrast-file", Handling::unresolved, Severity::error,
+     "The file is not a JSON object, so no contrast is checked.",
+     "The file must be one JSON object with the list \"pairs\". The value says what is wrong with "
+     "it.",
+     "contrast.json", "[]", R"({"pairs": []})"},
+    {"incomplete-contrast-pair", Handling::unresolved, Severity::error,
+     "The file needs the list \"pairs\", and each pair \"text\", \"ground\" and \"minimum\"; the "
+     "one "
+     "named here is missing.",
+     "A pair says which colours stand on each other, by their keys, and how much contrast they "
+     "need "
+     "at least. Without the missing member nothing is checked.",
+     "contrast.json", R"({"pairs": [{"text": "Grid.text", "ground": "Grid.back"}]})",
+     R"({"pairs": [{"text": "Grid.text", "ground": "Grid.back", "minimum": 4.5}]})"},
+    {"contrast-minimum-out-of-range", Handling::unresolved, Severity::error,
+     "A contrast goes from 1 to 21, so the pair is not checked.",
+     "The ratio of equal colours is 1, that of black and white 21. Texts need 4.5, large ones and "
+     "symbols 3.",
+     "contrast.json", R"({"pairs": [{"text": "Grid.text", "ground": "Grid.back", "minimum": 45}]})",
+     R"({"pairs": [{"text": "Grid.text", "ground": "Grid.back", "minimum": 4.5}]})"},
+    {"unknown-contrast-key", Handling::unresolved, Severity::error,
+     "Neither palette has a colour of this key, so the pair is not checked.",
+     "Colours are named by the KEY in APP_MAP, as applications ask for them, not by their NAME. "
+     "Check the spelling.",
+     "contrast.json", R"({"pairs": [{"text": "Grid.txt", "ground": "Grid.back", "minimum": 4.5}]})",
+     R"({"pairs": [{"text": "Grid.text", "ground": "Grid.back", "minimum": 4.5}]})",
+     "storage/palette_white.xml",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="ink" R="9" G="9" B="9"/><C NAME="paper" R="246" G="246" B="246"/></COLORES>
+        <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/><I KEY="Grid.back" VALUE="paper"/></COLORES></APP_MAP>
+    </SWPALETTE>
+</ROOT>)"},
+    {"low-contrast", Handling::unresolved, Severity::warning,
+     "The colours have less contrast than contrast.json asks for.",
+     "The contrast ratio is that of WCAG 2, from 1 to 21; a colour that is not opaque is drawn "
+     "over "
+     "what is below it first. Make one of the colours lighter or darker, or ask for less.",
+     "storage/palette_white.xml",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="ink" R="170" G="170" B="170"/><C NAME="paper" R="246" G="246" B="246"/></COLORES>
+        <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/><I KEY="Grid.back" VALUE="paper"/></COLORES></APP_MAP>
+    </SWPALETTE>
+</ROOT>)",
+     R"(<ROOT>
+    <SWPALETTE>
+        <COLORES><C NAME="ink" R="9" G="9" B="9"/><C NAME="paper" R="246" G="246" B="246"/></COLORES>
+        <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/><I KEY="Grid.back" VALUE="paper"/></COLORES></APP_MAP>
+    </SWPALETTE>
+</ROOT>)",
+     "contrast.json",
+     R"({"pairs": [{"text": "Grid.text", "ground": "Grid.back", "minimum": 4.5}]})"},
 };
 
 }  // namespace yg

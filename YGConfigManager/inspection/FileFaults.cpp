@@ -273,9 +273,10 @@ std::size_t behind(std::string_view text, std::size_t from, std::string_view end
 /// A full-width "<" that begins a tag, in a part of the text; npos without one.
 std::size_t wideAngle(std::string_view text, std::size_t from, std::size_t to) {
     constexpr std::string_view angle = "＜";
-    for (std::size_t at = text.find(angle, from); at < to; at = text.find(angle, at + 1)) {
+    const std::string_view part = text.substr(0, to);
+    for (std::size_t at = part.find(angle, from); at != npos; at = part.find(angle, at + 1)) {
         const std::size_t next = at + angle.size();
-        if (next < text.size() && (isLetter(text[next]) || text[next] == '/'))
+        if (next < part.size() && (isLetter(part[next]) || part[next] == '/'))
             return at;
     }
     return npos;
@@ -337,7 +338,7 @@ std::optional<FileFault> markupFault(std::string_view text) {
 
 std::string plainXmlError(std::string_view parserError) {
     struct Row {
-        std::string_view begins;
+        std::string_view part;
         std::string_view sentence;
     };
     constexpr Row rows[] = {
@@ -351,8 +352,7 @@ std::string plainXmlError(std::string_view parserError) {
         {"xmlParseEntityRef: no name", "Write \"&amp;\" for \"&\"."},
         {"EntityRef: expecting ';'", "Write \"&amp;\" for \"&\"."},
         {"xmlParseCharRef", "Write \"&amp;\" for \"&\", or a character that XML can hold."},
-        {"Specification mandates value for attribute",
-         "Give the attribute a value: NAME=\"VALUE\"."},
+        {" mandates value for attribute", "Give the attribute a value: NAME=\"VALUE\"."},
         {"Couldn't find end of Start Tag", "Close the start tag by \">\" or \"/>\"."},
         {"expected '>'", "Close the tag by \">\"."},
         {"Extra content at the end of the document",
@@ -371,7 +371,7 @@ std::string plainXmlError(std::string_view parserError) {
          "Delete the control character here; XML cannot hold it."},
     };
     for (const Row& row : rows) {
-        if (parserError.starts_with(row.begins))
+        if (parserError.find(row.part) != npos)
             return std::string(row.sentence);
     }
     const auto between = [&](std::string_view before, std::string_view after) {

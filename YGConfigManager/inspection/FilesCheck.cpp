@@ -129,9 +129,11 @@ void checkEncodings(const Loaded& loaded, Gathering& findings) {
     names.erase(std::ranges::unique(names).begin(), names.end());
     for (const std::string& name : names) {
         const SourceFile& file = loaded.files.file(name);
-        if (!file.isRead() || !file.document())
+        if (!file.isRead())
             continue;
-        if (auto fault = encodingFaultOfXml(file.bytes()))
+        auto fault = encodingFaultOfXml(file.bytes());
+        // A file that cannot be read has its finding.
+        if (fault && file.document())
             findings.add(foundOf(std::move(*fault), loaded.files.pathOf(name)));
     }
 }

@@ -116,7 +116,7 @@ private:
             return;
         } else if (isList &&
                    (use.value.size() > name.size() || text::split(*meant, ';').size() > 1)) {
-            dropSame(use, name);
+            dropSame(use, offset, name);
             add(use, offset, name, "odd-separator"_rule,
                 "Write " + std::string(1, '"') + *meant +
                     "\": names stand between semicolons, "
@@ -144,19 +144,24 @@ private:
     }
 
     /// That the name does not exist follows from the separator.
-    void dropSame(const NameUse& use, std::string_view name) {
-        before_.within(
-            use.element.attributePlace(use.row->name).value_or(Place()), [&](std::size_t at) {
-                const Finding& finding = findings_.found()[at].finding;
-                if (finding.rule.handling == Handling::unresolved && finding.value == name)
-                    dropped_.insert(at);
-            });
+    void dropSame(const NameUse& use, std::size_t offset, std::string_view name) {
+        const Place place = use.value.size() == name.size()
+                                ? use.element.attributePlace(use.row->name).value_or(Place())
+                                : placeOf(use, offset, name);
+        before_.within(place, [&](std::size_t at) {
+            const Finding& finding = findings_.found()[at].finding;
+            if (finding.rule.handling == Handling::unresolved && finding.value == name)
+                dropped_.insert(at);
+        });
+    }
+
+    static Place placeOf(const NameUse& use, std::size_t offset, std::string_view name) {
+        return use.element.valuePlace(use.row->name, offset, name.size()).value_or(Place());
     }
 
     void add(const NameUse& use, std::size_t offset, std::string_view name, const Rule& rule,
              std::string message, std::string suggestion, std::vector<RelatedPlace> related) {
-        const Place place =
-            use.element.valuePlace(use.row->name, offset, name.size()).value_or(Place());
+        const Place place = placeOf(use, offset, name);
         made_.push_back({{rule, place, place, std::string(use.element.name()),
                           std::string(use.row->name), std::string(name), std::move(related)},
                          std::move(suggestion),
@@ -185,6 +190,14 @@ std::string withoutInvisible(std::string_view text) {
     return visible;
 }
 
+/// Whether it is worth going through the text: the beginnings of invisible characters in UTF-8.
+bool mayHaveInvisible(std::string_view text) {
+    constexpr std::string_view beginnings[] = {"\xC2\xAD", "\xE2\x80", "\xE2\x81", "\xEF\xBB\xBF"};
+    return std::ranges::any_of(beginnings, [&](std::string_view beginning) {
+        return text.find(beginning) != std::string_view::npos;
+    });
+}
+
 std::string hiddenMessage(std::string_view text) {
     return "Delete what cannot be seen in this text: " + hiddenCharacters(text) + ".";
 }
@@ -194,7 +207,8 @@ public:
     explicit HiddenCheck(Gathering& findings) : findings_(findings), before_(findings.found()) {}
 
     void checkXml(const SourceFile& file) {
-        if (!file.isRead() || withoutInvisible(file.text()) == file.text())
+        if (!file.isRead() || !mayHaveInvisible(file.text()) ||
+            withoutInvisible(file.text()) == file.text())
             return;
         std::vector<xml::Element> open;
         if (const xml::Element root = file.document().document.root())

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -116,17 +117,15 @@ void sayWhyUnreadable(const Loaded& loaded, std::vector<Found>& all) {
 
 /// XML that can be read, but as other characters than its author sees.
 void checkEncodings(const Loaded& loaded, Gathering& findings) {
-    std::vector<std::string> names;
+    std::set<std::string> names;
     for (const auto& [name, without] : askedFor)
-        names.emplace_back(name);
+        names.emplace(name);
     for (const char* const folder : {"storage", "user"}) {
         for (std::string& name : loaded.files.namesIn(folder)) {
             if (name.ends_with(".xml"))
-                names.push_back(std::move(name));
+                names.insert(std::move(name));
         }
     }
-    std::ranges::sort(names);
-    names.erase(std::ranges::unique(names).begin(), names.end());
     for (const std::string& name : names) {
         const SourceFile& file = loaded.files.file(name);
         if (!file.isRead())

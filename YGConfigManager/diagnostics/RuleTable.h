@@ -12,6 +12,7 @@
 #include "YGConfigManager/diagnostics/Rule.h"
 #include "YGConfigManager/diagnostics/rules/CommonRules.h"
 #include "YGConfigManager/diagnostics/rules/EventRules.h"
+#include "YGConfigManager/diagnostics/rules/FileRules.h"
 #include "YGConfigManager/diagnostics/rules/LayoutRules.h"
 #include "YGConfigManager/diagnostics/rules/PaletteRules.h"
 #include "YGConfigManager/diagnostics/rules/ServerRules.h"
@@ -36,8 +37,8 @@ consteval auto joined(const Rule (&... parts)[sizes]) {
 }
 
 /// Those that every file format shares come first.
-inline constexpr auto ruleTable =
-    joined(commonRules, layoutRules, eventRules, paletteRules, serverRules, settingsRules);
+inline constexpr auto ruleTable = joined(commonRules, fileRules, layoutRules, eventRules,
+                                         paletteRules, serverRules, settingsRules);
 
 /// The name of a rule where it is compiled.
 template <std::size_t size>

@@ -11,6 +11,7 @@
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/files/UnsavedTexts.h"
 #include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/host/HostSettings.h"
 #include "YGConfigManager/host/JsonValue.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/process/ForkMutex.h"
@@ -24,8 +25,6 @@ namespace {
 constexpr std::int64_t storageArea = 1;
 constexpr std::int64_t configKind = 0;
 constexpr std::int64_t imagesKind = 4;
-
-constexpr std::size_t largestSettings = std::size_t{16} * 1024 * 1024;
 
 /// Guards the replaced right levels of all hosts.
 constinit ForkMutex overriding;
@@ -46,12 +45,6 @@ bool isFolder(const std::string& path) {
     return ::stat(path.c_str(), &state) == 0 && S_ISDIR(state.st_mode);
 }
 
-/// Nothing at the path, not even a link that leads nowhere.
-bool isMissing(const std::string& path) {
-    struct stat state {};
-    return !files::unsavedText(path) && ::lstat(path.c_str(), &state) != 0 && errno == ENOENT;
-}
-
 /// The file's path in the folder of the root, if the name cannot lead out of it.
 std::optional<std::string> pathInFolder(const std::string& root, std::string_view folder,
                                         std::string_view fileName) {
@@ -66,93 +59,30 @@ std::optional<std::string> answer(Find find) noexcept {
     return guarded("host answer", find);
 }
 
-/// A member of host.json; null when it is missing or null.
-const JsonValue* memberOf(const JsonValue::Object& object, std::string_view name) {
-    const auto member = object.find(name);
-    return member == object.end() || member->second.isNull() ? nullptr : &member->second;
-}
-
-/// Reads a member that is a text if it is there at all; false and `error` set for another kind.
-bool readText(const JsonValue::Object& object, std::string_view name,
-              std::optional<std::string>& field, std::string& error) {
-    const JsonValue* value = memberOf(object, name);
-    if (!value)
-        return true;
-    if (!value->text()) {
-        error = text::format(R"("%@" must be a text)", name);
-        return false;
-    }
-    field = *value->text();
-    return true;
-}
-
-/// Reads one mapping table, an object of lists of texts; null and `error` set for anything else.
-std::shared_ptr<const MappingDic> readMapping(const std::string& key, const JsonValue& value,
-                                              std::string& error) {
-    const auto table = value.object();
-    if (!table) {
-        error = text::format(R"("mappings"."%@" must be an object)", key);
-        return nullptr;
-    }
-    auto mapping = std::make_shared<MappingDic>();
-    for (const auto& [name, list] : *table) {
-        const auto items = list.list();
-        std::vector<std::string>& texts = (*mapping)[name];
-        bool isTexts = items != nullptr;
-        for (std::size_t index = 0; isTexts && index < items->size(); ++index) {
-            const std::string* text = (*items)[index].text();
-            isTexts = text != nullptr;
-            if (isTexts)
-                texts.push_back(*text);
-        }
-        if (!isTexts) {
-            error = text::format(R"("mappings"."%@"."%@" must be a list of texts)", key, name);
-            return nullptr;
-        }
-    }
-    return mapping;
-}
-
 }  // namespace
 
-std::optional<StandAloneHost::Settings> StandAloneHost::readSettings(const std::string& path,
-                                                                     std::string& error) {
-    if (isMissing(path))
-        return Settings{};
-    const files::FileReading file = files::readWholeFile(path, largestSettings);
-    if (!file) {
-        error = file.error;
-        return std::nullopt;
+std::shared_ptr<const HostSettings> StandAloneHost::readSettings(const std::string& path,
+                                                                 std::string& error) {
+    const std::optional<files::FileReading> file = readHostFile(path);
+    if (!file)
+        return std::make_shared<HostSettings>();
+    if (!*file) {
+        error = file->error;
+        return nullptr;
     }
     const auto failed = [&](std::string_view what) {
         error = text::format("%@: %@", path, what);
-        return std::nullopt;
+        return nullptr;
     };
-    const JsonValue::Parsed parsed = orOutOfMemory(JsonValue::parse(file.bytes));
+    const JsonValue::Parsed parsed = orOutOfMemory(JsonValue::parse(file->bytes));
     if (!parsed)
         return failed(parsed.error);
     const auto object = parsed.value->object();
     if (!object)
         return failed("line 1, column 1: not a JSON object");
-    Settings settings;
-    std::string fault;
-    if (!readText(*object, "rightLevel", settings.rightLevel, fault) ||
-        !readText(*object, "configServer", settings.configServer, fault))
-        return failed(fault);
-    if (const JsonValue* mappings = memberOf(*object, "mappings")) {
-        const auto tables = mappings->object();
-        if (!tables)
-            return failed(R"("mappings" must be an object)");
-        for (const auto& [key, table] : *tables) {
-            auto mapping = readMapping(key, table, fault);
-            if (!mapping)
-                return failed(fault);
-            settings.mappings.emplace(key, std::move(mapping));
-        }
-    }
-    if (settings.configServer && settings.configServer->empty())
-        settings.configServer.reset();
-    return settings;
+    std::vector<WrongHostSetting> wrong;
+    auto settings = std::make_shared<HostSettings>(readHostSettings(*object, wrong));
+    return wrong.empty() ? settings : failed(wrong.front().error);
 }
 
 // Neither of these two logs what is thrown: the log's own host is made here.
@@ -176,11 +106,12 @@ StandAloneHost::Opened StandAloneHost::tryToOpen(std::string_view root) {
     if (!S_ISDIR(state.st_mode))
         return {nullptr, text::format(R"(root folder "%@": %@)", folder, systemError(ENOTDIR))};
     std::string error;
-    std::optional<Settings> settings = readSettings(text::joinPath(folder, "host.json"), error);
+    std::shared_ptr<const HostSettings> settings =
+        readSettings(text::joinPath(folder, "host.json"), error);
     if (!settings)
         return {nullptr, error};
     Opened opened{std::make_shared<StandAloneHost>(root), {}};
-    opened.host->settings_ = std::move(*settings);
+    opened.host->settings_ = std::move(settings);
     return opened;
 }
 
@@ -230,7 +161,7 @@ std::optional<std::string> StandAloneHost::getStorageFilePath(
 std::optional<std::string> StandAloneHost::getUserRightDescription() {
     return answer([&] {
         const std::lock_guard lock(overriding);
-        return userRightOverride_ ? userRightOverride_ : settings_.rightLevel;
+        return userRightOverride_ || !settings_ ? userRightOverride_ : settings_->rightLevel;
     });
 }
 
@@ -249,8 +180,10 @@ std::optional<std::string> StandAloneHost::getBaseOptimizeConfigFilePath(
 }
 
 std::shared_ptr<const MappingDic> StandAloneHost::getMappingDicForKey(std::string_view key) {
-    const auto found = settings_.mappings.find(key);
-    return found == settings_.mappings.end() ? nullptr : found->second;
+    if (!settings_)
+        return nullptr;
+    const auto found = settings_->mappings.find(key);
+    return found == settings_->mappings.end() ? nullptr : found->second;
 }
 
 std::optional<std::string> StandAloneHost::getDefualtFolderPath(std::int64_t kind) {
@@ -260,7 +193,7 @@ std::optional<std::string> StandAloneHost::getDefualtFolderPath(std::int64_t kin
 }
 
 std::optional<std::string> StandAloneHost::configServer() {
-    return answer([&] { return settings_.configServer; });
+    return answer([&] { return settings_ ? settings_->configServer : std::nullopt; });
 }
 
 void StandAloneHost::writeLog(LogChannel /*channel*/, std::string_view message) {

@@ -24,7 +24,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,6 +35,8 @@
 #include "YGConfigManager/text/OwnedText.h"
 
 namespace yg {
+
+struct HostSettings;
 
 class YG_EXPORT StandAloneHost final : public Host {
 public:
@@ -105,19 +106,15 @@ public:
     void writeLog(LogChannel channel, std::string_view message) override;
 
 private:
-    struct Settings {
-        std::optional<std::string> rightLevel;
-        std::optional<std::string> configServer;
-        std::map<std::string, std::shared_ptr<const MappingDic>, std::less<>> mappings;
-    };
-
     static Opened tryToOpen(std::string_view root);
 
-    /// The settings in file `path`, or none and `error` set.
-    static std::optional<Settings> readSettings(const std::string& path, std::string& error);
+    /// The settings in file `path`, or null and `error` set.
+    static std::shared_ptr<const HostSettings> readSettings(const std::string& path,
+                                                            std::string& error);
 
     const std::string root_;
-    Settings settings_;  // set before the host is handed out, never changed
+    /// Set before the host is handed out, never changed; null for none.
+    std::shared_ptr<const HostSettings> settings_;
     std::atomic<bool> userFolderIsSafe_ = false;  // made, and its name on the disk
     std::optional<std::string> userRightOverride_;
 };

@@ -12,6 +12,7 @@
 namespace yg {
 
 void checkFiles(const Loaded& loaded, Gathering& findings);
+void checkHost(const Loaded& loaded, Gathering& findings);
 void checkLayout(const Loaded& loaded, Gathering& findings);
 void checkEvents(const Loaded& loaded, Gathering& findings);
 void checkPalettes(const Loaded& loaded, Gathering& findings);

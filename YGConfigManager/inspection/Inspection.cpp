@@ -145,7 +145,7 @@ std::shared_ptr<const Inspection> Inspection::open(OptionalText root, std::strin
         Gathering findings;
         {
             Loaded loaded = load(host, findings);
-            for (const auto check : {checkFiles, checkLayout, checkEvents, checkPalettes,
+            for (const auto check : {checkFiles, checkHost, checkLayout, checkEvents, checkPalettes,
                                      checkServers, checkSettings, checkValues})
                 check(loaded, findings);
             Suggestions suggestions(findings.names(), loaded);

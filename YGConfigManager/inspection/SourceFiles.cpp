@@ -9,6 +9,7 @@
 
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/files/UnsavedTexts.h"
+#include "YGConfigManager/inspection/FileFaults.h"
 #include "YGConfigManager/text/Characters.h"
 #include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Paths.h"
@@ -37,7 +38,7 @@ SourceFile::SourceFile(std::string_view path) : path_(path) {
     isRead_ = reading.ok;
     bytes_ = std::move(reading.bytes);
     xml::Decoded decoded = xml::decodeXml(bytes_);
-    text_ = decoded.errors.empty() ? std::move(decoded.text) : bytes_;
+    text_ = decoded.errors.empty() ? std::move(decoded.text) : readAsGbk(bytes_).value_or(bytes_);
     lineBegins_.push_back(0);
     for (std::size_t at = text_.find('\n'); at != std::string::npos; at = text_.find('\n', at))
         lineBegins_.push_back(++at);

@@ -23,7 +23,8 @@ public:
     bool isRead() const { return isRead_; }
     const std::string& bytes() const { return bytes_; }
 
-    /// The text in UTF-8; the bytes as they are when they cannot be decoded.
+    /// The text in UTF-8. When the bytes cannot be decoded they are read as GBK if they look so,
+    /// and otherwise are what they are.
     const std::string& text() const { return text_; }
 
     /// A line from 1, without its end; absent when there is none.

@@ -34,33 +34,6 @@ std::string_view declarationOf(std::string_view text) {
     return text.substr(0, text.find("?>"));
 }
 
-/// The encoding that an XML declaration in an ASCII-compatible text names.
-std::optional<std::string> declaredEncoding(std::string_view text) {
-    if (text.substr(0, 5) != "<?xml" || text.size() < 6 || !text::isWhiteSpace(text[5]))
-        return std::nullopt;
-    const std::string_view declaration = declarationOf(text);
-    constexpr std::string_view label = "encoding";
-    std::size_t at = declaration.find(label);
-    if (at == std::string_view::npos)
-        return std::nullopt;
-    at += label.size();
-    const auto skipSpace = [&] {
-        while (at < declaration.size() && text::isWhiteSpace(declaration[at]))
-            ++at;
-    };
-    skipSpace();
-    if (at >= declaration.size() || declaration[at] != '=')
-        return std::nullopt;
-    ++at;
-    skipSpace();
-    if (at >= declaration.size() || (declaration[at] != '"' && declaration[at] != '\''))
-        return std::nullopt;
-    const std::size_t end = declaration.find(declaration[at], at + 1);
-    if (end == std::string_view::npos)
-        return std::nullopt;
-    return std::string(declaration.substr(at + 1, end - at - 1));
-}
-
 /// Letters, digits and "._-" only: iconv gives a meaning to other characters in a name.
 bool isEncodingName(std::string_view name) {
     constexpr std::size_t longest = 40;
@@ -163,6 +136,32 @@ Decoded convert(std::string_view bytes, const std::string& encoding, std::string
 
 }  // namespace
 
+std::optional<std::string_view> declaredEncoding(std::string_view text) {
+    if (text.substr(0, 5) != "<?xml" || text.size() < 6 || !text::isWhiteSpace(text[5]))
+        return std::nullopt;
+    const std::string_view declaration = declarationOf(text);
+    constexpr std::string_view label = "encoding";
+    std::size_t at = declaration.find(label);
+    if (at == std::string_view::npos)
+        return std::nullopt;
+    at += label.size();
+    const auto skipSpace = [&] {
+        while (at < declaration.size() && text::isWhiteSpace(declaration[at]))
+            ++at;
+    };
+    skipSpace();
+    if (at >= declaration.size() || declaration[at] != '=')
+        return std::nullopt;
+    ++at;
+    skipSpace();
+    if (at >= declaration.size() || (declaration[at] != '"' && declaration[at] != '\''))
+        return std::nullopt;
+    const std::size_t end = declaration.find(declaration[at], at + 1);
+    if (end == std::string_view::npos)
+        return std::nullopt;
+    return declaration.substr(at + 1, end - at - 1);
+}
+
 Decoded decodeUtf8(std::string_view text) {
     if (text.substr(0, text::byteOrderMark.size()) == text::byteOrderMark)
         text.remove_prefix(text::byteOrderMark.size());
@@ -180,7 +179,7 @@ Decoded decodeXml(std::string_view bytes) {
     if (bytes.substr(0, 2) == "\xFE\xFF"sv)
         return convert(bytes.substr(2), "UTF-16BE", "\0\n"sv);
 
-    const std::optional<std::string> declared = declaredEncoding(bytes);
+    const std::optional<std::string_view> declared = declaredEncoding(bytes);
     if (!declared)
         return decodeUtf8(bytes);
     const std::string name = lowered(*declared);
@@ -190,10 +189,11 @@ Decoded decodeXml(std::string_view bytes) {
         return decodeUtf8(bytes);
     if (name.substr(0, 6) == "utf-16" || name.substr(0, 6) == "utf-32" ||
         name.substr(0, 3) == "ucs")
-        return wrongLabel("Input is labelled " + *declared + " but has no byte-order mark");
+        return wrongLabel("Input is labelled " + std::string(*declared) +
+                          " but has no byte-order mark");
     const bool isGbk = name == "gb2312" || name == "gbk" || name == "gb18030";
     // The declaration was read as ASCII, and must read the same in the encoding that it names.
-    return convert(bytes, isGbk ? "GB18030" : *declared, "\n", declarationOf(bytes));
+    return convert(bytes, isGbk ? "GB18030" : std::string(*declared), "\n", declarationOf(bytes));
 }
 
 }  // namespace yg::xml

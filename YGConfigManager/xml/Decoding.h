@@ -3,6 +3,7 @@
 // From the bytes of an XML file to UTF-8 text. Internal.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,5 +27,9 @@ Decoded decodeXml(std::string_view bytes);
 
 /// The same for what is UTF-8 already, whatever the declaration says.
 Decoded decodeUtf8(std::string_view text);
+
+/// The encoding that the declaration names, a part of the text; absent without one. The text is in
+/// an encoding that has ASCII, and has no mark.
+std::optional<std::string_view> declaredEncoding(std::string_view text);
 
 }  // namespace yg::xml

@@ -53,9 +53,8 @@ constexpr std::pair<std::string_view, std::string_view> followsFromFormat[] = {
 
 bool isAboutUnreadableFile(const Finding& finding) {
     const std::string_view rule = finding.rule.name;
-    return rule == "missing-file" ||
-           (rule.starts_with("unreadable-") && rule != "unreadable-image" &&
-            rule != "unreadable-setting");
+    return rule == "missing-file" || (rule.starts_with("unreadable-") &&
+                                      rule != "unreadable-image" && rule != "unreadable-setting");
 }
 
 /// What could be the cause of another finding.
@@ -73,6 +72,8 @@ public:
             if (rule == finding.rule.name && cause != unreadable_.end())
                 return cause->second;
         }
+        if (finding.rule.name == "lost-by-delivery")
+            return unreadDelivery_;
         const Naming kind = kindNamedBy(finding);
         if (kind == Naming::nothing)
             return std::nullopt;
@@ -93,6 +94,9 @@ private:
     void note(Index at) {
         const Finding& finding = found_[at].finding;
         const std::string file = loaded_.files.nameOf(finding.place.file);
+        if (finding.rule.name == "html-in-place-of-file" ||
+            finding.rule.name.ends_with("-root-name"))
+            unreadDelivery_ = at;
         if (isAboutUnreadableFile(finding)) {
             if (const FormatInfo* const format = formatOf(loaded_, file))
                 unreadable_.try_emplace(format, at);
@@ -123,6 +127,7 @@ private:
     const Loaded& loaded_;
     std::map<std::string, Index, std::less<>> lostNames_;
     std::map<const FormatInfo*, Index> unreadable_;  ///< the first finding of each format
+    std::optional<Index> unreadDelivery_;            ///< nothing of it is read
 };
 
 }  // namespace

@@ -44,6 +44,9 @@ struct Details {
 
 class Gathering final : public DiagnosticsSink {
 public:
+    /// `fileOfTexts` is what bytes and texts, which have no file, are called.
+    explicit Gathering(std::string fileOfTexts = "") : fileOfTexts_(std::move(fileOfTexts)) {}
+
     // ---- From the loaders ----
     void report(const Finding& finding) override { add({finding}); }
     bool wantsUsed() const override { return false; }
@@ -65,12 +68,20 @@ public:
     void onPart(const Rule& rule, const xml::Element& element, std::string_view attribute,
                 std::size_t offset, std::size_t size, Details details = {});
 
+    /// The file of a place.
+    const std::string& fileOf(const Place& place) const {
+        return place.file.empty() ? fileOfTexts_ : place.file;
+    }
+
     /// Adds a finding unless the same was found before, for a file may be loaded more than once, or
     /// it is about a call and has no file.
     void add(Found found);
 
     const std::vector<Found>& found() const { return found_; }
     std::vector<Found> takeFound() { return std::move(found_); }
+
+    /// For what a check can add to the findings of a loader.
+    std::vector<Found>& foundToAmend() { return found_; }
 
     /// Takes out what another finding explains.
     template <class Predicate>
@@ -97,6 +108,7 @@ private:
     using Key =
         std::tuple<std::string, std::string, TextPoint, TextPoint, std::string, std::string>;
 
+    std::string fileOfTexts_;
     std::string lastRead_;
     std::vector<Found> found_;
     std::set<Key> known_;

@@ -299,19 +299,25 @@ void reportDifferences(const Delivery& delivery, const Tried& tried, Gathering& 
     });
 }
 
-/// Without a digest a list is not taken, which is more than the warning that a stored one gets.
-void reportMissingDigest(Gathering& findings) {
-    std::optional<Place> place;
+/// Of a list that is not taken the loader warns only, since the one that is there stays.
+void reportRefusal(Gathering& findings) {
+    std::vector<Details> refusals;
+    std::vector<Place> places;
     findings.removeIf([&](const Found& found) {
-        const bool isIt = &found.finding.rule == &"list-without-digest"_rule;
-        if (isIt)
-            place = found.finding.place;
-        return isIt;
+        const Finding& finding = found.finding;
+        const bool hasNoDigest = &finding.rule == &"list-without-digest"_rule;
+        if (!hasNoDigest && &finding.rule != &"failed-download"_rule)
+            return false;
+        places.push_back(finding.place);
+        refusals.push_back(
+            {.message = hasNoDigest
+                            ? "'md5Value': The list has no digest, so the delivery changes nothing."
+                            : "The list cannot be read, so the delivery changes nothing: " +
+                                  finding.value});
+        return true;
     });
-    if (place)
-        findings.onPlace(
-            "refused-delivery"_rule, *place,
-            {.message = "'md5Value': The list has no digest, so the delivery changes nothing."});
+    for (std::size_t at = 0; at < places.size(); ++at)
+        findings.onPlace("refused-delivery"_rule, places[at], std::move(refusals[at]));
 }
 
 }  // namespace
@@ -343,7 +349,7 @@ bool tryDelivery(const Delivery& delivery, const std::string& root, Gathering& f
     }
     Gathering& delivered = sink.delivered();
     reportHtml(delivered, [&](std::string_view) -> std::string_view { return delivery.bytes; });
-    reportMissingDigest(delivered);
+    reportRefusal(delivered);
     if (delivery.kind == Delivery::Kind::servers)
         checkServerAddresses(delivered);
     else

@@ -72,6 +72,8 @@ public:
             if (rule == finding.rule.name && cause != unreadable_.end())
                 return cause->second;
         }
+        if (finding.rule.name == "lost-by-delivery")
+            return unreadDelivery_;
         const Naming kind = kindNamedBy(finding);
         if (kind == Naming::nothing)
             return std::nullopt;
@@ -92,6 +94,9 @@ private:
     void note(Index at) {
         const Finding& finding = found_[at].finding;
         const std::string file = loaded_.files.nameOf(finding.place.file);
+        if (finding.rule.name == "html-in-place-of-file" ||
+            finding.rule.name.ends_with("-root-name"))
+            unreadDelivery_ = at;
         if (isAboutUnreadableFile(finding)) {
             if (const FormatInfo* const format = formatOf(loaded_, file))
                 unreadable_.try_emplace(format, at);
@@ -122,6 +127,7 @@ private:
     const Loaded& loaded_;
     std::map<std::string, Index, std::less<>> lostNames_;
     std::map<const FormatInfo*, Index> unreadable_;  ///< the first finding of each format
+    std::optional<Index> unreadDelivery_;            ///< nothing of it is read
 };
 
 }  // namespace

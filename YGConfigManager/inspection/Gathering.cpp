@@ -76,6 +76,8 @@ void Gathering::onPart(const Rule& rule, const xml::Element& element, std::strin
 }
 
 void Gathering::add(Found found) {
+    for (Place* const place : {&found.finding.place, &found.finding.extent})
+        place->file = fileOf(*place);
     const Finding& finding = found.finding;
     if (!finding.place.file.empty() &&
         known_

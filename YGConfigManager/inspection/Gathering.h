@@ -48,6 +48,9 @@ struct Details {
 
 class Gathering final : public DiagnosticsSink {
 public:
+    /// `fileOfTexts` is what bytes and texts, which have no file, are called.
+    explicit Gathering(std::string fileOfTexts = "") : fileOfTexts_(std::move(fileOfTexts)) {}
+
     // ---- From the loaders ----
     void report(const Finding& finding) override;
     bool wantsUsed() const override { return false; }
@@ -79,6 +82,11 @@ public:
         return reported;
     }
 
+    /// The file of a place.
+    const std::string& fileOf(const Place& place) const {
+        return place.file.empty() ? fileOfTexts_ : place.file;
+    }
+
     /// Adds a finding unless the same was found before, for a file may be loaded more than once, or
     /// it is about a call and has no file.
     void add(Found found);
@@ -89,6 +97,9 @@ public:
     /// details that is there takes the place of what the finding has.
     void explain(std::size_t index, Details details);
     std::vector<Found> takeFound() { return std::move(found_); }
+
+    /// For what a check can add to the findings of a loader.
+    std::vector<Found>& foundToAmend() { return found_; }
 
     /// Takes out what another finding explains.
     template <class Predicate>
@@ -146,6 +157,7 @@ private:
         }
     };
 
+    std::string fileOfTexts_;
     std::string lastRead_;
     std::vector<Found> found_;
     std::set<Key> known_;

@@ -15,6 +15,7 @@
 #include "YGConfigManager/host/HostOfThread.h"
 #include "YGConfigManager/inspection/Checks.h"
 #include "YGConfigManager/inspection/Consequences.h"
+#include "YGConfigManager/inspection/Delivering.h"
 #include "YGConfigManager/inspection/Suggestions.h"
 #include "YGConfigManager/inspection/Wording.h"
 #include "YGConfigManager/text/Paths.h"
@@ -125,6 +126,35 @@ Inspection::~Inspection() = default;
 
 std::shared_ptr<const Inspection> Inspection::open(OptionalText root, std::string& error,
                                                    const InspectionOptions& options) {
+    return make(root, error, options, [](const auto& host, Gathering& findings) {
+        std::optional<Loaded> loaded = load(host, findings);
+        for (const auto check : {checkFiles, checkHost, checkLayout, checkEvents, checkPalettes, checkServers,
+                                 checkSettings, checkValues})
+            check(*loaded, findings);
+        return loaded;
+    });
+}
+
+std::shared_ptr<const Inspection> Inspection::ofDelivery(const Delivery& delivery,
+                                                         OptionalText root, std::string& error) {
+    try {
+        // Findings show the lines of the delivery.
+        const InspectionOptions options{{{delivery.name, delivery.bytes}}};
+        return make(root, error, options, [&](const auto& host, Gathering& findings) {
+            return tryDelivery(delivery, host->root(), findings, error)
+                       ? std::optional<Loaded>(host)
+                       : std::nullopt;
+        });
+    } catch (const std::bad_alloc&) {
+        error = outOfMemory;
+        return nullptr;
+    }
+}
+
+template <class Inspect>
+std::shared_ptr<const Inspection> Inspection::make(OptionalText root, std::string& error,
+                                                   const InspectionOptions& options,
+                                                   Inspect&& inspect) {
     try {
         const std::string folder(*root);
         std::error_code failure;
@@ -144,20 +174,19 @@ std::shared_ptr<const Inspection> Inspection::open(OptionalText root, std::strin
 
         Gathering findings;
         {
-            Loaded loaded = load(host, findings);
-            for (const auto check : {checkFiles, checkHost, checkLayout, checkEvents, checkPalettes,
-                                     checkServers, checkSettings, checkValues})
-                check(loaded, findings);
-            Suggestions suggestions(findings.names(), loaded);
-            for (const Cause& cause : withConsequences(findings.takeFound(), loaded)) {
-                RootFinding made = rootFinding(cause.found, loaded, suggestions);
+            std::optional<Loaded> loaded = inspect(host, findings);
+            if (!loaded)
+                return nullptr;
+            Suggestions suggestions(findings.names(), *loaded);
+            for (const Cause& cause : withConsequences(findings.takeFound(), *loaded)) {
+                RootFinding made = rootFinding(cause.found, *loaded, suggestions);
                 for (const Found& each : cause.consequences)
                     made.consequences.push_back(
-                        rootPlace(loaded.files, each.finding.extent, messageOf(each)));
+                        rootPlace(loaded->files, each.finding.extent, messageOf(each)));
                 content->findings.push_back(std::move(made));
             }
-            content->names = namePlaces(findings.names(), loaded.files);
-            content->files = std::move(loaded.files);
+            content->names = namePlaces(findings.names(), loaded->files);
+            content->files = std::move(loaded->files);
         }
         std::ranges::stable_sort(content->findings, {}, [](const RootFinding& finding) {
             return std::tuple(std::string_view(finding.file), finding.begin, finding.rule->name,

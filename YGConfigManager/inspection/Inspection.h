@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/inspection/Delivery.h"
 #include "YGConfigManager/inspection/RootFinding.h"
 #include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/text/OptionalText.h"
@@ -48,6 +49,15 @@ public:
     static std::shared_ptr<const Inspection> open(OptionalText root, std::string& error,
                                                   const InspectionOptions& options = {});
 
+    /// What would become of a delivery: the library takes it, as it would from the server, for the
+    /// present files of the root, of which none changes; what it writes goes to a temporary folder
+    /// that is removed. The findings are about the delivery: what is refused (it is an error), what
+    /// is dropped, and which types, servers or keys are lost (errors), changed or added. Without an
+    /// error it is taken whole. Null, with one line in `error`, when the root is not a folder, its
+    /// host.json cannot be used, or memory does not suffice.
+    static std::shared_ptr<const Inspection> ofDelivery(const Delivery& delivery, OptionalText root,
+                                                        std::string& error);
+
     ~Inspection();
     Inspection(const Inspection&) = delete;
     Inspection& operator=(const Inspection&) = delete;
@@ -70,6 +80,11 @@ public:
 private:
     struct Content;
     explicit Inspection(std::unique_ptr<Content> content);
+
+    template <class Inspect>
+    static std::shared_ptr<const Inspection> make(OptionalText root, std::string& error,
+                                                  const InspectionOptions& options,
+                                                  Inspect&& inspect);
 
     std::unique_ptr<Content> content_;
 };

@@ -151,7 +151,7 @@ void checkHosts(const xml::Element& entry, Explained& explained, Gathering& find
             return;
         const auto offset = static_cast<std::size_t>(address.data() - addrs.data());
         const Place place = entry.valuePlace("addrs", offset, address.size()).value_or(Place());
-        explained[place.file].emplace(place.begin, place.end);
+        explained[findings.fileOf(place)].emplace(place.begin, place.end);
         findings.onPart(
             hasOddWeight ? "odd-address-weight"_rule : "odd-server-host"_rule, entry, "addrs",
             offset, address.size(),
@@ -268,7 +268,7 @@ void checkServerAddresses(Gathering& findings) {
     }
     for (const xml::Element& entry : entries)
         checkHosts(entry, explained, findings);
-    for (Found& found : findings.found()) {
+    for (Found& found : findings.foundToAmend()) {
         if (isAbout(found, {"address-with-too-many-parts"}))
             explained[found.finding.place.file].emplace(found.finding.place.begin,
                                                         found.finding.place.end);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Managers of request URLs whose requests go another way than over the network, for tests.
-// Internal.
+// Managers of request URLs whose requests go another way than over the network: for tests, and to
+// try a download. Internal.
 #pragma once
 
 #include <memory>

@@ -74,7 +74,7 @@ TEST(ServersCheck, SaysWhatTheLoadersFindingsProbablyMean) {
                 ElementsAre("1:65 error address-without-port 192.0.2.1：9211 -> 192.0.2.1:9211"));
     EXPECT_THAT(addressLines("a:1 "), ElementsAre("1:63 error odd-server-port 1  -> 1"));
     EXPECT_THAT(addressLines("a：1，b：2"),
-                ElementsAre("1:54 error server-entry-without-address a：1，b：2 -> a:1;b:2"));
+                ElementsAre("1:61 error server-entry-without-address a：1，b：2 -> a:1;b:2"));
     EXPECT_THAT(
         addressLines("40:a:1,40:b:2"),
         ElementsAre("1:61 error address-with-too-many-parts 40:a:1,40:b:2 -> 40:a:1;40:b:2"));
@@ -156,7 +156,7 @@ TEST(ServersCheck, TakesTypesAsTheyAreFoundAndEntriesInAnyOrder) {
 TEST(ServersCheck, FindsADigestInAShippedFile) {
     EXPECT_THAT(
         linesOf({{"storage/skeleton_v1.xml", "<application md5='ab'/>"}}, "digest-in-shipped-file"),
-        ElementsAre("storage/skeleton_v1.xml:1:14 warning digest-in-shipped-file ab"));
+        ElementsAre("storage/skeleton_v1.xml:1:19 warning digest-in-shipped-file ab"));
     EXPECT_THAT(
         linesOf({{"user/skeleton_v1.xml", "<application md5='ab'/>"}}, "digest-in-shipped-file"),
         IsEmpty());

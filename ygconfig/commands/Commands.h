@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "YGConfigManager/inspection/Inspection.h"
+
 #include "ygconfig/Answer.h"
 #include "ygconfig/commandline/Arguments.h"
 
@@ -41,9 +43,13 @@ std::span<const Command> webPageCommands();
 std::span<const Command> requestUrlCommands();
 std::span<const Command> chooseCommands();
 std::span<const Command> lintCommands();
+std::span<const Command> checkDeliveryCommands();
 
 /// What a command answers when the host has no path for a file of this name.
 Answer nothingShownWithoutPath(std::string_view fileName);
 Answer nothingStoredWithoutPath(std::string_view fileName);
+
+/// The findings as text; exit status 1 when there is an error among them.
+Answer findingsAnswer(const Inspection& inspection);
 
 }  // namespace yg::tool

@@ -22,9 +22,20 @@ Answer lint(const Session& session) {
     const auto inspection = Inspection::open(session.arguments.root, error);
     if (!inspection)
         return {"", ExitCode::unusable, "ygconfig: " + printable(error)};
+    return findingsAnswer(*inspection);
+}
+
+constexpr Command table[] = {
+    {"lint", "looks through the whole root for mistakes",
+     "  ygconfig lint --root examples/terminal\n", "", nullptr, lint, false},
+};
+
+}  // namespace
+
+Answer findingsAnswer(const Inspection& inspection) {
     std::string text;
     bool isClean = true;
-    for (const RootFinding& finding : inspection->findings()) {
+    for (const RootFinding& finding : inspection.findings()) {
         isClean = isClean && finding.rule->severity != Severity::error;
         text += printable(finding.file) + ":" + std::to_string(finding.begin.line) + ":" +
                 std::to_string(finding.begin.column) + ": " +
@@ -35,13 +46,6 @@ Answer lint(const Session& session) {
     }
     return {text, isClean ? ExitCode::answer : ExitCode::noAnswer};
 }
-
-constexpr Command table[] = {
-    {"lint", "looks through the whole root for mistakes",
-     "  ygconfig lint --root examples/terminal\n", "", nullptr, lint, false},
-};
-
-}  // namespace
 
 std::span<const Command> lintCommands() {
     return table;

@@ -208,7 +208,9 @@ inline constexpr Rule settingsRules[] = {
 </urls>)"},
     // Found by trying a delivery.
     {"refused-delivery", Handling::unresolved, Severity::error, "The delivery changes nothing.",
-     "A list without a digest is never taken. The server that makes the list sets \"md5Value\"."},
+     "A list is taken only if it is a JSON object with a digest. The server that makes the list "
+     "sets "
+     "\"md5Value\"."},
     {"lost-by-delivery", Handling::unresolved, Severity::error,
      "The present file has this, the delivery has not; it takes the place of the file as a whole.",
      "After the delivery it is not found any more. Add it, unless it is to go."},

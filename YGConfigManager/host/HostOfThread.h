@@ -18,6 +18,9 @@ public:
     HostOfThread(const HostOfThread&) = delete;
     HostOfThread& operator=(const HostOfThread&) = delete;
 
+    /// Whether this thread has one now.
+    static bool isThere() noexcept;
+
 private:
     const std::shared_ptr<Host>* outer_;
     const std::shared_ptr<Host> host_;

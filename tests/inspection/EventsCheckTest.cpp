@@ -247,8 +247,10 @@ TEST(EventsCheck, CannotBuildPagesWithAPatternThatTheArgumentBreaks) {
     const Files files =
         layoutWith({{events, commandTo("work-A&amp;B-depth")},
                     {"host.json", R"({"mappings": {"模版通配": {"STOCK": ["A&B"]}}})"}});
-    EXPECT_THAT(linesOf(files, "unknown-page"),
-                ElementsAre(HasSubstr("unknown-page work-A&B-depth")));
+    ::testing::internal::CaptureStderr();
+    const std::vector<std::string> lines = linesOf(files, "unknown-page");
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+    EXPECT_THAT(lines, ElementsAre(HasSubstr("unknown-page work-A&B-depth")));
 }
 
 TEST(EventsCheck, TellsTabsFromPages) {

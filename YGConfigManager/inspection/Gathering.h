@@ -92,14 +92,14 @@ public:
     void add(Found found);
 
     const std::vector<Found>& found() const { return found_; }
+    /// For what a check can add to the findings of a loader.
+    std::vector<Found>& found() { return found_; }
 
     /// Adds to the finding of a loader, by its index, what a check knows better: each of the
     /// details that is there takes the place of what the finding has.
     void explain(std::size_t index, Details details);
     std::vector<Found> takeFound() { return std::move(found_); }
 
-    /// For what a check can add to the findings of a loader.
-    std::vector<Found>& foundToAmend() { return found_; }
 
     /// Takes out what another finding explains.
     template <class Predicate>

@@ -268,7 +268,7 @@ void checkServerAddresses(Gathering& findings) {
     }
     for (const xml::Element& entry : entries)
         checkHosts(entry, explained, findings);
-    for (Found& found : findings.foundToAmend()) {
+    for (Found& found : findings.found()) {
         if (isAbout(found, {"address-with-too-many-parts"}))
             explained[found.finding.place.file].emplace(found.finding.place.begin,
                                                         found.finding.place.end);

@@ -74,6 +74,10 @@ HostOfThread::~HostOfThread() {
     ofThread = outer_;
 }
 
+bool HostOfThread::isSet() noexcept {
+    return ofThread != nullptr;
+}
+
 std::shared_ptr<Host> currentHost() noexcept {
     if (ofThread)
         return *ofThread;

@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "YGConfigManager/host/Host.h"
+#include "YGConfigManager/host/HostOfThread.h"
 #include "YGConfigManager/text/Format.h"
 
 namespace yg {
@@ -48,12 +49,14 @@ void writeBusCommonLogInside(text::FormatString<std::type_identity_t<Args>...> f
     }
 }
 
-/// Writes a line straight to standard error, past the host.
+/// Writes a line straight to standard error, past the host; not on a thread that has its own
+/// (HostOfThread.h).
 template <class... Args>
 void writeSystemConsole(text::FormatString<std::type_identity_t<Args>...> format,
                         const Args&... args) noexcept {
     try {
-        writeConsoleLine(text::format(format, args...));
+        if (!HostOfThread::isSet())
+            writeConsoleLine(text::format(format, args...));
     } catch (...) {
         // Out of memory: the message is lost, the caller goes on.
     }

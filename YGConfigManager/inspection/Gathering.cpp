@@ -15,8 +15,18 @@ Found foundAt(const Rule& rule, const Place& place, Details details) {
 
 }  // namespace
 
+void Gathering::report(const Finding& finding) {
+    const Rule* const rule = &finding.rule;
+    const bool isAboutSlots = rule == &"slot-left"_rule || rule == &"broken-pattern"_rule ||
+                              rule == &"expansion-limit"_rule;
+    if (reports_ == Reports::all || (reports_ == Reports::aboutSlots && isAboutSlots))
+        add({finding});
+}
+
 void Gathering::named(const AttributeInfo& row, const xml::Element& element,
                       std::string_view value) {
+    if (reports_ != Reports::all)
+        return;
     const Place place = element.place().value_or(Place());
     if (knownNames_.emplace(&row, place.file, place.begin).second)
         names_.push_back({&row, element, std::string(value)});

@@ -44,13 +44,20 @@ struct Details {
 class Gathering final : public DiagnosticsSink {
 public:
     // ---- From the loaders ----
-    void report(const Finding& finding) override { add({finding}); }
+
+    /// What is taken of their reports: all of them while the files are loaded. A page that is built
+    /// afterwards repeats what the files gave, and tells something new about its slots alone.
+    enum class Reports { all, aboutSlots, none };
+    void take(Reports reports) { reports_ = reports; }
+
+    void report(const Finding& finding) override;
     bool wantsUsed() const override { return false; }
     void readingFile(std::string_view path) override { lastRead_ = path; }
     void named(const AttributeInfo& row, const xml::Element& element,
                std::string_view value) override;
     void made(const void* record, const xml::Element& element) override {
-        origins_.insert_or_assign(record, element);
+        if (reports_ != Reports::none)
+            origins_.insert_or_assign(record, element);
     }
 
     // ---- From the checks ----
@@ -84,6 +91,7 @@ private:
     using Key =
         std::tuple<std::string, std::string, TextPoint, TextPoint, std::string, std::string>;
 
+    Reports reports_ = Reports::all;
     std::string lastRead_;
     std::vector<Found> found_;
     std::set<Key> known_;

@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "YGConfigManager/inspection/Pages.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 #include "YGConfigManager/settings/YGWebPageUrlConfig.h"
@@ -29,6 +30,7 @@ void loadLayout(Loaded& loaded, Gathering& findings) {
     };
     add(loaded.layout->styleInfos(), Page::Source::style);
     add(loaded.layout->tabStyleInfos(), Page::Source::tab);
+    addCustomPages(loaded, findings);
 }
 
 void loadPalettes(Loaded& loaded, Gathering& findings) {

@@ -59,7 +59,8 @@ std::optional<std::string> suggestionFor(const Found& found, const Loaded& /*loa
     if (kind == Naming::nothing)
         return std::nullopt;
     const std::string_view meant = text::nearest(found.finding.value, known.of(kind));
-    return meant.empty() ? std::nullopt : std::optional<std::string>(meant);
+    return meant.empty() || meant == found.finding.value ? std::nullopt
+                                                         : std::optional<std::string>(meant);
 }
 
 }  // namespace yg

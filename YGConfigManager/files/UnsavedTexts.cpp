@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "YGConfigManager/text/Paths.h"
+
 namespace yg::files {
 
 namespace {
@@ -31,7 +33,8 @@ std::vector<std::string> unsavedNamesIn(std::string_view folder) {
         return names;
     const std::string above = std::string(folder) + '/';
     for (const auto& [path, text] : *current) {
-        if (path.starts_with(above) && path.find('/', above.size()) == std::string::npos)
+        const std::string_view inFolder = path;
+        if (path.starts_with(above) && text::isPlainFileName(inFolder.substr(above.size())))
             names.push_back(path.substr(above.size()));
     }
     return names;

@@ -7,6 +7,7 @@
 
 #include "YGConfigManager/inspection/Gathering.h"
 #include "YGConfigManager/inspection/Loaded.h"
+#include "YGConfigManager/inspection/StoredNames.h"
 
 namespace yg {
 
@@ -17,5 +18,13 @@ void checkPalettes(const Loaded& loaded, Gathering& findings);
 void checkServers(const Loaded& loaded, Gathering& findings);
 void checkSettings(const Loaded& loaded, Gathering& findings);
 void checkValues(const Loaded& loaded, Gathering& findings);
+
+// What is checked of a delivery, too.
+
+/// The addresses of all server entries that were loaded.
+void checkServerAddresses(Gathering& findings);
+
+/// The addresses of web pages or request URLs.
+void checkAddresses(const StoredNames& names, Gathering& findings);
 
 }  // namespace yg

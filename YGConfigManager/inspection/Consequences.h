@@ -4,7 +4,6 @@
 // Internal. Throws std::bad_alloc.
 #pragma once
 
-#include <cstddef>
 #include <vector>
 
 #include "YGConfigManager/inspection/Gathering.h"
@@ -12,8 +11,15 @@
 
 namespace yg {
 
-/// Takes out of the list what follows from others in it; the answer has the number of those for
-/// each finding that is left.
-std::vector<std::size_t> countConsequences(std::vector<Found>& found, const Loaded& loaded);
+/// A finding with those that follow from it.
+struct Cause {
+    Found found;
+    std::vector<Found> consequences = {};
+};
+
+/// The findings, each below its cause where another one is its cause: a name that does not exist
+/// because its definition was dropped, or because no file that could define it can be read; and a
+/// name that nothing uses because the files that could use it cannot be read.
+std::vector<Cause> withConsequences(std::vector<Found> found, const Loaded& loaded);
 
 }  // namespace yg

@@ -19,13 +19,20 @@ void Gathering::report(const Finding& finding) {
     const Rule* const rule = &finding.rule;
     const bool isAboutSlots = rule == &"slot-left"_rule || rule == &"broken-pattern"_rule ||
                               rule == &"expansion-limit"_rule;
-    if (reports_ == Reports::all || (reports_ == Reports::aboutSlots && isAboutSlots))
+    if (aside_)
+        aside_->push_back(finding);
+    else if (!isOnlyAboutSlots_ || isAboutSlots)
         add({finding});
+}
+
+void Gathering::made(const void* record, const xml::Element& element) {
+    if (!aside_)
+        origins_.insert_or_assign(record, element);
 }
 
 void Gathering::named(const AttributeInfo& row, const xml::Element& element,
                       std::string_view value) {
-    if (reports_ != Reports::all)
+    if (aside_ || isOnlyAboutSlots_)
         return;
     const Place place = element.place().value_or(Place());
     if (knownNames_.emplace(&row, place.file, place.begin).second)

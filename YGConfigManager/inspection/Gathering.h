@@ -10,6 +10,7 @@
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
@@ -45,20 +46,19 @@ class Gathering final : public DiagnosticsSink {
 public:
     // ---- From the loaders ----
 
-    /// What is taken of their reports: all of them while the files are loaded. A page that is built
-    /// afterwards repeats what the files gave, and tells something new about its slots alone.
-    enum class Reports { all, aboutSlots, none };
-    void take(Reports reports) { reports_ = reports; }
+    /// A page that is built after the files were loaded repeats what they gave, and tells something
+    /// new about its slots alone. As long as this is set, other reports are not taken.
+    void takeOnlyAboutSlots(bool only) { isOnlyAboutSlots_ = only; }
 
     void report(const Finding& finding) override;
     bool wantsUsed() const override { return false; }
-    void readingFile(std::string_view path) override { lastRead_ = path; }
+    void readingFile(std::string_view path) override {
+        if (!aside_)
+            lastRead_ = path;
+    }
     void named(const AttributeInfo& row, const xml::Element& element,
                std::string_view value) override;
-    void made(const void* record, const xml::Element& element) override {
-        if (reports_ != Reports::none)
-            origins_.insert_or_assign(record, element);
-    }
+    void made(const void* record, const xml::Element& element) override;
 
     // ---- From the checks ----
     void onFile(const Rule& rule, std::string_view path, Details details = {});
@@ -71,12 +71,41 @@ public:
     void onPart(const Rule& rule, const xml::Element& element, std::string_view attribute,
                 std::size_t offset, std::size_t size, Details details = {});
 
+    /// What a loader reports while `ask` runs. None of it counts: a check only wants to know.
+    template <class Ask>
+    std::vector<Finding> reportedBy(const Ask& ask) {
+        std::vector<Finding> reported;
+        const Aside aside(*this, reported);
+        ask();
+        return reported;
+    }
+
     /// Adds a finding unless the same was found before, for a file may be loaded more than once, or
     /// it is about a call and has no file.
     void add(Found found);
 
     const std::vector<Found>& found() const { return found_; }
-    std::vector<Found>& found() { return found_; }
+    std::vector<Found> takeFound() { return std::move(found_); }
+
+    /// Says more about findings that are there: `amend(Found&)` changes their words and related
+    /// places.
+    template <class Amend>
+    void amendEach(Amend&& amend) {
+        for (Found& found : found_)
+            amend(found);
+    }
+
+    /// Takes out what another finding explains.
+    template <class Predicate>
+    void removeIf(Predicate&& isExplained) {
+        // A finding cannot be assigned, since its rule is a reference.
+        std::vector<Found> kept;
+        for (Found& found : found_) {
+            if (!isExplained(std::as_const(found)))
+                kept.push_back(std::move(found));
+        }
+        found_.swap(kept);
+    }
 
     /// The attributes that count, in the order of loading, and each once.
     const std::vector<NameUse>& names() const { return names_; }
@@ -88,10 +117,25 @@ public:
     xml::Element originOf(const void* record) const;
 
 private:
+    /// As long as it lives, what loaders say goes to a list of its own.
+    class Aside {
+    public:
+        Aside(Gathering& gathering, std::vector<Finding>& reported) : gathering_(gathering) {
+            gathering_.aside_ = &reported;
+        }
+        ~Aside() { gathering_.aside_ = nullptr; }
+        Aside(const Aside&) = delete;
+        Aside& operator=(const Aside&) = delete;
+
+    private:
+        Gathering& gathering_;
+    };
+
     using Key =
         std::tuple<std::string, std::string, TextPoint, TextPoint, std::string, std::string>;
 
-    Reports reports_ = Reports::all;
+    bool isOnlyAboutSlots_ = false;
+    std::vector<Finding>* aside_ = nullptr;
     std::string lastRead_;
     std::vector<Found> found_;
     std::set<Key> known_;

@@ -2,7 +2,9 @@
 #include "YGConfigManager/inspection/Inspection.h"
 
 #include <algorithm>
+#include <exception>
 #include <filesystem>
+#include <mutex>
 #include <new>
 #include <system_error>
 #include <tuple>
@@ -22,8 +24,9 @@ namespace yg {
 struct Inspection::Content {
     std::vector<RootFinding> findings;
     std::vector<NamePlace> names;
-    std::optional<SourceFiles> files;
     files::UnsavedTexts unsaved;
+    mutable std::mutex reading;
+    std::optional<SourceFiles> files;  ///< under the lock
 };
 
 namespace {
@@ -53,29 +56,38 @@ std::string shortForm(const xml::Element& element) {
     return form;
 }
 
-RootFinding rootFinding(const Found& found, const Loaded& loaded, const KnownNames& known) {
+RootPlace rootPlace(const SourceFiles& files, const Place& place, std::string message) {
+    RootPlace made;
+    made.file = files.nameOf(place.file);
+    setPoints(made, place);
+    made.message = std::move(message);
+    return made;
+}
+
+RootFinding rootFinding(const Found& found, const Loaded& loaded, Suggestions& suggestions) {
     const Finding& finding = found.finding;
     RootFinding made;
     made.rule = &finding.rule;
     made.file = loaded.files.nameOf(finding.place.file);
-    setPoints(made, finding.place);
+    Remarks remarks = suggestions.remarksOn(found);
+    setPoints(made, remarks.place);
     made.message = messageOf(found);
+    if (!remarks.addition.empty())
+        made.message += ' ' + remarks.addition;
     made.readAs = readAs(found);
     made.element = finding.element;
     made.attribute = unlessEmpty(finding.attribute);
     made.value = unlessEmpty(finding.value);
-    made.suggestion = suggestionFor(found, loaded, known);
-    for (const RelatedPlace& related : finding.related) {
-        RootPlace place;
-        place.file = loaded.files.nameOf(related.place.file);
-        setPoints(place, related.place);
-        place.message = related.meaning;
-        made.related.push_back(std::move(place));
+    made.suggestion = std::move(remarks.suggestion);
+    made.extentBegin = made.begin;
+    made.extentEnd = made.end;
+    if (finding.extent.begin.line != 0) {
+        made.extentBegin = finding.extent.begin;
+        made.extentEnd = finding.extent.end;
     }
-    if (finding.place.begin.line != 0) {
-        for (const xml::Element& element : loaded.files.file(made.file).elementsAt(made.begin))
-            made.path.push_back(shortForm(element));
-    }
+    for (const RelatedPlace& related : finding.related)
+        made.related.push_back(
+            rootPlace(loaded.files, related.place, std::string(related.meaning)));
     return made;
 }
 
@@ -132,28 +144,32 @@ std::shared_ptr<const Inspection> Inspection::open(OptionalText root, std::strin
 
         Gathering findings;
         {
-            const Loaded loaded = load(host, findings);
+            Loaded loaded = load(host, findings);
             for (const auto check : {checkFiles, checkLayout, checkEvents, checkPalettes,
                                      checkServers, checkSettings, checkValues})
                 check(loaded, findings);
-            const auto consequences = countConsequences(findings.found(), loaded);
-            const KnownNames known(findings.names());
-            for (std::size_t at = 0; at < findings.found().size(); ++at) {
-                content->findings.push_back(rootFinding(findings.found()[at], loaded, known));
-                content->findings.back().consequences = consequences[at];
+            Suggestions suggestions(findings.names(), loaded);
+            for (const Cause& cause : withConsequences(findings.takeFound(), loaded)) {
+                RootFinding made = rootFinding(cause.found, loaded, suggestions);
+                for (const Found& each : cause.consequences)
+                    made.consequences.push_back(
+                        rootPlace(loaded.files, each.finding.extent, messageOf(each)));
+                content->findings.push_back(std::move(made));
             }
             content->names = namePlaces(findings.names(), loaded.files);
+            content->files = std::move(loaded.files);
         }
         std::ranges::stable_sort(content->findings, {}, [](const RootFinding& finding) {
             return std::tuple(std::string_view(finding.file), finding.begin, finding.rule->name,
                               finding.end);
         });
-        content->files.emplace(folder);
         return std::shared_ptr<const Inspection>(new Inspection(std::move(content)));
     } catch (const std::bad_alloc&) {
         error = outOfMemory;
-        return nullptr;
+    } catch (const std::exception& failure) {
+        error = failure.what();
     }
+    return nullptr;
 }
 
 std::span<const RootFinding> Inspection::findings() const {
@@ -165,9 +181,20 @@ std::span<const NamePlace> Inspection::names() const {
 }
 
 std::optional<std::string> Inspection::line(OptionalText file, std::uint32_t number) const {
+    const std::lock_guard lock(content_->reading);
     const files::UnsavedTextsScope unsaved(content_->unsaved);
     const auto found = content_->files->file(*file).line(number);
     return found ? std::optional<std::string>(*found) : std::nullopt;
+}
+
+std::vector<std::string> Inspection::pathOf(const RootFinding& finding) const {
+    const std::lock_guard lock(content_->reading);
+    const files::UnsavedTextsScope unsaved(content_->unsaved);
+    std::vector<std::string> path;
+    for (const xml::Element& element :
+         content_->files->file(finding.file).elementsAt(finding.begin))
+        path.push_back(shortForm(element));
+    return path;
 }
 
 }  // namespace yg

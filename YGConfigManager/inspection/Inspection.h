@@ -62,6 +62,11 @@ public:
     /// is in. Absent when there is no such line, and for a file that is not text.
     std::optional<std::string> line(OptionalText file, std::uint32_t number) const;
 
+    /// The elements around a finding and its own, the root first, each with the name that it has:
+    /// "styles", "style[quote]", "panel[main]". The same when lines are added above. Empty for a
+    /// file as a whole and outside of XML.
+    std::vector<std::string> pathOf(const RootFinding& finding) const;
+
 private:
     struct Content;
     explicit Inspection(std::unique_ptr<Content> content);

@@ -6,9 +6,8 @@
 
 #include "YGConfigManager/host/JsonValue.h"
 #include "YGConfigManager/inspection/PageChecks.h"
-#include "YGConfigManager/inspection/Pages.h"
+#include "YGConfigManager/inspection/PageNames.h"
 #include "YGConfigManager/text/LineIndex.h"
-#include "YGConfigManager/text/Nearest.h"
 
 namespace yg {
 
@@ -93,34 +92,28 @@ LayoutNames layoutNames(const Loaded& loaded, const Gathering& findings) {
 }
 
 void checkDefaultStyle(const Loaded& loaded, Gathering& findings, const LayoutNames& names) {
-    if (!names.defaultStyle || isPage(*loaded.layout, names.defaultStyle->value, findings))
+    if (!names.defaultStyle)
         return;
-    std::vector<std::string> pages;
-    for (const Page& page : loaded.pages) {
-        if (page.source == Page::Source::style)
-            pages.push_back(page.name);
-    }
-    const std::string_view meant = text::nearest(names.defaultStyle->value, pages);
-    Details details;
-    details.message = "page " + quoted(names.defaultStyle->value) +
-                      " does not exist: no stored page or template has this name.";
-    if (!meant.empty())
-        details.suggestion = meant;
-    findings.onAttribute("unknown-default-style"_rule, names.defaultStyle->element,
-                         names.defaultStyle->row->name, std::move(details));
+    Effort effort;
+    PageNames pages(loaded, findings, effort);
+    const NameUse& use = *names.defaultStyle;
+    const PageAnswer& answer = pages.look(use.value);
+    if (answer.kind != PageAnswer::Kind::page)
+        findings.onPart("unknown-default-style"_rule, use.element, use.row->name, answer.offset,
+                        answer.size, answer.details);
 }
 
 /// What is defined, but only after it is needed.
 void explainOrder(Gathering& findings, const LayoutNames& names) {
-    for (Found& found : findings.found()) {
+    findings.amendEach([&](Found& found) {
         const Finding& finding = found.finding;
         const bool isGroup = &finding.rule == &"unknown-magic-group"_rule;
         if (!isGroup && &finding.rule != &"unknown-reuse-panel"_rule)
-            continue;
+            return;
         const Elements& defined = isGroup ? names.groups : names.reusePanels;
         const auto definition = defined.find(finding.value);
         if (definition == defined.end())
-            continue;
+            return;
         found.message =
             (isGroup ? "group " : "reuse panel ") + quoted(finding.value) +
             " exists, but is not known yet when this is read: " +
@@ -129,7 +122,7 @@ void explainOrder(Gathering& findings, const LayoutNames& names) {
                  ? "the groups of a file are known when it has been read whole."
                  : "the soft-optimize magic panels are read after the pages.");
         found.finding.related = at(definition->second, "its definition");
-    }
+    });
 }
 
 void checkTemplates(const Loaded& loaded, Gathering& findings, const LayoutNames& names) {

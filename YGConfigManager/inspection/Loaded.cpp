@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/inspection/Loaded.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "YGConfigManager/inspection/Pages.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 #include "YGConfigManager/settings/YGWebPageUrlConfig.h"
+#include "YGConfigManager/text/Paths.h"
 
 namespace yg {
 
@@ -16,6 +18,7 @@ using Storage = InspectionHost::Storage;
 
 constexpr std::string_view webPageFile = "web_page_urls.xml";
 constexpr std::string_view settingsFile = "app_config.xml";
+constexpr std::string_view requestUrlFile = "request_urls_json.txt";
 
 void loadLayout(Loaded& loaded, Gathering& findings) {
     loaded.layout = std::make_shared<YGStyleConfigLoad>(&findings);
@@ -53,32 +56,100 @@ void loadServers(Loaded& loaded, Gathering& findings) {
     }
 }
 
+enum class TableKind { unknown, settings, webPages };
+
 /// The application chooses the names of settings files and web page tables, so they are told apart
 /// by their roots.
-void loadTables(Loaded& loaded, Gathering& findings, const std::string& folder) {
+TableKind kindOf(const SourceFile& file, std::string_view name) {
+    if (name == webPageFile)
+        return TableKind::webPages;
+    if (name == settingsFile)
+        return TableKind::settings;
+    const std::string_view root = file.document().document.root().name();
+    return root == "urls"     ? TableKind::webPages
+           : root == "config" ? TableKind::settings
+                              : TableKind::unknown;
+}
+
+/// A user's copy is read as the shipped file of its name is. Another file of the user's may be
+/// anything, so it counts only if it is one of them by itself.
+void loadTables(Loaded& loaded, Gathering& findings, std::string_view folder) {
     for (const std::string& file : loaded.files.namesIn(folder)) {
         const std::string name = file.substr(folder.size() + 1);
         if (!name.ends_with(".xml") || name.starts_with("palette_") ||
             name.starts_with("skeleton_"))
             continue;
-        const std::string_view root = loaded.files.file(file).document().document.root().name();
-        if (name == webPageFile || (root == "urls" && name != settingsFile)) {
+        const SourceFile& shipped = loaded.files.file(text::joinPath(shippedFolder, name));
+        const TableKind kind = kindOf(shipped.isRead() ? shipped : loaded.files.file(file), name);
+        if (kind == TableKind::webPages) {
             YGWebPageUrlConfig::initWithFileName(name, &findings);
             loaded.webPageFiles.push_back(file);
-        } else {
+        } else if (kind == TableKind::settings || shipped.isRead()) {
             YGAppConfigManager::initWithFileName(name, &findings);
             loaded.settingsFiles.push_back(file);
         }
     }
 }
 
-void loadRequestUrls(Loaded& loaded, Gathering& findings) {
-    // Without a server in the host it only reads the file.
-    if (YGHttpReqUrlMgr::init(&findings) && findings.lastRead().ends_with(".txt"))
-        loaded.requestUrlFiles.push_back(loaded.files.nameOf(findings.lastRead()));
+/// The user may have no list of their own; the shipped one is reported when it is missing.
+void loadRequestUrls(Loaded& loaded, Gathering& findings, std::string_view folder) {
+    const std::string file = text::joinPath(folder, requestUrlFile);
+    const bool isThere = loaded.files.file(file).isRead();
+    if (!isThere && folder == userFolder)
+        return;
+    if (const auto manager = YGHttpReqUrlMgr::make(&findings))
+        manager->readUrlModelFromFile();
+    if (isThere)
+        loaded.requestUrlFiles.push_back(file);
+}
+
+bool isIn(const std::vector<std::string>& files, std::string_view file) {
+    return std::ranges::find(files, file) != files.end();
 }
 
 }  // namespace
+
+const FormatInfo* formatOf(const Loaded& loaded, std::string_view file) {
+    const std::string_view name = file.substr(file.rfind('/') + 1);
+    const std::string_view folder = file.substr(0, file.size() - name.size());
+    if (file == "host.json")
+        return formatNamed("host");
+    if (folder == "config/" && name == "events.xml")
+        return formatNamed("events");
+    if (name == "magic_panels.xml" && folder != "base_optimize/")
+        return formatNamed("magic_panels");
+    if (folder == "base_optimize/")
+        return formatNamed("reuse_panels");
+    if (folder == "config/" || folder == "soft_optimize/")
+        return formatNamed("styles");
+    if (isIn(loaded.settingsFiles, file))
+        return formatNamed("settings");
+    if (isIn(loaded.webPageFiles, file))
+        return formatNamed("web_pages");
+    if (name.starts_with("palette_"))
+        return formatNamed("palette");
+    if (name.starts_with("skeleton_"))
+        return formatNamed("servers");
+    return name == "request_urls_json.txt" ? formatNamed("request_urls") : nullptr;
+}
+
+const ElementInfo* infoOf(const FormatInfo& format, std::span<const xml::Element> elements) {
+    if (elements.empty())
+        return nullptr;
+    const ElementInfo* info = &format.root;
+    for (const xml::Element& element : elements.subspan(1)) {
+        const auto isOfName = [&](const ElementInfo* each) {
+            return each->name == element.name() ||
+                   (each->name.empty() &&
+                    std::ranges::find(each->otherThan, element.name()) == each->otherThan.end());
+        };
+        const auto found = std::ranges::find_if(info->content, isOfName);
+        if (found == info->content.end())
+            return nullptr;
+        info = *found;
+    }
+    return info;
+}
 
 Loaded load(std::shared_ptr<InspectionHost> host, Gathering& findings) {
     Loaded loaded(std::move(host));
@@ -89,8 +160,9 @@ Loaded load(std::shared_ptr<InspectionHost> host, Gathering& findings) {
         loaded.host->see(storage);
         loadPalettes(loaded, findings);
         loadServers(loaded, findings);
-        loadTables(loaded, findings, storage == Storage::user ? "user" : "storage");
-        loadRequestUrls(loaded, findings);
+        const std::string_view folder = storage == Storage::user ? userFolder : shippedFolder;
+        loadTables(loaded, findings, folder);
+        loadRequestUrls(loaded, findings, folder);
     }
     loaded.host->see(Storage::asUsed);
     return loaded;

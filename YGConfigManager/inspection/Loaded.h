@@ -5,12 +5,14 @@
 
 #include <array>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "YGConfigManager/events/YGEventLoader.h"
+#include "YGConfigManager/formats/Format.h"
 #include "YGConfigManager/inspection/Gathering.h"
 #include "YGConfigManager/inspection/InspectionHost.h"
 #include "YGConfigManager/inspection/SourceFiles.h"
@@ -19,6 +21,11 @@
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
 
 namespace yg {
+
+/// The folders of the storage below the root: what is shipped, and the user's copies, which count
+/// instead.
+inline constexpr std::string_view shippedFolder = "storage";
+inline constexpr std::string_view userFolder = "user";
 
 /// A page that can be shown.
 struct Page {
@@ -56,6 +63,13 @@ struct Loaded {
     std::vector<std::string> webPageFiles;     ///< below the root
     std::vector<std::string> requestUrlFiles;  ///< below the root
 };
+
+/// The format of a file below the root; null for a file that no loader reads.
+const FormatInfo* formatOf(const Loaded& loaded, std::string_view file);
+
+/// The description of the last of some elements, each in the one before, the root first; null where
+/// the format has no such element.
+const ElementInfo* infoOf(const FormatInfo& format, std::span<const xml::Element> elements);
 
 /// Loads the root of the host, which this thread uses, and reports to `findings`. The loaders keep
 /// it, so it must outlive them.

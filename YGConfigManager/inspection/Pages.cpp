@@ -7,19 +7,21 @@
 #include <utility>
 #include <vector>
 
+#include "YGConfigManager/inspection/PageNames.h"
+
 namespace yg {
 
 namespace {
 
-using Reports = Gathering::Reports;
-
-/// What the loaders report, for as long as this lives.
-class Taking {
+/// As long as it lives, only what is about slots is taken from loaders.
+class OnlyAboutSlots {
 public:
-    Taking(Gathering& findings, Reports reports) : findings_(findings) { findings_.take(reports); }
-    ~Taking() { findings_.take(Reports::all); }
-    Taking(const Taking&) = delete;
-    Taking& operator=(const Taking&) = delete;
+    explicit OnlyAboutSlots(Gathering& findings) : findings_(findings) {
+        findings_.takeOnlyAboutSlots(true);
+    }
+    ~OnlyAboutSlots() { findings_.takeOnlyAboutSlots(false); }
+    OnlyAboutSlots(const OnlyAboutSlots&) = delete;
+    OnlyAboutSlots& operator=(const OnlyAboutSlots&) = delete;
 
 private:
     Gathering& findings_;
@@ -141,14 +143,9 @@ private:
 }  // namespace
 
 void addCustomPages(Loaded& loaded, Gathering& findings) {
-    const Taking taking(findings, Reports::aboutSlots);
+    const OnlyAboutSlots only(findings);
     const auto lists = loaded.host->getMappingDicForKey(wildcardMapping);
     Builder(loaded, lists ? *lists : MappingDic()).build();
-}
-
-bool isPage(const YGStyleConfigLoad& layout, std::string_view name, Gathering& findings) {
-    const Taking taking(findings, Reports::none);
-    return layout.loadStyleConfigInfoWithName(name) != nullptr;
 }
 
 }  // namespace yg

@@ -4,16 +4,11 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
-#include <string_view>
 
 #include "YGConfigManager/inspection/Gathering.h"
 #include "YGConfigManager/inspection/Loaded.h"
 
 namespace yg {
-
-/// The key of the host's mapping of wildcards.
-inline constexpr std::string_view wildcardMapping = "模版通配";
 
 /// The limits of the pages that are built: of one template, of all, and of the XML of all in bytes.
 /// A template that could give more gives some pages in which each member is shown.
@@ -25,8 +20,5 @@ inline constexpr std::size_t maxCustomPageBytes = std::size_t{8} * 1024 * 1024;
 /// pattern with one value of its list, to the pages of the layout. A page that is stored is there
 /// already.
 void addCustomPages(Loaded& loaded, Gathering& findings);
-
-/// Whether the layout answers a page of this name, stored or built. Reports nothing.
-bool isPage(const YGStyleConfigLoad& layout, std::string_view name, Gathering& findings);
 
 }  // namespace yg

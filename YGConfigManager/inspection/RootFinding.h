@@ -3,7 +3,6 @@
 // A finding about a root, as it is shown to the author of its files.
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,10 +32,12 @@ struct RootFinding {
     std::optional<std::string> value;       ///< the text concerned
     std::optional<std::string> suggestion;  ///< can stand in the place of the text concerned
     std::vector<RootPlace> related;
-    /// The names of the elements around it and of its own, the root first, with the name that each
-    /// has: "styles", "style[quote]", "panel[main]". Stays when lines are added above.
-    std::vector<std::string> path;
-    std::size_t consequences = 0;  ///< what follows from it and is not reported by itself
+    /// All that the finding is about: the whole element when that has no effect, otherwise the same
+    /// as above. What a rule calls dropped can be deleted.
+    TextPoint extentBegin{1, 1};
+    TextPoint extentEnd{1, 1};
+    /// What follows from it and is not reported by itself.
+    std::vector<RootPlace> consequences;
 };
 
 }  // namespace yg

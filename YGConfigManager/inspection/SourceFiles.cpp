@@ -9,6 +9,8 @@
 
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/files/UnsavedTexts.h"
+#include "YGConfigManager/text/Characters.h"
+#include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Paths.h"
 #include "YGConfigManager/text/Utf8.h"
 #include "YGConfigManager/xml/Decoding.h"
@@ -39,29 +41,69 @@ std::optional<std::string_view> SourceFile::line(std::uint32_t number) const {
     return line;
 }
 
+std::optional<std::size_t> SourceFile::offsetOf(const TextPoint& point) const {
+    const auto inLine = line(point.line);
+    if (!inLine)
+        return std::nullopt;
+    std::string_view rest = *inLine;
+    for (std::uint32_t column = 1; column < point.column && !rest.empty(); ++column)
+        rest.remove_prefix(text::firstCharacter(rest).size);
+    return static_cast<std::size_t>(rest.data() - text_.data());
+}
+
+Place SourceFile::trimmed(Place place) const {
+    const auto first = offsetOf(place.begin);
+    const auto behind = offsetOf(place.end);
+    if (!first || !behind || *first >= *behind)
+        return place;
+    std::size_t begin = *first;
+    std::size_t end = *behind;
+    while (begin < end && text::isWhiteSpace(text_[begin]))
+        ++begin;
+    if (begin == end)
+        return place;
+    while (text::isWhiteSpace(text_[end - 1]))
+        --end;
+    const text::LineIndex lines(text_);
+    place.begin = lines.pointAt(text_, begin);
+    place.end = lines.pointAt(text_, end);
+    return place;
+}
+
 const xml::ParseResult& SourceFile::document() const {
     if (!document_)
-        document_ = xml::Document::parseBytes(bytes_, {.positions = true});
+        document_ = xml::Document::parseFile(path_, {.positions = true});
     return *document_;
 }
 
-std::vector<xml::Element> SourceFile::elementsAt(const TextPoint& point) const {
-    const auto contains = [&](const xml::Element& element) {
-        const auto place = element.place();
-        return place && place->begin <= point && point < place->end;
-    };
-    std::vector<xml::Element> around;
-    xml::Element next = document().document.root();
-    while (next && contains(next)) {
-        around.push_back(next);
-        next = xml::Element();
-        for (const xml::Node& child : around.back().children()) {
-            if (child.isElement() && contains(xml::Element(child))) {
-                next = xml::Element(child);
-                break;
-            }
-        }
+/// The depth of a document is limited.
+void SourceFile::noteExtents(const xml::Element& element, std::size_t around) const {
+    const std::size_t at = extents_.size();
+    extents_.push_back({*element.place(), element, around});
+    for (const xml::Node& child : element.children()) {
+        if (child.isElement())
+            noteExtents(xml::Element(child), at);
     }
+}
+
+std::vector<xml::Element> SourceFile::elementsAt(const TextPoint& point) const {
+    if (extents_.empty() && document().document.root())
+        noteExtents(document().document.root(), 0);
+    // The last one that begins before the point, or one around it.
+    auto found = std::ranges::upper_bound(extents_, point, {},
+                                          [](const Extent& each) { return each.place.begin; });
+    std::vector<xml::Element> around;
+    if (found == extents_.begin())
+        return around;
+    auto at = static_cast<std::size_t>(found - extents_.begin()) - 1;
+    while (at != 0 && extents_[at].place.end <= point)
+        at = extents_[at].around;
+    if (extents_[at].place.end <= point)
+        return around;
+    for (; at != 0; at = extents_[at].around)
+        around.push_back(extents_[at].element);
+    around.push_back(extents_.front().element);
+    std::ranges::reverse(around);
     return around;
 }
 

@@ -29,6 +29,9 @@ public:
     /// A line from 1, without its end; absent when there is none.
     std::optional<std::string_view> line(std::uint32_t number) const;
 
+    /// The place without the white space at its ends; as it stands when there is nothing else.
+    Place trimmed(Place place) const;
+
     /// Parsed with positions at the first call; without a root when it is not well-formed.
     const xml::ParseResult& document() const;
 
@@ -36,12 +39,24 @@ public:
     std::vector<xml::Element> elementsAt(const TextPoint& point) const;
 
 private:
+    struct Extent {
+        Place place;
+        xml::Element element;
+        std::size_t around;  ///< the index of the parent, its own at the root
+    };
+
+    void noteExtents(const xml::Element& element, std::size_t around) const;
+
+    /// The character before or behind a point; 0 at the ends of the file.
+    std::optional<std::size_t> offsetOf(const TextPoint& point) const;
+
     std::string path_;
     bool isRead_ = false;
     std::string bytes_;
     std::string text_;
     std::vector<std::size_t> lineBegins_;
     mutable std::optional<xml::ParseResult> document_;
+    mutable std::vector<Extent> extents_;  ///< of all elements, in the order of the document
 };
 
 class SourceFiles {

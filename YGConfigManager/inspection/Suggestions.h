@@ -1,36 +1,50 @@
 // SPDX-License-Identifier: MIT
 //
-// What an author probably meant. Internal. Throws std::bad_alloc.
+// What an author probably meant, and which text that would replace. Internal. Throws
+// std::bad_alloc.
 #pragma once
 
+#include <map>
+#include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "YGConfigManager/inspection/Gathering.h"
 #include "YGConfigManager/inspection/Loaded.h"
+#include "YGConfigManager/text/Nearest.h"
 
 namespace yg {
 
 /// What a finding's value names; Naming::nothing when it names nothing that could be looked up.
 Naming kindNamedBy(const Finding& finding);
 
-/// The names of each kind that the files define.
-class KnownNames {
-public:
-    explicit KnownNames(const std::vector<NameUse>& names);
-
-    const std::vector<std::string>& of(Naming kind) const;
-    bool contains(Naming kind, std::string_view name) const;
-
-private:
-    std::vector<std::vector<std::string>> byKind_;
+/// What is said of a finding beside its rule.
+struct Remarks {
+    Place place;  ///< of the text concerned, which the suggestion could replace
+    std::optional<std::string> suggestion;
+    std::string addition;  ///< a further sentence for the message; "" for none
 };
 
-/// A text that can stand in the place of the one that the finding is about; absent without one.
-std::optional<std::string> suggestionFor(const Found& found, const Loaded& loaded,
-                                         const KnownNames& known);
+class Suggestions {
+public:
+    /// Both must outlive it.
+    Suggestions(const std::vector<NameUse>& names, const Loaded& loaded);
+
+    Remarks remarksOn(const Found& found);
+
+private:
+    text::KnownWords& defined(Naming kind);
+    std::optional<std::string> nearestIn(const void* owner, std::vector<std::string> words,
+                                         std::string_view word);
+    void onAttribute(const Found& found, const std::vector<xml::Element>& around, Remarks& remarks);
+    void onElement(const Found& found, const std::vector<xml::Element>& around, Remarks& remarks);
+
+    const std::vector<NameUse>& names_;
+    const Loaded& loaded_;
+    std::map<Naming, std::unique_ptr<text::KnownWords>> defined_;
+    std::map<const void*, std::unique_ptr<text::KnownWords>> described_;
+};
 
 }  // namespace yg

@@ -266,8 +266,9 @@ struct Description<PanelConfigInfo> {
               AttributeInfo{"is_editable", flag, "The user may edit the panel."}},
         Field{"excuteCommandInfo", &Panel::excuteCommandInfo, &Panel::setExcuteCommandInfo,
               AttributeInfo{"excute_command_info", text,
-                            "Command information; the application knows its meaning. The attribute "
-                            "is spelt like this."}},
+                            "The command of the panel; the application knows when it is triggered. "
+                            "The attribute is spelt like this.",
+                            Naming::command}},
         Field{"splitScale", &Panel::splitScale, &Panel::setSplitScale,
               AttributeInfo{.name = "split_scale",
                             .kind = decimal,

@@ -45,7 +45,9 @@ RecordMap<std::string> addressesIn(const xml::Document& document, const Reporter
         root.forEachElement([&](Entry& entry) {
             if (entry.name() != entryName)
                 return entry.drop("unknown-element"_rule, {}, entry.name());
-            const auto key = entry.attribute(keyName);
+            WebPage page;
+            entry.read(page);
+            const auto key = page.key;
             if (!key || key->empty())
                 return entry.drop("web-page-without-key"_rule);
             // find() never looks for such a key here, so it needs no check without a sink.

@@ -12,7 +12,15 @@ namespace yg::text {
 
 namespace {
 
-/// Without blanks, in small letters and in the usual width.
+/// One for all characters that look like it.
+char32_t lookAlike(char32_t character) {
+    constexpr std::u32string_view like = U"01iаеорсхуі－–—‐";
+    constexpr std::u32string_view meant = U"ollaeopcxyl----";
+    const std::size_t at = like.find(character);
+    return at == std::u32string_view::npos ? character : meant[at];
+}
+
+/// Without blanks, in small letters and in the usual width, with similar characters as one.
 std::u32string folded(std::string_view word) {
     UErrorCode failure = U_ZERO_ERROR;
     const icu::Normalizer2* const folding = icu::Normalizer2::getNFKCCasefoldInstance(failure);
@@ -26,7 +34,7 @@ std::u32string folded(std::string_view word) {
     for (int at = 0; at < text.length(); at = text.moveIndex32(at, 1)) {
         const auto character = static_cast<char32_t>(text.char32At(at));
         if (!u_isUWhiteSpace(static_cast<UChar32>(character)))
-            characters += character;
+            characters += lookAlike(character);
     }
     return characters;
 }
@@ -54,25 +62,48 @@ std::size_t distance(const std::u32string& from, const std::u32string& to) {
 
 }  // namespace
 
-std::string_view nearest(std::string_view word, std::span<const std::string> known) {
+KnownWords::KnownWords(std::span<const std::string> words) : words_(words.begin(), words.end()) {
+    for (std::size_t at = 0; at < words_.size(); ++at) {
+        std::u32string form = folded(words_[at]);
+        byForm_.try_emplace(form, at);
+        const std::size_t length = form.size();
+        byLength_[length].push_back({std::move(form), at});
+    }
+}
+
+std::string_view KnownWords::nearest(std::string_view word) {
     const std::u32string wanted = folded(word);
+    if (const auto same = byForm_.find(wanted); same != byForm_.end() && !wanted.empty())
+        return words_[same->second];
     std::string_view found;
     std::size_t best = 0;
-    for (const std::string& each : known) {
-        const std::u32string candidate = folded(each);
-        const std::size_t longer = std::max(wanted.size(), candidate.size());
-        const std::size_t shorter = std::min(wanted.size(), candidate.size());
+    std::size_t bestIndex = 0;
+    for (const auto& [length, candidates] : byLength_) {
+        const std::size_t longer = std::max(wanted.size(), length);
+        const std::size_t shorter = std::min(wanted.size(), length);
         const std::size_t limit = std::max<std::size_t>(1, longer / 3);
-        if (candidate.empty() || longer - shorter > limit)
+        if (length == 0 || longer - shorter > limit)
             continue;
-        const std::size_t steps = distance(wanted, candidate);
-        // With half of the characters changed it is a different word.
-        if (steps <= limit && 2 * steps < longer && (found.empty() || steps < best)) {
-            found = each;
-            best = steps;
+        for (const Word& candidate : candidates) {
+            if (steps_ > mostSteps)
+                return "";
+            steps_ += (wanted.size() + 1) * (length + 1);
+            const std::size_t steps = distance(wanted, candidate.folded);
+            const bool isBetter =
+                found.empty() || steps < best || (steps == best && candidate.index < bestIndex);
+            // With half of the characters changed it is a different word.
+            if (steps <= limit && 2 * steps < longer && isBetter) {
+                found = words_[candidate.index];
+                best = steps;
+                bestIndex = candidate.index;
+            }
         }
     }
     return found;
+}
+
+std::string nearest(std::string_view word, std::span<const std::string> known) {
+    return std::string(KnownWords(known).nearest(word));
 }
 
 }  // namespace yg::text

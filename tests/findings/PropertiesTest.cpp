@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <regex>
 #include <set>
+#include <span>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -14,6 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "YGConfigManager/inspection/Inspection.h"
 #include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Utf8.h"
 #include "YGConfigManager/xml/Document.h"
@@ -26,7 +28,7 @@ namespace {
 
 using ::testing::IsEmpty;
 
-constexpr unsigned generatedRoots = 300;
+constexpr unsigned generatedRoots = 500;
 
 /// What has to be excepted from "what is dropped can be deleted", by rule.
 const std::set<std::string_view> notDeletable{
@@ -59,7 +61,7 @@ public:
         }
     }
 
-    Range of(const Place& place) const { return {of(place.begin), of(place.end)}; }
+    Range of(const TextPoint& begin, const TextPoint& end) const { return {of(begin), of(end)}; }
 
 private:
     std::size_t of(const TextPoint& point) const {
@@ -86,16 +88,16 @@ std::string withRightCommas(const std::string& json) {
 
 /// The files without what is reported as dropped. In the place of an element or a text a comment is
 /// left, since some things depend on whether there is any content.
-RootFiles withoutDropped(const RootFiles& files, const Root& root,
-                         const std::vector<Finding>& findings) {
+RootFiles withoutDropped(const RootFiles& files, std::span<const RootFinding> findings) {
     std::map<std::string, std::map<Range, bool>> dropped;  // and whether it is content
-    for (const Finding& finding : findings) {
-        const std::string name = root.nameOf(finding.extent.file);
-        if (finding.rule.handling != Handling::dropped || finding.extent.begin.line == 0 ||
-            notDeletable.contains(finding.rule.name) || !files.contains(name))
+    for (const RootFinding& finding : findings) {
+        const std::string& name = finding.file;
+        if (finding.rule->handling != Handling::dropped ||
+            finding.extentBegin == finding.extentEnd || notDeletable.contains(finding.rule->name) ||
+            !files.contains(name))
             continue;
         const std::string& text = files.find(name)->second;
-        const Range range = Offsets(text).of(finding.extent);
+        const Range range = Offsets(text).of(finding.extentBegin, finding.extentEnd);
         // A template has a slot for each argument of a page, also where nothing is shown.
         if (text.substr(range.first, range.second - range.first).find("<magic_panels") !=
             std::string::npos)
@@ -157,24 +159,27 @@ void addAttributes(const std::string& file, const xml::Element& element, const E
 
 /// The attributes that no finding is about, and that are not in something without effect.
 std::vector<AttributePlace> silentAttributes(const RootFiles& files, const Root& root,
+                                             std::span<const RootFinding> findings,
                                              const RecordingSink& sink) {
     Elements covered;
     std::set<std::string> coveredFiles;
     std::set<std::pair<std::string, TextPoint>> reported;
-    for (const Finding& finding : sink.findings) {
-        const auto cover = [&](const Place& place) {
-            covered.insert({root.nameOf(place.file), place.begin, place.end});
-            reported.insert({root.nameOf(place.file), place.begin});
-        };
-        cover(finding.extent);
-        if (finding.extent.begin.line == 0)
-            coveredFiles.insert(root.nameOf(finding.extent.file));
-        reported.insert({root.nameOf(finding.place.file), finding.place.begin});
-        for (const RelatedPlace& related : finding.related) {
-            if (finding.rule.handling == Handling::replaced ||
-                finding.rule.name == "repeated-include")
-                cover(related.place);
+    const auto cover = [&](const std::string& file, const TextPoint& begin, const TextPoint& end) {
+        covered.insert({file, begin, end});
+        reported.insert({file, begin});
+    };
+    for (const RootFinding& finding : findings) {
+        cover(finding.file, finding.extentBegin, finding.extentEnd);
+        reported.insert({finding.file, finding.begin});
+        if (finding.extentBegin == finding.extentEnd)
+            coveredFiles.insert(finding.file);
+        for (const RootPlace& related : finding.related) {
+            if (finding.rule->handling == Handling::replaced ||
+                finding.rule->name == "repeated-include")
+                cover(related.file, related.begin, related.end);
         }
+        for (const RootPlace& consequence : finding.consequences)
+            cover(consequence.file, consequence.begin, consequence.end);
     }
     std::vector<AttributePlace> found;
     for (const std::string& file : sink.files) {
@@ -201,7 +206,7 @@ bool counts(const RootFiles& files, const Lookups& lookups, const AttributePlace
             continue;
         RootFiles changed = files;
         std::string& text = changed[attribute.file];
-        const Range range = Offsets(text).of(attribute.valuePlace);
+        const Range range = Offsets(text).of(attribute.valuePlace.begin, attribute.valuePlace.end);
         text.replace(range.first, range.second - range.first, value);
         Lookups both = lookups;
         const Lookups more = lookupsOf(changed);
@@ -222,10 +227,13 @@ void expectRightFindings(const RootFiles& files, std::size_t mostAttributes) {
     EXPECT_THAT(differences(root.answers(lookups, nullptr), answers), IsEmpty());
     EXPECT_THAT(sink.unaccounted(), IsEmpty());
 
-    const RootFiles left = withoutDropped(files, root, sink.findings);
+    std::string error;
+    const auto inspection = Inspection::open(root.path(), error);
+    ASSERT_TRUE(inspection) << error;
+    const RootFiles left = withoutDropped(files, inspection->findings());
     EXPECT_THAT(differences(Root(left).answers(lookups, nullptr), answers), IsEmpty());
 
-    const auto silent = silentAttributes(files, root, sink);
+    const auto silent = silentAttributes(files, root, inspection->findings(), sink);
     const std::size_t step = std::max<std::size_t>(1, silent.size() / mostAttributes);
     for (std::size_t at = 0; at < silent.size(); at += step) {
         const AttributePlace& each = silent[at];

@@ -11,7 +11,8 @@
 #include <utility>
 
 #include "YGConfigManager/events/YGEventLoader.h"
-#include "YGConfigManager/host/StandAloneHost.h"
+#include "YGConfigManager/host/HostOfThread.h"
+#include "YGConfigManager/inspection/InspectionHost.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 #include "YGConfigManager/servers/RandomSource.h"
@@ -245,9 +246,8 @@ Root::Root(const RootFiles& files) {
 }
 
 Answers Root::answers(const Lookups& lookups, DiagnosticsSink* sink) const {
-    const auto opened = StandAloneHost::open(folder_.path());
-    EXPECT_TRUE(opened) << opened.error;
-    setHost(opened.host);
+    // It gives no server to download from.
+    const HostOfThread host(std::make_shared<InspectionHost>(folder_.path()));
     Answers answers;
     answers["layout"] = layoutAnswers(folder_.path(), lookups, sink);
     answers["events"] =
@@ -258,7 +258,6 @@ Answers Root::answers(const Lookups& lookups, DiagnosticsSink* sink) const {
     answers["settings"] = settingsAnswers(lookups, sink);
     answers["web pages"] = webPageAnswers(lookups, sink);
     answers["request urls"] = requestUrlAnswers(sink);
-    setHost(nullptr);
     return answers;
 }
 

@@ -46,6 +46,8 @@ public:
     /// Loads everything and looks everything up. Findings go to the sink, if there is one.
     Answers answers(const Lookups& lookups, DiagnosticsSink* sink) const;
 
+    const std::string& path() const { return folder_.path(); }
+
     /// The name below the root of a file that a finding is in.
     std::string nameOf(const std::string& file) const;
 

@@ -25,9 +25,10 @@ TEST(Inspection, NeedsAFolder) {
 }
 
 TEST(Inspection, FindsWhatALoaderReportsWithItsPlaceBelowTheRoot) {
-    EXPECT_THAT(linesOf({{"config/events.xml", "<event_list>\n  <comand_event/>\n</event_list>"}},
-                        "unknown-element"),
-                ElementsAre("config/events.xml:2:3 error unknown-element comand_event"));
+    EXPECT_THAT(
+        linesOf({{"config/events.xml", "<event_list>\n  <comand_event/>\n</event_list>"}},
+                "unknown-element"),
+        ElementsAre("config/events.xml:2:4 error unknown-element comand_event -> command_event"));
 }
 
 TEST(Inspection, TakesUnsavedTextsInPlaceOfFiles) {

@@ -103,7 +103,7 @@ TEST(LayoutCheck, LeavesTheSampleInOrder) {
 TEST(LayoutCheck, FindsADefaultStyleThatIsNoPage) {
     EXPECT_THAT(linesOf({{styleFile, styles("<style name='quote'/>", " default_style='quoet'")}},
                         "unknown-default-style"),
-                ElementsAre(styleFile + ":1:9 error unknown-default-style quoet -> quote"));
+                ElementsAre(styleFile + ":1:24 error unknown-default-style quoet -> quote"));
 }
 
 TEST(LayoutCheck, TakesACustomPageForADefaultStyle) {

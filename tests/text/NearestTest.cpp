@@ -42,9 +42,19 @@ TEST(Nearest, CountsCharactersNotBytes) {
 
 TEST(Nearest, LooksThroughCaseWidthAndBlanks) {
     const std::vector<std::string> names{"quote_bar", "quote_bars", "SH600000"};
-    EXPECT_EQ(nearest("QUOTE BAR", names), "quote_bars");
+    EXPECT_EQ(nearest("QUOTE _BARS", names), "quote_bars");
     EXPECT_EQ(nearest("ｑｕｏｔｅ＿ｂａｒ", names), "quote_bar");
+    EXPECT_EQ(nearest("SH6OOOOO", names), "SH600000");
+    EXPECT_EQ(nearest("quоte_bar", names), "quote_bar");  // with a Cyrillic o
     EXPECT_EQ(nearest("sh600000 ", names), "SH600000");
+}
+
+TEST(Nearest, EndsWhenItHasDoneAllTheWorkThatItMay) {
+    const std::vector<std::string> known(1'000, std::string(200, 'a'));
+    yg::text::KnownWords words(known);
+    EXPECT_NE(words.nearest(std::string(199, 'a') + "b"), "");
+    EXPECT_EQ(words.nearest(std::string(198, 'a') + "bb"), "");
+    EXPECT_NE(words.nearest(std::string(200, 'A')), "") << "the same word takes no search";
 }
 
 }  // namespace

@@ -250,6 +250,121 @@ inline constexpr Rule eventRules[] = {
      "so it adds nothing.",
      "Includes repeat what they include. A small file can ask for more than any machine holds, so "
      "a load stops adding at this limit."},
+    // Found by inspections.
+    {"unknown-event-group", Handling::unresolved, Severity::error,
+     "No event group of this name is in the event configuration, so the element has no events.",
+     "An element's \"event\" names an \"element_event\" of the event configuration. Check the "
+     "name, "
+     "or define the group.",
+     "config/custompage_template.xml",
+     R"(<styles>
+    <style name="quote"><panel name="main"><element name="grid" event="quote_lst"/></panel></style>
+</styles>)",
+     R"(<styles>
+    <style name="quote"><panel name="main"><element name="grid" event="quote_list"/></panel></style>
+</styles>)",
+     "config/events.xml",
+     R"(<event_list>
+    <element_event name="quote_list"><event name="click"/></element_event>
+</event_list>)"},
+    {"unknown-command", Handling::unresolved, Severity::error,
+     "No command of this name is in the event configuration, so the event triggers nothing.",
+     "An event names one command of a \"command_event\" section, by its whole name. Check the "
+     "name, "
+     "or define the command.",
+     "config/events.xml",
+     R"(<event_list>
+    <command_event><command name="open"/></command_event>
+    <element_event name="grid"><event name="click" command="opne"/></element_event>
+</event_list>)",
+     R"(<event_list>
+    <command_event><command name="open"/></command_event>
+    <element_event name="grid"><event name="click" command="open"/></element_event>
+</event_list>)"},
+    {"unknown-panel-command", Handling::unresolved, Severity::warning,
+     "No command of this name is in the event configuration.",
+     "A panel's \"excute_command_info\" usually is the name of a command. The application takes it "
+     "as it stands and may know other names. A text of several words is not checked.",
+     "config/custompage_template.xml",
+     R"(<styles>
+    <style name="quote"><panel name="main" excute_command_info="opne"/></style>
+</styles>)",
+     R"(<styles>
+    <style name="quote"><panel name="main" excute_command_info="open"/></style>
+</styles>)",
+     "config/events.xml",
+     R"(<event_list>
+    <command_event><command name="open"/></command_event>
+</event_list>)"},
+    {"unknown-page", Handling::unresolved, Severity::error,
+     "This page does not exist and cannot be built from a template.",
+     "The name of a page is that of a stored style, or TEMPLATE-ARGUMENT-ARGUMENT with one "
+     "argument "
+     "for each slot of the template: a member of the slot's group, or a value of a wildcard that "
+     "the group has a pattern for. Check the name.",
+     "config/events.xml",
+     R"(<event_list>
+    <command_event><command name="open" change_style="quoet"/></command_event>
+</event_list>)",
+     R"(<event_list>
+    <command_event><command name="open" change_style="quote"/></command_event>
+</event_list>)",
+     "config/custompage_template.xml",
+     R"(<styles>
+    <style name="quote"><panel name="main"/></style>
+</styles>)"},
+    {"tab-as-page", Handling::unresolved, Severity::info,
+     "Only a tab has this name; looking up a page by its name finds no tabs.",
+     "Tabs are in a table of their own. If the application does not look there by itself, the page "
+     "does not change.",
+     "config/events.xml",
+     R"(<event_list>
+    <command_event><command name="open" change_style="trend"/></command_event>
+</event_list>)",
+     R"(<event_list>
+    <command_event><command name="open"/></command_event>
+</event_list>)",
+     "config/tab_styles.xml",
+     R"(<styles>
+    <style name="trend"><panel name="main"/></style>
+</styles>)"},
+    {"unused-event-group", Handling::dropped, Severity::info,
+     "No element of a page, a tab, a magic panel or a reuse panel names this event group.",
+     "The group can be deleted, unless the application asks for it by itself.", "config/events.xml",
+     R"(<event_list>
+    <element_event name="grid"><event name="click"/></element_event>
+    <element_event name="chart"><event name="click"/></element_event>
+</event_list>)",
+     R"(<event_list>
+    <element_event name="grid"><event name="click"/></element_event>
+</event_list>)",
+     "config/custompage_template.xml",
+     R"(<styles>
+    <style name="quote"><panel name="main"><element name="grid" event="grid"/></panel></style>
+</styles>)"},
+    {"unused-event-template", Handling::dropped, Severity::info,
+     "No template and no event group includes this template.",
+     "A template counts only where it is included. Include it, or delete it.", "config/events.xml",
+     R"(<event_list>
+    <event_template name="list"><event name="select"/></event_template>
+    <element_event name="grid"><event name="click"/></element_event>
+</event_list>)",
+     R"(<event_list>
+    <event_template name="list"><event name="select"/></event_template>
+    <element_event name="grid"><include src="list"/></element_event>
+</event_list>)"},
+    {"unused-command", Handling::dropped, Severity::info,
+     "No event and no panel names this command.",
+     "The command can be deleted, unless the application asks for it by itself.",
+     "config/events.xml",
+     R"(<event_list>
+    <command_event><command name="open"/></command_event>
+    <element_event name="grid"><event name="click"/></element_event>
+</event_list>)",
+     R"(<event_list>
+    <command_event><command name="open"/></command_event>
+    <element_event name="grid"><event name="click" command="open"/></element_event>
+</event_list>)"},
 };
 
 }  // namespace yg

@@ -199,6 +199,81 @@ inline constexpr Rule serverRules[] = {
         <entry key="1" name="East" addrs="192.0.2.1:9211;192.0.2.2:9211"/>
     </server>
 </application>)"},
+    // Found by inspections.
+    {"odd-address-weight", Handling::defaulted, Severity::error,
+     "Of three parts the first is a weight, which has no effect; this one is not a number, so that "
+     "the host is probably lost.",
+     "An address is host:port. Addresses are separated by \";\" alone: with a comma or a blank "
+     "between them two addresses are read as one.",
+     "storage/skeleton_v1.xml",
+     R"(<application>
+    <server type="1" name="Quotes">
+        <entry key="1" name="East" addrs="192.0.2.1:9211,192.0.2.2:9211"/>
+    </server>
+</application>)",
+     R"(<application>
+    <server type="1" name="Quotes">
+        <entry key="1" name="East" addrs="192.0.2.1:9211;192.0.2.2:9211"/>
+    </server>
+</application>)"},
+    {"odd-server-host", Handling::defaulted, Severity::error,
+     "No host has blanks, commas or full-width characters; nothing is trimmed, so that they are "
+     "part of it.",
+     "Separate addresses by \";\" without blanks, and write them in plain ASCII characters.",
+     "storage/skeleton_v1.xml",
+     R"(<application>
+    <server type="1" name="Quotes">
+        <entry key="1" name="East" addrs="192.0.2.1:9211; 192.0.2.2:9211"/>
+    </server>
+</application>)",
+     R"(<application>
+    <server type="1" name="Quotes">
+        <entry key="1" name="East" addrs="192.0.2.1:9211;192.0.2.2:9211"/>
+    </server>
+</application>)"},
+    {"server-type-in-some-files", Handling::unresolved, Severity::warning,
+     "Not all shipped server files have this type.",
+     "The right level and the grey release select one of the four files. Users of a file without "
+     "the type have no such server. Add the group to the files that are named, or delete it.",
+     "storage/skeleton_v1.xml",
+     R"(<application>
+    <server type="1" name="Quotes"/>
+    <server type="2" name="Options"/>
+</application>)",
+     R"(<application>
+    <server type="1" name="Quotes"/>
+</application>)",
+     "storage/skeleton_l2_v1.xml",
+     R"(<application>
+    <server type="1" name="Quotes"/>
+</application>)"},
+    {"server-in-some-files", Handling::unresolved, Severity::info,
+     "Not all shipped server files have a server of this name.",
+     "It may be meant, when a right level or the grey release has servers of its own. Otherwise "
+     "the name is spelt in another way there, or missing.",
+     "storage/skeleton_v1.xml",
+     R"(<application>
+    <server type="1" name="Quotes">
+        <entry key="1" name="East;West" addrs="192.0.2.1:9211"/>
+    </server>
+</application>)",
+     R"(<application>
+    <server type="1" name="Quotes">
+        <entry key="1" name="East" addrs="192.0.2.1:9211"/>
+    </server>
+</application>)",
+     "storage/skeleton_l2_v1.xml",
+     R"(<application>
+    <server type="1" name="Quotes">
+        <entry key="1" name="East" addrs="192.0.2.1:9211"/>
+    </server>
+</application>)"},
+    {"digest-in-shipped-file", Handling::defaulted, Severity::warning,
+     "A digest belongs to a delivery and is written when that is saved; a shipped file has none.",
+     "The application compares the digest with that of the next delivery, and may leave out a "
+     "newer one. The file was probably copied from a user's folder. Delete the attribute.",
+     "storage/skeleton_v1.xml", R"(<application md5="900150983cd24fb0d6963f7d28e17f72"/>)",
+     R"(<application/>)"},
 };
 
 }  // namespace yg

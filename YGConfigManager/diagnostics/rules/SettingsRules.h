@@ -167,6 +167,56 @@ inline constexpr Rule settingsRules[] = {
     {"unknown-url-key", Handling::unresolved, Severity::warning, "No entry has this key.",
      "Check the key; letter case counts.", "", R"(httpReqUrlStringWithUrlKey("Quote"))",
      R"(httpReqUrlStringWithUrlKey("quote"))"},
+    // Found by inspections.
+    {"missing-in-user-copy", Handling::unresolved, Severity::info,
+     "The shipped file has this, the user's copy has not; the copy is read alone.",
+     "A user's copy counts instead of the shipped file as a whole. What was added to the shipped "
+     "file since the copy was made is not found. Add it to the copy, or delete the copy.",
+     "user/app_config.xml",
+     R"(<config>
+    <chart><grid>true</grid></chart>
+</config>)",
+     R"(<config>
+    <chart><grid>true</grid><zoom>1</zoom></chart>
+</config>)",
+     "storage/app_config.xml",
+     R"(<config>
+    <chart><grid>true</grid><zoom>2</zoom></chart>
+</config>)"},
+    {"address-without-scheme", Handling::unresolved, Severity::warning,
+     "The address does not say how to reach it, as \"https://\" does; it is used as it stands.",
+     "Write the address whole, from \"https://\" on.", "storage/web_page_urls.xml",
+     R"(<urls>
+    <url key="help">www.example.com/help</url>
+</urls>)",
+     R"(<urls>
+    <url key="help">https://www.example.com/help</url>
+</urls>)"},
+    {"full-width-in-address", Handling::unresolved, Severity::warning,
+     "The address has full-width characters up to the end of its host; it is used as it stands.",
+     "An input method gave them instead of plain ones. Write ASCII characters.",
+     "storage/web_page_urls.xml",
+     "<urls>\n    <url key=\"help\">https\uFF1A//www.example.com/</url>\n</urls>",
+     "<urls>\n    <url key=\"help\">https://www.example.com/</url>\n</urls>"},
+    {"html-in-place-of-file", Handling::unresolved, Severity::error,
+     "This is a web page and not the file that it stands for, so nothing of it is read.",
+     "A network that wants a sign-in, or a server with an error, answers by a web page, which was "
+     "saved in place of the file. Fetch the file again.",
+     "storage/web_page_urls.xml", R"(<html><head><title>Sign in</title></head><body/></html>)",
+     R"(<urls>
+    <url key="help">https://example.com/</url>
+</urls>)"},
+    // Found by trying a delivery.
+    {"refused-delivery", Handling::unresolved, Severity::error, "The delivery changes nothing.",
+     "A list without a digest is never taken. The server that makes the list sets \"md5Value\"."},
+    {"lost-by-delivery", Handling::unresolved, Severity::error,
+     "The present file has this, the delivery has not; it takes the place of the file as a whole.",
+     "After the delivery it is not found any more. Add it, unless it is to go."},
+    {"changed-by-delivery", Handling::replaced, Severity::info,
+     "The delivery gives this another value than the present file.",
+     "The value of the delivery counts from then on."},
+    {"added-by-delivery", Handling::replaced, Severity::info,
+     "The present file does not have this.", "It can be found as soon as the delivery is taken."},
 };
 
 }  // namespace yg

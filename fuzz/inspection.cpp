@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+//
+// Bytes as a root of several small files, inspected as a whole. Each file begins with a line that
+// names it, and a line "=====" stands between two files.
+#include "YGConfigManager/inspection/Inspection.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <stdlib.h>
+#include <string>
+#include <string_view>
+
+#include "YGConfigManager/host/Host.h"
+
+#include "Target.h"
+
+namespace {
+
+using namespace yg;
+using yg::fuzz::require;
+using yg::fuzz::takeUntil;
+
+/// An empty folder for as long as the process lives; all files are texts that are not saved.
+class EmptyFolder {
+public:
+    EmptyFolder() : path_((std::filesystem::temp_directory_path() / "yg-fuzz-XXXXXX").string()) {
+        require(::mkdtemp(path_.data()) != nullptr, "there is a folder");
+    }
+    ~EmptyFolder() { std::filesystem::remove(path_); }
+    EmptyFolder(const EmptyFolder&) = delete;
+    EmptyFolder& operator=(const EmptyFolder&) = delete;
+
+    const std::string& path() const { return path_; }
+
+private:
+    std::string path_;
+};
+
+InspectionOptions filesIn(std::string_view text) {
+    InspectionOptions options;
+    while (!text.empty()) {
+        std::string_view file = takeUntil(text, "\n=====\n");
+        const std::string name(takeUntil(file, "\n"));
+        options.unsaved[name] = file;
+    }
+    return options;
+}
+
+std::string shown(const RootFinding& finding) {
+    const auto point = [](const TextPoint& at) {
+        return std::to_string(at.line) + ':' + std::to_string(at.column) + ' ';
+    };
+    return finding.file + ' ' + point(finding.begin) + point(finding.end) +
+           std::string(finding.rule->name) + ' ' + finding.message + ' ' + finding.readAs + ' ' +
+           finding.value.value_or("-") + ' ' + finding.suggestion.value_or("-") + ' ' +
+           std::to_string(finding.related.size()) + ' ' +
+           std::to_string(finding.consequences.size());
+}
+
+void lookAt(const Inspection& inspection, const RootFinding& finding) {
+    require(!finding.file.empty() && !finding.message.empty(),
+            "a finding has a file and a message");
+    require(finding.begin.line > 0 && finding.begin.column > 0 && finding.begin <= finding.end,
+            "a finding is at a place that can be shown");
+    require(finding.message.find('\n') == std::string::npos || finding.value,
+            "a message is one line");
+    require(!finding.suggestion || finding.suggestion != finding.value,
+            "a suggestion is another text");
+    inspection.pathOf(finding);
+    const auto line = inspection.line(finding.file, finding.begin.line);
+    require(line || finding.begin == TextPoint{1, 1}, "the line of a finding can be shown");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const EmptyFolder folder;
+    const InspectionOptions options = filesIn(fuzz::textOf(data, size));
+    std::string error;
+    const auto one = Inspection::open(folder.path(), error, options);
+    const auto other = Inspection::open(folder.path(), error, options);
+    require(one && other, "a folder can be inspected");
+    require(std::ranges::equal(one->findings(), other->findings(), {}, shown, shown),
+            "two inspections of the same files find the same");
+    for (const RootFinding& finding : one->findings())
+        lookAt(*one, finding);
+    for (const NamePlace& name : one->names())
+        require(name.begin.line > 0 && name.begin <= name.end, "a name is at a place");
+    return 0;
+}

@@ -9,7 +9,8 @@
 
 namespace yg {
 
-/// While it lives, currentHost() answers this host on this thread. Scopes end in the reverse order
+/// While it lives, currentHost() answers this host on this thread, and what the library writes past
+/// the host, to the system console, is not written. Scopes end in the reverse order
 /// of their beginning.
 class HostOfThread {
 public:

@@ -212,13 +212,13 @@ private:
     /// Says of an include that finds nothing whether its template is there, but not where it
     /// counts.
     void explainIncludes() {
-        for (Found& found : findings_.found()) {
+        findings_.amendEach([&](Found& found) {
             const Finding& finding = found.finding;
             if (finding.rule.name != "unknown-event-template"_rule.name)
-                continue;
+                return;
             const Names::Definition* const definition = templates_.find(finding.value);
             if (!definition)
-                continue;
+                return;
             const Place place = placeOf(*definition->use);
             const std::string name = "Template " + quoted(finding.value);
             found.message = place.begin > finding.place.begin
@@ -227,7 +227,7 @@ private:
                                       "template that includes it."
                                 : name + " cannot include itself.";
             found.finding.related.push_back({place, "where it is defined"});
-        }
+        });
     }
 
     /// With a layout file that cannot be read nobody knows what it would use. One that is missing

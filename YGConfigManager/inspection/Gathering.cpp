@@ -16,9 +16,12 @@ Found foundAt(const Rule& rule, const Place& place, Details details) {
 }  // namespace
 
 void Gathering::report(const Finding& finding) {
+    const Rule* const rule = &finding.rule;
+    const bool isAboutSlots = rule == &"slot-left"_rule || rule == &"broken-pattern"_rule ||
+                              rule == &"expansion-limit"_rule;
     if (aside_)
         aside_->push_back(finding);
-    else
+    else if (!isOnlyAboutSlots_ || isAboutSlots)
         add({finding});
 }
 
@@ -29,7 +32,7 @@ void Gathering::made(const void* record, const xml::Element& element) {
 
 void Gathering::named(const AttributeInfo& row, const xml::Element& element,
                       std::string_view value) {
-    if (aside_)
+    if (aside_ || isOnlyAboutSlots_)
         return;
     const Place place = element.tagPlace().value_or(Place());
     auto file = files_.find(place.file);

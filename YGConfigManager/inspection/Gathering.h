@@ -52,6 +52,11 @@ public:
     explicit Gathering(std::string fileOfTexts = "") : fileOfTexts_(std::move(fileOfTexts)) {}
 
     // ---- From the loaders ----
+
+    /// A page that is built after the files were loaded repeats what they gave, and tells something
+    /// new about its slots alone. As long as this is set, other reports are not taken.
+    void takeOnlyAboutSlots(bool only) { isOnlyAboutSlots_ = only; }
+
     void report(const Finding& finding) override;
     bool wantsUsed() const override { return false; }
     void readingFile(std::string_view path) override {
@@ -100,6 +105,13 @@ public:
     void explain(std::size_t index, Details details);
     std::vector<Found> takeFound() { return std::move(found_); }
 
+    /// Says more about findings that are there: `amend(Found&)` changes their words and related
+    /// places.
+    template <class Amend>
+    void amendEach(Amend&& amend) {
+        for (Found& found : found_)
+            amend(found);
+    }
 
     /// Takes out what another finding explains.
     template <class Predicate>
@@ -140,6 +152,7 @@ private:
     using Key =
         std::tuple<std::string, std::string, TextPoint, TextPoint, std::string, std::string>;
 
+    bool isOnlyAboutSlots_ = false;
     std::vector<Finding>* aside_ = nullptr;
     /// Where a name stands. Files are compared by the address of their paths in `files_`.
     struct NameKey {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "YGConfigManager/inspection/Pages.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 #include "YGConfigManager/settings/YGWebPageUrlConfig.h"
@@ -32,6 +33,7 @@ void loadLayout(Loaded& loaded, Gathering& findings) {
     };
     add(loaded.layout->styleInfos(), Page::Source::style);
     add(loaded.layout->tabStyleInfos(), Page::Source::tab);
+    addCustomPages(loaded, findings);
 }
 
 void loadPalettes(Loaded& loaded, Gathering& findings) {

@@ -15,6 +15,12 @@ namespace {
 constexpr std::pair<std::string_view, Naming> references[] = {
     {"unknown-magic-group", Naming::magicGroup},
     {"unknown-reuse-panel", Naming::reusePanel},
+    {"unused-magic-group", Naming::magicGroup},
+    {"unused-reuse-panel", Naming::reusePanel},
+    {"unknown-default-style", Naming::style},
+    {"unknown-focus", Naming::panel},
+    {"unknown-expand-panel", Naming::panel},
+    {"unknown-dispatch-element", Naming::element},
     {"unknown-event-template", Naming::eventTemplate},
     {"unknown-palette-color", Naming::color},
     {"unknown-palette-font", Naming::font},
@@ -96,7 +102,9 @@ Remarks Suggestions::remarksOn(const Found& found) {
     if (remarks.suggestion)
         return remarks;
     const Naming kind = kindNamedBy(finding);
-    if (kind != Naming::nothing && !finding.rule.name.starts_with("unused-")) {
+    // A panel and an element are those of one page, whose names the check knows.
+    const bool isOfPage = kind == Naming::panel || kind == Naming::element;
+    if (kind != Naming::nothing && !isOfPage && !finding.rule.name.starts_with("unused-")) {
         const std::string_view meant = defined(kind).nearest(finding.value);
         if (!meant.empty() && meant != finding.value)
             remarks.suggestion = meant;

@@ -29,6 +29,11 @@ void collect(std::string_view nodeName, const xml::Element& rootElement,
     });
 }
 
+std::size_t sizeOf(const Extent& extent) {
+    constexpr std::size_t markup = 8;  // "<a></a>", " a=''"
+    return extent.elements * markup + extent.bytes;
+}
+
 }  // namespace
 
 /// The wildcard keys of a page's arguments, all found in one pass through the host's mapping when
@@ -126,6 +131,46 @@ xml::Element YGStyleConfigLoad::templateNamed(std::string_view name) const {
             return found;
     }
     return {};
+}
+
+std::vector<PageTemplate> YGStyleConfigLoad::templates() const {
+    return guarded(pageName, [&] {
+        std::vector<PageTemplate> found;
+        RecordMap<bool> known;
+        for (const xml::Element& root : tables_.templateRoots) {
+            for (const xml::Node& child : root.children()) {
+                const xml::Element style(child);
+                const auto name = style.attribute("name");
+                if (style.name() != "style" || !name || name->find('-') != std::string_view::npos ||
+                    known.set(*name, true))
+                    continue;
+                std::vector<xml::Element> slots;
+                collect("magic_panels", style, slots);
+                if (slots.empty())
+                    continue;
+                PageTemplate& made = found.emplace_back();
+                made.name = *name;
+                for (const xml::Element& slot : slots)
+                    made.groups.emplace_back(slot.attribute("name"));
+                made.size = sizeOf(extentOf(style));
+            }
+        }
+        return found;
+    });
+}
+
+std::vector<SlotMember> YGStyleConfigLoad::slotMembers(OptionalText group) const {
+    return guarded(pageName, [&] {
+        std::vector<SlotMember> found;
+        const auto* members = group ? tables_.magicMembers.find(group) : nullptr;
+        if (!members)
+            return found;
+        for (const auto& [name, panel] : *members) {
+            if (panel)
+                found.push_back({name, sizeOf(extentOf(panel))});
+        }
+        return found;
+    });
 }
 
 void YGStyleConfigLoad::keepMagicMembers(const xml::Element& expanded) {

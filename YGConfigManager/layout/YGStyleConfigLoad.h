@@ -40,6 +40,18 @@ using StyleMap = RecordMap<std::shared_ptr<StyleConfigInfo>>;
 using PanelMap = RecordMap<std::shared_ptr<PanelConfigInfo>>;
 using MagicPanelMap = RecordMap<std::shared_ptr<const PanelMap>>;
 
+/// A style that names of custom pages can begin with, or a member that they can name; its size is
+/// about the bytes of its XML, for callers that build many pages.
+struct PageTemplate {
+    std::string name;
+    std::vector<std::optional<std::string>> groups;  ///< of its slots in order; absent for none
+    std::size_t size = 0;
+};
+struct SlotMember {
+    std::string name;
+    std::size_t size = 0;
+};
+
 namespace xml {
 struct ParseResult;
 }
@@ -83,6 +95,15 @@ public:
     /// name is taken as a custom page, template-argument-argument…, and gives a new record each
     /// time. Null when it is neither, or a page beyond the limits above.
     std::shared_ptr<StyleConfigInfo> loadStyleConfigInfoWithName(OptionalText name) const;
+
+    /// The styles with slots that custom pages can be made of, in the order in which they are
+    /// looked for; none whose name has a "-". Empty before loading and when memory does not
+    /// suffice.
+    std::vector<PageTemplate> templates() const;
+
+    /// The members of a group that custom pages find, patterns included, in the order of the file.
+    /// Empty when there is no such group or memory does not suffice.
+    std::vector<SlotMember> slotMembers(OptionalText group) const;
 
     /// The main styles, soft-optimize ones included; null before loading and when the main style
     /// file yields none.

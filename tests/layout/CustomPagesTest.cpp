@@ -71,6 +71,50 @@ protected:
     }
 };
 
+TEST_F(CustomPages, AreMadeOfTheStylesWithSlotsOfBothFiles) {
+    write(LayoutFile::softStyles,
+          R"(<styles><style name="two"><panel><magic_panels/></panel></style>
+             <style name="a-b"><magic_panels name="chart"/></style>
+             <page name="c"><magic_panels name="chart"/></page></styles>)");
+    load();
+    const auto templates = loader.templates();
+    ASSERT_THAT(templates, SizeIs(2));
+    EXPECT_EQ(templates[0].name, "two");
+    EXPECT_THAT(templates[0].groups, ElementsAre(std::nullopt));
+    EXPECT_EQ(templates[1].name, "quote");
+    EXPECT_THAT(templates[1].groups, ElementsAre(std::optional<std::string>("chart")));
+    EXPECT_GE(templates[1].size, std::string("quotechart").size());
+}
+
+TEST_F(CustomPages, HaveNoTemplatesBeforeLoadingAndWithoutTheSoftOptimizeFile) {
+    EXPECT_THAT(YGStyleConfigLoad().templates(), IsEmpty());
+    EXPECT_THAT(YGStyleConfigLoad().slotMembers("chart"), IsEmpty());
+    write(LayoutFile::softStyles, "<styles>");
+    load();
+    EXPECT_THAT(loader.templates(), IsEmpty());
+}
+
+TEST_F(CustomPages, FindTheMembersOfTheMainFileThatHoldSomething) {
+    const auto members = [&](std::optional<std::string_view> group) {
+        std::vector<std::string> names;
+        for (const yg::SlotMember& member : loader.slotMembers(group))
+            names.push_back(member.name);
+        return names;
+    };
+    EXPECT_THAT(members("chart"), ElementsAre("kline", "STOCK"));
+    EXPECT_THAT(members("none"), IsEmpty());
+    EXPECT_THAT(members(std::nullopt), IsEmpty());
+    write(LayoutFile::magicPanels,
+          "<g><magic_panels name='chart'><magic_panel name='empty'/>"
+          "<magic_panel name='day'><panel/></magic_panel></magic_panels></g>");
+    write(LayoutFile::softMagicPanels,
+          "<g><magic_panels name='soft'><magic_panel name='a'><panel/></magic_panel>"
+          "</magic_panels></g>");
+    load();
+    EXPECT_THAT(members("chart"), ElementsAre("day"));
+    EXPECT_THAT(members("soft"), IsEmpty());
+}
+
 TEST_F(CustomPages, WithoutArgumentsAreTheTemplateWithItsSlots) {
     EXPECT_EQ(page("quote"),
               "<style name=\"quote\" layer=\"3\"><panel name=\"before\"></panel>"

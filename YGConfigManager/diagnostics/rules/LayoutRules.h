@@ -291,6 +291,213 @@ inline constexpr Rule layoutRules[] = {
      "A pattern is a member whose text the argument is written into. An argument with \"<\", \"&\" "
      "or a quotation mark can make it something other than XML; then the slot stays as it is.",
      "", "detail-a<b", "detail-ab"},
+    // Found by inspections.
+    {"unknown-default-style", Handling::unresolved, Severity::error,
+     "The default style names no page.",
+     "The page that is shown first must be stored, or be made of a template. Check the name.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quoet">
+    <style name="quote"/>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"/>
+</styles>)"},
+    {"unknown-focus", Handling::unresolved, Severity::error, "No panel of the page has this name.",
+     "The focus of a page is given to one of its panels, by its name. Check the name. The name of "
+     "an editable panel in a magic panel is read as GROUP-MEMBER-NAME.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <style name="quote" focus="mian"><panel name="main"/></style>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote" focus="main"><panel name="main"/></style>
+</styles>)"},
+    {"unknown-expand-panel", Handling::unresolved, Severity::error,
+     "No panel of the page has this name.",
+     "When the panel is expanded, another panel of the same page is switched to. Check the name. "
+     "The name of an editable panel in a magic panel is read as GROUP-MEMBER-NAME.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="list"/><panel name="side" switch_expand_panel="lst"/></style>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="list"/><panel name="side" switch_expand_panel="list"/></style>
+</styles>)"},
+    {"unknown-dispatch-element", Handling::unresolved, Severity::error,
+     "No element of the page has this uuid.",
+     "Events go from one element of a page to another, by their uuid. A tab counts as a part of "
+     "each page. Check the name.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main"><element name="tabs" event_dispatch_dest="lst"/><element name="grid" uuid="list"/></panel></style>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main"><element name="tabs" event_dispatch_dest="list"/><element name="grid" uuid="list"/></panel></style>
+</styles>)"},
+    {"missing-on-some-pages", Handling::unresolved, Severity::info,
+     "Not all pages that show this have something of this name.",
+     "The same panel stands on several pages, or a slot shows one of several members, and the name "
+     "exists on some of the pages only. There is nothing to do if that is meant.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="chart"><element name="grid" uuid="grid" event_dispatch_src="tabs"/><magic_panels name="chart"/></panel></style>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="chart"><element name="grid" uuid="grid"/><magic_panels name="chart"/></panel></style>
+</styles>)",
+     "config/magic_panels.xml", R"(<groups>
+    <magic_panels name="chart"><magic_panel name="kline"><panel name="kline"/></magic_panel><magic_panel name="tabs"><panel name="tabs"><element name="tabs" uuid="tabs"/></panel></magic_panel></magic_panels>
+</groups>)"},
+    {"duplicate-uuid", Handling::unresolved, Severity::warning,
+     "Two elements of one page have the same uuid.",
+     "Events are sent to an element and taken from one by its uuid. When two have the same, it is "
+     "not said which one is meant. Rename one of them, also where it is referred to.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main"><element name="grid" uuid="list"/><element name="tree" uuid="list"/></panel></style>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main"><element name="grid" uuid="list"/><element name="tree" uuid="tree"/></panel></style>
+</styles>)"},
+    {"second-first-responder", Handling::unresolved, Severity::warning,
+     "A page has more than one first responder.",
+     "One element of a page takes the keyboard focus first. With two it is not said which one. "
+     "Delete the attribute of the others.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main"><element name="grid" is_first_responder="true"/><element name="tree" is_first_responder="true"/></panel></style>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main"><element name="grid" is_first_responder="true"/><element name="tree"/></panel></style>
+</styles>)"},
+    {"min-above-max", Handling::unresolved, Severity::error,
+     "The smallest size of a panel is above its largest.",
+     "No size meets both. Correct one of them. A largest size of 0 is none.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main" min_size="320" max_size="240"/></style>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main" min_size="240" max_size="320"/></style>
+</styles>)"},
+    {"fixed-size-out-of-bounds", Handling::unresolved, Severity::warning,
+     "The fixed size of a panel is below its smallest or above its largest.",
+     "The panel cannot have its fixed size and keep its bounds. Correct one of them.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main" fix_size="400" max_size="320"/></style>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main" fix_size="300" max_size="320"/></style>
+</styles>)"},
+    {"share-without-space", Handling::unresolved, Severity::warning,
+     "A share of 0 or less gives a panel no space.",
+     "The share is the part of the parent's space that the panel has. Give it a share, or a fixed "
+     "or a smallest size.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main" split_scale="0"/></style>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="main" split_scale="0.5"/></style>
+</styles>)"},
+    {"shares-above-whole", Handling::unresolved, Severity::warning,
+     "The shares of panels beside each other add up to more than the whole.",
+     "Shares below 1 are parts of the parent's space. Panels with a fixed size do not count, nor "
+     "do those that a slot or a reference brings. Correct the shares.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="list" split_scale="0.68"/><panel name="side" split_scale="0.42"/></style>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><panel name="list" split_scale="0.68"/><panel name="side" split_scale="0.32"/></style>
+</styles>)"},
+    {"wildcard-in-two-lists", Handling::unresolved, Severity::error,
+     "One value stands in two wildcard lists, and one of them counts.",
+     "A custom page looks for the list that holds its argument. With two, a pattern of the other "
+     "key is never taken for this value. Delete it from one of them.",
+     "host.json", R"({"mappings": {"模版通配": {"FUND": ["F1"], "STOCK": ["F1"]}}})",
+     R"({"mappings": {"模版通配": {"FUND": ["F1"], "STOCK": ["S1"]}}})", "config/magic_panels.xml",
+     R"(<groups>
+    <magic_panels name="chart"><magic_panel name="STOCK"><panel name="STOCK_view"/></magic_panel><magic_panel name="FUND"><panel name="FUND_view"/></magic_panel></magic_panels>
+</groups>)"},
+    {"wildcard-without-pattern", Handling::unresolved, Severity::warning,
+     "No member has the name of this wildcard key.",
+     "The values of a list are written into the pattern of its key, the member of the same name in "
+     "config/magic_panels.xml. Without one a slot stays as it is. Check the key.",
+     "host.json", R"({"mappings": {"模版通配": {"STCOK": ["S1"]}}})",
+     R"({"mappings": {"模版通配": {"STOCK": ["S1"]}}})", "config/magic_panels.xml", R"(<groups>
+    <magic_panels name="chart"><magic_panel name="STOCK"><panel name="STOCK_view"/></magic_panel><magic_panel name="FUND"><panel name="FUND_view"/></magic_panel></magic_panels>
+</groups>)"},
+    {"wildcard-with-dash", Handling::unresolved, Severity::error,
+     "A value with a \"-\" can never be the argument of a custom page.",
+     "A page's name is split at each \"-\". Choose another value.", "host.json",
+     R"({"mappings": {"模版通配": {"STOCK": ["SH-1"]}}})",
+     R"({"mappings": {"模版通配": {"STOCK": ["SH1"]}}})", "config/magic_panels.xml", R"(<groups>
+    <magic_panels name="chart"><magic_panel name="STOCK"><panel name="STOCK_view"/></magic_panel><magic_panel name="FUND"><panel name="FUND_view"/></magic_panel></magic_panels>
+</groups>)"},
+    {"template-with-dash", Handling::unresolved, Severity::info,
+     "A page whose name has a \"-\" is not found as a template of custom pages.",
+     "A page's name is split at each \"-\", and the first part is the template. The page itself is "
+     "found by its whole name and shows the first member in each slot. Rename it if custom pages "
+     "are wanted.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="my-quote">
+    <style name="my-quote"><magic_panels name="chart"/></style>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><magic_panels name="chart"/></style>
+</styles>)"},
+    {"member-with-dash", Handling::unresolved, Severity::warning,
+     "A member whose name has a \"-\" cannot be chosen by a custom page.",
+     "A page's name is split at each \"-\", so that no argument has one. Rename the member.",
+     "config/magic_panels.xml",
+     R"(<groups>
+    <magic_panels name="chart"><magic_panel name="kline"><panel name="kline"/></magic_panel><magic_panel name="day-line"><panel name="day"/></magic_panel></magic_panels>
+</groups>)",
+     R"(<groups>
+    <magic_panels name="chart"><magic_panel name="kline"><panel name="kline"/></magic_panel><magic_panel name="day"><panel name="day"/></magic_panel></magic_panels>
+</groups>)",
+     "config/custompage_template.xml", R"(<styles default_style="quote">
+    <style name="quote"><magic_panels name="chart"/></style>
+</styles>)"},
+    {"style-hides-custom-page", Handling::unresolved, Severity::info,
+     "A stored page has the name of a page that a template would build.",
+     "The stored page is found first, and the template is never used for this name. There is "
+     "nothing to do if that is meant.",
+     "config/custompage_template.xml",
+     R"(<styles default_style="quote">
+    <style name="quote"><magic_panels name="chart"/></style><style name="quote-kline"/>
+</styles>)",
+     R"(<styles default_style="quote">
+    <style name="quote"><magic_panels name="chart"/></style><style name="kline"/>
+</styles>)"},
+    {"unused-magic-group", Handling::unresolved, Severity::info,
+     "No slot shows this group of magic panels.",
+     "The group can be deleted if the application does not ask for it by its name.",
+     "config/magic_panels.xml",
+     R"(<groups>
+    <magic_panels name="side"><magic_panel name="depth"><panel name="depth"/></magic_panel></magic_panels>
+</groups>)",
+     R"(<groups>
+    <magic_panels name="chart"><magic_panel name="kline"><panel name="kline"/></magic_panel></magic_panels>
+</groups>)",
+     "config/custompage_template.xml", R"(<styles default_style="quote">
+    <style name="quote"><magic_panels name="chart"/></style>
+</styles>)"},
+    {"unused-reuse-panel", Handling::unresolved, Severity::info,
+     "No panel refers to this reuse panel.",
+     "The definition can be deleted if the application does not ask for it by its name.",
+     "base_optimize/reuse_panels.xml",
+     R"(<reuse_panels>
+    <reuse_panel name="bar"/>
+</reuse_panels>)",
+     R"(<reuse_panels>
+    <reuse_panel name="toolbar"/>
+</reuse_panels>)",
+     "config/custompage_template.xml", R"(<styles default_style="quote">
+    <style name="quote"><panel name="main"><reuse_panel name="toolbar"/></panel></style>
+</styles>)"},
 };
 
 }  // namespace yg

@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "YGConfigManager/host/JsonValue.h"
+#include "YGConfigManager/inspection/PageChecks.h"
+#include "YGConfigManager/inspection/PageNames.h"
+#include "YGConfigManager/text/LineIndex.h"
+
+namespace yg {
+
+namespace {
+
+using Elements = std::map<std::string, xml::Element, std::less<>>;
+
+constexpr std::string_view nameAttribute = "name";
+
+std::string quoted(std::string_view name) {
+    return std::string("'").append(name).append("'");
+}
+
+bool hasDash(std::string_view name) {
+    return name.find('-') != std::string_view::npos;
+}
+
+std::string fileOf(const xml::Element& element) {
+    return element.place().value_or(Place()).file;
+}
+
+std::vector<RelatedPlace> at(const xml::Element& element, std::string_view meaning) {
+    if (const auto place = element.tagPlace())
+        return {{*place, meaning}};
+    return {};
+}
+
+/// The names of the layout with the elements that define or use them.
+struct LayoutNames {
+    Elements templates;  ///< the style of the name that custom pages are made of
+    Elements groups;     ///< the last definition
+    Elements reusePanels;
+    std::vector<NameUse> groupDefinitions;
+    std::vector<NameUse> reuseDefinitions;
+    std::vector<NameUse> members;  ///< of the main file, the only ones of custom pages
+    std::set<std::string, std::less<>> usedGroups;
+    std::set<std::string, std::less<>> usedReusePanels;
+    const NameUse* defaultStyle = nullptr;  ///< the one that counts
+};
+
+LayoutNames layoutNames(const Loaded& loaded, const Gathering& findings) {
+    const std::string tabFile = loaded.files.pathOf("config/tab_styles.xml");
+    const std::string magicFile = loaded.files.pathOf("config/magic_panels.xml");
+    LayoutNames names;
+    for (const NameUse& use : findings.names()) {
+        switch (use.row->names) {
+            case Naming::style:
+                if (fileOf(use.element) == tabFile)
+                    break;
+                if (!use.row->defines && use.row->name == "default_style")
+                    names.defaultStyle = &use;
+                if (use.row->defines) {
+                    // The first of a file counts, and of two files the one that is read later.
+                    const auto [found, isNew] = names.templates.try_emplace(use.value, use.element);
+                    if (!isNew && fileOf(found->second) != fileOf(use.element))
+                        found->second = use.element;
+                }
+                break;
+            case Naming::magicGroup:
+                if (use.row->defines) {
+                    names.groups.insert_or_assign(use.value, use.element);
+                    names.groupDefinitions.push_back(use);
+                } else
+                    names.usedGroups.insert(use.value);
+                break;
+            case Naming::magicPanel:
+                if (fileOf(use.element) == magicFile)
+                    names.members.push_back(use);
+                break;
+            case Naming::reusePanel:
+                if (use.row->defines) {
+                    names.reusePanels.insert_or_assign(use.value, use.element);
+                    names.reuseDefinitions.push_back(use);
+                } else
+                    names.usedReusePanels.insert(use.value);
+                break;
+            default:
+                break;
+        }
+    }
+    return names;
+}
+
+void checkDefaultStyle(const Loaded& loaded, Gathering& findings, const LayoutNames& names) {
+    if (!names.defaultStyle)
+        return;
+    Effort effort;
+    PageNames pages(loaded, findings, effort);
+    const NameUse& use = *names.defaultStyle;
+    const PageAnswer& answer = pages.look(use.value);
+    if (answer.kind != PageAnswer::Kind::page)
+        findings.onPart("unknown-default-style"_rule, use.element, use.row->name, answer.offset,
+                        answer.size, answer.details);
+}
+
+/// What is defined, but only after it is needed.
+void explainOrder(Gathering& findings, const LayoutNames& names) {
+    findings.amendEach([&](Found& found) {
+        const Finding& finding = found.finding;
+        const bool isGroup = &finding.rule == &"unknown-magic-group"_rule;
+        if (!isGroup && &finding.rule != &"unknown-reuse-panel"_rule)
+            return;
+        const Elements& defined = isGroup ? names.groups : names.reusePanels;
+        const auto definition = defined.find(finding.value);
+        if (definition == defined.end())
+            return;
+        found.message =
+            (isGroup ? "group " : "reuse panel ") + quoted(finding.value) +
+            " exists, but is not known yet when this is read: " +
+            (!isGroup ? "the reuse panels are known when their file has been read whole."
+             : finding.place.file == fileOf(definition->second)
+                 ? "the groups of a file are known when it has been read whole."
+                 : "the soft-optimize magic panels are read after the pages.");
+        found.finding.related = at(definition->second, "its definition");
+    });
+}
+
+void checkTemplates(const Loaded& loaded, Gathering& findings, const LayoutNames& names) {
+    const std::vector<PageTemplate> templates = loaded.layout->templates();
+    std::map<std::string_view, const PageTemplate*> known;
+    std::set<std::string_view> groupsOfTemplates;
+    for (const PageTemplate& style : templates) {
+        known.emplace(style.name, &style);
+        for (const auto& group : style.groups) {
+            if (group)
+                groupsOfTemplates.insert(*group);
+        }
+    }
+    for (const Page& page : loaded.pages) {
+        if (page.source != Page::Source::style || !hasDash(page.name))
+            continue;
+        const xml::Element style = findings.originOf(page.style.get());
+        const auto found = known.find(std::string_view(page.name).substr(0, page.name.find('-')));
+        const auto arguments =
+            static_cast<std::size_t>(std::count(page.name.begin(), page.name.end(), '-'));
+        if (found != known.end() && found->second->groups.size() == arguments) {
+            const auto source = names.templates.find(found->first);
+            findings.onAttribute(
+                "style-hides-custom-page"_rule, style, nameAttribute,
+                {.message = "page " + quoted(page.name) +
+                            " is stored, so it is never made of the template " +
+                            quoted(found->first) + ".",
+                 .related = source == names.templates.end() ? std::vector<RelatedPlace>()
+                                                            : at(source->second, "the template")});
+        }
+        std::vector<xml::Element> slots;
+        YGStyleConfigLoad::recursiveSearchNodeWithNodeName("magic_panels", style, slots);
+        if (!slots.empty())
+            findings.onAttribute(
+                "template-with-dash"_rule, style, nameAttribute,
+                {.message = "page " + quoted(page.name) +
+                            " is no template of custom pages, because its name has a \"-\"."});
+    }
+    const auto lists = loaded.host->getMappingDicForKey(wildcardMapping);
+    for (const NameUse& member : names.members) {
+        if (!hasDash(member.value) || (lists && lists->contains(member.value)))
+            continue;
+        const auto group = xml::Element(member.element.parent()).attribute(nameAttribute);
+        if (group && groupsOfTemplates.contains(*group))
+            findings.onAttribute("member-with-dash"_rule, member.element, nameAttribute,
+                                 {.message = "member " + quoted(member.value) +
+                                             " cannot be chosen by a custom page, because the "
+                                             "page's name is split at each \"-\"."});
+    }
+}
+
+void checkUnused(Gathering& findings, const LayoutNames& names) {
+    for (const NameUse& group : names.groupDefinitions) {
+        if (!names.usedGroups.contains(group.value))
+            findings.onAttribute(
+                "unused-magic-group"_rule, group.element, nameAttribute,
+                {.message = "group " + quoted(group.value) + " is shown by no slot."});
+    }
+    for (const NameUse& panel : names.reuseDefinitions) {
+        if (!names.usedReusePanels.contains(panel.value))
+            findings.onAttribute(
+                "unused-reuse-panel"_rule, panel.element, nameAttribute,
+                {.message = "reuse panel " + quoted(panel.value) + " is placed nowhere."});
+    }
+}
+
+/// The wildcard lists as they stand in host.json.
+class Wildcards {
+public:
+    Wildcards(const Loaded& loaded, Gathering& findings)
+        : path_(loaded.files.pathOf("host.json")),
+          bytes_(loaded.files.file("host.json").bytes()),
+          lines_(bytes_),
+          loaded_(loaded),
+          findings_(findings) {}
+
+    void check(const LayoutNames& names) {
+        if (!loaded_.host->getMappingDicForKey(wildcardMapping))
+            return;  // or the file is not used at all
+        const JsonValue lists = memberOf(
+            memberOf(JsonValue::parse(bytes_, {.positions = true}).value.value_or(JsonValue()),
+                     "mappings"),
+            wildcardMapping);
+        const auto members = lists.members();
+        const auto object = lists.object();
+        if (!members || !object)
+            return;
+        std::set<std::string_view> patterns;
+        for (const NameUse& member : names.members)
+            patterns.insert(member.value);
+        for (const JsonMember& member : *members) {
+            if (!member.isReplaced && !patterns.contains(member.name))
+                report("wildcard-without-pattern"_rule, member.nameRange, std::string(member.name),
+                       std::string(member.name),
+                       "wildcard key " + quoted(member.name) +
+                           " is the name of no member, so its values are not served.");
+        }
+        // In the order of the keys, in which the library looks for a value.
+        std::map<std::string, Known, std::less<>> known;
+        for (const auto& [key, list] : *object) {
+            const auto items = list.list();
+            for (std::size_t at = 0; items && at < items->size(); ++at) {
+                if ((*items)[at].text())
+                    checkValue(key, at, (*items)[at], known);
+            }
+        }
+    }
+
+private:
+    struct Known {
+        std::string key;
+        Place place;
+    };
+
+    static JsonValue memberOf(const JsonValue& value, std::string_view name) {
+        const auto object = value.object();
+        const auto found = object ? object->find(name) : JsonValue::Object::const_iterator();
+        return object && found != object->end() ? found->second : JsonValue();
+    }
+
+    void checkValue(const std::string& key, std::size_t at, const JsonValue& item,
+                    std::map<std::string, Known, std::less<>>& known) {
+        const std::string& value = *item.text();
+        const std::string member = key + "[" + std::to_string(at) + "]";
+        const auto [found, isNew] = known.try_emplace(value);
+        if (isNew)
+            found->second = {key, placeOf(*item.range())};
+        if (hasDash(value))
+            report("wildcard-with-dash"_rule, *item.range(), member, value,
+                   "value " + quoted(value) +
+                       " cannot be chosen by a custom page, because the page's name is split at "
+                       "each \"-\".");
+        else if (!isNew && found->second.key != key)
+            report("wildcard-in-two-lists"_rule, *item.range(), member, value,
+                   "value " + quoted(value) + " is in the list " + quoted(found->second.key) +
+                       " too, and only that one counts.",
+                   {{found->second.place, "the list that counts"}});
+    }
+
+    Place placeOf(const JsonRange& range) const {
+        return {path_, lines_.pointAt(bytes_, range.begin), lines_.pointAt(bytes_, range.end)};
+    }
+
+    void report(const Rule& rule, const JsonRange& range, const std::string& member,
+                const std::string& value, std::string message,
+                std::vector<RelatedPlace> related = {}) {
+        const Place place = placeOf(range);
+        const std::string attribute = "mappings." + std::string(wildcardMapping) + "." + member;
+        findings_.add({{rule, place, place, {}, attribute, value, std::move(related)},
+                       std::nullopt,
+                       std::move(message)});
+    }
+
+    const std::string path_;
+    const std::string& bytes_;
+    const text::LineIndex lines_;
+    const Loaded& loaded_;
+    Gathering& findings_;
+};
+
+}  // namespace
+
+void checkLayoutNames(const Loaded& loaded, Gathering& findings) {
+    const LayoutNames names = layoutNames(loaded, findings);
+    checkDefaultStyle(loaded, findings, names);
+    explainOrder(findings, names);
+    checkTemplates(loaded, findings, names);
+    checkUnused(findings, names);
+    Wildcards(loaded, findings).check(names);
+}
+
+}  // namespace yg

@@ -59,6 +59,24 @@ private:
     std::multimap<std::pair<std::string_view, TextPoint>, std::size_t> byPlace_;
 };
 
+/// The names that the files define, by kind.
+class KnownNames {
+public:
+    explicit KnownNames(const std::vector<NameUse>& names) {
+        for (const NameUse& use : names) {
+            if (use.row->defines)
+                names_.emplace(use.row->names, use.value);
+        }
+    }
+
+    bool contains(Naming kind, const std::string& name) const {
+        return names_.contains({kind, name});
+    }
+
+private:
+    std::set<std::pair<Naming, std::string>> names_;
+};
+
 /// Names that look like others.
 class NamesCheck {
 public:

@@ -112,16 +112,22 @@ std::string useBaseline(const Arguments& arguments, LintReport& report) {
     return "";
 }
 
-Text shown(const Session& session, std::shared_ptr<const LintReport> report) {
+Answer shown(const Session& session, LintReport found) {
+    const bool isFailed = std::ranges::any_of(
+        found.findings, [&](const RootFinding* each) { return isFailure(found, *each); });
+    const ExitCode exitCode = isFailed ? ExitCode::noAnswer : ExitCode::answer;
+    const auto report = std::make_shared<const LintReport>(std::move(found));
     const std::string& format = session.arguments.format;
     if (format == "text")
-        return [report = std::move(report), paint = Paint(session.colour), width = terminalWidth()](
-                   Output& output) { writeText(*report, paint, width, output); };
+        return {[report, paint = Paint(session.colour), width = terminalWidth()](Output& output) {
+                    writeText(*report, paint, width, output);
+                },
+                exitCode};
     const auto write = format == "json"     ? writeJson
                        : format == "sarif"  ? writeSarif
                        : format == "github" ? writeGitHub
                                             : writeJUnit;
-    return [report = std::move(report), write](Output& output) { write(*report, output); };
+    return {[report, write](Output& output) { write(*report, output); }, exitCode};
 }
 
 Answer lint(const Session& session) {
@@ -134,16 +140,14 @@ Answer lint(const Session& session) {
         return {"", ExitCode::unusable, "ygconfig: " + printable(error)};
     if (arguments.writeBaseline)
         return writeBaseline(arguments, *inspection);
-    const auto report = std::make_shared<LintReport>(LintReport{arguments.root, inspection});
-    report->failOn = severityNamed(arguments.failOn);
+    LintReport report{arguments.root, inspection};
+    report.failOn = severityNamed(arguments.failOn);
     for (const RootFinding& finding : inspection->findings())
-        report->findings.push_back(&finding);
-    error = useBaseline(arguments, *report);
+        report.findings.push_back(&finding);
+    error = useBaseline(arguments, report);
     if (!error.empty())
         return unusable(printable(error));
-    const bool isFailed = std::ranges::any_of(
-        report->findings, [&](const RootFinding* each) { return isFailure(*report, *each); });
-    return {shown(session, report), isFailed ? ExitCode::noAnswer : ExitCode::answer};
+    return shown(session, std::move(report));
 }
 
 constexpr std::string_view lintNotes =

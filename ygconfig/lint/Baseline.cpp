@@ -206,12 +206,10 @@ void hideKnown(std::span<const BaselineEntry> entries, const std::string& baseli
     std::unordered_map<std::string_view, std::size_t> left;
     for (const BaselineEntry& entry : entries)
         left[entry.key] += entry.count;
-    const auto hidden = std::ranges::remove_if(report.findings, [&](const RootFinding* finding) {
+    report.hidden = std::erase_if(report.findings, [&](const RootFinding* finding) {
         const auto known = left.find(keyOf(*finding));
         return known != left.end() && known->second > 0 && known->second-- > 0;
     });
-    report.hidden = hidden.size();
-    report.findings.erase(hidden.begin(), hidden.end());
     for (const BaselineEntry& entry : entries) {
         std::size_t& unused = left[entry.key];
         if (unused == 0)
@@ -223,7 +221,8 @@ void hideKnown(std::span<const BaselineEntry> entries, const std::string& baseli
     for (const RootFinding& finding : report.stale)
         report.findings.push_back(&finding);
     std::ranges::stable_sort(report.findings, {}, [](const RootFinding* finding) {
-        return std::tuple(std::string_view(finding->file), finding->begin, finding->rule->name);
+        return std::tuple(std::string_view(finding->file), finding->begin.line,
+                          finding->begin.column, finding->rule->name);
     });
 }
 

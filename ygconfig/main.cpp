@@ -56,9 +56,13 @@ int statusOf(ExitCode code) {
 }
 
 int answerTo(const std::vector<std::string>& words) {
-    const bool colour = yg::tool::wantsColour(::isatty(STDOUT_FILENO) == 1, std::getenv("NO_COLOR"),
-                                              std::getenv("TERM"));
-    const Answer answer = yg::tool::run(yg::tool::readCommandLine(words), colour);
+    const yg::tool::CommandLine line = yg::tool::readCommandLine(words);
+    const bool colour = yg::tool::wantsColour({.choice = line.arguments.color,
+                                               .isTerminal = ::isatty(STDOUT_FILENO) == 1,
+                                               .noColour = std::getenv("NO_COLOR"),
+                                               .forceColour = std::getenv("CLICOLOR_FORCE"),
+                                               .term = std::getenv("TERM")});
+    const Answer answer = yg::tool::run(line, colour);
     if (!answer.complaint.empty())
         complain(answer.complaint);
     try {

@@ -10,16 +10,29 @@ using yg::tool::Tone;
 using yg::tool::wantsColour;
 
 TEST(WantsColour, OnATerminalOnly) {
-    EXPECT_TRUE(wantsColour(true, nullptr, "xterm"));
-    EXPECT_TRUE(wantsColour(true, nullptr, nullptr));
-    EXPECT_FALSE(wantsColour(false, nullptr, "xterm"));
+    EXPECT_TRUE(wantsColour({.isTerminal = true, .term = "xterm"}));
+    EXPECT_TRUE(wantsColour({.isTerminal = true}));
+    EXPECT_FALSE(wantsColour({.isTerminal = false, .term = "xterm"}));
 }
 
 TEST(WantsColour, UnlessItIsRefused) {
-    EXPECT_FALSE(wantsColour(true, "1", "xterm"));
-    EXPECT_FALSE(wantsColour(true, "0", "xterm"));
-    EXPECT_TRUE(wantsColour(true, "", "xterm"));
-    EXPECT_FALSE(wantsColour(true, nullptr, "dumb"));
+    EXPECT_FALSE(wantsColour({.isTerminal = true, .noColour = "1", .term = "xterm"}));
+    EXPECT_FALSE(wantsColour({.isTerminal = true, .noColour = "0", .term = "xterm"}));
+    EXPECT_TRUE(wantsColour({.isTerminal = true, .noColour = "", .term = "xterm"}));
+    EXPECT_FALSE(wantsColour({.isTerminal = true, .term = "dumb"}));
+}
+
+TEST(WantsColour, WhenItIsForcedAndNotRefused) {
+    EXPECT_TRUE(wantsColour({.forceColour = "1"}));
+    EXPECT_TRUE(wantsColour({.forceColour = "1", .term = "dumb"}));
+    EXPECT_FALSE(wantsColour({.forceColour = "0"}));
+    EXPECT_FALSE(wantsColour({.forceColour = ""}));
+    EXPECT_FALSE(wantsColour({.isTerminal = true, .noColour = "1", .forceColour = "1"}));
+}
+
+TEST(WantsColour, AsTheOptionSaysWhateverTheEnvironment) {
+    EXPECT_TRUE(wantsColour({.choice = "always", .noColour = "1", .term = "dumb"}));
+    EXPECT_FALSE(wantsColour({.choice = "never", .isTerminal = true, .forceColour = "1"}));
 }
 
 TEST(Paint, WrapsTextInItsColour) {

@@ -124,7 +124,8 @@ std::vector<std::string> environmentOf(const ToolSetting& setting) {
     std::vector<std::string> all = setting.environment;
     for (char** entry = environ; *entry != nullptr; ++entry) {
         const std::string_view text(*entry);
-        if (text.substr(0, 9) != "NO_COLOR=" && text.substr(0, 5) != "TERM=")
+        if (!text.starts_with("NO_COLOR=") && !text.starts_with("CLICOLOR_FORCE=") &&
+            !text.starts_with("TERM="))
             all.emplace_back(text);
     }
     return all;

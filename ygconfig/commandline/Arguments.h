@@ -20,6 +20,7 @@ namespace yg::tool {
 struct Arguments {
     std::string root = ".";            ///< --root
     std::optional<std::string> right;  ///< --right
+    std::string color = "auto";        ///< --color: "always", "never" or "auto"
 
     std::optional<std::string> style;  ///< --style, the main style file
     std::optional<std::string> tab;    ///< --tab, the tab style file
@@ -40,6 +41,13 @@ struct Arguments {
     bool refresh = false;                    ///< --refresh
     std::optional<std::string> description;  ///< --description, of a settings item
     std::optional<std::string> replacement;  ///< --replace, a file's path
+
+    std::string format = "text";          ///< --format
+    std::string failOn = "error";         ///< --fail-on
+    std::optional<std::string> baseline;  ///< --baseline, a file's path
+    bool writeBaseline = false;           ///< --write-baseline
+    bool rules = false;                   ///< --rules
+    std::optional<std::string> rule;      ///< --rule, a rule's name
 
     std::string file;                ///< FILE, a name in the storage
     std::string section;             ///< SECTION
@@ -76,6 +84,11 @@ template <class Number>
 CLI::Option* declareNumber(CLI::App& app, const char* option, const char* valueName,
                            std::optional<Number>& field, const char* help);
 
+/// Declares an option that takes one of these words. Given twice, the last one counts.
+CLI::Option* declareChoice(CLI::App& app, const char* option, const char* valueName,
+                           std::string& field, std::vector<std::string_view> choices,
+                           const char* help);
+
 /// Declares an option without a value.
 void declareFlag(CLI::App& app, const char* option, bool& field, const char* help);
 
@@ -87,7 +100,7 @@ void declareOperand(CLI::App& app, const char* name, std::string& field, const c
 void declareOperands(CLI::App& app, const char* name, std::vector<std::string>& field,
                      const char* help);
 
-/// Declares what every command takes: --root and --right.
+/// Declares what every command takes: --root, --right and --color.
 void declareCommon(CLI::App& app, Arguments& arguments);
 
 }  // namespace yg::tool

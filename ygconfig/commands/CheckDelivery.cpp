@@ -15,6 +15,7 @@ namespace {
 
 void declareFile(CLI::App& app, Arguments& arguments) {
     declareOperand(app, "FILE", arguments.data, "the file to be delivered, - for standard input");
+    declareFormat(app, arguments);
 }
 
 void declareServers(CLI::App& app, Arguments& arguments) {
@@ -45,7 +46,7 @@ Answer checkDelivery(const Session& session, Delivery::Kind kind) {
     const auto inspection = Inspection::ofDelivery(delivery, arguments.root, error);
     if (!inspection)
         return {"", ExitCode::unusable, "ygconfig: " + printable(error)};
-    return findingsAnswer(*inspection);
+    return findingsAnswer(session, inspection);
 }
 
 Answer checkServers(const Session& session) {

@@ -50,6 +50,9 @@ Answer nothingShownWithoutPath(std::string_view fileName);
 Answer nothingStoredWithoutPath(std::string_view fileName);
 
 /// The findings as text; exit status 1 when there is an error among them.
-Answer findingsAnswer(const Inspection& inspection);
+Answer findingsAnswer(const Session& session, std::shared_ptr<const Inspection> inspection);
+
+/// Declares --format, the form of findings.
+void declareFormat(CLI::App& app, Arguments& arguments);
 
 }  // namespace yg::tool

@@ -8,12 +8,22 @@
 
 namespace yg::tool {
 
-/// Whether output may have colours: on a terminal that is not "dumb", unless the environment
-/// variable NO_COLOR has a value. The texts are those of NO_COLOR and TERM, null when not set.
-bool wantsColour(bool isTerminal, const char* noColour, const char* term);
+/// What decides on colours. The texts are those of environment variables, null when not set.
+struct ColourSetting {
+    std::string_view choice = "auto";  ///< "always", "never" or "auto"
+    bool isTerminal = false;
+    const char* noColour = nullptr;     ///< NO_COLOR
+    const char* forceColour = nullptr;  ///< CLICOLOR_FORCE
+    const char* term = nullptr;         ///< TERM
+};
+
+/// Whether output may have colours. With "auto" NO_COLOR refuses them when it has a value, then
+/// CLICOLOR_FORCE asks for them when it has one other than "0"; otherwise a terminal that is not
+/// "dumb" has them.
+bool wantsColour(const ColourSetting& setting);
 
 /// What a piece of text is, from which its colour follows.
-enum class Tone { plain, heading, page, element, slot, reuse, mark, quiet };
+enum class Tone { plain, heading, page, element, slot, reuse, mark, quiet, error, warning, info };
 
 class Paint {
 public:

@@ -10,16 +10,29 @@ using yg::tool::Tone;
 using yg::tool::wantsColour;
 
 TEST(WantsColour, OnATerminalOnly) {
-    EXPECT_TRUE(wantsColour(true, nullptr, "xterm"));
-    EXPECT_TRUE(wantsColour(true, nullptr, nullptr));
-    EXPECT_FALSE(wantsColour(false, nullptr, "xterm"));
+    EXPECT_TRUE(wantsColour("auto", true, {.term = "xterm"}));
+    EXPECT_TRUE(wantsColour("auto", true, {}));
+    EXPECT_FALSE(wantsColour("auto", false, {.term = "xterm"}));
 }
 
 TEST(WantsColour, UnlessItIsRefused) {
-    EXPECT_FALSE(wantsColour(true, "1", "xterm"));
-    EXPECT_FALSE(wantsColour(true, "0", "xterm"));
-    EXPECT_TRUE(wantsColour(true, "", "xterm"));
-    EXPECT_FALSE(wantsColour(true, nullptr, "dumb"));
+    EXPECT_FALSE(wantsColour("auto", true, {.noColour = "1", .term = "xterm"}));
+    EXPECT_FALSE(wantsColour("auto", true, {.noColour = "0", .term = "xterm"}));
+    EXPECT_TRUE(wantsColour("auto", true, {.noColour = "", .term = "xterm"}));
+    EXPECT_FALSE(wantsColour("auto", true, {.term = "dumb"}));
+}
+
+TEST(WantsColour, ElsewhereWhenItIsForced) {
+    EXPECT_TRUE(wantsColour("auto", false, {.forceColour = "1"}));
+    EXPECT_TRUE(wantsColour("auto", true, {.forceColour = "1", .term = "dumb"}));
+    EXPECT_FALSE(wantsColour("auto", false, {.forceColour = "0"}));
+    EXPECT_FALSE(wantsColour("auto", false, {.forceColour = ""}));
+    EXPECT_FALSE(wantsColour("auto", true, {.noColour = "1", .forceColour = "1"}));
+}
+
+TEST(WantsColour, AsTheOptionSaysWhateverTheEnvironment) {
+    EXPECT_TRUE(wantsColour("always", false, {.noColour = "1", .term = "dumb"}));
+    EXPECT_FALSE(wantsColour("never", true, {.forceColour = "1", .term = "xterm"}));
 }
 
 TEST(Paint, WrapsTextInItsColour) {

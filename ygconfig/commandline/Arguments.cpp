@@ -116,6 +116,14 @@ void declareCommon(CLI::App& app, Arguments& arguments) {
         ->type_name("ROOT");
     declareText(app, "--right", "LEVEL", arguments.right,
                 "the user's right level, instead of the one in host.json");
+    declareWord(app, "--color", "whether text has colours: always, never or auto",
+                [&](std::string word) {
+                    if (word != "always" && word != "never" && word != "auto")
+                        throw CLI::ValidationError("--color",
+                                                   "'" + word + "' is not always, never or auto");
+                    arguments.color = std::move(word);
+                })
+        ->type_name("WHEN");
 }
 
 }  // namespace yg::tool

@@ -20,6 +20,8 @@ namespace yg::tool {
 struct Arguments {
     std::string root = ".";            ///< --root
     std::optional<std::string> right;  ///< --right
+    std::string color = "auto";        ///< --color: always, never or auto
+    bool log = false;                  ///< --log, of drawings
 
     std::optional<std::string> style;  ///< --style, the main style file
     std::optional<std::string> tab;    ///< --tab, the tab style file
@@ -87,7 +89,7 @@ void declareOperand(CLI::App& app, const char* name, std::string& field, const c
 void declareOperands(CLI::App& app, const char* name, std::vector<std::string>& field,
                      const char* help);
 
-/// Declares what every command takes: --root and --right.
+/// Declares what every command takes: --root, --right and --color.
 void declareCommon(CLI::App& app, Arguments& arguments);
 
 }  // namespace yg::tool

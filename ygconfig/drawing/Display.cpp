@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <clocale>
 #include <cwchar>
+#include <utility>
 
 #include "YGConfigManager/text/Controls.h"
 
@@ -42,6 +43,61 @@ void append(std::string& out, wchar_t character) {
     const std::size_t length = std::wcrtomb(bytes, character, &state);
     if (length != static_cast<std::size_t>(-1))
         out.append(bytes, length);
+}
+
+constexpr char escapeMark = '\x1b';
+constexpr std::string_view endOfColour = "\x1b[0m";
+
+/// How many bytes switch colours at the beginning of the text.
+std::size_t sizeOfColour(std::string_view text) {
+    if (text.empty() || text.front() != escapeMark)
+        return 0;
+    const std::size_t end = text.find('m');
+    return end == std::string_view::npos ? text.size() : end + 1;
+}
+
+/// How many bytes the first character has.
+std::size_t sizeOfCharacter(std::string_view text) {
+    std::size_t size = 1;
+    while (size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80)
+        ++size;
+    return size;
+}
+
+/// Where a line ends, and the colour there; "" for none.
+struct Cut {
+    std::size_t size = 0;
+    std::string_view colour = {};
+};
+
+/// What of the text fits into a line; at least a character. `colour` is the one at its beginning.
+Cut lineOf(std::string_view text, std::size_t columns, std::string_view colour) {
+    Cut at{0, colour};
+    Cut blank;
+    Cut mark;
+    std::size_t width = 0;
+    bool isBegun = false;
+    while (at.size < text.size()) {
+        const std::string_view rest = text.substr(at.size);
+        if (const std::size_t size = sizeOfColour(rest)) {
+            const std::string_view code = rest.substr(0, size);
+            at.colour = code == endOfColour ? "" : code;
+            at.size += size;
+            continue;
+        }
+        const std::string_view character = rest.substr(0, sizeOfCharacter(rest));
+        width += displayWidth(character);
+        // A blank may stand behind the end, where it does not show.
+        if (isBegun && width > columns && character != " ")
+            return blank.size > 0 ? blank : mark.size > 0 ? mark : at;
+        isBegun = true;
+        at.size += character.size();
+        if (character == " ")
+            blank = at;
+        else if (std::string_view(",;/|&").find(character) != std::string_view::npos)
+            mark = at;
+    }
+    return at;
 }
 
 }  // namespace
@@ -86,6 +142,36 @@ std::size_t displayWidth(std::string_view text) {
         width += columns < 0 ? 1 : static_cast<std::size_t>(columns);
     }
     return width;
+}
+
+std::size_t shownWidth(std::string_view text) {
+    std::size_t width = 0;
+    while (!text.empty()) {
+        const std::size_t escape = std::min(text.find(escapeMark), text.size());
+        width += displayWidth(text.substr(0, escape));
+        text.remove_prefix(escape);
+        text.remove_prefix(sizeOfColour(text));
+    }
+    return width;
+}
+
+std::vector<std::string> folded(std::string_view text, std::size_t columns) {
+    std::vector<std::string> lines;
+    std::string_view colour;  // at the beginning of the line
+    do {
+        const std::string_view indent = lines.empty() ? "" : "  ";
+        const Cut cut = lineOf(text, std::max(columns, indent.size() + 2) - indent.size(), colour);
+        std::string line(indent);
+        line.append(colour).append(text.substr(0, cut.size));
+        while (cut.size < text.size() && line.size() > indent.size() && line.back() == ' ')
+            line.pop_back();
+        if (!cut.colour.empty() && cut.size < text.size())
+            line += endOfColour;
+        lines.push_back(std::move(line));
+        text.remove_prefix(cut.size);
+        colour = cut.colour;
+    } while (!text.empty());
+    return lines;
 }
 
 }  // namespace yg::tool

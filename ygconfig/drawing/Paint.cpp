@@ -30,10 +30,14 @@ std::string_view codeOf(Tone tone) {
 
 }  // namespace
 
-bool wantsColour(bool isTerminal, const char* noColour, const char* term) {
-    const bool isRefused = noColour && *noColour != '\0';
-    const bool isDumb = term && std::string_view(term) == "dumb";
-    return isTerminal && !isRefused && !isDumb;
+bool wantsColour(std::string_view when, bool isTerminal, const ColourVariables& variables) {
+    if (when != "auto")
+        return when == "always";
+    const auto textOf = [](const char* value) { return std::string_view(value ? value : ""); };
+    if (!textOf(variables.noColour).empty())
+        return false;
+    const std::string_view force = textOf(variables.forceColour);
+    return (!force.empty() && force != "0") || (isTerminal && textOf(variables.term) != "dumb");
 }
 
 std::string Paint::operator()(Tone tone, std::string_view text) const {

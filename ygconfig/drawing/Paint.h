@@ -1,23 +1,38 @@
 // SPDX-License-Identifier: MIT
 //
-// Colours for people who read on a terminal.
+// How text looks to people who read on a terminal: its colours and its width.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace yg::tool {
 
-/// Whether output may have colours: on a terminal that is not "dumb", unless the environment
-/// variable NO_COLOR has a value. The texts are those of NO_COLOR and TERM, null when not set.
-bool wantsColour(bool isTerminal, const char* noColour, const char* term);
+/// Environment variables that say something about colours; null when not set.
+struct ColourVariables {
+    const char* noColour = nullptr;     ///< NO_COLOR
+    const char* forceColour = nullptr;  ///< CLICOLOR_FORCE
+    const char* term = nullptr;         ///< TERM
+};
+
+/// Whether output has colours. `when` is the word of --color: "always", "never" or "auto". With
+/// "auto", none when NO_COLOR has a value; otherwise when CLICOLOR_FORCE has one other than "0",
+/// and on a terminal that is not "dumb".
+bool wantsColour(std::string_view when, bool isTerminal, const ColourVariables& variables);
 
 /// What a piece of text is, from which its colour follows.
 enum class Tone { plain, heading, page, element, slot, reuse, mark, quiet };
 
+/// How wide text is where nothing else is known.
+inline constexpr std::size_t usualColumns = 80;
+
 class Paint {
 public:
-    explicit Paint(bool colour) : colour_(colour) {}
+    Paint(bool colour, std::size_t columns = usualColumns) : colour_(colour), columns_(columns) {}
+
+    /// How wide lines may be.
+    std::size_t columns() const { return columns_; }
 
     /// The text in the colour of its tone; as it stands without colours, and when it is empty.
     std::string operator()(Tone tone, std::string_view text) const;
@@ -28,6 +43,7 @@ public:
 
 private:
     bool colour_;
+    std::size_t columns_;
 };
 
 }  // namespace yg::tool

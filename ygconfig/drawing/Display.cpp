@@ -56,12 +56,8 @@ std::size_t sizeOfColour(std::string_view text) {
     return end == std::string_view::npos ? text.size() : end + 1;
 }
 
-/// How many bytes the first character has.
-std::size_t sizeOfCharacter(std::string_view text) {
-    std::size_t size = 1;
-    while (size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80)
-        ++size;
-    return size;
+bool isInsideCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
 /// Where a line ends, and the colour there; "" for none.
@@ -78,23 +74,26 @@ Cut lineOf(std::string_view text, std::size_t columns, std::string_view colour) 
     std::size_t width = 0;
     bool isBegun = false;
     while (at.size < text.size()) {
-        const std::string_view rest = text.substr(at.size);
-        if (const std::size_t size = sizeOfColour(rest)) {
-            const std::string_view code = rest.substr(0, size);
+        const char first = text[at.size];
+        if (first == escapeMark) {
+            const std::size_t size = sizeOfColour(text.substr(at.size));
+            const std::string_view code = text.substr(at.size, size);
             at.colour = code == endOfColour ? "" : code;
             at.size += size;
             continue;
         }
-        const std::string_view character = rest.substr(0, sizeOfCharacter(rest));
-        width += displayWidth(character);
+        std::size_t size = 1;
+        while (at.size + size < text.size() && isInsideCharacter(text[at.size + size]))
+            ++size;
+        width += size == 1 ? 1 : displayWidth(text.substr(at.size, size));
         // A blank may stand behind the end, where it does not show.
-        if (isBegun && width > columns && character != " ")
+        if (isBegun && width > columns && first != ' ')
             return blank.size > 0 ? blank : mark.size > 0 ? mark : at;
         isBegun = true;
-        at.size += character.size();
-        if (character == " ")
+        at.size += size;
+        if (first == ' ')
             blank = at;
-        else if (std::string_view(",;/|&").find(character) != std::string_view::npos)
+        else if (first == ',' || first == ';' || first == '/' || first == '|' || first == '&')
             mark = at;
     }
     return at;

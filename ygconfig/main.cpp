@@ -2,24 +2,20 @@
 //
 // ygconfig: shows what the configuration in a root folder holds. See `ygconfig --help`.
 #include <cerrno>
-#include <charconv>
 #include <csignal>
-#include <cstddef>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <fcntl.h>
 #include <string>
 #include <string_view>
-#include <sys/ioctl.h>
-#include <system_error>
 #include <unistd.h>
 #include <vector>
 
 #include "ygconfig/Run.h"
 #include "ygconfig/commandline/CommandLine.h"
 #include "ygconfig/drawing/Paint.h"
+#include "ygconfig/drawing/Terminal.h"
 
 namespace {
 
@@ -60,29 +56,14 @@ int statusOf(ExitCode code) {
     return static_cast<int>(code);
 }
 
-/// How wide the terminal behind standard output is: COLUMNS says so, or else the terminal.
-std::size_t columnsOfTerminal() {
-    if (const char* variable = std::getenv("COLUMNS")) {
-        const std::string_view text = variable;
-        std::uint16_t columns = 0;
-        const auto end = std::from_chars(text.data(), text.data() + text.size(), columns);
-        if (end.ec == std::errc() && end.ptr == text.data() + text.size() && columns > 0)
-            return columns;
-    }
-    winsize size{};
-    return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0
-               ? size.ws_col
-               : yg::tool::usualColumns;
-}
-
 int answerTo(const std::vector<std::string>& words) {
     const yg::tool::CommandLine line = yg::tool::readCommandLine(words);
-    const bool isTerminal = ::isatty(STDOUT_FILENO) == 1;
-    const Answer answer = yg::tool::run(
-        line, {yg::tool::wantsColour(
-                   line.arguments.color, isTerminal,
-                   {std::getenv("NO_COLOR"), std::getenv("CLICOLOR_FORCE"), std::getenv("TERM")}),
-               isTerminal ? columnsOfTerminal() : yg::tool::usualColumns});
+    const bool colour = yg::tool::wantsColour({.choice = line.arguments.color,
+                                               .isTerminal = ::isatty(STDOUT_FILENO) == 1,
+                                               .noColour = std::getenv("NO_COLOR"),
+                                               .forceColour = std::getenv("CLICOLOR_FORCE"),
+                                               .term = std::getenv("TERM")});
+    const Answer answer = yg::tool::run(line, {colour, yg::tool::terminalWidth()});
     if (!answer.complaint.empty())
         complain(answer.complaint);
     try {

@@ -10,29 +10,29 @@ using yg::tool::Tone;
 using yg::tool::wantsColour;
 
 TEST(WantsColour, OnATerminalOnly) {
-    EXPECT_TRUE(wantsColour("auto", true, {.term = "xterm"}));
-    EXPECT_TRUE(wantsColour("auto", true, {}));
-    EXPECT_FALSE(wantsColour("auto", false, {.term = "xterm"}));
+    EXPECT_TRUE(wantsColour({.isTerminal = true, .term = "xterm"}));
+    EXPECT_TRUE(wantsColour({.isTerminal = true}));
+    EXPECT_FALSE(wantsColour({.isTerminal = false, .term = "xterm"}));
 }
 
 TEST(WantsColour, UnlessItIsRefused) {
-    EXPECT_FALSE(wantsColour("auto", true, {.noColour = "1", .term = "xterm"}));
-    EXPECT_FALSE(wantsColour("auto", true, {.noColour = "0", .term = "xterm"}));
-    EXPECT_TRUE(wantsColour("auto", true, {.noColour = "", .term = "xterm"}));
-    EXPECT_FALSE(wantsColour("auto", true, {.term = "dumb"}));
+    EXPECT_FALSE(wantsColour({.isTerminal = true, .noColour = "1", .term = "xterm"}));
+    EXPECT_FALSE(wantsColour({.isTerminal = true, .noColour = "0", .term = "xterm"}));
+    EXPECT_TRUE(wantsColour({.isTerminal = true, .noColour = "", .term = "xterm"}));
+    EXPECT_FALSE(wantsColour({.isTerminal = true, .term = "dumb"}));
 }
 
-TEST(WantsColour, ElsewhereWhenItIsForced) {
-    EXPECT_TRUE(wantsColour("auto", false, {.forceColour = "1"}));
-    EXPECT_TRUE(wantsColour("auto", true, {.forceColour = "1", .term = "dumb"}));
-    EXPECT_FALSE(wantsColour("auto", false, {.forceColour = "0"}));
-    EXPECT_FALSE(wantsColour("auto", false, {.forceColour = ""}));
-    EXPECT_FALSE(wantsColour("auto", true, {.noColour = "1", .forceColour = "1"}));
+TEST(WantsColour, WhenItIsForcedAndNotRefused) {
+    EXPECT_TRUE(wantsColour({.forceColour = "1"}));
+    EXPECT_TRUE(wantsColour({.forceColour = "1", .term = "dumb"}));
+    EXPECT_FALSE(wantsColour({.forceColour = "0"}));
+    EXPECT_FALSE(wantsColour({.forceColour = ""}));
+    EXPECT_FALSE(wantsColour({.isTerminal = true, .noColour = "1", .forceColour = "1"}));
 }
 
 TEST(WantsColour, AsTheOptionSaysWhateverTheEnvironment) {
-    EXPECT_TRUE(wantsColour("always", false, {.noColour = "1", .term = "dumb"}));
-    EXPECT_FALSE(wantsColour("never", true, {.forceColour = "1", .term = "xterm"}));
+    EXPECT_TRUE(wantsColour({.choice = "always", .noColour = "1", .term = "dumb"}));
+    EXPECT_FALSE(wantsColour({.choice = "never", .isTerminal = true, .forceColour = "1"}));
 }
 
 TEST(Paint, WrapsTextInItsColour) {

@@ -43,8 +43,9 @@ std::string catalog(std::span<const FormatInfo* const> formats) {
 }
 
 std::vector<GeneratedFile> describe(std::span<const FormatInfo* const> formats) {
-    std::vector<GeneratedFile> files{{"schemas/catalog.xml", catalog(formats)},
-                                     {"docs/formats/index.md", indexPage(formats)}};
+    std::vector<GeneratedFile> files = rulePages();
+    files.push_back({"schemas/catalog.xml", catalog(formats)});
+    files.push_back({"docs/formats/index.md", indexPage(formats)});
     for (const FormatInfo* format : formats) {
         for (const SchemaKind& kind : kindsFor(*format))
             files.push_back({"schemas/" + schemaFile(*format, kind), kind.make(*format)});

@@ -6,6 +6,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "YGConfigManager/formats/Format.h"
@@ -38,7 +39,15 @@ struct GeneratedFile {
     std::string text;
 };
 
-/// All files for these formats.
+/// The pages on the rules of findings, in docs/rules.
+std::vector<GeneratedFile> rulePages();
+
+/// All files for these formats, and the pages on rules.
 std::vector<GeneratedFile> describe(std::span<const FormatInfo* const> formats);
+
+/// The folders that hold nothing but these files, and the schemas in them that people write.
+inline constexpr std::string_view generatedFolders[] = {"schemas", "docs/formats", "docs/rules"};
+inline constexpr std::string_view writtenSchemas[] = {"schemas/lint.schema.json",
+                                                      "schemas/lint_baseline.schema.json"};
 
 }  // namespace yg::describe

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// Writes the schemas and the pages on the file formats.
+// Writes the schemas, the pages on the file formats and those on the rules.
 //
-//   describe FOLDER            writes FOLDER/schemas and FOLDER/docs/formats
+//   describe FOLDER            writes FOLDER/schemas, FOLDER/docs/formats and FOLDER/docs/rules
 //   describe --check FOLDER    changes nothing, names the files that would change, and fails if any
 //
-// Files of those two folders that belong to no format are removed.
+// Other files in those folders are removed, but for the schemas that people write.
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -28,11 +28,13 @@ std::string contentOf(const fs::path& path) {
 std::map<fs::path, const std::string*> differences(
     const fs::path& folder, const std::vector<yg::describe::GeneratedFile>& files) {
     std::map<fs::path, const std::string*> different;
-    for (const char* const name : {"schemas", "docs/formats"}) {
+    for (const std::string_view name : yg::describe::generatedFolders) {
         fs::create_directories(folder / name);
         for (const fs::directory_entry& entry : fs::directory_iterator(folder / name))
             different[entry.path()] = nullptr;
     }
+    for (const std::string_view name : yg::describe::writtenSchemas)
+        different.erase(folder / name);
     for (const auto& [name, text] : files) {
         const fs::path path = folder / name;
         if (different.erase(path) == 0 || contentOf(path) != text)

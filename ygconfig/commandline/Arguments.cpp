@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/commandline/Arguments.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -90,6 +91,24 @@ template CLI::Option* declareNumber(CLI::App&, const char*, const char*,
 template CLI::Option* declareNumber(CLI::App&, const char*, const char*, std::optional<double>&,
                                     const char*);
 
+CLI::Option* declareChoice(CLI::App& app, const char* option, const char* valueName,
+                           std::string& field, std::vector<std::string_view> choices,
+                           const char* help) {
+    const auto read = [&field, option, choices = std::move(choices)](const std::string& word) {
+        if (std::ranges::find(choices, word) == choices.end()) {
+            std::string list;
+            for (const std::string_view& choice : choices)
+                list.append(list.empty()                 ? ""
+                            : &choice == &choices.back() ? " or "
+                                                         : ", ")
+                    .append(choice);
+            throw CLI::ValidationError(option, "'" + word + "' is not " + list);
+        }
+        field = word;
+    };
+    return declareWord(app, option, help, read)->type_name(valueName);
+}
+
 void declareFlag(CLI::App& app, const char* option, bool& field, const char* help) {
     app.add_flag(option, field, help);
 }
@@ -116,14 +135,8 @@ void declareCommon(CLI::App& app, Arguments& arguments) {
         ->type_name("ROOT");
     declareText(app, "--right", "LEVEL", arguments.right,
                 "the user's right level, instead of the one in host.json");
-    declareWord(app, "--color", "whether text has colours: always, never or auto",
-                [&](std::string word) {
-                    if (word != "always" && word != "never" && word != "auto")
-                        throw CLI::ValidationError("--color",
-                                                   "'" + word + "' is not always, never or auto");
-                    arguments.color = std::move(word);
-                })
-        ->type_name("WHEN");
+    declareChoice(app, "--color", "WHEN", arguments.color, {"always", "never", "auto"},
+                  "colours in text: always, never or auto, on a terminal; auto if not given");
 }
 
 }  // namespace yg::tool

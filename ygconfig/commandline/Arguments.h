@@ -20,7 +20,7 @@ namespace yg::tool {
 struct Arguments {
     std::string root = ".";            ///< --root
     std::optional<std::string> right;  ///< --right
-    std::string color = "auto";        ///< --color: always, never or auto
+    std::string color = "auto";        ///< --color: "always", "never" or "auto"
     bool log = false;                  ///< --log, of drawings
 
     std::optional<std::string> style;  ///< --style, the main style file
@@ -42,6 +42,13 @@ struct Arguments {
     bool refresh = false;                    ///< --refresh
     std::optional<std::string> description;  ///< --description, of a settings item
     std::optional<std::string> replacement;  ///< --replace, a file's path
+
+    std::string format = "text";          ///< --format
+    std::string failOn = "error";         ///< --fail-on
+    std::optional<std::string> baseline;  ///< --baseline, a file's path
+    bool writeBaseline = false;           ///< --write-baseline
+    bool rules = false;                   ///< --rules
+    std::optional<std::string> rule;      ///< --rule, a rule's name
 
     std::string file;                ///< FILE, a name in the storage
     std::string section;             ///< SECTION
@@ -77,6 +84,11 @@ CLI::Option* declareText(CLI::App& app, const char* name, const char* valueName,
 template <class Number>
 CLI::Option* declareNumber(CLI::App& app, const char* option, const char* valueName,
                            std::optional<Number>& field, const char* help);
+
+/// Declares an option that takes one of these words. Given twice, the last one counts.
+CLI::Option* declareChoice(CLI::App& app, const char* option, const char* valueName,
+                           std::string& field, std::vector<std::string_view> choices,
+                           const char* help);
 
 /// Declares an option without a value.
 void declareFlag(CLI::App& app, const char* option, bool& field, const char* help);

@@ -24,20 +24,30 @@ std::string_view codeOf(Tone tone) {
             return "33";  // yellow
         case Tone::quiet:
             return "2";  // dim
+        case Tone::error:
+            return "1;31";  // bold red
+        case Tone::warning:
+            return "1;33";  // bold yellow
+        case Tone::info:
+            return "1;36";  // bold cyan
     }
     return "";
 }
 
 }  // namespace
 
-bool wantsColour(std::string_view when, bool isTerminal, const ColourVariables& variables) {
-    if (when != "auto")
-        return when == "always";
-    const auto textOf = [](const char* value) { return std::string_view(value ? value : ""); };
-    if (!textOf(variables.noColour).empty())
+bool wantsColour(const ColourSetting& setting) {
+    const auto text = [](const char* variable) {
+        return std::string_view(variable ? variable : "");
+    };
+    if (setting.choice != "auto")
+        return setting.choice == "always";
+    if (!text(setting.noColour).empty())
         return false;
-    const std::string_view force = textOf(variables.forceColour);
-    return (!force.empty() && force != "0") || (isTerminal && textOf(variables.term) != "dumb");
+    const std::string_view force = text(setting.forceColour);
+    if (!force.empty() && force != "0")
+        return true;
+    return setting.isTerminal && text(setting.term) != "dumb";
 }
 
 std::string Paint::operator()(Tone tone, std::string_view text) const {

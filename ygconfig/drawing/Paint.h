@@ -9,20 +9,22 @@
 
 namespace yg::tool {
 
-/// Environment variables that say something about colours; null when not set.
-struct ColourVariables {
+/// What decides on colours. The texts are those of environment variables, null when not set.
+struct ColourSetting {
+    std::string_view choice = "auto";  ///< "always", "never" or "auto"
+    bool isTerminal = false;
     const char* noColour = nullptr;     ///< NO_COLOR
     const char* forceColour = nullptr;  ///< CLICOLOR_FORCE
     const char* term = nullptr;         ///< TERM
 };
 
-/// Whether output has colours. `when` is the word of --color: "always", "never" or "auto". With
-/// "auto", none when NO_COLOR has a value; otherwise when CLICOLOR_FORCE has one other than "0",
-/// and on a terminal that is not "dumb".
-bool wantsColour(std::string_view when, bool isTerminal, const ColourVariables& variables);
+/// Whether output may have colours. With "auto" NO_COLOR refuses them when it has a value, then
+/// CLICOLOR_FORCE asks for them when it has one other than "0"; otherwise a terminal that is not
+/// "dumb" has them.
+bool wantsColour(const ColourSetting& setting);
 
 /// What a piece of text is, from which its colour follows.
-enum class Tone { plain, heading, page, element, slot, reuse, mark, quiet };
+enum class Tone { plain, heading, page, element, slot, reuse, mark, quiet, error, warning, info };
 
 /// How wide text is where nothing else is known.
 inline constexpr std::size_t usualColumns = 80;

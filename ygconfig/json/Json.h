@@ -5,6 +5,7 @@
 // record needs nothing here but its Description.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -58,7 +59,7 @@ public:
     void write(const RecordMap<Value>& map) {
         begin('{');
         for (const auto& [key, value] : map)
-            writeMember(key, value);
+            member(key, value);
         end('}');
     }
 
@@ -70,7 +71,7 @@ public:
     void write(float number);
     void write(double number);
 
-    /// A record, a text or an integer.
+    /// A record, a text or an integer; of a function what it writes, which is one value.
     template <class Value>
     void write(const Value& value) {
         if constexpr (Described<Value>)
@@ -78,6 +79,8 @@ public:
                 value, [](std::string_view, const auto& field) -> auto& { return field; });
         else if constexpr (std::is_integral_v<Value>)
             pending_ += std::to_string(value);
+        else if constexpr (std::invocable<const Value&>)
+            value();
         else
             writeText(value);
     }
@@ -87,9 +90,36 @@ public:
     void writeRecord(const Record& record, const Shown& shown) {
         begin('{');
         forEachField(record, [&](std::string_view name, const auto& field) {
-            writeMember(name, shown(name, field));
+            member(name, shown(name, field));
         });
         end('}');
+    }
+
+    /// An object with the members that `members` writes by member().
+    template <class Members>
+    void object(const Members& members) {
+        begin('{');
+        members();
+        end('}');
+    }
+
+    template <class Value>
+    void member(std::string_view name, const Value& value) {
+        beginItem();
+        writeText(name);
+        pending_ += ": ";
+        write(value);
+    }
+
+    /// A list in which `shown(item)` writes each item.
+    template <class Items, class Shown>
+    void list(const Items& items, const Shown& shown) {
+        begin('[');
+        for (const auto& item : items) {
+            beginItem();
+            shown(item);
+        }
+        end(']');
     }
 
     /// Ends the text, with a line feed.
@@ -102,14 +132,6 @@ private:
             write(*value);
         else
             write(nullptr);
-    }
-
-    template <class Value>
-    void writeMember(std::string_view name, const Value& value) {
-        beginItem();
-        writeText(name);
-        pending_ += ": ";
-        write(value);
     }
 
     void writeText(std::string_view text);

@@ -131,6 +131,11 @@ inline constexpr Rule commonRules[] = {
      R"(<styles default_style="quote">
     <style name="quote"><panel name="main"><element name="grid"/><panel name="side"/></panel></style>
 </styles>)"},
+    // Found by `ygconfig lint` alone.
+    {"stale-baseline-entry", Handling::unresolved, Severity::info,
+     "This entry of the baseline stands for more findings than there are.",
+     "A baseline lists findings that are known. This one was repaired since, or the element around "
+     "it has another name now. Remove the entry, or write the baseline again."},
 };
 
 }  // namespace yg

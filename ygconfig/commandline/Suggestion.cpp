@@ -8,7 +8,7 @@
 namespace yg::tool {
 
 std::string suggestion(std::string_view word, std::span<const std::string> known) {
-    const std::string_view meant = text::nearest(word, known);
+    const std::string meant(text::nearest(word, known));
     return meant.empty() ? "" : "; did you mean " + inQuotes(meant) + '?';
 }
 
@@ -17,7 +17,7 @@ std::string inQuotes(std::string_view name) {
 }
 
 std::string nearestOf(std::string_view name, std::span<const std::string> known) {
-    const std::string_view meant = text::nearest(name, known);
+    const std::string meant(text::nearest(name, known));
     return meant.empty() ? "" : "; nearest: " + inQuotes(meant);
 }
 

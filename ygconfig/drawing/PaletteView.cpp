@@ -6,7 +6,6 @@
 #include <cmath>
 #include <cstdio>
 #include <numeric>
-#include <ranges>
 #include <utility>
 
 #include "ygconfig/drawing/Details.h"
@@ -158,8 +157,9 @@ std::string PaletteView::lines(std::string_view title, const std::vector<Row>& r
         parts[0] = folded(row.label, widths[0]);
         for (std::size_t theme = 0; theme < themes; ++theme)
             parts[theme + 1] = folded(row.cells[theme], widths[theme + 1]);
-        const auto sizeOf = [](const auto& each) { return each.size(); };
-        const std::size_t height = std::ranges::max(parts | std::views::transform(sizeOf));
+        std::size_t height = 0;
+        for (const std::vector<std::string>& each : parts)
+            height = std::max(height, each.size());
         for (std::size_t at = 0; at < height; ++at) {
             std::size_t blanks = 0;  // before the next text
             for (std::size_t column = 0; column < parts.size(); ++column) {

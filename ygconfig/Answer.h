@@ -83,6 +83,13 @@ private:
     std::function<void(Output&)> write_;
 };
 
+/// Adds a line to those of a complaint; nothing when it is empty.
+inline void addLine(std::string& lines, std::string_view line) {
+    if (!lines.empty() && !line.empty())
+        lines += '\n';
+    lines += line;
+}
+
 struct Answer {
     /// For standard output, with its last line feed.
     Text output;

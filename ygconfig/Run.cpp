@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/Run.h"
 
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "YGConfigManager/host/Host.h"
@@ -22,26 +26,68 @@ public:
     HostScope& operator=(const HostScope&) = delete;
 };
 
+/// Another host without its log.
+class QuietHost final : public Host {
+public:
+    explicit QuietHost(std::shared_ptr<Host> host) : host_(std::move(host)) {}
+
+    std::optional<std::string> getStorageFilePath(std::int64_t area,
+                                                  std::optional<std::string_view> subFolderPath,
+                                                  std::optional<std::string_view> fileName,
+                                                  bool isNeedWrite) override {
+        return host_->getStorageFilePath(area, subFolderPath, fileName, isNeedWrite);
+    }
+    std::optional<std::string> getUserRightDescription() override {
+        return host_->getUserRightDescription();
+    }
+    std::optional<std::string> getSoftOptimizeConfigFilePath(std::int64_t kind,
+                                                             std::string_view fileName) override {
+        return host_->getSoftOptimizeConfigFilePath(kind, fileName);
+    }
+    std::optional<std::string> getBaseOptimizeConfigFilePath(std::int64_t kind,
+                                                             std::string_view fileName) override {
+        return host_->getBaseOptimizeConfigFilePath(kind, fileName);
+    }
+    std::shared_ptr<const MappingDic> getMappingDicForKey(std::string_view key) override {
+        return host_->getMappingDicForKey(key);
+    }
+    std::optional<std::string> getDefualtFolderPath(std::int64_t kind) override {
+        return host_->getDefualtFolderPath(kind);
+    }
+    std::optional<std::string> configServer() override { return host_->configServer(); }
+    void writeLog(LogChannel, std::string_view) override {}
+
+private:
+    const std::shared_ptr<Host> host_;
+};
+
 }  // namespace
 
-Answer run(const CommandLine& line, bool colour) {
+Answer run(const CommandLine& line, const Display& display) {
     if (!line.command)
         return line.answer;
+    const auto unreadable = std::make_shared<UnreadableFiles>();
+    const Session session{line.arguments, display.colour, display.columns, unreadable.get()};
     if (!line.command->needsHost)
-        return line.command->run({line.arguments, colour});
+        return line.command->run(session);
     const StandAloneHost::Opened opened = StandAloneHost::open(line.arguments.root);
     if (!opened)
         return {"", ExitCode::unusable, "ygconfig: " + printable(opened.error)};
     if (line.arguments.right)
         opened.host->overrideUserRight(line.arguments.right);
-    const HostScope scope(opened.host);
-    Answer answer = line.command->run({line.arguments, colour});
-    // The loaders behind the text may ask the host while it is written.
-    return {[host = opened.host, text = std::move(answer.output)](Output& output) {
+    std::shared_ptr<Host> host = opened.host;
+    if (line.command->draws && !line.arguments.log)
+        host = std::make_shared<QuietHost>(std::move(host));
+    const HostScope scope(host);
+    Answer answer = line.command->run(session);
+    std::string complaint = unreadable->complaint();
+    addLine(complaint, answer.complaint);
+    // The loaders behind the text may ask the host, and tell their listener, while it is written.
+    return {[host, unreadable, text = std::move(answer.output)](Output& output) {
                 const HostScope whileWriting(host);
                 text.writeTo(output);
             },
-            answer.exitCode, std::move(answer.complaint)};
+            answer.exitCode, std::move(complaint)};
 }
 
 }  // namespace yg::tool

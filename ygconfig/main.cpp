@@ -15,6 +15,7 @@
 #include "ygconfig/Run.h"
 #include "ygconfig/commandline/CommandLine.h"
 #include "ygconfig/drawing/Paint.h"
+#include "ygconfig/drawing/Terminal.h"
 
 namespace {
 
@@ -62,7 +63,7 @@ int answerTo(const std::vector<std::string>& words) {
                                                .noColour = std::getenv("NO_COLOR"),
                                                .forceColour = std::getenv("CLICOLOR_FORCE"),
                                                .term = std::getenv("TERM")});
-    const Answer answer = yg::tool::run(line, colour);
+    const Answer answer = yg::tool::run(line, {colour, yg::tool::terminalWidth()});
     if (!answer.complaint.empty())
         complain(answer.complaint);
     try {

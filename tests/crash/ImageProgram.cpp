@@ -19,7 +19,7 @@ int main(int count, char** arguments) {
             "image",   "strip",
             "-o",      root + "/user/out.png",
             "--width", std::to_string(number % yg::testing::imageWidths + 1)};
-        return yg::tool::run(yg::tool::readCommandLine(words), false).exitCode ==
+        return yg::tool::run(yg::tool::readCommandLine(words), {}).exitCode ==
                yg::tool::ExitCode::answer;
     };
     return yg::testing::saveOnAndOn(save, count, arguments);

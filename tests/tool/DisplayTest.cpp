@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,9 @@ namespace {
 using namespace std::string_view_literals;
 using yg::tool::characters;
 using yg::tool::displayWidth;
+using yg::tool::folded;
 using yg::tool::printable;
+using yg::tool::shownWidth;
 
 TEST(DisplayWidth, CountsColumns) {
     EXPECT_EQ(displayWidth(""), 0);
@@ -41,6 +44,24 @@ TEST(Printable, ReplacesWhatIsNotUtf8) {
     EXPECT_EQ(printable("a\xff\xfe"), "a\uFFFD\uFFFD");
     EXPECT_EQ(printable("\xe5\xb8"), "\uFFFD\uFFFD");
     EXPECT_EQ(printable("\xe5\xb8市"), "\uFFFD\uFFFD市");
+}
+
+TEST(Folded, BreaksAtBlanksThenBehindMarksThenAnywhere) {
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(folded("", 10), Lines{""});
+    EXPECT_EQ(folded("one two", 7), Lines{"one two"});
+    EXPECT_EQ(folded("one two", 6), (Lines{"one", "  two"}));
+    EXPECT_EQ(folded("one,two,three", 9), (Lines{"one,two,", "  three"}));
+    EXPECT_EQ(folded("abcdefghij", 6), (Lines{"abcdef", "  ghij"}));
+    EXPECT_EQ(folded("市场总览", 5), (Lines{"市场", "  总", "  览"}));
+    EXPECT_EQ(folded("e\u0301e\u0301e\u0301", 2), (Lines{"e\u0301e\u0301", "  e\u0301"}));
+    EXPECT_EQ(folded("市市", 1), (Lines{"市", "  市"}));
+}
+
+TEST(Folded, EndsColoursWithEachLine) {
+    EXPECT_EQ(folded("a \x1b[32mone two\x1b[0m b", 6),
+              (std::vector<std::string>{"a \x1b[32mone\x1b[0m", "  \x1b[32mtwo\x1b[0m", "  b"}));
+    EXPECT_EQ(shownWidth("a \x1b[32m市\x1b[0m"), 4u);
 }
 
 TEST(Characters, DoNotDependOnTheLocale) {

@@ -193,7 +193,10 @@ TEST(NothingStored, IsSaidInOneLineWhereverTheFileCannotBeWritten) {
             const ToolRun run = runOn(root, words, {.fileSize = obstacle.fileSize});
             EXPECT_EQ(run.output, obstacle.hasPath ? command.output : command.outputWithoutPath);
             EXPECT_EQ(run.status, command.status);
-            EXPECT_THAT(complaints(run),
+            // What cannot be written may not be readable either, which is another line.
+            std::vector<std::string> lines = complaints(run);
+            std::erase_if(lines, [](const std::string& line) { return !line.starts_with(begin); });
+            EXPECT_THAT(lines,
                         ElementsAre(AllOf(
                             StartsWith(begin + (obstacle.hasPath ? path : command.file) + ": "),
                             EndsWith(obstacle.cause))));
@@ -226,11 +229,12 @@ TEST(NothingStored, IsSaidWhereTheSettingsFileTakesNoItem) {
         {"missing", std::nullopt, "No such file or directory"},
         {"empty", "", ""},
         {"blank", " \n", ""},
-        {"cut", "<config><a><x>1</x></a></con", "Line 1: "},
-        {"two files in one", "<config/><config/>", "Line 1: "},
-        {"plain text", "theme=white\n", "Line 1: "},
+        {"cut", "<config><a><x>1</x></a></con", "Line 1, column "},
+        {"two files in one", "<config/><config/>", "Line 1, column "},
+        {"plain text", "theme=white\n", "Line 1, column "},
         {"in the wrong encoding", "<config><a>\xff</a></config>", ""},
-        {"with an internal subset", "<!DOCTYPE config [<!ENTITY e 'x'>]><config/>", "Line 1: "},
+        {"with an internal subset", "<!DOCTYPE config [<!ENTITY e 'x'>]><config/>",
+         "Line 1, column "},
         {"without a root element", "<!-- nothing -->", ""},
         {"with a root element of another name", "<settings/>",
          "the root element is not named config"},

@@ -205,7 +205,7 @@ TEST(PaletteFont, IsThatOfTheKeyOrTheSystemFont) {
 TEST(ShowPalette, OfTheSampleIsTheFile) {
     const ToolRun run = runTool({"show", "palette", "--root", sample});
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.errors, fontLog + fontLog);
+    EXPECT_EQ(run.errors, "");
     EXPECT_TRUE(isGolden(run.output, "show-palette.txt"));
 }
 
@@ -250,20 +250,20 @@ k          none                 2.5×1 of 5×2 pixels
 )");
 }
 
-TEST(ShowPalette, KeepsTheColumnWhenACellIsVeryLong) {
+TEST(ShowPalette, FoldsWhatIsWiderThanItsColumn) {
     const TemporaryFolder root;
-    const std::string name(10'000, 'n');
-    std::string keys = "<k KEY='long' VALUE='" + name + "'/>";
-    for (int i = 0; i < 1'000; ++i)
-        keys += "<k KEY='" + std::to_string(i) + "' VALUE='a'/>";
+    const std::string name(60, 'n');
     for (const auto& file : {light, dark})
-        root.write(file, palette("<APP_MAP><FONTS>" + keys + "</FONTS></APP_MAP>"));
-    const std::string text = runOn(root, {"show", "palette"}).output;
-    EXPECT_THAT(text, HasSubstr("\nlong             system font: no font " + name +
-                                "  system font: no font " + name + "\n"));
-    EXPECT_THAT(text,
-                HasSubstr("\n999              system font: no font a  system font: no font a\n"));
-    EXPECT_LT(text.size(), 200'000);
+        root.write(file, palette("<APP_MAP><FONTS><k KEY='long' VALUE='" + name +
+                                 "'/><k KEY='0' VALUE='a'/></FONTS></APP_MAP>"));
+    EXPECT_THAT(runOn(root, {"show", "palette"}).output,
+                HasSubstr(R"(Font keys  2  light                             dark
+
+long          system font: no font              system font: no font
+                nnnnnnnnnnnnnnnnnnnnnnnnnnnnnn    nnnnnnnnnnnnnnnnnnnnnnnnnnnnnn
+                nnnnnnnnnnnnnnnnnnnnnnnnnnnnnn    nnnnnnnnnnnnnnnnnnnnnnnnnnnnnn
+0             system font: no font a            system font: no font a
+)"));
 }
 
 TEST(ShowPalette, ShowsOneThemeWithoutTheOther) {
@@ -441,7 +441,7 @@ TEST(WriteImage, LeavesTheOldFileWhereTheDiskIsFull) {
     };
     const std::vector<std::string> words = {"--root", root.path(), "image",
                                             "strip",  "-o",        root.at("link.png")};
-    const yg::tool::Answer answer = yg::tool::run(yg::tool::readCommandLine(words), false);
+    const yg::tool::Answer answer = yg::tool::run(yg::tool::readCommandLine(words), {});
     EXPECT_EQ(answer.exitCode, yg::tool::ExitCode::failed);
     EXPECT_EQ(answer.complaint + "\n", fullAt(root.at("link.png")));
     EXPECT_EQ(contentOf(root.at("real/out.png")), "old");
@@ -460,7 +460,7 @@ yg::testing::Saving prepareImage(const yg::files::TemporaryFolder& root) {
     return {root / "out/out.png", [path = root.path()] {
                 const std::vector<std::string> words = {"--root", path, "image",
                                                         "strip",  "-o", path + "/out/out.png"};
-                const auto answer = yg::tool::run(yg::tool::readCommandLine(words), false);
+                const auto answer = yg::tool::run(yg::tool::readCommandLine(words), {});
                 return answer.exitCode == yg::tool::ExitCode::answer;
             }};
 }

@@ -33,7 +33,7 @@ std::string answerFor(const std::string& root, std::optional<std::string> right)
     Arguments arguments;
     arguments.root = root;
     arguments.right = std::move(right);
-    return textOf(yg::tool::run({&asking, arguments, {}}, false).output);
+    return textOf(yg::tool::run({&asking, arguments, {}}, {}).output);
 }
 
 TEST(Run, InstallsTheHostOfTheRoot) {
@@ -54,14 +54,14 @@ TEST(Run, RefusesARootThatDoesNotExist) {
     const TemporaryFolder root;
     Arguments arguments;
     arguments.root = root.at("none");
-    const Answer answer = yg::tool::run({&asking, arguments, {}}, false);
+    const Answer answer = yg::tool::run({&asking, arguments, {}}, {});
     EXPECT_EQ(answer.exitCode, ExitCode::unusable);
     EXPECT_EQ(textOf(answer.output), "");
     EXPECT_NE(answer.complaint.find(root.at("none")), std::string::npos);
 }
 
 TEST(Run, AnswersWhatTheCommandLineAnswered) {
-    const Answer answer = yg::tool::run({nullptr, {}, {"help\n"}}, false);
+    const Answer answer = yg::tool::run({nullptr, {}, {"help\n"}}, {});
     EXPECT_EQ(textOf(answer.output), "help\n");
 }
 

@@ -150,6 +150,30 @@ TEST(ShowSettings, DrawsSectionsItemsTextsAndDescriptions) {
     EXPECT_EQ(run.errors, "ygconfig: there is no path for 'a/b'\n");
 }
 
+TEST(DumpSettings, HasTheItemsThatCountBySection) {
+    const TemporaryFolder root;
+    root.write("storage/app.xml",
+               "<config><a><x description='d'>1</x><x>2</x></a><b/><a><y>3</y></a></config>");
+    expectAnswer(root, {"dump", "settings", "app.xml"}, R"({
+  "a": {
+    "x": {
+      "text": "1",
+      "description": "d"
+    },
+    "y": {
+      "text": "3",
+      "description": null
+    }
+  },
+  "b": {}
+})");
+    expectAnswer(root, {"settings", "get", "app.xml", "a", "y"}, "\"3\"");
+    expectAnswer(root, {"dump", "settings"}, "{}");
+    root.write("storage/app_config.xml", "<settings><a><x>1</x></a></settings>");
+    expectAnswer(root, {"dump", "settings"}, "{}");
+    expectAnswer(root, {"dump", "settings", "a/b"}, "null");
+}
+
 // ---- web-page --------------------------------------------------------------------------------
 
 TEST(WebPage, AnswersTheAddressOrAboutBlank) {
@@ -161,7 +185,8 @@ TEST(WebPage, AnswersTheAddressOrAboutBlank) {
     expectAnswer(root, {"web-page", "none.xml", "k"}, "\"about:blank\"");
     expectAnswer(root, {"web-page", "", "k"}, "null");
     EXPECT_EQ(runOn(root, {"web-page", "pages.xml", "it's"}).errors,
-              "-[YGWebPageUrlConfig getWebPageUrlByKey:] L68 获取不到3 Key: [it's]\n");
+              "-[YGWebPageUrlConfig getWebPageUrlByKey:] L68 获取不到3 Key: [it's]\n"
+              "ygconfig: no web page 'it's'\n");
 }
 
 TEST(WebPage, IsReplacedByAFileOrByStandardInput) {
@@ -203,6 +228,19 @@ TEST(ShowWebPages, DrawsALineForEachAddress) {
               "(no key)  \"\"  skipped\n");
     EXPECT_EQ(runOn(root, {"show", "web-pages"}).output,
               "Web pages  0  user/web_page_urls.xml  missing or damaged\n");
+}
+
+TEST(DumpWebPages, HasTheAddressesThatCountByKey) {
+    const TemporaryFolder root;
+    root.write(pagesFile, pages);
+    expectAnswer(root, {"dump", "web-pages", "pages.xml"}, R"({
+  "k": "http://x/?a=1&b=2",
+  "空": ""
+})");
+    expectAnswer(root, {"dump", "web-pages"}, "{}");
+    root.write("storage/web_page_urls.xml", "<pages><url key='k'>x</url></pages>");
+    expectAnswer(root, {"dump", "web-pages"}, "{}");
+    expectAnswer(root, {"dump", "web-pages", "a/b"}, "null");
 }
 
 // ---- request-url -----------------------------------------------------------------------------

@@ -1,23 +1,30 @@
 // SPDX-License-Identifier: MIT
 //
 // Whole runs of `ygconfig show` on small roots.
+#include <algorithm>
+#include <cstddef>
+#include <regex>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "files/TemporaryFolder.h"
 #include "tool/ToolRun.h"
+#include "ygconfig/drawing/Display.h"
 
 namespace {
 
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using yg::files::TemporaryFolder;
 using yg::testing::OutputTo;
 using yg::testing::runTool;
 using yg::testing::ToolRun;
+using yg::testing::ToolSetting;
+using yg::tool::displayWidth;
 
 const std::string stylePath = "config/custompage_template.xml";
 
@@ -47,8 +54,11 @@ TEST(ShowStyle, SaysWhatIsSet) {
         </panel>
     </style></styles>)");
     EXPECT_EQ(showStyle(root, "页"), R"(页            layer 2  focus f
-├─ all        ↓  scale 0.25  fixed 0  min 1  max 2  scrolls  scroll size 9  split bar  wide bound  rounded  square  border top,left  editable  expands other  folds left  command go
-│  ├─ • Grid  "沪深"  [a=1]  uuid u  event e  to x, y  from z  first  always  keeps style
+├─ all        ↓  scale 0.25  fixed 0  min 1  max 2  scrolls  scroll size 9
+│  │          split bar  wide bound  rounded  square  border top,left  editable
+│  │          expands other  folds left  command go
+│  ├─ • Grid  "沪深"  [a=1]  uuid u  event e  to x, y  from z  first  always
+│  │          keeps style
 │  └─ • Bare
 └─ (no name)  →
    └─ ""
@@ -98,14 +108,84 @@ TEST(ShowStyle, SendsOnlyTextToTheTerminal) {
               "└─ \uFFFD31m\n");
 }
 
-TEST(ShowStyle, SuggestsTheNearestName) {
+TEST(ShowStyle, QuotesNamesOfAListThatHaveACommaOrAQuotationMark) {
     const TemporaryFolder root;
-    root.write(stylePath, "<styles><style name='行情报价'/><style name='自选股'/></styles>");
-    const ToolRun run = runTool({"show", "style", "行情报介", "--root", root.path()});
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.output, "");
-    EXPECT_THAT(run.errors,
-                EndsWith("\nygconfig: no style '行情报介'; did you mean '行情报价'?\n"));
+    root.write(stylePath, R"(<styles><style name="s"><panel name="p">
+        <element name="e" event_dispatch_dest='a, b;c;;d"e' event_dispatch_src="x y"/>
+    </panel></style></styles>)");
+    EXPECT_EQ(showStyle(root, "s"),
+              "s          layer 0\n"
+              "└─ p\n"
+              "   └─ • e  to \"a, b\", c, \"\", \"d\"e\"  from x y\n");
+}
+
+const std::string sampleRoot = YG_PROJECT_FOLDER "/examples/terminal";
+
+const std::vector<std::vector<std::string>> drawings{
+    {"show"},
+    {"show", "layout"},
+    {"show", "style", "行情报价"},
+    {"show", "style", "quote-SH990001-depth"},
+    {"show", "events"},
+    {"show", "palette"},
+    {"show", "servers"},
+    {"show", "settings"},
+    {"show", "web-pages"},
+    {"show", "request-urls"},
+};
+
+std::string drawn(std::vector<std::string> words, const ToolSetting& setting) {
+    words.insert(words.end(), {"--root", sampleRoot});
+    const ToolRun run = runTool(words, setting);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.errors, "");
+    return run.output;
+}
+
+std::size_t widestLineOf(const std::string& text) {
+    std::istringstream lines(text);
+    std::size_t widest = 0;
+    for (std::string line; std::getline(lines, line);)
+        widest = std::max(widest, displayWidth(line));
+    return widest;
+}
+
+TEST(Show, FitsIntoEightyColumnsAndIntoTheTerminal) {
+    for (const auto& words : drawings) {
+        EXPECT_LE(widestLineOf(drawn(words, {})), 80u) << testing::PrintToString(words);
+        const ToolSetting narrow{.outputTo = OutputTo::terminal,
+                                 .environment = {"COLUMNS=50", "TERM=dumb"}};
+        EXPECT_LE(widestLineOf(drawn(words, narrow)), 50u) << testing::PrintToString(words);
+    }
+}
+
+/// Without blanks, line ends and the lines beside branches, in which folded text differs.
+std::string withoutFolds(const std::string& text) {
+    std::string rest = std::regex_replace(text, std::regex("[ \n]"), "");
+    return std::regex_replace(rest, std::regex("│"), "");
+}
+
+TEST(Show, FoldsWithoutLosingText) {
+    for (const auto& words : drawings) {
+        if (words.back() == "palette" || words.back() == "servers")
+            continue;  // columns side by side; another address in each run
+        const auto columns = [&](const char* variable) {
+            return withoutFolds(drawn(
+                words, {.outputTo = OutputTo::terminal, .environment = {variable, "TERM=dumb"}}));
+        };
+        EXPECT_EQ(columns("COLUMNS=50"), columns("COLUMNS=1000")) << testing::PrintToString(words);
+    }
+}
+
+TEST(Show, PrintsTheLogOnlyWhenAskedTo) {
+    EXPECT_EQ(drawn({"show", "style", "行情报价"}, {}),
+              runTool({"show", "style", "行情报价", "--log", "--root", sampleRoot}).output);
+    EXPECT_EQ(runTool({"show", "style", "行情报价", "--log", "--root", sampleRoot}).errors,
+              "initWithStyleConfigPath\n");
+    EXPECT_EQ(runTool({"show", "--log", "layout", "--root", sampleRoot}).errors,
+              "initWithStyleConfigPath\n");
+    EXPECT_EQ(runTool({"dump", "style", "行情报价", "--root", sampleRoot}).errors,
+              "initWithStyleConfigPath\n");
 }
 
 TEST(ShowLayout, HasASectionForEachKindOfFile) {
@@ -197,10 +277,21 @@ TEST(ShowLayout, ColoursForATerminalThatWantsIt) {
     EXPECT_FALSE(isColoured({"TERM=dumb"}));
 }
 
-TEST(ShowLayout, ColoursNothingElse) {
+TEST(ShowLayout, ColoursOtherOutputOnlyWhenAskedTo) {
     const TemporaryFolder root;
-    const ToolRun run = runTool({"show", "--root", root.path()}, {.environment = {"TERM=xterm"}});
-    EXPECT_THAT(run.output, Not(HasSubstr("\x1b")));
+    const auto shown = [&](const std::string& option, const std::string& variable) {
+        return runTool({"show", option, "--root", root.path()}, {.environment = {variable}}).output;
+    };
+    EXPECT_THAT(shown("--color=auto", "TERM=xterm"), Not(HasSubstr("\x1b")));
+    EXPECT_THAT(shown("--color=auto", "CLICOLOR_FORCE=1"), HasSubstr("\x1b"));
+    EXPECT_THAT(shown("--color=always", "NO_COLOR=1"), HasSubstr("\x1b"));
+    EXPECT_THAT(shown("--color=never", "CLICOLOR_FORCE=1"), Not(HasSubstr("\x1b")));
+}
+
+TEST(ShowLayout, TakesNoOtherWordForColours) {
+    const ToolRun run = runTool({"show", "layout", "--color", "yes"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.errors, "ygconfig show layout: --color: 'yes' is not always, never or auto\n");
 }
 
 }  // namespace

@@ -124,8 +124,8 @@ std::vector<std::string> environmentOf(const ToolSetting& setting) {
     std::vector<std::string> all = setting.environment;
     for (char** entry = environ; *entry != nullptr; ++entry) {
         const std::string_view text(*entry);
-        if (!text.starts_with("NO_COLOR=") && !text.starts_with("CLICOLOR_FORCE=") &&
-            !text.starts_with("TERM="))
+        const std::string_view name = text.substr(0, text.find('='));
+        if (name != "NO_COLOR" && name != "CLICOLOR_FORCE" && name != "TERM" && name != "COLUMNS")
             all.emplace_back(text);
     }
     return all;

@@ -21,7 +21,7 @@ enum class OutputTo {
 
 struct ToolSetting {
     OutputTo outputTo = OutputTo::memory;
-    /// "NAME=VALUE"; NO_COLOR, CLICOLOR_FORCE and TERM are not set unless they stand here.
+    /// "NAME=VALUE"; NO_COLOR, CLICOLOR_FORCE, TERM and COLUMNS are not set unless they stand here.
     std::vector<std::string> environment = {};
     /// The run's current folder; the project's when empty.
     std::string folder = {};

@@ -60,6 +60,40 @@ TEST(Tree, KeepsTheColumnWhenALabelIsVeryLong) {
             longLabel + "  2\n" + "└─ abc  3\n");
 }
 
+TEST(Tree, FoldsDetailsBesideTheBranches) {
+    const Branch tree = branch("root", "one",
+                               {branch("a", "two three four five six", {branch("b")}),
+                                branch("c", "two three four five six")});
+    EXPECT_EQ(drawTree(tree, Paint(false, 28)),
+              "root  one\n"
+              "├─ a  two three four five\n"
+              "│  │    six\n"
+              "│  └─ b\n"
+              "└─ c  two three four five\n"
+              "        six\n");
+}
+
+TEST(Tree, FoldsLongLabelsBesideTheBranches) {
+    const std::string label(30, 'x');
+    EXPECT_EQ(drawTree(branch("r", "", {branch(label, "1", {branch("b", "2")}), branch("c")}),
+                       Paint(false, 28)),
+              "r\n"
+              "├─ xxxxxxxxxxxxxxxxxxxxxxxxx\n"
+              "│  │ xxxxx  1\n"
+              "│  └─ b  2\n"
+              "└─ c\n");
+}
+
+TEST(Tree, PutsDetailsBelowALabelThatLeavesNoRoom) {
+    const std::string label(20, 'x');
+    EXPECT_EQ(drawTree(branch("r", "1", {branch(label, "two three four"), branch("b")}),
+                       Paint(false, 28)),
+              "r  1\n"
+              "├─ xxxxxxxxxxxxxxxxxxxx\n"
+              "│     two three four\n"
+              "└─ b\n");
+}
+
 TEST(Tree, AlignsColouredLabels) {
     const Branch tree{"r", Tone::plain, "1", {{"e", Tone::element, "2"}}};
     EXPECT_EQ(drawTree(tree, Paint(true)),

@@ -126,7 +126,7 @@ TEST(StandardOutput, ThatIsNoLongerReadIsAQuietError) {
     const ToolRun dump =
         runTool({"dump", "layout", "--root", root.path()}, {.outputTo = OutputTo::closedPipe});
     EXPECT_EQ(dump.status, 3);
-    EXPECT_THAT(dump.errors, Not(HasSubstr("ygconfig: ")));
+    EXPECT_THAT(dump.errors, Not(HasSubstr("ygconfig: standard output")));
 }
 
 }  // namespace

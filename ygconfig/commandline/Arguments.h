@@ -21,6 +21,7 @@ struct Arguments {
     std::string root = ".";            ///< --root
     std::optional<std::string> right;  ///< --right
     std::string color = "auto";        ///< --color: "always", "never" or "auto"
+    bool log = false;                  ///< --log, of drawings
 
     std::optional<std::string> style;  ///< --style, the main style file
     std::optional<std::string> tab;    ///< --tab, the tab style file

@@ -36,6 +36,8 @@ void add(const Command& command, CLI::App& program, CommandLine& line) {
     app->require_subcommand(command.run ? 0 : 1, 1);
     if (command.declare)
         command.declare(*app, line.arguments);
+    if (command.draws)
+        declareFlag(*app, "--log", line.arguments.log, "print the library's log on standard error");
     declareCommon(*app, line.arguments);
     app->callback([&] {
         if (!line.command)  // of "show layout", not of "show"

@@ -59,6 +59,12 @@ Answer nothingShownWithoutPath(std::string_view fileName) {
     return {"", ExitCode::noAnswer, "ygconfig: there is no path for '" + printable(fileName) + "'"};
 }
 
+Answer nothingFoundWithoutPath(std::string_view fileName) {
+    Answer answer = jsonAnswer(nullptr);
+    answer.complaint = nothingShownWithoutPath(fileName).complaint;
+    return answer;
+}
+
 Answer nothingStoredWithoutPath(std::string_view fileName) {
     Answer answer = jsonAnswer(nullptr);
     answer.complaint =

@@ -3,6 +3,7 @@
 // The table of commands. A new command is a function and a row in the source of its subject.
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -11,13 +12,20 @@
 
 #include "ygconfig/Answer.h"
 #include "ygconfig/commandline/Arguments.h"
+#include "ygconfig/drawing/Paint.h"
+#include "ygconfig/files/UnreadableFiles.h"
 
 namespace yg::tool {
 
 /// What a command works with. The host of the root folder is installed while it runs.
 struct Session {
     Arguments arguments;
-    bool colour = false;  ///< text for people may have colours
+    bool colour = false;                 ///< text for people may have colours
+    std::size_t columns = usualColumns;  ///< how wide it may be
+    /// For loaders, as long as they live; what it gets is named beside the answer.
+    UnreadableFiles* unreadable = nullptr;
+
+    Paint paint() const { return {colour, columns}; }
 };
 
 struct Command {
@@ -28,6 +36,8 @@ struct Command {
     void (*declare)(CLI::App& app, Arguments& arguments);  ///< what it takes; null for nothing
     Answer (*run)(const Session& session);  ///< null when a further word has to be given
     bool needsHost = true;  ///< otherwise it works with a root whose host.json cannot be used
+    /// It draws for people: lines of the library's log are left out unless --log asks for them.
+    bool draws = false;
 };
 
 /// All commands, each behind those whose words it begins with.
@@ -47,6 +57,7 @@ std::span<const Command> checkDeliveryCommands();
 
 /// What a command answers when the host has no path for a file of this name.
 Answer nothingShownWithoutPath(std::string_view fileName);
+Answer nothingFoundWithoutPath(std::string_view fileName);
 Answer nothingStoredWithoutPath(std::string_view fileName);
 
 /// The findings as text; exit status 1 when there is an error among them.

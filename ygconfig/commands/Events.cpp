@@ -4,9 +4,9 @@
 
 #include "YGConfigManager/events/YGEventLoader.h"
 
+#include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
 #include "ygconfig/drawing/EventsView.h"
-#include "ygconfig/files/UnreadableFiles.h"
 #include "ygconfig/json/Json.h"
 
 namespace yg::tool {
@@ -31,35 +31,45 @@ void declareEventName(CLI::App& app, Arguments& arguments) {
 }
 
 /// A loader that has read the file of the root folder, or that of the option; never null.
-std::shared_ptr<YGEventLoader> loadEvents(const Arguments& arguments,
-                                          DiagnosticsSink* sink = nullptr) {
+std::shared_ptr<YGEventLoader> loadEvents(const Session& session) {
+    const Arguments& arguments = session.arguments;
     auto loader = YGEventLoader::initWithEventConfigPath(
-        arguments.events ? *arguments.events : arguments.inRoot("config/events.xml"), sink);
+        arguments.events ? *arguments.events : arguments.inRoot("config/events.xml"),
+        session.unreadable);
     return loader ? loader : throw std::bad_alloc();
 }
 
 Answer dumpEvents(const Session& session) {
-    return jsonAnswer(loadEvents(session.arguments));
+    return jsonAnswer(loadEvents(session));
 }
 
 Answer showEvents(const Session& session) {
-    UnreadableFiles unreadable;
-    const auto loader = loadEvents(session.arguments, &unreadable);
-    return {[loader, colour = session.colour](Output& output) {
-                EventsView(*loader, colour).events(output);
-            },
-            ExitCode::answer, unreadable.complaint()};
+    return {[loader = loadEvents(session), paint = session.paint()](Output& output) {
+        EventsView(*loader, paint).events(output);
+    }};
 }
 
 Answer findCommand(const Session& session) {
-    const auto loader = loadEvents(session.arguments);
-    return jsonAnswer(loader->commandByName(session.arguments.name));
+    const std::string& name = session.arguments.name;
+    const auto loader = loadEvents(session);
+    Answer answer = jsonAnswer(loader->commandByName(name));
+    if (answer.exitCode != ExitCode::answer)
+        answer.complaint = nothingNamed("command", name, namesIn(loader->commandDatas()));
+    return answer;
 }
 
 Answer findEvent(const Session& session) {
     const Arguments& arguments = session.arguments;
-    const auto loader = loadEvents(arguments);
-    return jsonAnswer(loader->eventByName(arguments.group, arguments.name));
+    const auto loader = loadEvents(session);
+    Answer answer = jsonAnswer(loader->eventByName(arguments.group, arguments.name));
+    if (answer.exitCode == ExitCode::answer)
+        return answer;
+    const EventGroupMap& groups = loader->elementEventDatas();
+    const EventMap* const group = groups.find(arguments.group);
+    answer.complaint = group ? nothingNamed("event", arguments.name, namesIn(*group),
+                                            " in group " + inQuotes(arguments.group))
+                             : nothingNamed("event group", arguments.group, namesIn(groups));
+    return answer;
 }
 
 constexpr Command table[] = {
@@ -70,7 +80,7 @@ constexpr Command table[] = {
 
     {"show events", "all event groups, event templates and commands, as trees",
      "  ygconfig show events --root examples/terminal | less\n", eventsLegend, declareEvents,
-     showEvents},
+     showEvents, true, true},
 
     {"command", "one command of the event file, as JSON; null if there is none",
      "  ygconfig command open_index_page --root examples/terminal\n", "", declareCommandName,

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <memory>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 
-#include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
 #include "ygconfig/drawing/Display.h"
 #include "ygconfig/drawing/LayoutView.h"
-#include "ygconfig/files/UnreadableFiles.h"
+#include "ygconfig/files/PageFaults.h"
 #include "ygconfig/json/Json.h"
 
 namespace yg {
@@ -46,8 +45,7 @@ void declareStyle(CLI::App& app, Arguments& arguments) {
 }
 
 /// A loader that has read the files of the root folder, or those of the options; never null.
-std::shared_ptr<YGStyleConfigLoad> loadLayout(const Arguments& arguments,
-                                              DiagnosticsSink* sink = nullptr) {
+std::shared_ptr<YGStyleConfigLoad> loadLayout(const Arguments& arguments, DiagnosticsSink* sink) {
     const auto path = [&](const std::optional<std::string>& given, std::string_view otherwise) {
         return given ? *given : arguments.inRoot(otherwise);
     };
@@ -59,32 +57,23 @@ std::shared_ptr<YGStyleConfigLoad> loadLayout(const Arguments& arguments,
 }
 
 Answer dumpLayout(const Session& session) {
-    return jsonAnswer(loadLayout(session.arguments));
+    return jsonAnswer(loadLayout(session.arguments, session.unreadable));
 }
 
 Answer dumpStyle(const Session& session) {
-    const auto loader = loadLayout(session.arguments);
-    return jsonAnswer(loader->loadStyleConfigInfoWithName(session.arguments.name));
+    const std::string& name = session.arguments.name;
+    PageFaults faults(name, *session.unreadable);
+    const auto loader = loadLayout(session.arguments, &faults);
+    Answer answer = jsonAnswer(loader->loadStyleConfigInfoWithName(name));
+    answer.complaint = faults.complaint(*loader, answer.exitCode == ExitCode::answer);
+    return answer;
 }
 
 Answer showLayout(const Session& session) {
-    // The sink must live as long as the loader.
-    const auto unreadable = std::make_shared<UnreadableFiles>();
-    const auto loader = loadLayout(session.arguments, unreadable.get());
-    return {[unreadable, loader, colour = session.colour](Output& output) {
-                LayoutView(*loader, colour).layout(output);
-            },
-            ExitCode::answer, unreadable->complaint()};
-}
-
-Answer noStyle(const YGStyleConfigLoad& loader, const std::string& name) {
-    std::vector<std::string> known;
-    if (loader.styleInfos()) {
-        for (const auto& [styleName, style] : *loader.styleInfos())
-            known.push_back(styleName);
-    }
-    return {"", ExitCode::noAnswer,
-            "ygconfig: no style '" + printable(name) + "'" + suggestion(name, known)};
+    const auto loader = loadLayout(session.arguments, session.unreadable);
+    return {[loader, paint = session.paint()](Output& output) {
+        LayoutView(*loader, paint).layout(output);
+    }};
 }
 
 /// What stands beside the name of a style.
@@ -96,13 +85,16 @@ std::string noteOn(const YGStyleConfigLoad& loader, const std::string& name) {
 
 Answer showStyle(const Session& session) {
     const std::string& name = session.arguments.name;
-    const auto loader = loadLayout(session.arguments);
+    // The sink must live as long as the loader.
+    const auto faults = std::make_shared<PageFaults>(name, *session.unreadable);
+    const auto loader = loadLayout(session.arguments, faults.get());
     const auto style = loader->loadStyleConfigInfoWithName(name);
+    std::string complaint = faults->complaint(*loader, static_cast<bool>(style));
     if (!style)
-        return noStyle(*loader, name);
-    return {[loader, style, note = noteOn(*loader, name), colour = session.colour](Output& output) {
-        LayoutView(*loader, colour).style(*style, note, output);
-    }};
+        return {"", ExitCode::noAnswer, std::move(complaint)};
+    return {[faults, loader, style, note = noteOn(*loader, name), paint = session.paint()](
+                Output& output) { LayoutView(*loader, paint).style(*style, note, output); },
+            ExitCode::answer, std::move(complaint)};
 }
 
 constexpr Command table[] = {
@@ -121,16 +113,17 @@ constexpr Command table[] = {
      "  ygconfig show --root examples/terminal\n"
      "  ygconfig show style 市场总览 --root examples/terminal\n"
      "  ygconfig show events --root examples/terminal | less\n",
-     "Without a subcommand it does the same as 'show layout'.\n", declareLayout, showLayout},
+     "Without a subcommand it does the same as 'show layout'.\n", declareLayout, showLayout, true,
+     true},
 
     {"show layout", "all styles, tab styles and magic panels, as trees",
      "  ygconfig show layout --root examples/terminal | less\n", layoutLegend, declareLayout,
-     showLayout},
+     showLayout, true, true},
 
     {"show style", "one style, stored or custom, as a tree with all that is in it",
      "  ygconfig show style 行情报价 --root examples/terminal\n"
      "  ygconfig show style quote-SH990001-depth --root examples/terminal\n",
-     layoutLegend, declareStyle, showStyle},
+     layoutLegend, declareStyle, showStyle, true, true},
 };
 
 }  // namespace

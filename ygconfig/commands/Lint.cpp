@@ -14,7 +14,6 @@
 #include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
 #include "ygconfig/drawing/Display.h"
-#include "ygconfig/drawing/Terminal.h"
 #include "ygconfig/files/Input.h"
 #include "ygconfig/files/WriteOutput.h"
 #include "ygconfig/lint/Baseline.h"
@@ -53,7 +52,7 @@ std::optional<Severity> severityNamed(std::string_view name) {
 Answer showRules(const Session& session) {
     const Arguments& arguments = session.arguments;
     const bool isJson = arguments.format == "json";
-    const Paint paint(session.colour);
+    const Paint paint = session.paint();
     if (!isJson && arguments.format != "text")
         return unusable("--rules and --rule print text or json");
     if (!arguments.rule)
@@ -66,7 +65,7 @@ Answer showRules(const Session& session) {
         return unusable(printable("there is no rule '" + *arguments.rule + "'" +
                                   suggestion(*arguments.rule, names)));
     }
-    return isJson ? explainRuleAsJson(*rule) : explainRule(*rule, paint, terminalWidth());
+    return isJson ? explainRuleAsJson(*rule) : explainRule(*rule, paint, session.columns);
 }
 
 std::string baselinePathOf(const Arguments& arguments) {
@@ -117,7 +116,7 @@ Answer shown(const Session& session, LintReport found) {
     const auto report = std::make_shared<const LintReport>(std::move(found));
     const std::string& format = session.arguments.format;
     if (format == "text")
-        return {[report, paint = Paint(session.colour), width = terminalWidth()](Output& output) {
+        return {[report, paint = session.paint(), width = session.columns](Output& output) {
                     writeText(*report, paint, width, output);
                 },
                 exitCode};

@@ -8,10 +8,10 @@
 
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 
+#include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
 #include "ygconfig/drawing/Display.h"
 #include "ygconfig/drawing/PaletteView.h"
-#include "ygconfig/files/UnreadableFiles.h"
 #include "ygconfig/files/WriteOutput.h"
 #include "ygconfig/json/Json.h"
 
@@ -46,36 +46,65 @@ void declareImage(CLI::App& app, Arguments& arguments) {
 }
 
 /// A loader of the theme asked for; null when its palette cannot be loaded.
-std::shared_ptr<YGPaletteLoad> loadPalette(const Arguments& arguments) {
-    return YGPaletteLoad::initWithPaletteStyle(arguments.paletteStyle.value_or(0));
+std::shared_ptr<YGPaletteLoad> loadPalette(const Session& session) {
+    return YGPaletteLoad::initWithPaletteStyle(session.arguments.paletteStyle.value_or(0),
+                                               session.unreadable);
+}
+
+/// Without a loader: what UnreadableFiles has not said, "" when it has.
+Answer noPalette(const Session& session) {
+    Answer answer = jsonAnswer(nullptr);
+    const int style = session.arguments.paletteStyle.value_or(0);
+    if (style != 0 && style != 1)
+        answer.complaint =
+            "ygconfig: no theme " + std::to_string(style) + "; 0 is light, 1 is dark";
+    return answer;
 }
 
 Answer dumpPalette(const Session& session) {
-    return jsonAnswer(loadPalette(session.arguments));
+    const auto loader = loadPalette(session);
+    return loader ? jsonAnswer(loader) : noPalette(session);
 }
 
 Answer showPalette(const Session& session) {
-    UnreadableFiles unreadable;
-    const auto light = YGPaletteLoad::initWithPaletteStyle(0, &unreadable);
-    const auto dark = YGPaletteLoad::initWithPaletteStyle(1, &unreadable);
-    if (!light && !dark) {
-        std::string complaint = unreadable.complaint();
-        complaint += complaint.empty() ? "" : "\n";
-        return {"", ExitCode::noAnswer, complaint + "ygconfig: no palette can be loaded"};
-    }
-    return {PaletteView(light.get(), dark.get(), session.colour).palettes(), ExitCode::answer,
-            unreadable.complaint()};
+    const auto light = YGPaletteLoad::initWithPaletteStyle(0, session.unreadable);
+    const auto dark = YGPaletteLoad::initWithPaletteStyle(1, session.unreadable);
+    if (!light && !dark)
+        return {"", ExitCode::noAnswer, "ygconfig: no palette can be loaded"};
+    return {PaletteView(light.get(), dark.get(), session.paint()).palettes()};
+}
+
+/// Why a key shows a substitute: it is not in the map, or what it names is not in `values`; ""
+/// when it shows its own.
+template <class Value>
+std::string substituted(const std::string& kind, const std::string& key,
+                        const RecordMap<std::string>& keys, const RecordMap<Value>& values) {
+    const std::string* const name = keys.find(key);
+    if (!name)
+        return nothingNamed(kind + " key", key, namesIn(keys));
+    return values.contains(*name) ? ""
+                                  : nothingNamed(kind, *name, namesIn(values),
+                                                 ", which key " + inQuotes(key) + " names");
 }
 
 Answer findColor(const Session& session) {
-    const auto loader = loadPalette(session.arguments);
-    return loader ? jsonAnswer(loader->getCustomColor(session.arguments.name))
-                  : jsonAnswer(nullptr);
+    const std::string& key = session.arguments.name;
+    const auto loader = loadPalette(session);
+    if (!loader)
+        return noPalette(session);
+    Answer answer = jsonAnswer(loader->getCustomColor(key));
+    answer.complaint = substituted("color", key, loader->keyColorNames(), loader->customColors());
+    return answer;
 }
 
 Answer findFont(const Session& session) {
-    const auto loader = loadPalette(session.arguments);
-    return loader ? jsonAnswer(loader->getCustomFont(session.arguments.name)) : jsonAnswer(nullptr);
+    const std::string& key = session.arguments.name;
+    const auto loader = loadPalette(session);
+    if (!loader)
+        return noPalette(session);
+    Answer answer = jsonAnswer(loader->getCustomFont(key));
+    answer.complaint = substituted("font", key, loader->keyFontNames(), loader->customFonts());
+    return answer;
 }
 
 /// The image asked for, by the operation of the library that makes it.
@@ -94,11 +123,20 @@ std::optional<Image> imageOf(const YGPaletteLoad& loader, const Arguments& argum
 
 Answer writeImage(const Session& session) {
     const Arguments& arguments = session.arguments;
-    const auto loader = loadPalette(arguments);
-    const auto image = loader ? imageOf(*loader, arguments) : std::nullopt;
+    const auto loader = loadPalette(session);
+    if (!loader)
+        return noPalette(session);
+    const auto image = imageOf(*loader, arguments);
     const auto png = image ? image->toPng() : std::nullopt;
-    if (!png)
-        return jsonAnswer(nullptr);
+    if (!png) {
+        Answer answer = jsonAnswer(nullptr);
+        const auto& images = loader->customImages();
+        answer.complaint = images.contains(arguments.name)
+                               ? "ygconfig: image " + inQuotes(arguments.name) +
+                                     " does not have this piece or size"
+                               : nothingNamed("image", arguments.name, namesIn(images));
+        return answer;
+    }
     if (const std::string error = writeOutput(*arguments.output, *png); !error.empty())
         return {"", ExitCode::failed,
                 "ygconfig image: \"" + printable(*arguments.output) + "\": " + error};
@@ -124,7 +162,7 @@ constexpr Command table[] = {
 
     {"show palette", "the colours, fonts and images of both themes, side by side",
      "  ygconfig show palette --root examples/terminal | less -R\n", paletteLegend, nullptr,
-     showPalette},
+     showPalette, true, true},
 
     {"color", "the colour of an application key, as JSON; red if there is none",
      "  ygconfig color QuoteGrid.名称 --palette-style 1 --root examples/terminal\n", paletteNotes,

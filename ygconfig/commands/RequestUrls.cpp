@@ -8,16 +8,17 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "YGConfigManager/host/Host.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
 
+#include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
 #include "ygconfig/drawing/Display.h"
 #include "ygconfig/drawing/SettingsView.h"
 #include "ygconfig/files/NothingStored.h"
-#include "ygconfig/files/UnreadableFiles.h"
 #include "ygconfig/json/Json.h"
 
 namespace yg::tool {
@@ -79,7 +80,7 @@ std::string refreshIfAsked(YGHttpReqUrlMgr& manager, const Arguments& arguments)
 }
 
 /// A manager that has read the stored list.
-std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(DiagnosticsSink* sink = nullptr) {
+std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(DiagnosticsSink* sink) {
     auto manager = YGHttpReqUrlMgr::make(sink);
     if (!manager)
         throw std::bad_alloc();
@@ -87,30 +88,42 @@ std::shared_ptr<YGHttpReqUrlMgr> loadRequestUrls(DiagnosticsSink* sink = nullptr
     return manager;
 }
 
-Answer dumpRequestUrls(const Session&) {
-    return jsonAnswer(loadRequestUrls()->urlModel());
+Answer dumpRequestUrls(const Session& session) {
+    return jsonAnswer(loadRequestUrls(session.unreadable)->urlModel());
 }
 
 Answer showRequestUrls(const Session& session) {
-    UnreadableFiles unreadable;
-    const auto manager = loadRequestUrls(&unreadable);
+    const auto manager = loadRequestUrls(session.unreadable);
     std::string complaint = refreshIfAsked(*manager, session.arguments);
-    if (complaint.empty())
-        complaint = unreadable.complaint();
     const auto path = session.arguments.withoutRoot(
         YGFrameComFun::getStorageFilePath(1, std::nullopt, "request_urls_json.txt", false));
-    return {SettingsView(session.colour).requestUrls(manager->urlModel(), path.value_or("")),
-            ExitCode::answer, complaint};
+    return {SettingsView(session.paint()).requestUrls(manager->urlModel(), path.value_or("")),
+            ExitCode::answer, std::move(complaint)};
+}
+
+std::string noRequestUrl(const YGHttpReqUrlMgr& manager, const std::string& key) {
+    std::vector<std::string> keys;
+    const auto list = manager.urlModel();
+    if (const auto entries = list ? list->urlConfigs() : nullptr) {
+        for (const auto& entry : *entries) {
+            if (entry->urlKey())
+                keys.push_back(*entry->urlKey());
+        }
+    }
+    return nothingNamed("request URL", key, keys);
 }
 
 Answer findRequestUrl(const Session& session) {
-    NothingStored nothing;
+    const std::string& key = session.arguments.name;
+    NothingStored nothing(session.unreadable);
     const auto manager = loadRequestUrls(&nothing);
     nothing.beginStoring();
     std::string complaint = refreshIfAsked(*manager, session.arguments);
     if (complaint.empty())
         complaint = nothing.complaint();
-    Answer answer = jsonAnswer(manager->httpReqUrlStringWithUrlKey(session.arguments.name));
+    Answer answer = jsonAnswer(manager->httpReqUrlStringWithUrlKey(key));
+    if (answer.exitCode != ExitCode::answer)
+        addLine(complaint, noRequestUrl(*manager, key));
     answer.complaint = std::move(complaint);
     return answer;
 }
@@ -131,7 +144,7 @@ constexpr Command table[] = {
     {"show request-urls", "the addresses of HTTP services by key",
      "  ygconfig show request-urls --root examples/terminal\n"
      "  ygconfig show request-urls --root examples/terminal --refresh\n",
-     urlsLegend, declareRefresh, showRequestUrls},
+     urlsLegend, declareRefresh, showRequestUrls, true, true},
 
     {"request-url", "the address of an HTTP service, as a JSON string; null if there is none",
      "  ygconfig request-url quote_snapshot --root examples/terminal\n"

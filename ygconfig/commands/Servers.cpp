@@ -13,7 +13,6 @@
 #include "ygconfig/drawing/ServersView.h"
 #include "ygconfig/files/Input.h"
 #include "ygconfig/files/NothingStored.h"
-#include "ygconfig/files/UnreadableFiles.h"
 #include "ygconfig/json/Json.h"
 
 namespace yg::tool {
@@ -32,13 +31,12 @@ void declareDelivery(CLI::App& app, Arguments& arguments) {
 
 /// A loader that has read the file for the user's right level; null when the host has no path for
 /// it.
-std::shared_ptr<YGServerCfgLoader> loadServers(const Arguments& arguments,
-                                               DiagnosticsSink* sink = nullptr) {
+std::shared_ptr<YGServerCfgLoader> loadServers(const Arguments& arguments, DiagnosticsSink* sink) {
     return YGServerCfgLoader::initWithIsGray(arguments.gray, sink);
 }
 
 Answer dumpServers(const Session& session) {
-    const auto loader = loadServers(session.arguments);
+    const auto loader = loadServers(session.arguments, session.unreadable);
     if (!loader)
         return jsonAnswer(nullptr);
     const auto path = session.arguments.withoutRoot(loader->configPath());
@@ -56,13 +54,11 @@ Answer dumpServers(const Session& session) {
 }
 
 Answer showServers(const Session& session) {
-    UnreadableFiles unreadable;
-    const auto loader = loadServers(session.arguments, &unreadable);
+    const auto loader = loadServers(session.arguments, session.unreadable);
     if (!loader)
         return {"", ExitCode::noAnswer, "ygconfig: there is no path for the server file"};
     const auto shownPath = session.arguments.withoutRoot(loader->configPath());
-    return {ServersView(*loader, session.colour).servers(shownPath.value_or("")), ExitCode::answer,
-            unreadable.complaint()};
+    return {ServersView(*loader, session.paint()).servers(shownPath.value_or(""))};
 }
 
 Answer deliverServers(const Session& session) {
@@ -104,7 +100,7 @@ constexpr Command table[] = {
     {"show servers", "the servers of each type and the chances of their addresses, as trees",
      "  ygconfig show servers --root examples/terminal\n"
      "  ygconfig show servers --root examples/terminal --right l2 --gray\n",
-     serversLegend, declareServers, showServers},
+     serversLegend, declareServers, showServers, true, true},
 
     {"servers deliver", "applies a server file and keeps it as the user's own; true or false",
      "  ygconfig servers deliver new.xml 900150983cd24fb0d6963f7d28e17f72 --root "

@@ -1,17 +1,40 @@
 // SPDX-License-Identifier: MIT
 #include <memory>
+#include <optional>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGReadonlyAppConfigManager.h"
 
+#include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
 #include "ygconfig/drawing/SettingsView.h"
+#include "ygconfig/files/DroppedNodes.h"
 #include "ygconfig/files/NothingStored.h"
-#include "ygconfig/files/UnreadableFiles.h"
 #include "ygconfig/json/Json.h"
 
-namespace yg::tool {
+namespace yg {
+
+namespace tool {
+
+struct SettingsItem {
+    std::string text;
+    std::optional<std::string> description;
+};
+
+}  // namespace tool
+
+template <>
+struct Description<tool::SettingsItem> {
+    static constexpr std::tuple fields{
+        Field{"text", &tool::SettingsItem::text},
+        Field{"description", &tool::SettingsItem::description},
+    };
+};
+
+namespace tool {
 
 namespace {
 
@@ -34,12 +57,57 @@ void declareFile(CLI::App& app, Arguments& arguments) {
                 "a settings file's name; app_config.xml if not given");
 }
 
+using Items = RecordMap<SettingsItem>;
+
+/// A store that only reads, and what it holds.
+struct Store {
+    Store(const std::string& file, UnreadableFiles& unreadable)
+        : dropped(unreadable),
+          store(YGReadonlyAppConfigManager::initWithFileName(file, &dropped)) {}
+
+    /// The items that count, by section; only when there is a store.
+    RecordMap<Items> sections() const {
+        RecordMap<Items> sections;
+        const xml::Document file = store->docment();
+        const xml::Element root = file.root();
+        if (!root || dropped.contains(root))
+            return sections;
+        for (const xml::Node& child : root.children()) {
+            if (!child.isElement() || dropped.contains(child))
+                continue;
+            const std::string name(child.name());
+            Items items = sections.contains(name) ? *sections.find(name) : Items();
+            for (const xml::Node& grandchild : xml::Element(child).children()) {
+                if (!grandchild.isElement() || dropped.contains(grandchild))
+                    continue;
+                SettingsItem item{grandchild.stringValue(), std::nullopt};
+                if (const auto description = xml::Element(grandchild).attribute("description"))
+                    item.description = *description;
+                items.set(std::string(grandchild.name()), std::move(item));
+            }
+            sections.set(name, std::move(items));
+        }
+        return sections;
+    }
+
+    DroppedNodes dropped;
+    std::shared_ptr<YGReadonlyAppConfigManager> store;  ///< null without a path
+};
+
 Answer getSetting(const Session& session) {
     const Arguments& arguments = session.arguments;
-    const auto store = YGReadonlyAppConfigManager::initWithFileName(arguments.file);
-    if (!store)
-        return jsonAnswer(nullptr);
-    return jsonAnswer(store->getItemText(arguments.section, arguments.item));
+    const Store file(arguments.file, *session.unreadable);
+    if (!file.store)
+        return nothingFoundWithoutPath(arguments.file);
+    Answer answer = jsonAnswer(file.store->getItemText(arguments.section, arguments.item));
+    if (answer.exitCode == ExitCode::answer)
+        return answer;
+    const RecordMap<Items> sections = file.sections();
+    const Items* const section = sections.find(arguments.section);
+    answer.complaint = section ? nothingNamed("item", arguments.item, namesIn(*section),
+                                              " in section " + inQuotes(arguments.section))
+                               : nothingNamed("section", arguments.section, namesIn(sections));
+    return answer;
 }
 
 Answer setSetting(const Session& session) {
@@ -60,17 +128,25 @@ Answer setSetting(const Session& session) {
     return answer;
 }
 
+std::string fileOf(const Arguments& arguments) {
+    return arguments.key.value_or("app_config.xml");
+}
+
+Answer dumpSettings(const Session& session) {
+    const std::string name = fileOf(session.arguments);
+    const Store file(name, *session.unreadable);
+    return file.store ? jsonAnswer(file.sections()) : nothingFoundWithoutPath(name);
+}
+
 Answer showSettings(const Session& session) {
-    UnreadableFiles unreadable;
-    const std::string file = session.arguments.key.value_or("app_config.xml");
-    DroppedNodes dropped(unreadable);
-    const auto store = YGReadonlyAppConfigManager::initWithFileName(file, &dropped);
-    if (!store)
-        return nothingShownWithoutPath(file);
+    const std::string name = fileOf(session.arguments);
+    const Store file(name, *session.unreadable);
+    if (!file.store)
+        return nothingShownWithoutPath(name);
     const auto path =
-        session.arguments.withoutRoot(YGReadonlyAppConfigManager::getFilePath(file, false));
-    return {SettingsView(session.colour).settings(store->docment(), dropped, path.value_or("")),
-            ExitCode::answer, unreadable.complaint()};
+        session.arguments.withoutRoot(YGReadonlyAppConfigManager::getFilePath(name, false));
+    return {SettingsView(session.paint())
+                .settings(file.store->docment(), file.dropped, path.value_or(""))};
 }
 
 constexpr std::string_view settingsNotes =
@@ -98,9 +174,17 @@ constexpr Command table[] = {
      "  ygconfig settings set app_config.xml chart grid true --description 'lines behind charts'\n",
      settingsNotes, declareItemText, setSetting},
 
+    {"dump settings", "the application's settings, as JSON",
+     "  ygconfig dump settings --root examples/terminal\n",
+     "One object: the sections in the order of the file, in each its items, and of each item its\n"
+     "text and its description, null if it has none. Of several items of one name the first "
+     "counts;\n"
+     "sections of one name are one. Without a readable file it is empty.\n",
+     declareFile, dumpSettings},
+
     {"show settings", "the application's settings, as trees",
      "  ygconfig show settings --root examples/terminal\n", settingsLegend, declareFile,
-     showSettings},
+     showSettings, true, true},
 };
 
 }  // namespace
@@ -109,4 +193,6 @@ std::span<const Command> settingsCommands() {
     return table;
 }
 
-}  // namespace yg::tool
+}  // namespace tool
+
+}  // namespace yg

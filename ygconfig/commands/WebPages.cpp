@@ -4,12 +4,13 @@
 
 #include "YGConfigManager/settings/YGWebPageUrlConfig.h"
 
+#include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
 #include "ygconfig/drawing/Display.h"
 #include "ygconfig/drawing/SettingsView.h"
+#include "ygconfig/files/DroppedNodes.h"
 #include "ygconfig/files/Input.h"
 #include "ygconfig/files/NothingStored.h"
-#include "ygconfig/files/UnreadableFiles.h"
 #include "ygconfig/json/Json.h"
 
 namespace yg::tool {
@@ -27,42 +28,78 @@ void declareFile(CLI::App& app, Arguments& arguments) {
     declareText(app, "[FILE]", "", arguments.key, "a table's name; web_page_urls.xml if not given");
 }
 
+/// The addresses that count, by key.
+RecordMap<std::string> addressesOf(const YGWebPageUrlConfig& table, const DroppedNodes& dropped) {
+    RecordMap<std::string> addresses;
+    const xml::Document file = table.docment();
+    if (const xml::Element root = file.root(); root && !dropped.contains(root)) {
+        for (const xml::Node& child : root.children()) {
+            if (child.isElement() && !dropped.contains(child))
+                addresses.set(xml::Element(child).attribute("key").value_or(""),
+                              child.stringValue());
+        }
+    }
+    return addresses;
+}
+
+Answer lookUpWebPage(const Session& session) {
+    const std::string& key = *session.arguments.key;
+    DroppedNodes dropped(*session.unreadable);
+    const auto table = YGWebPageUrlConfig::initWithFileName(session.arguments.file, &dropped);
+    if (!table)
+        return nothingFoundWithoutPath(session.arguments.file);
+    const std::string address = table->getWebPageUrlByKey(key);
+    Answer answer = jsonAnswer(address);
+    // A key with an apostrophe may find an address without being one of the keys.
+    const auto known = addressesOf(*table, dropped);
+    if (address == "about:blank" && !known.contains(key))
+        answer.complaint = nothingNamed("web page", key, namesIn(known));
+    return answer;
+}
+
+Answer replaceWebPages(const Session& session) {
+    const std::string& path = *session.arguments.replacement;
+    std::string table;
+    if (const int error = readInput(path, table); error != 0)
+        return {"", ExitCode::unusable,
+                "ygconfig web-page: \"" + printable(path) + "\": " + std::strerror(error)};
+    NothingStored nothing(path == "-" ? "standard input" : path);
+    const auto config = YGWebPageUrlConfig::initWithFileName(session.arguments.file, &nothing);
+    if (!config)
+        return nothingStoredWithoutPath(session.arguments.file);
+    Answer answer = jsonAnswer(config->replaceDataFromServer(table));
+    answer.complaint = nothing.complaint();
+    return answer;
+}
+
 Answer findWebPage(const Session& session) {
     const Arguments& arguments = session.arguments;
     if (arguments.key.has_value() == arguments.replacement.has_value())
         return {"", ExitCode::unusable,
                 arguments.key ? "ygconfig web-page: KEY and --replace cannot be combined"
                               : "ygconfig web-page: KEY or --replace is required"};
-    std::string table;
-    if (arguments.replacement) {
-        if (const int error = readInput(*arguments.replacement, table); error != 0)
-            return {"", ExitCode::unusable,
-                    "ygconfig web-page: \"" + printable(*arguments.replacement) +
-                        "\": " + std::strerror(error)};
-    }
-    NothingStored nothing(arguments.replacement == "-" ? "standard input"
-                                                       : arguments.replacement.value_or(""));
-    const auto config = YGWebPageUrlConfig::initWithFileName(arguments.file, &nothing);
-    if (!config)
-        return arguments.replacement ? nothingStoredWithoutPath(arguments.file)
-                                     : jsonAnswer(nullptr);
-    if (!arguments.replacement)
-        return jsonAnswer(config->getWebPageUrlByKey(arguments.key));
-    Answer answer = jsonAnswer(config->replaceDataFromServer(table));
-    answer.complaint = nothing.complaint();
-    return answer;
+    return arguments.key ? lookUpWebPage(session) : replaceWebPages(session);
+}
+
+std::string fileOf(const Arguments& arguments) {
+    return arguments.key.value_or("web_page_urls.xml");
+}
+
+Answer dumpWebPages(const Session& session) {
+    const std::string file = fileOf(session.arguments);
+    DroppedNodes dropped(*session.unreadable);
+    const auto table = YGWebPageUrlConfig::initWithFileName(file, &dropped);
+    return table ? jsonAnswer(addressesOf(*table, dropped)) : nothingFoundWithoutPath(file);
 }
 
 Answer showWebPages(const Session& session) {
-    UnreadableFiles unreadable;
-    const std::string file = session.arguments.key.value_or("web_page_urls.xml");
-    DroppedNodes dropped(unreadable);
+    const std::string file = fileOf(session.arguments);
+    DroppedNodes dropped(*session.unreadable);
     const auto table = YGWebPageUrlConfig::initWithFileName(file, &dropped);
     if (!table)
         return nothingShownWithoutPath(file);
     const auto path = session.arguments.withoutRoot(YGWebPageUrlConfig::getFilePath(file, false));
-    return {SettingsView(session.colour).webPages(table->docment(), dropped, path.value_or("")),
-            ExitCode::answer, unreadable.complaint()};
+    return {SettingsView(session.paint()).webPages(table->docment(), dropped, path.value_or(""))};
 }
 
 constexpr std::string_view webPageNotes =
@@ -78,8 +115,16 @@ constexpr Command table[] = {
      "  ygconfig web-page web_page_urls.xml --replace new.xml --root examples/terminal\n",
      webPageNotes, declareWebPage, findWebPage},
 
+    {"dump web-pages", "the addresses of web pages, as JSON",
+     "  ygconfig dump web-pages --root examples/terminal\n",
+     "One object: the keys in the order of the file, each with its address. Of several entries of "
+     "a\n"
+     "key the first counts. Without a readable table it is empty.\n",
+     declareFile, dumpWebPages},
+
     {"show web-pages", "the addresses of web pages by key",
-     "  ygconfig show web-pages --root examples/terminal\n", urlsLegend, declareFile, showWebPages},
+     "  ygconfig show web-pages --root examples/terminal\n", urlsLegend, declareFile, showWebPages,
+     true, true},
 };
 
 }  // namespace

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/drawing/Details.h"
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
+#include <utility>
 
 #include "ygconfig/drawing/Display.h"
 
@@ -10,6 +13,13 @@ namespace yg::tool {
 namespace {
 
 constexpr std::string_view between = "  ";
+
+/// A name that cannot be taken for several.
+std::string nameInList(std::string_view name) {
+    const std::string shown = printable(name);
+    return name.empty() || name.find_first_of(",\"") != std::string_view::npos ? '"' + shown + '"'
+                                                                               : shown;
+}
 
 }  // namespace
 
@@ -21,24 +31,19 @@ std::string nameOr(const std::optional<std::string>& name, std::string_view othe
     return name ? quotedIfEmpty(*name) : std::string(otherwise);
 }
 
-std::string joined(std::string_view left, std::string_view right) {
-    std::string both(left);
-    if (!left.empty() && !right.empty())
-        both += between;
-    return both.append(right);
-}
-
 void Details::add(std::string_view item) {
-    if (item.empty())
-        return;
-    if (!text_.empty())
-        text_ += between;
-    text_ += item;
+    if (!item.empty())
+        items_.emplace_back(item);
 }
 
 void Details::addIf(bool isSet, std::string_view item) {
     if (isSet)
         add(item);
+}
+
+void Details::append(Details items) {
+    items_.insert(items_.end(), std::make_move_iterator(items.items_.begin()),
+                  std::make_move_iterator(items.items_.end()));
 }
 
 void Details::add(std::string_view word, const std::optional<std::string>& text) {
@@ -51,7 +56,7 @@ void Details::add(std::string_view word, const std::shared_ptr<std::vector<std::
         return;
     std::string list(word);
     for (const std::string& name : *names)
-        list += (&name == &names->front() ? " " : ", ") + quotedIfEmpty(name);
+        list += (&name == &names->front() ? " " : ", ") + nameInList(name);
     add(list);
 }
 
@@ -61,6 +66,42 @@ void Details::add(std::string_view word, float number, float byDefault) {
     char digits[32];
     const auto end = std::to_chars(digits, digits + sizeof digits, number);
     add(std::string(word) + " " + std::string(digits, end.ptr));
+}
+
+std::size_t Details::width() const {
+    std::size_t width = items_.empty() ? 0 : (items_.size() - 1) * between.size();
+    for (const std::string& item : items_)
+        width += shownWidth(item);
+    return width;
+}
+
+std::vector<std::string> Details::lines(std::size_t columns) const {
+    std::vector<std::string> lines;
+    std::size_t taken = 0;
+    for (const std::string& item : items_) {
+        const std::size_t width = shownWidth(item);
+        if (!lines.empty() && taken + between.size() + width <= columns) {
+            lines.back().append(between).append(item);
+            taken += between.size() + width;
+            continue;
+        }
+        std::ranges::move(folded(item, columns), std::back_inserter(lines));
+        taken = shownWidth(lines.back());
+    }
+    return lines;
+}
+
+std::string headed(std::string_view title, const Details& details, const Paint& paint) {
+    const std::size_t indent = displayWidth(title) + between.size();
+    std::string text = paint(Tone::heading, title);
+    std::string_view before = between;
+    const std::string below = '\n' + std::string(indent, ' ');
+    for (const std::string& line :
+         details.lines(paint.columns() - std::min(paint.columns(), indent))) {
+        text.append(before).append(line);
+        before = below;
+    }
+    return text + '\n';
 }
 
 }  // namespace yg::tool

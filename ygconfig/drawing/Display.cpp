@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <clocale>
 #include <cwchar>
+#include <utility>
 
 #include "YGConfigManager/text/Controls.h"
 
@@ -42,6 +43,60 @@ void append(std::string& out, wchar_t character) {
     const std::size_t length = std::wcrtomb(bytes, character, &state);
     if (length != static_cast<std::size_t>(-1))
         out.append(bytes, length);
+}
+
+constexpr char escapeMark = '\x1b';
+constexpr std::string_view endOfColour = "\x1b[0m";
+
+/// How many bytes switch colours at the beginning of the text.
+std::size_t sizeOfColour(std::string_view text) {
+    if (text.empty() || text.front() != escapeMark)
+        return 0;
+    const std::size_t end = text.find('m');
+    return end == std::string_view::npos ? text.size() : end + 1;
+}
+
+bool isInsideCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+/// Where a line ends, and the colour there; "" for none.
+struct Cut {
+    std::size_t size = 0;
+    std::string_view colour = {};
+};
+
+/// What of the text fits into a line; at least a character. `colour` is the one at its beginning.
+Cut lineOf(std::string_view text, std::size_t columns, std::string_view colour) {
+    Cut at{0, colour};
+    Cut blank;
+    Cut mark;
+    std::size_t width = 0;
+    bool isBegun = false;
+    while (at.size < text.size()) {
+        const char first = text[at.size];
+        if (first == escapeMark) {
+            const std::size_t size = sizeOfColour(text.substr(at.size));
+            const std::string_view code = text.substr(at.size, size);
+            at.colour = code == endOfColour ? "" : code;
+            at.size += size;
+            continue;
+        }
+        std::size_t size = 1;
+        while (at.size + size < text.size() && isInsideCharacter(text[at.size + size]))
+            ++size;
+        width += size == 1 ? 1 : displayWidth(text.substr(at.size, size));
+        // A blank may stand behind the end, where it does not show.
+        if (isBegun && width > columns && first != ' ')
+            return blank.size > 0 ? blank : mark.size > 0 ? mark : at;
+        isBegun = true;
+        at.size += size;
+        if (first == ' ')
+            blank = at;
+        else if (first == ',' || first == ';' || first == '/' || first == '|' || first == '&')
+            mark = at;
+    }
+    return at;
 }
 
 }  // namespace
@@ -86,6 +141,36 @@ std::size_t displayWidth(std::string_view text) {
         width += columns < 0 ? 1 : static_cast<std::size_t>(columns);
     }
     return width;
+}
+
+std::size_t shownWidth(std::string_view text) {
+    std::size_t width = 0;
+    while (!text.empty()) {
+        const std::size_t escape = std::min(text.find(escapeMark), text.size());
+        width += displayWidth(text.substr(0, escape));
+        text.remove_prefix(escape);
+        text.remove_prefix(sizeOfColour(text));
+    }
+    return width;
+}
+
+std::vector<std::string> folded(std::string_view text, std::size_t columns) {
+    std::vector<std::string> lines;
+    std::string_view colour;  // at the beginning of the line
+    do {
+        const std::string_view indent = lines.empty() ? "" : "  ";
+        const Cut cut = lineOf(text, std::max(columns, indent.size() + 2) - indent.size(), colour);
+        std::string line(indent);
+        line.append(colour).append(text.substr(0, cut.size));
+        while (cut.size < text.size() && line.size() > indent.size() && line.back() == ' ')
+            line.pop_back();
+        if (!cut.colour.empty() && cut.size < text.size())
+            line += endOfColour;
+        lines.push_back(std::move(line));
+        text.remove_prefix(cut.size);
+        colour = cut.colour;
+    } while (!text.empty());
+    return lines;
 }
 
 }  // namespace yg::tool

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace yg::tool {
 
@@ -20,5 +21,13 @@ std::string printable(std::string_view text);
 /// How many columns a printable text takes: two for each wide character (Chinese, for one), none
 /// for combining ones.
 std::size_t displayWidth(std::string_view text);
+
+/// The same of a text that may have colours (drawing/Paint.h).
+std::size_t shownWidth(std::string_view text);
+
+/// A printable text, which may have colours, in lines of at most so many columns, colours ending
+/// with each line. Lines behind the first are indented by two. A line ends at a blank if there is
+/// one, else behind a mark such as a comma, else anywhere. At least one line.
+std::vector<std::string> folded(std::string_view text, std::size_t columns);
 
 }  // namespace yg::tool

@@ -9,7 +9,8 @@
 
 namespace yg::tool {
 
-EventsView::EventsView(const YGEventLoader& loader, bool colour) : loader_(loader), paint_(colour) {
+EventsView::EventsView(const YGEventLoader& loader, const Paint& paint)
+    : loader_(loader), paint_(paint) {
     for (const auto& [name, events] : loader_.eventTemplateDatas()) {
         for (const auto& [eventName, event] : events)
             home_.emplace(event.get(), &name);
@@ -26,7 +27,7 @@ void EventsView::events(Output& output) const {
 
 void EventsView::sections(std::string_view title, const EventGroupMap& sections,
                           Output& output) const {
-    output.add(paint_(Tone::heading, title) + "  " + std::to_string(sections.size()) + '\n');
+    output.add(headed(title, std::to_string(sections.size()), paint_));
     for (const auto& entry : sections) {
         const std::string& name = entry.key;
         const EventMap& events = entry.value;
@@ -50,10 +51,9 @@ std::string EventsView::commands() const {
         details.add(arrowTo(command->changeStyleName()));
         details.add("dispatch", command->dispatchParam());
         details.add("data", command->addtionData());
-        rows.push_back({quotedIfEmpty(name), Tone::element, std::move(details).text()});
+        rows.push_back({quotedIfEmpty(name), Tone::element, std::move(details)});
     }
-    std::string text =
-        paint_(Tone::heading, "Commands") + "  " + std::to_string(commands.size()) + '\n';
+    std::string text = headed("Commands", std::to_string(commands.size()), paint_);
     if (!rows.empty())
         text += '\n' + drawTrees(rows, paint_);
     return text;
@@ -77,7 +77,7 @@ Branch EventsView::eventBranch(const std::string& section, const std::string& na
     // Its very own name, since a group may be called like a template.
     if (home != home_.end() && home->second != &section)
         details.add(paint_(Tone::reuse, "from " + quotedIfEmpty(*home->second)));
-    return {quotedIfEmpty(name), Tone::plain, std::move(details).text()};
+    return {quotedIfEmpty(name), Tone::plain, std::move(details)};
 }
 
 /// Nothing when the style is absent.

@@ -28,7 +28,7 @@ inline constexpr std::string_view eventsLegend =
 class EventsView {
 public:
     /// The loader must outlive the view.
-    EventsView(const YGEventLoader& loader, bool colour);
+    EventsView(const YGEventLoader& loader, const Paint& paint);
 
     /// Puts out everything: groups, templates, commands.
     void events(Output& output) const;

@@ -24,14 +24,13 @@ void LayoutView::style(const StyleConfigInfo& style, std::string_view note, Outp
 
 void LayoutView::styles(std::string_view title, const std::shared_ptr<const StyleMap>& styles,
                         const std::optional<std::string>& defaultName, Output& output) {
-    std::string text = paint_(Tone::heading, title);
-    text += "  " + (styles ? std::to_string(styles->size()) : "none");
+    std::string text = styles ? std::to_string(styles->size()) : "none";
     if (defaultName) {
         text += ", default " + printable(*defaultName);
         if (!styles || !styles->contains(*defaultName))
             text += " (there is no such style)";
     }
-    output.add(text + '\n');
+    output.add(headed(title, text, paint_));
     if (!styles)
         return;
     for (const auto& [name, style] : *styles) {
@@ -43,8 +42,7 @@ void LayoutView::styles(std::string_view title, const std::shared_ptr<const Styl
 
 void LayoutView::magicGroups(Output& output) {
     const std::shared_ptr<const MagicPanelMap>& groups = loader_.magicPanelInfos();
-    output.add(paint_(Tone::heading, "Magic panels") + "  " + std::to_string(groups->size()) +
-               '\n');
+    output.add(headed("Magic panels", std::to_string(groups->size()), paint_));
     for (const auto& [groupName, members] : *groups) {
         Branch group{printable(groupName), Tone::page};
         for (const auto& [name, panel] : *members) {
@@ -67,8 +65,7 @@ void LayoutView::reusePanels(Output& output) {
         meetReusePanels(*reuse_[met++]);
     if (reuse_.empty())
         return;
-    output.add('\n' + paint_(Tone::heading, "Reuse panels") + "  " + std::to_string(reuse_.size()) +
-               " in use\n");
+    output.add('\n' + headed("Reuse panels", std::to_string(reuse_.size()) + " in use", paint_));
     for (const Panel& panel : reuse_) {
         Branch branch{nameOr(panel->panelName(), "(no name)"), Tone::reuse, panelDetails(*panel)};
         addContent(branch, *panel, Shared::named);
@@ -82,7 +79,7 @@ Branch LayoutView::styleBranch(const StyleConfigInfo& style, std::string_view no
     details.add(paint_(Tone::mark, note));
     details.add("layer " + std::to_string(style.styleLayer()));
     details.add("focus", style.styleFucus());
-    Branch branch{nameOr(style.styleName(), "(no name)"), Tone::page, std::move(details).text()};
+    Branch branch{nameOr(style.styleName(), "(no name)"), Tone::page, std::move(details)};
     const auto& panels = *style.stylePanes();
     branch.later = {panels.size(), [this, &panels, shared](std::size_t at) {
                         return panelBranch(panels[at], shared);
@@ -104,7 +101,8 @@ Branch LayoutView::panelBranch(const Panel& panel, Shared shared) {
         branch.tone = Tone::reuse;
         mark = "reuse";
     }
-    branch.details = joined(paint_(branch.tone, mark), panelDetails(*panel));
+    branch.details.add(paint_(branch.tone, mark));
+    branch.details.append(panelDetails(*panel));
     if (!isElsewhere || shared == Shared::whole)
         addContent(branch, *panel, shared);
     return branch;
@@ -125,7 +123,7 @@ Branch LayoutView::elementBranch(const ElementConfigInfo& element) const {
             elementDetails(element)};
 }
 
-std::string LayoutView::panelDetails(const PanelConfigInfo& panel) const {
+Details LayoutView::panelDetails(const PanelConfigInfo& panel) const {
     Details details;
     if (panel.paneVertical())
         details.add("↓");
@@ -146,10 +144,10 @@ std::string LayoutView::panelDetails(const PanelConfigInfo& panel) const {
     details.add("expands", panel.switchExpandPanelName());
     details.add("folds", panel.foldPosition());
     details.add("command", panel.excuteCommandInfo());
-    return std::move(details).text();
+    return details;
 }
 
-std::string LayoutView::elementDetails(const ElementConfigInfo& element) const {
+Details LayoutView::elementDetails(const ElementConfigInfo& element) const {
     Details details;
     if (element.elementParam())
         details.add('"' + printable(*element.elementParam()) + '"');
@@ -162,7 +160,7 @@ std::string LayoutView::elementDetails(const ElementConfigInfo& element) const {
     details.addIf(element.isFristReponder(), "first");
     details.addIf(element.alwaysRecvEvent(), "always");
     details.addIf(element.eventNotChangeStyle(), "keeps style");
-    return std::move(details).text();
+    return details;
 }
 
 /// Found once for each panel. A reuse panel is met with it.

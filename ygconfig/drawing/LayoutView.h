@@ -39,7 +39,8 @@ inline constexpr std::string_view layoutLegend =
 class LayoutView {
 public:
     /// The loader must outlive the view.
-    LayoutView(const YGStyleConfigLoad& loader, bool colour) : loader_(loader), paint_(colour) {}
+    LayoutView(const YGStyleConfigLoad& loader, const Paint& paint)
+        : loader_(loader), paint_(paint) {}
 
     /// Puts out everything. Panels that several places share are drawn once, in sections of their
     /// own, and named in the trees.
@@ -69,8 +70,8 @@ private:
     Branch panelBranch(const Panel& panel, Shared shared);
     void addContent(Branch& branch, const PanelConfigInfo& panel, Shared shared);
     Branch elementBranch(const ElementConfigInfo& element) const;
-    std::string panelDetails(const PanelConfigInfo& panel) const;
-    std::string elementDetails(const ElementConfigInfo& element) const;
+    Details panelDetails(const PanelConfigInfo& panel) const;
+    Details elementDetails(const ElementConfigInfo& element) const;
 
     const Home& homeOf(const Panel& panel);
     void meetReusePanels(const PanelConfigInfo& panel);

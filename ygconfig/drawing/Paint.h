@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// Colours for people who read on a terminal.
+// How text looks to people who read on a terminal: its colours and its width.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -25,9 +26,15 @@ bool wantsColour(const ColourSetting& setting);
 /// What a piece of text is, from which its colour follows.
 enum class Tone { plain, heading, page, element, slot, reuse, mark, quiet, error, warning, info };
 
+/// How wide text is where nothing else is known.
+inline constexpr std::size_t usualColumns = 80;
+
 class Paint {
 public:
-    explicit Paint(bool colour) : colour_(colour) {}
+    Paint(bool colour, std::size_t columns = usualColumns) : colour_(colour), columns_(columns) {}
+
+    /// How wide lines may be.
+    std::size_t columns() const { return columns_; }
 
     /// The text in the colour of its tone; as it stands without colours, and when it is empty.
     std::string operator()(Tone tone, std::string_view text) const;
@@ -38,6 +45,7 @@ public:
 
 private:
     bool colour_;
+    std::size_t columns_;
 };
 
 }  // namespace yg::tool

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <numeric>
+#include <utility>
 
 #include "ygconfig/drawing/Details.h"
 #include "ygconfig/drawing/Display.h"
@@ -14,10 +16,6 @@ namespace yg::tool {
 namespace {
 
 constexpr std::string_view themeNames[] = {"light", "dark"};
-/// A label that is wider pushes its cells to the right.
-constexpr std::size_t widestLabel = 40;
-/// A cell that is wider pushes the one beside it.
-constexpr std::size_t widestCell = 80;
 constexpr std::size_t gap = 2;
 
 int levelOf(double component) {
@@ -53,22 +51,21 @@ std::string imageText(const Image& image) {
     return points == pixels ? points : points + " of " + pixels + " pixels";
 }
 
-/// The columns that a text takes on a terminal, what switches its colours not counted.
-std::size_t shownWidth(std::string_view text) {
-    std::string plain;
-    while (!text.empty()) {
-        const std::size_t escape = std::min(text.find('\x1b'), text.size());
-        plain += text.substr(0, escape);
-        text.remove_prefix(escape);
-        text.remove_prefix(std::min(text.find('m'), text.size()));
-        if (!text.empty())
-            text.remove_prefix(1);
+/// How wide columns are whose texts want so much: together not more than there is. Of what narrow
+/// columns leave the wide ones have equal parts.
+template <std::size_t count>
+std::array<std::size_t, count> sharedAmong(std::array<std::size_t, count> wanted,
+                                           std::size_t columns) {
+    std::array<std::size_t, count> order{};
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::ranges::sort(order, {}, [&](std::size_t at) { return wanted[at]; });
+    std::size_t left = columns;
+    for (std::size_t i = 0; i < count; ++i) {
+        std::size_t& width = wanted[order[i]];
+        width = std::min(width, left / (count - i));
+        left -= width;
     }
-    return displayWidth(plain);
-}
-
-void pad(std::string& line, std::size_t taken, std::size_t width) {
-    line.append(std::max(width, taken) - taken + gap, ' ');
+    return wanted;
 }
 
 }  // namespace
@@ -123,7 +120,7 @@ std::string PaletteView::table(std::string_view title,
     }
     std::vector<Row> rows;
     for (const auto& [label, isListed] : labels) {
-        Row row{quotedIfEmpty(label), {}};
+        Row row{paint_(Tone::page, quotedIfEmpty(label)), {}};
         for (std::size_t theme = 0; theme < themes; ++theme) {
             if (palettes_[theme])
                 row.cells[theme] = cellOf(theme, label, ((*palettes_[theme]).*map)().find(label));
@@ -133,43 +130,54 @@ std::string PaletteView::table(std::string_view title,
     return lines(title, rows);
 }
 
-/// A heading with the names of the themes, and the rows in columns.
+/// A heading with the names of the themes, and the rows in columns. What is wider than its column
+/// is folded.
 std::string PaletteView::lines(std::string_view title, const std::vector<Row>& rows) const {
-    const std::string heading = std::string(title) + "  " + std::to_string(rows.size());
-    std::size_t labelWidth = displayWidth(heading);
-    std::size_t cellWidth = 0;
-    for (const Row& row : rows) {
-        const std::size_t width = displayWidth(row.label);
-        if (width <= widestLabel)
-            labelWidth = std::max(labelWidth, width);
-        const std::size_t cell = shownWidth(row.cells.front());
-        if (cell <= widestCell)
-            cellWidth = std::max(cellWidth, cell);
-    }
-    Columns names;
+    Row heading{paint_(Tone::heading, title) + "  " + std::to_string(rows.size()), {}};
     for (std::size_t theme = 0; theme < themes; ++theme) {
-        names[theme] = std::string(themeNames[theme]);
+        heading.cells[theme] = std::string(themeNames[theme]);
         if (!palettes_[theme])
-            names[theme] += missing(" (not loaded)");
-        if (theme == 0)
-            cellWidth = std::max(cellWidth, shownWidth(names[theme]));
+            heading.cells[theme] += missing(" (not loaded)");
     }
-
-    const auto line = [&](const std::string& label, std::size_t width, const Columns& cells) {
-        std::string text = label;
-        pad(text, width, labelWidth);
-        text += cells[0];
-        if (cells[1].empty())
-            return text + '\n';
-        pad(text, shownWidth(cells[0]), cellWidth);
-        return text + cells[1] + '\n';
+    using Widths = std::array<std::size_t, themes + 1>;
+    Widths widths{};
+    const auto measure = [&](const Row& row) {
+        widths[0] = std::max(widths[0], shownWidth(row.label));
+        for (std::size_t theme = 0; theme < themes; ++theme)
+            widths[theme + 1] = std::max(widths[theme + 1], shownWidth(row.cells[theme]));
     };
-    std::string text = line(paint_(Tone::heading, title) + heading.substr(title.size()),
-                            displayWidth(heading), names);
+    measure(heading);
+    for (const Row& row : rows)
+        measure(row);
+    const std::size_t gaps = themes * gap;
+    widths = sharedAmong(widths, paint_.columns() - std::min(paint_.columns(), gaps));
+
+    const auto add = [&](std::string& text, const Row& row) {
+        std::array<std::vector<std::string>, themes + 1> parts;
+        parts[0] = folded(row.label, widths[0]);
+        for (std::size_t theme = 0; theme < themes; ++theme)
+            parts[theme + 1] = folded(row.cells[theme], widths[theme + 1]);
+        std::size_t height = 0;
+        for (const std::vector<std::string>& each : parts)
+            height = std::max(height, each.size());
+        for (std::size_t at = 0; at < height; ++at) {
+            std::size_t blanks = 0;  // before the next text
+            for (std::size_t column = 0; column < parts.size(); ++column) {
+                const std::string part = at < parts[column].size() ? parts[column][at] : "";
+                if (!part.empty())
+                    text.append(std::exchange(blanks, 0), ' ') += part;
+                const std::size_t width = shownWidth(part);
+                blanks += std::max(widths[column], width) - width + gap;
+            }
+            text += '\n';
+        }
+    };
+    std::string text;
+    add(text, heading);
     if (!rows.empty())
         text += '\n';
     for (const Row& row : rows)
-        text += line(paint_(Tone::page, row.label), displayWidth(row.label), row.cells);
+        add(text, row);
     return text;
 }
 

@@ -29,8 +29,8 @@ inline constexpr std::string_view paletteLegend =
 class PaletteView {
 public:
     /// A palette that cannot be loaded is null. The loaders must outlive the view.
-    PaletteView(const YGPaletteLoad* light, const YGPaletteLoad* dark, bool colour)
-        : palettes_{light, dark}, paint_(colour) {}
+    PaletteView(const YGPaletteLoad* light, const YGPaletteLoad* dark, const Paint& paint)
+        : palettes_{light, dark}, paint_(paint) {}
 
     /// Everything.
     std::string palettes() const;
@@ -39,7 +39,7 @@ private:
     static constexpr std::size_t themes = 2;
     using Columns = std::array<std::string, themes>;
     struct Row {
-        std::string label;
+        std::string label;  ///< may have colours, as the cells may
         Columns cells;
     };
 

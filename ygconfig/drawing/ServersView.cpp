@@ -25,8 +25,8 @@ std::string percentage(std::ptrdiff_t count) {
 
 }  // namespace
 
-ServersView::ServersView(const YGServerCfgLoader& loader, bool colour)
-    : loader_(loader), paint_(colour), offers_(loader.offers()) {}
+ServersView::ServersView(const YGServerCfgLoader& loader, const Paint& paint)
+    : loader_(loader), paint_(paint), offers_(loader.offers()) {}
 
 std::string ServersView::servers(std::string_view shownPath) const {
     std::vector<std::pair<std::string_view, YGServerCfgLoader::Group>> groups;
@@ -44,7 +44,7 @@ std::string ServersView::servers(std::string_view shownPath) const {
     details.add(quotedIfEmpty(shownPath));
     details.add("md5", loader_.configMd5());
     details.addIf(groups.empty(), "nothing was loaded");
-    std::string text = paint_(Tone::heading, "Servers") + "  " + std::move(details).text() + '\n';
+    std::string text = headed("Servers", details, paint_);
     for (const auto& [name, group] : groups)
         text += '\n' + drawTree(groupBranch(name, *group), paint_);
     return text;
@@ -65,8 +65,8 @@ Branch ServersView::groupBranch(std::string_view fieldName,
             chosen.add(printable(server->ipAddr().value_or("")) + ':' +
                        std::to_string(server->serverPort()));
             chosen.add("key " + std::to_string(server->serverKey()));
-            branch.children.push_back({nameOr(server->serverName(), "(no name)"), Tone::element,
-                                       std::move(chosen).text()});
+            branch.children.push_back(
+                {nameOr(server->serverName(), "(no name)"), Tone::element, std::move(chosen)});
         }
         Branch addresses{"addresses", Tone::quiet};
         if (const auto found = offers_.find(group.serverType()); found != offers_.end())
@@ -75,7 +75,7 @@ Branch ServersView::groupBranch(std::string_view fieldName,
         if (!addresses.children.empty())
             branch.children.push_back(std::move(addresses));
     }
-    branch.details = std::move(details).text();
+    branch.details = std::move(details);
     return branch;
 }
 
@@ -86,13 +86,12 @@ Branch ServersView::entryBranch(const ServerOffer& entry) const {
     Details details;
     details.add("key " + nameOr(entry.key, "missing"));
     details.addIf(usable == 0, skipped);
-    Branch branch{nameOr(entry.names, "(no name)"), Tone::plain, std::move(details).text()};
+    Branch branch{nameOr(entry.names, "(no name)"), Tone::plain, std::move(details)};
     for (const AddressOffer& offer : entry.addresses) {
         Details beside;
         beside.add(offer.canBeChosen ? "chance " + percentage(usable) : skipped);
         beside.add("weight", offer.weight);
-        branch.children.push_back(
-            {quotedIfEmpty(offer.address), Tone::slot, std::move(beside).text()});
+        branch.children.push_back({quotedIfEmpty(offer.address), Tone::slot, std::move(beside)});
     }
     return branch;
 }

@@ -30,7 +30,7 @@ inline constexpr std::string_view serversLegend =
 class ServersView {
 public:
     /// The loader must outlive the view.
-    ServersView(const YGServerCfgLoader& loader, bool colour);
+    ServersView(const YGServerCfgLoader& loader, const Paint& paint);
 
     /// Everything. `shownPath` stands for the file.
     std::string servers(std::string_view shownPath) const;

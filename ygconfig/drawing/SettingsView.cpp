@@ -19,10 +19,9 @@ std::string quoted(std::string_view text) {
     return '"' + printable(text) + '"';
 }
 
-/// A line, and a block below it if there is one.
-std::string under(std::string line, const std::vector<Branch>& rows, const Paint& paint) {
-    line += '\n';
-    return rows.empty() ? line : line + '\n' + drawTrees(rows, paint);
+/// A heading, and a block below it if there is one.
+std::string under(const std::string& heading, const std::vector<Branch>& rows, const Paint& paint) {
+    return rows.empty() ? heading : heading + '\n' + drawTrees(rows, paint);
 }
 
 }  // namespace
@@ -50,7 +49,7 @@ std::string SettingsView::settings(const xml::Document& file, const DroppedNodes
                     paint_(Tone::quiet, printable(item.attribute("description").value_or(""))));
                 details.addIf(isDropped, paint_(Tone::mark, "skipped"));
                 section.children.push_back(
-                    {printable(item.name()), Tone::plain, std::move(details).text()});
+                    {printable(item.name()), Tone::plain, std::move(details)});
             }
             if (section.children.empty())
                 section.details = "empty";
@@ -63,7 +62,7 @@ std::string SettingsView::settings(const xml::Document& file, const DroppedNodes
     details.addIf(!root, paint_(Tone::mark, "missing or damaged; nothing can be stored"));
     details.addIf(root && !isRead,
                   paint_(Tone::mark, "the root is not named config; nothing is read"));
-    std::string text = paint_(Tone::heading, "Settings") + "  " + std::move(details).text() + '\n';
+    std::string text = headed("Settings", details, paint_);
     for (const Branch& section : sections)
         text += '\n' + drawTree(section, paint_);
     return text;
@@ -86,7 +85,7 @@ std::string SettingsView::webPages(const xml::Document& file, const DroppedNodes
             details.add(paint_(Tone::slot, quotedIfEmpty(child.stringValue())));
             details.addIf(isDropped, paint_(Tone::mark, "skipped"));
             rows.push_back(
-                {key ? quotedIfEmpty(*key) : "(no key)", Tone::element, std::move(details).text()});
+                {key ? quotedIfEmpty(*key) : "(no key)", Tone::element, std::move(details)});
         }
     }
     Details details;
@@ -95,8 +94,7 @@ std::string SettingsView::webPages(const xml::Document& file, const DroppedNodes
     details.addIf(!root, paint_(Tone::mark, "missing or damaged"));
     details.addIf(root && !isRead,
                   paint_(Tone::mark, "the root is not named urls; nothing is read"));
-    return under(paint_(Tone::heading, "Web pages") + "  " + std::move(details).text(), rows,
-                 paint_);
+    return under(headed("Web pages", details, paint_), rows, paint_);
 }
 
 std::string SettingsView::requestUrls(const std::shared_ptr<const YGHttpReqUrlModel>& list,
@@ -114,7 +112,7 @@ std::string SettingsView::requestUrls(const std::shared_ptr<const YGHttpReqUrlMo
                                           : paint_(Tone::mark, "(no address)"));
             details.addIf(!isRead, paint_(Tone::mark, "skipped"));
             rows.push_back(
-                {nameOr(entry->urlKey(), "(no key)"), Tone::element, std::move(details).text()});
+                {nameOr(entry->urlKey(), "(no key)"), Tone::element, std::move(details)});
         }
     }
     Details details;
@@ -123,8 +121,7 @@ std::string SettingsView::requestUrls(const std::shared_ptr<const YGHttpReqUrlMo
     if (list)
         details.add("md5", list->md5Value());
     details.addIf(!list, paint_(Tone::mark, "missing or damaged"));
-    return under(paint_(Tone::heading, "Request URLs") + "  " + std::move(details).text(), rows,
-                 paint_);
+    return under(headed("Request URLs", details, paint_), rows, paint_);
 }
 
 }  // namespace yg::tool

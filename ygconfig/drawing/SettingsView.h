@@ -30,7 +30,7 @@ inline constexpr std::string_view urlsLegend =
 
 class SettingsView {
 public:
-    explicit SettingsView(bool colour) : paint_(colour) {}
+    explicit SettingsView(const Paint& paint) : paint_(paint) {}
 
     /// A tree for each section. `shownPath` stands for the file.
     std::string settings(const xml::Document& file, const DroppedNodes& dropped,

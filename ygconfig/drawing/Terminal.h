@@ -9,8 +9,8 @@
 
 namespace yg::tool {
 
-/// The columns of the terminal that standard output goes to; 80 when it goes elsewhere or the
-/// terminal does not say.
+/// The columns of the terminal that standard output goes to, as COLUMNS or else the terminal says;
+/// 80 when it goes elsewhere and when neither says.
 std::size_t terminalWidth();
 
 /// The printable text in lines of at most `width` columns, broken at blanks and beside wide

@@ -15,24 +15,52 @@ constexpr std::size_t columnsPerLevel = 3;
 constexpr std::size_t gap = 2;
 /// A label that ends further right than this does not move the column of details.
 constexpr std::size_t widestLabel = 40;
+/// What text has at least beside the branches.
+constexpr std::size_t leastText = 20;
 
 class Drawing {
 public:
     Drawing(std::span<const Branch> roots, const Paint& paint, Output& output)
-        : paint_(paint), output_(output) {
+        : paint_(paint), widestLabel_(std::min(widestLabel, paint.columns() / 2)), output_(output) {
         for (const Branch& root : roots)
             measure(root, 0);
     }
 
     void draw(const Branch& branch, const std::string& lead, const std::string& below,
               std::size_t level) {
-        std::string line = paint_(Tone::quiet, lead) + paint_(branch.tone, branch.label);
-        if (!branch.details.empty()) {
-            const std::size_t width = widthOf(branch, level);
-            line.append(std::max(column_, width) - width + gap, ' ');
-            line += branch.details;
+        const std::size_t start = level * columnsPerLevel;
+        const bool hasChildren = !branch.children.empty() || branch.later.count > 0;
+        // What a branch continues with stands beside the line to its children.
+        const std::string beside = paint_(Tone::quiet, below + (hasChildren ? "│" : " "));
+        std::string line = paint_(Tone::quiet, lead);
+        std::size_t width = start;
+        for (const std::string& part :
+             folded(paint_(branch.tone, branch.label), spaceFrom(start))) {
+            if (width > start) {
+                output_.add(line + '\n');
+                line = beside;
+            }
+            line += width > start ? part.substr(1) : part;
+            width = start + shownWidth(part);
         }
-        output_.add(line + '\n');
+        if (branch.details.empty()) {
+            output_.add(line + '\n');
+        } else {
+            std::size_t column = column_ + gap;
+            if (width > column_ && width + gap + branch.details.width() <= paint_.columns()) {
+                column = width + gap;
+            } else if (width > column_) {
+                column = std::max(column, start + columnsPerLevel);
+                output_.add(line + '\n');
+                line = beside;
+                width = start + 1;
+            }
+            for (const std::string& part : branch.details.lines(spaceFrom(column))) {
+                output_.add(line.append(column - width, ' ') + part + '\n');
+                line = beside;
+                width = start + 1;
+            }
+        }
         forEachChild(branch, [&](const Branch& child, bool isLast) {
             draw(child, below + (isLast ? "└─ " : "├─ "), below + (isLast ? "   " : "│  "),
                  level + 1);
@@ -53,14 +81,19 @@ private:
         return level * columnsPerLevel + displayWidth(branch.label);
     }
 
+    std::size_t spaceFrom(std::size_t column) const {
+        return std::max(leastText, paint_.columns() - std::min(column, paint_.columns()));
+    }
+
     void measure(const Branch& branch, std::size_t level) {
         const std::size_t width = widthOf(branch, level);
-        if (!branch.details.empty() && width <= widestLabel)
+        if (!branch.details.empty() && width <= widestLabel_)
             column_ = std::max(column_, width);
         forEachChild(branch, [&](const Branch& child, bool) { measure(child, level + 1); });
     }
 
     const Paint& paint_;
+    const std::size_t widestLabel_;
     std::size_t column_ = 0;
     Output& output_;
 };

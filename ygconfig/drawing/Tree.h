@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Trees drawn with box characters, a line for each branch, the details of all of them in one
-// column.
+// Trees drawn with box characters, a line or more for each branch, the details of all of them in
+// one column.
 #pragma once
 
 #include <cstddef>
@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ygconfig/Answer.h"
+#include "ygconfig/drawing/Details.h"
 #include "ygconfig/drawing/Paint.h"
 
 namespace yg::tool {
@@ -27,13 +28,14 @@ struct LaterBranches {
 struct Branch {
     std::string label;  ///< printable, without colours
     Tone tone = Tone::plain;
-    std::string details = {};  ///< printable, colours in it are fine; empty for none
+    Details details = {};  ///< empty for none
     std::vector<Branch> children = {};
     LaterBranches later = {};  ///< below the children
 };
 
-/// Puts out the lines of a tree, each with its line feed. The root stands at the left margin.
-/// Labels that are too long for the column push their details to the right.
+/// Puts out the lines of a tree, each with its line feed. The root stands at the left margin. What
+/// is wider than the display is folded, with the branches beside it; only where branches leave less
+/// than twenty columns are lines wider.
 void drawTree(const Branch& root, const Paint& paint, Output& output);
 
 /// The same lines as one text.

@@ -2,18 +2,30 @@
 #include "ygconfig/files/FileSink.h"
 
 #include <algorithm>
-#include <cstdint>
 
 namespace yg::tool {
+
+namespace {
+
+/// "Line 3, column 5: REASON". Columns of a delivery are not those of what was sent.
+std::string placed(const Finding& finding, std::string_view reason, bool isDelivery) {
+    const TextPoint& at = finding.place.begin;
+    return "Line " + std::to_string(at.line) +
+           (isDelivery ? "" : ", column " + std::to_string(at.column)) + ": " + std::string(reason);
+}
+
+}  // namespace
 
 void FileSink::report(const Finding& finding) {
     const std::string_view rule = finding.rule.name;
     if (std::ranges::find(rules_, rule) == rules_.end())
         return;
-    const std::uint32_t line = finding.place.begin.line;
-    const bool isXml = line != 0 && (rule == "unreadable-file" || rule == "unreadable-web-pages" ||
-                                     rule == "unreadable-delivery");
-    const std::string reason = (isXml ? "Line " + std::to_string(line) + ": " : "") + finding.value;
+    const bool isDelivery = rule == "unreadable-web-pages" || rule == "unreadable-delivery";
+    const bool isXml = finding.place.begin.line != 0 && (isDelivery || rule == "unreadable-file");
+    const std::string reason = isXml ? placed(finding, finding.value, isDelivery)
+                               : rule.ends_with("root-name")
+                                   ? placed(finding, finding.rule.meaning, false)
+                                   : finding.value;
     if (isXml && isNext_ && faults_.back().rule == rule)
         faults_.back().reason += "; " + reason;
     else

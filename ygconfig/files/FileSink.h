@@ -17,17 +17,17 @@ public:
     void readingFile(std::string_view) override { isNext_ = false; }
     void report(const Finding& finding) override;
 
-protected:
     /// Of one file or download; all errors of a parse are one.
     struct Fault {
         std::string_view rule;
         std::string file;
-        std::string reason;  ///< "Line N: REASON; Line N: REASON" of a parse
+        std::string reason;  ///< "Line N, column N: REASON; Line …" of a parse
 
         /// "FILE: REASON"
         std::string text() const { return reason.empty() ? file : file + ": " + reason; }
     };
 
+protected:
     /// Listens for these rules, whose names stay.
     explicit FileSink(std::span<const std::string_view> rules) : rules_(rules) {}
 

@@ -16,8 +16,8 @@ constexpr std::string_view reasons[] = {"unreadable-file",      "unsaved-file",
 
 }  // namespace
 
-NothingStored::NothingStored(std::string_view delivered)
-    : FileSink(reasons), delivered_(delivered) {}
+NothingStored::NothingStored(std::string_view delivered, DiagnosticsSink* before)
+    : FileSink(reasons), delivered_(delivered), before_(before) {}
 
 std::string NothingStored::reasonOf(const Fault& fault) const {
     if (fault.rule == "unsaved-file")

@@ -13,18 +13,29 @@ namespace yg::tool {
 class NothingStored final : public FileSink {
 public:
     /// `delivered` is what people call the text that is to be stored, if a text is.
-    explicit NothingStored(std::string_view delivered = "");
+    explicit NothingStored(std::string_view delivered = "") : NothingStored(delivered, nullptr) {}
 
-    /// Leaves out what was reported so far, of what was stored before.
-    void beginStoring() { faults_.clear(); }
+    /// What is reported about what was stored before, until storing begins, goes to `before`.
+    explicit NothingStored(DiagnosticsSink* before) : NothingStored("", before) {}
+    void beginStoring() { before_ = nullptr; }
+
+    void readingFile(std::string_view path) override {
+        before_ ? before_->readingFile(path) : FileSink::readingFile(path);
+    }
+    void report(const Finding& finding) override {
+        before_ ? before_->report(finding) : FileSink::report(finding);
+    }
 
     /// A line "ygconfig: nothing was stored: FILE: REASON", without the line feed; "" when all was.
     std::string complaint() const;
 
 private:
+    NothingStored(std::string_view delivered, DiagnosticsSink* before);
+
     std::string reasonOf(const Fault& fault) const;
 
     const std::string delivered_;
+    DiagnosticsSink* before_;
 };
 
 }  // namespace yg::tool

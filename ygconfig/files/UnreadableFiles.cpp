@@ -4,14 +4,26 @@
 #include <set>
 #include <string_view>
 
+#include "ygconfig/Answer.h"
 #include "ygconfig/drawing/Display.h"
 
 namespace yg::tool {
 
 namespace {
 
-constexpr std::string_view reasons[] = {"unreadable-file", "unreadable-url-list", "failed-download",
-                                        "unsaved-file"};
+constexpr std::string_view reasons[] = {
+    "unreadable-file",  "unreadable-url-list", "failed-download",
+    "unsaved-file",     "event-root-name",     "palette-root-name",
+    "server-root-name", "settings-root-name",  "web-page-root-name"};
+
+std::string textOf(const FileSink::Fault& fault) {
+    if (fault.rule == "unsaved-file")
+        return fault.reason;
+    // A missing list is found without a reason.
+    return fault.rule == "unreadable-url-list" && fault.reason.empty()
+               ? fault.file + ": No such file or directory"
+               : fault.text();
+}
 
 }  // namespace
 
@@ -21,9 +33,9 @@ std::string UnreadableFiles::complaint() const {
     std::set<std::string> reported;
     std::string lines;
     for (const Fault& fault : faults_) {
-        const std::string line = fault.rule == "unsaved-file" ? fault.reason : fault.text();
+        const std::string line = textOf(fault);
         if (reported.insert(line).second)
-            lines += (lines.empty() ? "ygconfig: " : "\nygconfig: ") + printable(line);
+            addLine(lines, "ygconfig: " + printable(line));
     }
     return lines;
 }

@@ -69,12 +69,12 @@ public:
         }
     }
 
-    bool contains(Naming kind, const std::string& name) const {
+    bool contains(Naming kind, std::string_view name) const {
         return names_.contains({kind, name});
     }
 
 private:
-    std::set<std::pair<Naming, std::string>> names_;
+    std::set<std::pair<Naming, std::string_view>> names_;
 };
 
 /// Names that look like others.

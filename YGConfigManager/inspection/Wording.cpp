@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/inspection/Wording.h"
 
+#include <algorithm>
+#include <iterator>
+
+#include "YGConfigManager/inspection/Values.h"
 #include "YGConfigManager/text/Utf8.h"
 
 namespace yg {
@@ -52,10 +56,12 @@ std::string messageOf(const Found& found) {
 }
 
 std::string readAs(const Found& found) {
-    const std::string_view rule = found.finding.rule.name;
-    if (rule == "odd-flag")
-        return "false";
-    return "";
+    constexpr std::string_view rules[] = {"odd-flag", "odd-number", "number-out-of-range"};
+    const Finding& finding = found.finding;
+    if (std::ranges::find(rules, finding.rule.name) == std::end(rules))
+        return "";
+    const AttributeInfo* const row = attributeRow(finding.element, finding.attribute);
+    return row ? readValue(*row, finding.value) : "";
 }
 
 }  // namespace yg

@@ -58,6 +58,8 @@ std::string_view handlingWord(const Rule& rule) {
             return "read in part";
         case Handling::unresolved:
             return "found nowhere";
+        case Handling::kept:
+            return "counts";
     }
     return "";
 }

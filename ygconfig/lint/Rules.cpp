@@ -28,6 +28,8 @@ std::string_view nameOf(Handling handling) {
             return "defaulted";
         case Handling::unresolved:
             return "unresolved";
+        case Handling::kept:
+            return "kept";
     }
     return "";
 }

@@ -193,7 +193,7 @@ std::string counted(std::size_t count, std::string_view one, std::string_view se
     return std::to_string(count).append(" ").append(count == 1 ? one : several);
 }
 
-/// "2 errors, 1 warning, 14 notes in 3 files".
+/// "2 errors, 1 warning, 14 infos in 3 files".
 std::string summaryOf(const LintReport& report) {
     std::string summary;
     const auto add = [&](std::size_t count, std::string_view one, std::string_view several) {
@@ -202,7 +202,7 @@ std::string summaryOf(const LintReport& report) {
     };
     add(countOf(report, Severity::error), "error", "errors");
     add(countOf(report, Severity::warning), "warning", "warnings");
-    add(countOf(report, Severity::info), "note", "notes");
+    add(countOf(report, Severity::info), "info", "infos");
     std::size_t files = 0;
     const std::string* last = nullptr;
     for (const RootFinding* finding : report.findings) {

@@ -198,7 +198,7 @@ private:
 
     void report(const Rule& rule, Names& names, const NameUse& use, std::string message) {
         Details details{.message = std::move(message)};
-        const std::string_view meant = effort_.nearest(use.value, names.sorted);
+        const std::string meant = effort_.nearest(use.value, names.sorted);
         if (!meant.empty()) {
             // Who meant that name uses it.
             names.use(meant);

@@ -75,7 +75,7 @@ bool Effort::spend(std::size_t cost) {
     return isGranted;
 }
 
-std::string_view Effort::nearest(std::string_view word, std::span<const std::string> known) {
+std::string Effort::nearest(std::string_view word, std::span<const std::string> known) {
     // Comparing two words takes as long as looking at some dozen nodes.
     return word.size() <= longestGuess && spend(known.size() * 32) ? text::nearest(word, known)
                                                                    : "";
@@ -295,7 +295,7 @@ std::string PageNames::suggestionFor(const std::string& name) {
     std::string custom = repaired(name);
     if (!custom.empty())
         return custom;
-    return std::string(effort_.nearest(name, storedNames_));
+    return effort_.nearest(name, storedNames_);
 }
 
 }  // namespace yg

@@ -128,8 +128,8 @@ std::shared_ptr<const Inspection> Inspection::open(OptionalText root, std::strin
                                                    const InspectionOptions& options) {
     return make(root, error, options, [](const auto& host, Gathering& findings) {
         std::optional<Loaded> loaded = load(host, findings);
-        for (const auto check : {checkFiles, checkHost, checkLayout, checkEvents, checkPalettes, checkServers,
-                                 checkSettings, checkValues})
+        for (const auto check : {checkFiles, checkHost, checkLayout, checkEvents, checkPalettes,
+                                 checkServers, checkSettings, checkValues})
             check(*loaded, findings);
         return loaded;
     });
@@ -178,7 +178,8 @@ std::shared_ptr<const Inspection> Inspection::make(OptionalText root, std::strin
             if (!loaded)
                 return nullptr;
             Suggestions suggestions(findings.names(), *loaded);
-            for (const Cause& cause : withConsequences(findings.takeFound(), *loaded)) {
+            for (const Cause& cause :
+                 withConsequences(findings.takeFound(), *loaded, suggestions)) {
                 RootFinding made = rootFinding(cause.found, *loaded, suggestions);
                 for (const Found& each : cause.consequences)
                     made.consequences.push_back(

@@ -8,6 +8,7 @@
 
 #include "YGConfigManager/inspection/Gathering.h"
 #include "YGConfigManager/inspection/Loaded.h"
+#include "YGConfigManager/inspection/Suggestions.h"
 
 namespace yg {
 
@@ -18,8 +19,10 @@ struct Cause {
 };
 
 /// The findings, each below its cause where another one is its cause: a name that does not exist
-/// because its definition was dropped, or because no file that could define it can be read; and a
-/// name that nothing uses because the files that could use it cannot be read.
-std::vector<Cause> withConsequences(std::vector<Found> found, const Loaded& loaded);
+/// because its definition was dropped, has no name or a slip in it, or because no file that could
+/// define it can be read; and a name that nothing uses because the files that could use it cannot
+/// be read, or have a slip in it.
+std::vector<Cause> withConsequences(std::vector<Found> found, const Loaded& loaded,
+                                    Suggestions& suggestions);
 
 }  // namespace yg

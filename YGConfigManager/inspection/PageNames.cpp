@@ -279,7 +279,8 @@ std::string PageNames::repaired(const std::string& name) {
     readTemplates();
     if (!templates_.contains(parts.front()))
         parts.front() = effort_.nearest(parts.front(), templateNames_);
-    const Template* source = templateNamed(parts.front());
+    // A style whose name is empty is a template, too, but not one that anybody means.
+    const Template* source = parts.front().empty() ? nullptr : templateNamed(parts.front());
     if (!source || source->slots.size() != parts.size() - 1)
         return "";
     for (std::size_t at = 1; at < parts.size(); ++at) {

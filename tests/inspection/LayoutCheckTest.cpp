@@ -397,7 +397,7 @@ TEST(LayoutCheck, BreaksAPatternWithAnyValueOfItsList) {
                       {magicFile, chart(member("STOCK"))}};
     ::testing::internal::CaptureStderr();
     EXPECT_THAT(linesOf(files, "broken-pattern"),
-                ElementsAre(magicFile + ":2:1 error broken-pattern A&B"));
+                ElementsAre("host.json:1:40 error broken-pattern A&B (" + magicFile + ":2:1)"));
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
 

@@ -55,7 +55,8 @@ bool isAboutElementName(const Finding& finding) {
 
 /// It names something that does not exist.
 bool isReference(const Finding& finding) {
-    return kindNamedBy(finding) != Naming::nothing && finding.rule.handling == Handling::unresolved;
+    return kindNamedBy(finding) != Naming::nothing && !finding.rule.name.starts_with("unused-") &&
+           finding.rule.handling == Handling::unresolved;
 }
 
 /// What could be the cause of another finding.
@@ -291,8 +292,8 @@ private:
     std::optional<Index> unreadDelivery_;  ///< nothing of it is read
 };
 
-/// What is defined under a name that nothing uses, while another name, which is nearly the same,
-/// does not exist: one slip, of the definition when the other is used several times.
+/// Of a definition that nothing uses, while a name that is nearly its own does not exist: one slip,
+/// in the definition where that name is used several times.
 void joinSlips(std::vector<Found>& found, std::vector<std::optional<Index>>& causes,
                Suggestions& suggestions) {
     std::map<std::pair<Naming, std::string>, Index> unused;
@@ -300,39 +301,44 @@ void joinSlips(std::vector<Found>& found, std::vector<std::optional<Index>>& cau
     for (Index at = 0; at < found.size(); ++at) {
         const Finding& finding = found[at].finding;
         const Naming kind = kindNamedBy(finding);
-        if (kind == Naming::nothing || causes[at])
+        // A palette defines and uses its colors and fonts by itself.
+        if (kind == Naming::nothing || kind == Naming::color || kind == Naming::font || causes[at])
             continue;
-        if (finding.rule.name.starts_with("unused-"))
-            unused.try_emplace({kind, finding.value}, at);
-        else if (finding.rule.handling == Handling::unresolved)
+        if (isReference(finding))
             unknown[{kind, finding.value}].push_back(at);
+        else
+            unused.try_emplace({kind, finding.value}, at);
     }
     for (const auto& [name, references] : unknown) {
         const auto meant = suggestions.nearestName(found[references.front()]);
-        const auto definition = meant ? unused.find({name.first, *meant}) : unused.end();
-        if (definition == unused.end())
+        if (!meant)
             continue;
         Index cause = references.front();
-        if (references.size() > 1) {
+        const NameUse* const definition =
+            references.size() > 1 ? suggestions.onlyUnused(name.first, *meant) : nullptr;
+        if (definition) {
             cause = found.size();
-            const Finding& there = found[definition->second].finding;
-            Finding slip{found[references.front()].finding.rule,
-                         there.place,
-                         there.extent,
-                         there.element,
-                         there.attribute,
-                         there.value,
-                         {}};
+            const Place place =
+                definition->element.valuePlace(definition->row->name).value_or(Place());
             std::string message = std::string("'").append(*meant).append("' is not used, but '");
             message.append(name.second).append("', which does not exist, is named ");
             message.append(std::to_string(references.size())).append(" times.");
-            found.push_back({std::move(slip), name.second, std::move(message)});
+            found.push_back({{found[references.front()].finding.rule,
+                              place,
+                              place,
+                              std::string(definition->element.name()),
+                              std::string(definition->row->name),
+                              *meant,
+                              {}},
+                             name.second,
+                             std::move(message)});
             causes.emplace_back();
             for (const Index reference : references)
                 causes[reference] = cause;
         }
-        causes[definition->second] = cause;
-        unused.erase(definition);
+        const auto known = unused.find({name.first, *meant});
+        if (known != unused.end() && !causes[known->second])
+            causes[known->second] = cause;
     }
 }
 

@@ -103,6 +103,7 @@ public:
         }
         explainIncludes();
         explainRepeatedIncludes();
+        explainEntries();
         noteUnused();
     }
 
@@ -219,12 +220,15 @@ private:
             if (!definition)
                 return;
             const Place place = placeOf(*definition->use);
-            const std::string name = "Template " + quoted(finding.value);
-            found.message = place.begin > finding.place.begin
-                                ? name +
-                                      " is defined below this include. Move it above the "
-                                      "template that includes it."
-                                : name + " cannot include itself.";
+            const Place whole = definition->use->element.place().value_or(Place());
+            found.message = "Template " + quoted(finding.value);
+            if (place.begin > finding.place.begin)
+                found.message +=
+                    " is defined below this include. Move it above the template that includes it.";
+            else if (finding.place.begin < whole.end)
+                found.message += " cannot include itself.";
+            else
+                found.message += " has no event, so there is nothing to include.";
             found.finding.related.push_back({place, "where it is defined"});
         });
     }
@@ -244,6 +248,25 @@ private:
             finding.place = finding.extent = around.back().place().value_or(finding.place);
             finding.place.file = finding.extent.file = loaded_.files.pathOf(file);
             finding.attribute.clear();
+        });
+    }
+
+    /// Names what the author has to look for.
+    void explainEntries() {
+        findings_.amendEach([](Found& found) {
+            const Finding& finding = found.finding;
+            const bool isSection = finding.element == "command_event" ||
+                                   finding.element == "event_template" ||
+                                   finding.element == "element_event";
+            if (finding.rule.name == "event-lost-to-template"_rule.name)
+                found.message = "Move this above the event " + quoted(finding.value) +
+                                ": the template has an event of the same name, which replaces it.";
+            else if (finding.rule.name == "include-without-src"_rule.name && isSection)
+                found.message = std::string("<")
+                                    .append(finding.element)
+                                    .append(
+                                        "> is inside another section, where it has no effect: "
+                                        "close that one above it.");
         });
     }
 

@@ -287,7 +287,7 @@ private:
                 continue;
             if (responder)
                 reportTwice("second-first-responder"_rule, "is_first_responder", responder, element,
-                            "page '" + page.name + "' has another first responder");
+                            "is_first_responder is true above as well on page '" + page.name + "'");
             else
                 responder = element;
         }
@@ -416,9 +416,10 @@ private:
         if (sum > 1.005F)
             findings_.onAttribute(
                 "shares-above-whole"_rule, last, "split_scale",
-                {.message = "split_scale makes the shares of the panels of this space "
-                            "add up to " +
-                            inWords(sum) + ", more than the whole.",
+                {.message = "split_scale " +
+                            std::string(last.attribute("split_scale").value_or("")) +
+                            " makes the shares of this space add up to " + inWords(sum) +
+                            ", more than the whole.",
                  .related = std::move(others)});
     }
 

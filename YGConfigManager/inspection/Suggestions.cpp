@@ -5,6 +5,7 @@
 #include <set>
 #include <utility>
 
+#include "YGConfigManager/text/Split.h"
 #include "YGConfigManager/text/Utf8.h"
 
 namespace yg {
@@ -115,6 +116,23 @@ std::optional<std::string> Suggestions::nearestName(const Found& found) {
     const std::string_view meant = defined(kind).nearest(finding.value);
     return meant.empty() || meant == finding.value ? std::nullopt
                                                    : std::optional<std::string>(meant);
+}
+
+const NameUse* Suggestions::onlyUnused(Naming kind, const std::string& name) {
+    if (uses_.empty()) {
+        for (const NameUse& use : names_) {
+            const bool isList = use.row->kind == AttributeKind::nameList;
+            for (const std::string& each :
+                 isList ? text::split(use.value, ';') : std::vector{use.value}) {
+                Uses& uses = uses_[{use.row->names, each}];
+                uses.isUsed = uses.isUsed || !use.row->defines || uses.definition;
+                if (use.row->defines)
+                    uses.definition = &use;
+            }
+        }
+    }
+    const auto found = uses_.find({kind, name});
+    return found == uses_.end() || found->second.isUsed ? nullptr : found->second.definition;
 }
 
 /// An attribute that is not read, or the value of one that is.

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "YGConfigManager/inspection/Gathering.h"
@@ -37,6 +38,9 @@ public:
     /// What a reference to a name that does not exist probably means; absent for other findings.
     std::optional<std::string> nearestName(const Found& found);
 
+    /// The one definition of a name to which nothing refers, null without one.
+    const NameUse* onlyUnused(Naming kind, const std::string& name);
+
 private:
     text::KnownWords& defined(Naming kind);
     std::optional<std::string> nearestIn(const void* owner, std::vector<std::string> words,
@@ -46,10 +50,16 @@ private:
     void onElementName(const Finding& finding, const std::vector<xml::Element>& around,
                        Remarks& remarks);
 
+    struct Uses {
+        const NameUse* definition = nullptr;
+        bool isUsed = false;  ///< or defined more than once
+    };
+
     const std::vector<NameUse>& names_;
     const Loaded& loaded_;
     std::map<Naming, std::unique_ptr<text::KnownWords>> defined_;
     std::map<const void*, std::unique_ptr<text::KnownWords>> described_;
+    std::map<std::pair<Naming, std::string>, Uses> uses_;  ///< once asked for
 };
 
 }  // namespace yg

@@ -29,7 +29,10 @@ bool isXmlError(const Finding& finding) {
 std::string subjectOf(const Finding& finding) {
     if (!finding.attribute.empty()) {
         // Of a value the part concerned.
-        const bool isWhole = finding.value.empty() || finding.rule.name == "unknown-attribute";
+        const bool isEmptyValue =
+            finding.rule.name.starts_with("unreachable-") || finding.rule.name == "empty-src";
+        const bool isWhole =
+            (finding.value.empty() && !isEmptyValue) || finding.rule.name == "unknown-attribute";
         std::string subject = finding.attribute;
         if (!isWhole)
             subject.append("=\"").append(shortened(finding.value)).append("\"");
@@ -37,7 +40,9 @@ std::string subjectOf(const Finding& finding) {
     }
     if (finding.element == "#text")
         return std::string("\"").append(shortened(finding.value)).append("\"");
-    if (!finding.element.empty() && finding.element != "#comment")
+    if (finding.element == "#comment")
+        return std::string("<!--").append(shortened(finding.value)).append("-->");
+    if (!finding.element.empty())
         return std::string("<").append(shortened(finding.element)).append(">");
     return shortened(finding.value);
 }

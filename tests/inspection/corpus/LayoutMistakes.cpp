@@ -23,6 +23,10 @@ std::vector<Mistake> layoutMistakes() {
          Severity::error,
          {{styles, R"(<style name="single" layer="0" focus="single_main">)",
            R"(⟦<style name="" layer="0" focus="single_main">⟧)"}}},
+        {"style-without-name",
+         Severity::error,
+         {{styles, R"(<style name="涨跌排行")", R"(<style ⟦nmae⟧="涨跌排行")"}},
+         "name"},
         {"duplicate-style",
          Severity::error,
          {{styles, single, R"(<style name="⟦系统设置⟧" layer="2"/><style name="single")"}}},
@@ -165,6 +169,16 @@ std::vector<Mistake> layoutMistakes() {
         {"unknown-magic-group",
          Severity::error,
          {{styles, R"(<magic_panels name="news"/>)", R"(<magic_panels name="⟦快讯⟧"/>)"}}},
+        // In a template: no custom page of it can be built.
+        {"unknown-magic-group",
+         Severity::error,
+         {{styles, R"(<panel name="single_main" vertical="true">
+                <reuse_panel name="symbol_strip"/>
+                <magic_panels name="chart"/>)",
+           R"(<panel name="single_main" vertical="true">
+                <reuse_panel name="symbol_strip"/>
+                <magic_panels name="⟦chrat⟧"/>)"}},
+         "chart"},
         {"empty-magic-group",
          Severity::error,
          {{magic, R"(<magic_panels name="side">)",
@@ -183,6 +197,11 @@ std::vector<Mistake> layoutMistakes() {
          Severity::error,
          {{reuse, R"(<panel name="nav_pages" split_scale="0.6">)",
            R"(<reuse_panel name="⟦alert_box⟧"/><panel name="nav_pages" split_scale="0.6">)"}}},
+        // A slip in the definition, to which several panels refer.
+        {"unknown-reuse-panel",
+         Severity::error,
+         {{reuse, R"(<reuse_panel name="quick_trade")", R"(<reuse_panel name="⟦quick_trad⟧")"}},
+         "quick_trade"},
         {"broken-pattern", Severity::error, {{host, R"("SH990001")", R"(⟦"SH&1"⟧, "SH990001")"}}},
         // Names of the layout.
         {"unknown-default-style",
@@ -201,6 +220,10 @@ std::vector<Mistake> layoutMistakes() {
          Severity::error,
          {{styles, R"("index.domestic;index.global")", R"("index.domestic;⟦index.globe⟧")"}},
          "index.global"},
+        {"unknown-dispatch-element",
+         Severity::error,
+         {{styles, R"(uuid="company.tabs")", R"(uuid="⟦company.tab⟧")"}},
+         "company.tabs"},
         {"missing-on-some-pages",
          Severity::info,
          {{reuse, R"(uuid="alert.box" event="alert_list")",

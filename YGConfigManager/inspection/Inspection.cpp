@@ -128,8 +128,8 @@ std::shared_ptr<const Inspection> Inspection::open(OptionalText root, std::strin
                                                    const InspectionOptions& options) {
     return make(root, error, options, [](const auto& host, Gathering& findings) {
         std::optional<Loaded> loaded = load(host, findings);
-        for (const auto check : {checkFiles, checkHost, checkLayout, checkEvents, checkPalettes, checkServers,
-                                 checkSettings, checkValues})
+        for (const auto check : {checkFiles, checkHost, checkLayout, checkEvents, checkPalettes,
+                                 checkServers, checkSettings, checkValues})
             check(*loaded, findings);
         return loaded;
     });

@@ -353,8 +353,7 @@ inline constexpr Rule eventRules[] = {
     <event_template name="list"><event name="select"/></event_template>
     <element_event name="grid"><include src="list"/></element_event>
 </event_list>)"},
-    {"unused-command", Handling::kept, Severity::info,
-     "No event and no panel names this command.",
+    {"unused-command", Handling::kept, Severity::info, "No event and no panel names this command.",
      "The command can be deleted, unless the application asks for it by itself.",
      "config/events.xml",
      R"(<event_list>

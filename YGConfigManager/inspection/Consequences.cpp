@@ -9,6 +9,8 @@
 #include <utility>
 
 #include "YGConfigManager/inspection/PageNames.h"
+#include "YGConfigManager/text/Nearest.h"
+#include "YGConfigManager/text/Split.h"
 
 namespace yg {
 
@@ -31,15 +33,71 @@ bool has(const FormatInfo& format, Naming kind, bool defines) {
 constexpr std::pair<std::string_view, std::string_view> followsFromFile[] = {
     {"soft-optimize-dropped", "config/custompage_template.xml"},
     {"no-templates", "soft_optimize/custompage_template.xml"},
-    {"wildcard-without-pattern", "config/magic_panels.xml"},
 };
 
 /// What follows when any file of a format cannot be read.
 constexpr std::pair<std::string_view, std::string_view> followsFromFormat[] = {
     {"unused-image-file", "palette"},    {"missing-in-other-theme", "palette"},
     {"name-in-one-theme", "palette"},    {"server-type-in-some-files", "servers"},
-    {"server-in-some-files", "servers"},
+    {"server-in-some-files", "servers"}, {"wildcard-without-pattern", "magic_panels"},
 };
+
+/// What an element or an object in JSON lacks, by the finding about it; "" for other findings.
+std::string_view lackedBy(const Finding& finding) {
+    constexpr std::pair<std::string_view, std::string_view> members[] = {
+        {"list-without-digest", "md5Value"},
+        {"url-without-key", "urlKey"},
+        {"url-without-value", "urlValue"},
+    };
+    if (finding.rule.name == "missing-attribute" || finding.rule.name == "incomplete-contrast-pair")
+        return finding.value;
+    const auto* const row = std::ranges::find(
+        members, finding.rule.name, &std::pair<std::string_view, std::string_view>::first);
+    return row == std::end(members) ? std::string_view() : row->second;
+}
+
+/// Whether a name that is not read probably stands for another one: "url" for "urlValue".
+bool standsFor(std::string_view unknown, std::string_view name) {
+    const std::string known[] = {std::string(name)};
+    return (!unknown.empty() && name.find(unknown) != std::string_view::npos) ||
+           !text::nearest(unknown, known).empty();
+}
+
+/// The member's own name: of "urlConfigList[2].urlKey" the last.
+std::string_view lastOf(std::string_view path) {
+    return path.substr(path.rfind('.') + 1);
+}
+
+/// What files of one kind are compared by: that one lacks something may follow from what it drops.
+bool isAboutDifference(std::string_view rule) {
+    constexpr std::string_view rules[] = {"missing-in-other-theme", "name-in-one-theme",
+                                          "server-in-some-files", "missing-in-user-copy",
+                                          "lost-by-delivery"};
+    return std::ranges::find(rules, rule) != std::end(rules);
+}
+
+bool losesServerGroup(std::string_view rule) {
+    return rule == "server-group-without-type" || rule == "server-type-never-loaded" ||
+           rule == "second-server-group";
+}
+
+/// What host.json gives for wildcards is lost, or is under another name.
+bool losesWildcards(std::string_view rule) {
+    return rule == "host-member-of-wrong-type" || rule == "unused-mapping";
+}
+
+/// What stands between quotes in a text of JSON.
+std::set<std::string, std::less<>> quotedIn(std::string_view text) {
+    std::set<std::string, std::less<>> all;
+    for (std::size_t at = text.find('"'); at != std::string_view::npos;) {
+        const std::size_t end = text.find('"', at + 1);
+        if (end == std::string_view::npos)
+            break;
+        all.emplace(text.substr(at + 1, end - at - 1));
+        at = end;
+    }
+    return all;
+}
 
 bool isAboutUnreadableFile(const Finding& finding) {
     const std::string_view rule = finding.rule.name;
@@ -82,8 +140,20 @@ public:
     std::optional<Index> of(Index at) const {
         const Finding& finding = found_[at].finding;
         const std::string_view rule = finding.rule.name;
-        if (rule == "lost-by-delivery")
+        if (rule == "lost-by-delivery" && unreadDelivery_)
             return unreadDelivery_;
+        if (const std::string_view lacking = lackedBy(finding); !lacking.empty())
+            return misspelt(finding, lacking);
+        if (rule == "server-type-in-some-files" || rule == "lost-by-delivery") {
+            if (const auto cause = lostGroup(finding))
+                return cause;
+        }
+        if (isAboutDifference(rule)) {
+            if (const auto cause = lostName(finding.value, at))
+                return cause;
+        }
+        if (const auto cause = unbuilt(finding))
+            return cause;
         for (const auto& [follows, file] : followsFromFile) {
             const auto cause = withoutContent_.find(file);
             if (rule == follows && cause != withoutContent_.end())
@@ -143,9 +213,72 @@ private:
     }
 
     std::optional<Index> lost(const Finding& finding, Index at) const {
-        const auto lost = isReference(finding) ? lostNames_.find(finding.value) : lostNames_.end();
-        return lost != lostNames_.end() && lost->second != at ? std::optional(lost->second)
-                                                              : std::nullopt;
+        return isReference(finding) ? lostName(finding.value, at) : std::nullopt;
+    }
+
+    /// Of a server or an item also by what stands behind its type or section: "1/East".
+    std::optional<Index> lostName(std::string_view name, Index at) const {
+        for (const std::string_view each : {name, name.substr(name.find('/') + 1)}) {
+            const auto lost = lostNames_.find(each);
+            if (lost != lostNames_.end() && lost->second != at)
+                return lost->second;
+        }
+        return std::nullopt;
+    }
+
+    /// What the element or object has in place of something that it lacks.
+    std::optional<Index> misspelt(const Finding& finding, std::string_view lacking) const {
+        const auto unknown = unknown_.find(placeOfOwner(finding));
+        if (unknown == unknown_.end())
+            return std::nullopt;
+        for (const Index each : unknown->second) {
+            if (standsFor(lastOf(found_[each].finding.attribute), lacking))
+                return each;
+        }
+        return std::nullopt;
+    }
+
+    /// A server type is missing in a file that drops a group.
+    std::optional<Index> lostGroup(const Finding& finding) const {
+        if (const auto own = lostGroups_.find(finding.place.file); own != lostGroups_.end())
+            return own->second;
+        for (const RelatedPlace& related : finding.related) {
+            const auto lost = lostGroups_.find(related.place.file);
+            if (lost != lostGroups_.end())
+                return lost->second;
+        }
+        return std::nullopt;
+    }
+
+    /// Of a page that its template could not build, which the finding names: members of groups and
+    /// wildcards may be lost.
+    std::optional<Index> unbuilt(const Finding& finding) const {
+        if (finding.rule.name != "unknown-page" || finding.related.empty())
+            return std::nullopt;
+        const auto groups = unreadable_.find(formatNamed("magic_panels"));
+        if (groups != unreadable_.end())
+            return groups->second;
+        const auto host = withoutContent_.find("host.json");
+        if (host != withoutContent_.end())
+            return host->second;
+        return wildcards_.contains(finding.value) ? wildcardsLost_ : std::nullopt;
+    }
+
+    /// Where the element of an attribute stands; in JSON the path of the object.
+    std::string placeOfOwner(const Finding& finding) const {
+        std::string owner = finding.place.file + '\n';
+        if (finding.element.empty()) {
+            // "urlConfigList[2]" is the object itself.
+            const std::string& path = finding.attribute;
+            const std::size_t end = path.ends_with(']') ? path.size() : path.rfind('.');
+            return owner.append(path, 0, end == std::string::npos ? 0 : end);
+        }
+        const auto around = loaded_.files.file(loaded_.files.nameOf(finding.place.file))
+                                .elementsAt(finding.place.begin);
+        if (around.empty())
+            return owner;
+        const TextPoint point = around.back().place().value_or(Place()).begin;
+        return owner + std::to_string(point.line) + ':' + std::to_string(point.column);
     }
 
     std::optional<Index> lostOrUnread(const Finding& finding, Index at, Naming kind) const {
@@ -199,8 +332,21 @@ private:
         if (finding.rule.name == "html-in-place-of-file" ||
             finding.rule.name.ends_with("-root-name"))
             unreadDelivery_ = at;
+        const std::string_view rule = finding.rule.name;
+        if (rule == "unknown-attribute" || rule == "unknown-member" ||
+            rule == "member-of-wrong-type")
+            unknown_[placeOfOwner(finding)].push_back(at);
+        if (losesServerGroup(rule))
+            lostGroups_.try_emplace(finding.place.file, at);
+        if (file == "host.json" && losesWildcards(rule) && !wildcardsLost_) {
+            wildcardsLost_ = at;
+            wildcards_ = quotedIn(loaded_.files.file(file).text());
+        }
+        // Another name than the one that is asked for.
+        if (rule == "name-with-blanks" && found_[at].suggestion)
+            lostNames_.try_emplace(*found_[at].suggestion, at);
         const FormatInfo* const format = formatOf(loaded_, file);
-        if (finding.rule.name == "missing-file") {
+        if (rule == "missing-file") {
             withoutContent_.try_emplace(file, at);
             // Of several files of a format the others may have what is asked for.
             if (format && format->files.size() == 1)
@@ -214,16 +360,20 @@ private:
             return;
         }
         noteLayout(at, file);
-        const bool isUnreachable =
-            finding.rule.name == "unreachable-command" || isAboutElementName(finding);
+        const bool isUnreachable = rule == "unreachable-command" || isAboutElementName(finding);
+        // What names something itself defines nothing.
         const bool isDropped =
-            finding.rule.handling == Handling::dropped && finding.attribute.empty();
+            finding.rule.handling == Handling::dropped && kindNamedBy(finding) == Naming::nothing;
         if ((!isDropped && !isUnreachable) || finding.element.empty() ||
             finding.element.starts_with('#') || finding.extent.begin.line == 0)
             return;
         const auto around = loaded_.files.file(file).elementsAt(finding.extent.begin);
-        if (around.empty())
+        // Otherwise only a part of it is dropped.
+        const bool isWhole = !around.empty() &&
+                             around.back().place().value_or(Place()).begin == finding.extent.begin;
+        if (around.empty() || (isDropped && !isWhole))
             return;
+        noteMisspelt(around.back(), at);
         noteLost(around.back(), at);
         const ElementInfo* const info = format ? infoOf(*format, around) : nullptr;
         for (const AttributeInfo& row :
@@ -262,11 +412,28 @@ private:
         }
     }
 
+    /// The name of an element that is dropped may be in an attribute that is not read.
+    void noteMisspelt(const xml::Element& element, Index at) {
+        const std::vector<std::string> names(definingAttributes_.begin(),
+                                             definingAttributes_.end());
+        for (const xml::Attribute attribute : element.attributes()) {
+            if (!text::nearest(attribute.name, names).empty())
+                noteNames(attribute.value, at);
+        }
+    }
+
+    /// Servers have several names.
+    void noteNames(std::string_view value, Index at) {
+        lostNames_.try_emplace(std::string(value), at);
+        for (std::string& part : text::split(value, ';'))
+            lostNames_.try_emplace(std::move(part), at);
+    }
+
     /// Everything in a dropped element is lost with it.
     void noteLost(const xml::Element& element, Index at) {
         for (const xml::Attribute attribute : element.attributes()) {
             if (definingAttributes_.contains(attribute.name))
-                lostNames_.try_emplace(std::string(attribute.value), at);
+                noteNames(attribute.value, at);
         }
         for (const xml::Node& child : element.children()) {
             if (child.isElement())
@@ -289,7 +456,12 @@ private:
     // The first finding of each format.
     std::map<const FormatInfo*, Index> unreadable_;
     std::map<const FormatInfo*, Index> missing_;
-    std::optional<Index> unreadDelivery_;  ///< nothing of it is read
+    /// Attributes and members that do not count, by the element or object that has them.
+    std::map<std::string, std::vector<Index>, std::less<>> unknown_;
+    std::map<std::string, Index, std::less<>> lostGroups_;  ///< by path
+    std::optional<Index> wildcardsLost_;
+    std::set<std::string, std::less<>> wildcards_;  ///< that would be there
+    std::optional<Index> unreadDelivery_;           ///< nothing of it is read
 };
 
 /// Of a definition that nothing uses, while a name that is nearly its own does not exist: one slip,

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "YGConfigManager/files/ReadFile.h"
+#include "YGConfigManager/inspection/FileFaults.h"
 #include "YGConfigManager/inspection/PaletteFiles.h"
 #include "YGConfigManager/records/JsonEntry.h"
 #include "YGConfigManager/text/Format.h"
@@ -208,17 +209,21 @@ void checkContrast(const std::vector<PaletteFile>& files, const Loaded& loaded,
             findings.onFile("unreadable-contrast-file"_rule, path);
         return;
     }
+    const Rule& unreadable = "unreadable-contrast-file"_rule;
+    auto fault = encodingFaultOfJson(file.bytes());
+    if (!fault)
+        fault = jsonFault(file.bytes(), unreadable);
+    if (fault)
+        return findings.add(foundOf(std::move(*fault), path));
     ContrastCheck check(files, findings);
-    readingJson(Reporter(&findings), {file.bytes(), path}, "unreadable-contrast-file"_rule,
-                [&](JsonEntry& whole) {
-                    ContrastPairs read;
-                    whole.read(read);
-                    if (!whole.has("pairs"))
-                        return whole.report("incomplete-contrast-pair"_rule, {}, "pairs");
-                    if (const JsonList list = read.pairs.json())
-                        whole.forEachObject("pairs", *list,
-                                            [&](JsonEntry& pair) { check.check(pair); });
-                });
+    readingJson(Reporter(&findings), {file.bytes(), path}, unreadable, [&](JsonEntry& whole) {
+        ContrastPairs read;
+        whole.read(read);
+        if (!whole.has("pairs"))
+            return whole.report("incomplete-contrast-pair"_rule, {}, "pairs");
+        if (const JsonList list = read.pairs.json())
+            whole.forEachObject("pairs", *list, [&](JsonEntry& pair) { check.check(pair); });
+    });
 }
 
 }  // namespace yg

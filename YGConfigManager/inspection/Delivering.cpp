@@ -21,6 +21,7 @@
 #include "YGConfigManager/host/HostOfThread.h"
 #include "YGConfigManager/host/StandAloneHost.h"
 #include "YGConfigManager/inspection/Checks.h"
+#include "YGConfigManager/inspection/FileFaults.h"
 #include "YGConfigManager/inspection/Html.h"
 #include "YGConfigManager/inspection/StoredNames.h"
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
@@ -299,25 +300,57 @@ void reportDifferences(const Delivery& delivery, const Tried& tried, Gathering& 
     });
 }
 
-/// Of a list that is not taken the loader warns only, since the one that is there stays.
-void reportRefusal(Gathering& findings) {
-    std::vector<Details> refusals;
-    std::vector<Place> places;
-    findings.removeIf([&](const Found& found) {
+constexpr std::string_view changesNothing = " The delivery changes nothing until then.";
+
+/// Why a list that is not JSON is refused.
+Found unreadableList(const Finding& finding, const Delivery& delivery) {
+    const Rule& refused = "refused-delivery"_rule;
+    auto fault = encodingFaultOfJson(delivery.bytes);
+    if (!fault)
+        fault = jsonFault(delivery.bytes, refused);
+    if (!fault)
+        return {
+            {refused, finding.place, finding.place, {}, {}, {}, {}},
+            {},
+            "Write one JSON object; this is " + finding.value + '.' + std::string(changesNothing)};
+    fault->rule = &refused;
+    fault->message += changesNothing;
+    return foundOf(std::move(*fault), delivery.name);
+}
+
+/// One finding for what is not taken as a whole. Of a list the loader warns only, since the one
+/// that is there stays.
+void reportRefusal(const Delivery& delivery, Gathering& findings) {
+    std::vector<Found> kept;
+    std::optional<std::size_t> unreadable;
+    for (Found& found : findings.found()) {
         const Finding& finding = found.finding;
-        const bool hasNoDigest = &finding.rule == &"list-without-digest"_rule;
-        if (!hasNoDigest && &finding.rule != &"failed-download"_rule)
-            return false;
-        places.push_back(finding.place);
-        refusals.push_back(
-            {.message = hasNoDigest
-                            ? "'md5Value': The list has no digest, so the delivery changes nothing."
-                            : "The list cannot be read, so the delivery changes nothing: " +
-                                  finding.value});
-        return true;
-    });
-    for (std::size_t at = 0; at < places.size(); ++at)
-        findings.onPlace("refused-delivery"_rule, places[at], std::move(refusals[at]));
+        if (&finding.rule == &"list-without-digest"_rule) {
+            Found refused{
+                {"refused-delivery"_rule, finding.place, finding.extent, {}, "md5Value", {}, {}}};
+            kept.push_back(std::move(refused));
+            kept.back().message =
+                "Add the member \"md5Value\": without a digest the delivery changes nothing.";
+        } else if (&finding.rule == &"failed-download"_rule) {
+            kept.push_back(unreadableList(finding, delivery));
+        } else if (&finding.rule != &"unreadable-delivery"_rule &&
+                   &finding.rule != &"unreadable-web-pages"_rule) {
+            kept.push_back(std::move(found));
+        } else if (unreadable) {
+            // It may follow from the first.
+            std::vector<RelatedPlace>& related = kept[*unreadable].finding.related;
+            if (finding.place.begin.line > kept[*unreadable].finding.place.begin.line)
+                related.push_back({finding.place, "a further error, which may follow"});
+        } else {
+            unreadable = kept.size();
+            found.message =
+                (finding.value.empty() ? std::string("Deliver a document: this is empty.")
+                                       : plainXmlError(finding.value)) +
+                std::string(changesNothing);
+            kept.push_back(std::move(found));
+        }
+    }
+    findings.found().swap(kept);
 }
 
 }  // namespace
@@ -349,7 +382,7 @@ bool tryDelivery(const Delivery& delivery, const std::string& root, Gathering& f
     }
     Gathering& delivered = sink.delivered();
     reportHtml(delivered, [&](std::string_view) -> std::string_view { return delivery.bytes; });
-    reportRefusal(delivered);
+    reportRefusal(delivery, delivered);
     if (delivery.kind == Delivery::Kind::servers)
         checkServerAddresses(delivered);
     else

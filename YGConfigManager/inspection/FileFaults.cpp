@@ -347,6 +347,8 @@ std::string plainXmlError(std::string_view parserError) {
         {"AttValue: \" expected", "Close the value with the quote that it begins with."},
         {"Unescaped '<' not allowed in attributes values",
          "Close the quotes of the value before \"<\", or write \"&lt;\" in it."},
+        {"error parsing attribute name",
+         "Close the start tag before this, or write an attribute as NAME=\"VALUE\"."},
         {"attributes construct error",
          "Write each attribute as NAME=\"VALUE\", with a blank before the next one."},
         {"xmlParseEntityRef: no name", "Write \"&amp;\" for \"&\"."},

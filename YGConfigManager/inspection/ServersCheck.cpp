@@ -30,21 +30,17 @@ namespace {
 /// How many addresses of one entry are reported as odd.
 constexpr std::size_t mostOddAddresses = 100;
 
+/// How many servers are reported that not all files have.
+constexpr std::size_t mostServersInSomeFiles = 100;
+
 bool isPlainPort(std::string_view port) {
     const auto [value, oddity] = text::readLeadingInt32(port);
     return oddity == text::NumberOddity::none && value >= 1 && value <= 65535;
 }
 
-std::string_view trimmed(std::string_view text) {
-    const std::size_t begin = text.find_first_not_of(text::whiteSpace);
-    if (begin == std::string_view::npos)
-        return {};
-    return text.substr(begin, text.find_last_not_of(text::whiteSpace) - begin + 1);
-}
-
 /// "40", "2.5", "40%".
 bool isWeight(std::string_view text) {
-    text = trimmed(text);
+    text = text::withoutBlanksAround(text);
     if (text.ends_with('%'))
         text.remove_suffix(1);
     std::size_t points = 0;
@@ -204,7 +200,8 @@ std::string listed(const std::vector<std::string>& names) {
     return list;
 }
 
-/// Each type and each server that some of the files have is reported once, in the first of them.
+/// Each type and each server that some of the files have is reported once, in the first of them;
+/// of servers the first hundred.
 void checkDifferences(const Loaded& loaded, const std::vector<Shipped>& files,
                       Gathering& findings) {
     using Key = std::tuple<std::string_view, std::string, std::string>;
@@ -218,10 +215,14 @@ void checkDifferences(const Loaded& loaded, const std::vector<Shipped>& files,
             }
         }
     }
+    std::size_t servers = 0;
     for (const Shipped& shipped : files) {
         for (const StoredName& name : shipped.names) {
             const auto found = lackingFiles.find(Key(name.key()));
             if (found == lackingFiles.end())
+                continue;
+            const bool isType = name.kind == serverTypeKind;
+            if (!isType && ++servers > mostServersInSomeFiles)
                 continue;
             Details details{.value = name.name};
             std::vector<std::string> lacking;
@@ -233,9 +234,9 @@ void checkDifferences(const Loaded& loaded, const std::vector<Shipped>& files,
             }
             details.message = described(name) + ": " + listed(lacking) +
                               (lacking.size() == 1 ? " does" : " do") + " not have it.";
-            findings.onPlace(name.kind == serverTypeKind ? "server-type-in-some-files"_rule
-                                                         : "server-in-some-files"_rule,
-                             name.place, std::move(details));
+            findings.onPlace(
+                isType ? "server-type-in-some-files"_rule : "server-in-some-files"_rule, name.place,
+                std::move(details));
             lackingFiles.erase(found);
         }
     }

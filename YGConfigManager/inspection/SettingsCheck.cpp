@@ -76,8 +76,10 @@ void checkUserCopies(const Loaded& loaded, Gathering& findings) {
     });
 }
 
-/// "https:", but neither "localhost:8080" nor "www.example.com:80".
+/// "https:", but neither "localhost:8080" nor "www.example.com:80". Blanks around it are found by
+/// themselves.
 bool hasScheme(std::string_view address) {
+    address = text::withoutBlanksAround(address);
     const std::size_t end = address.find(':');
     return end != std::string_view::npos && end > 0 && end + 1 < address.size() &&
            std::ranges::all_of(address.substr(0, end),

@@ -2,9 +2,12 @@
 #include "YGConfigManager/inspection/Suggestions.h"
 
 #include <algorithm>
+#include <new>
 #include <set>
 #include <utility>
 
+#include "YGConfigManager/host/JsonValue.h"
+#include "YGConfigManager/text/Characters.h"
 #include "YGConfigManager/text/Split.h"
 #include "YGConfigManager/text/Utf8.h"
 
@@ -38,6 +41,17 @@ constexpr std::pair<std::string_view, Naming> references[] = {
 
 std::string_view plainName(const ElementInfo& element) {
     return shownName(element);
+}
+
+/// The name that the root of a file must have, by the rule that says so; "" for other rules.
+std::string_view rootWantedBy(const Rule& rule) {
+    if (!rule.name.ends_with("-root-name"))
+        return {};
+    for (const FormatInfo* const format : formats()) {
+        if (std::ranges::find(format->root.rules, &rule) != format->root.rules.end())
+            return format->root.name;
+    }
+    return {};
 }
 
 /// So many characters of a place from its beginning on, behind some others; all on one line.
@@ -89,6 +103,8 @@ Remarks Suggestions::remarksOn(const Found& found) {
     if (finding.place.begin.line == 0)
         return remarks;
     const std::string file = loaded_.files.nameOf(finding.place.file);
+    if (finding.element.empty() && !finding.attribute.empty())
+        onMember(found, remarks);
     if (finding.element == "#text")
         remarks.place = loaded_.files.file(file).trimmed(finding.place);
     if (!finding.element.empty() && !finding.element.starts_with('#')) {
@@ -194,27 +210,13 @@ void Suggestions::onElement(const Found& found, const std::vector<xml::Element>&
     if (!tag || finding.place.begin != tag->begin)
         return;
     remarks.place = *tag;
+    if (rule == "blanks-around-address" || rule == "escaped-twice")
+        return onAddress(finding, element, remarks);
     onElementName(finding, around, remarks);
-    const bool isWithoutSource = rule == "include-without-src";
-    if (remarks.suggestion ||
-        (!isWithoutSource && rule != "missing-name" && !rule.ends_with("-without-name")))
-        return;
-    const std::string needed[] = {isWithoutSource ? "src" : "name"};
-    if (element.attribute(needed[0]))
-        return;
-    text::KnownWords meant(needed);
-    for (const xml::Attribute attribute : element.attributes()) {
-        const auto place = meant.nearest(attribute.name).empty()
-                               ? std::nullopt
-                               : element.attributePlace(attribute.name);
-        if (!place)
-            continue;
-        remarks.place = partOf(*place, 0, attribute.name);
-        remarks.suggestion = needed[0];
-        remarks.addition =
-            std::string("\"").append(attribute.name).append("\" has no meaning here.");
-        return;
-    }
+    const FormatInfo* const format = formatOf(loaded_, loaded_.files.nameOf(finding.place.file));
+    const ElementInfo* const info = format ? infoOf(*format, around) : nullptr;
+    if (info && !remarks.suggestion)
+        onMissingAttribute(finding, element, *info, remarks);
 }
 
 /// Where the element's own name is wrong.
@@ -223,9 +225,10 @@ void Suggestions::onElementName(const Finding& finding, const std::vector<xml::E
     const std::string_view rule = finding.rule.name;
     const FormatInfo* const format = formatOf(loaded_, loaded_.files.nameOf(finding.place.file));
     const Place name = partOf(finding.place, 1, finding.element);
-    if (rule == "event-root-name" && format) {
+    if (const std::string_view root = rootWantedBy(finding.rule); !root.empty()) {
         remarks.place = name;
-        remarks.suggestion = format->root.name;
+        remarks.suggestion = root;
+        return;
     }
     if (rule == "include-without-src") {
         remarks.suggestion = nearestIn(&finding.rule, {"event"}, finding.element);
@@ -250,6 +253,94 @@ void Suggestions::onElementName(const Finding& finding, const std::vector<xml::E
         remarks.suggestion = words.front();
     else
         remarks.suggestion = nearestIn(&info->content, std::move(words), finding.element);
+}
+
+/// An element that lacks an attribute may have it under a name that is not read.
+void Suggestions::onMissingAttribute(const Finding& finding, const xml::Element& element,
+                                     const ElementInfo& info, Remarks& remarks) {
+    if (finding.rule.handling != Handling::dropped)
+        return;
+    std::vector<std::string> lacking;
+    for (const AttributeInfo& row : info.attributes) {
+        const bool isNeeded =
+            row.isRequired || (finding.rule.name == "event-entry-without-effect" &&
+                               (row.name == "name" || row.name == "src"));
+        if (isNeeded && !element.attribute(row.name))
+            lacking.emplace_back(row.name);
+    }
+    if (lacking.empty())
+        return;
+    for (const xml::Attribute attribute : element.attributes()) {
+        const bool isKnown = std::ranges::find(info.attributes, attribute.name,
+                                               &AttributeInfo::name) != info.attributes.end();
+        const std::string meant = isKnown ? "" : text::nearest(attribute.name, lacking);
+        const auto place = meant.empty() ? std::nullopt : element.attributePlace(attribute.name);
+        if (!place)
+            continue;
+        remarks.place = partOf(*place, 0, attribute.name);
+        remarks.addition = "Write " + meant + " for " + std::string(attribute.name) + ".";
+        remarks.suggestion = meant;
+        return;
+    }
+}
+
+/// The text of an address in an element.
+void Suggestions::onAddress(const Finding& finding, const xml::Element& element, Remarks& remarks) {
+    const xml::Node text = element.firstChild();
+    if (element.childCount() != 1 || text.isElement() || !text.place())
+        return;
+    remarks.place = *text.place();
+    // Without its blanks, or as the text that it has when it is read once.
+    const std::string meant(text::withoutBlanksAround(finding.value));
+    const bool isEscaped = finding.rule.name == "escaped-twice";
+    std::size_t ampersands = 0;
+    for (std::size_t at = meant.find('&'); at != std::string::npos; at = meant.find('&', at + 1))
+        ampersands += meant.compare(at, 5, "&amp;") == 0 ? 0 : 1;
+    const bool canStand = meant.find('<') == std::string::npos && ampersands == 0 &&
+                          (isEscaped || meant.find('&') == std::string::npos);
+    if (canStand)
+        remarks.suggestion = meant;
+}
+
+/// In JSON the name of a member that is not read, or its value.
+void Suggestions::onMember(const Found& found, Remarks& remarks) {
+    const Finding& finding = found.finding;
+    if (finding.rule.name == "number-for-text") {
+        remarks.suggestion = '"' + finding.value + '"';
+        return;
+    }
+    if (finding.rule.name == "blanks-around-address") {
+        remarks.suggestion.emplace();
+        if (!appendJsonText(*remarks.suggestion, text::withoutBlanksAround(finding.value)))
+            throw std::bad_alloc();
+        return;
+    }
+    const bool isUnknown = finding.rule.name == "unknown-member";
+    // A finding that is at the name already has that alone.
+    if ((!isUnknown && finding.rule.name != "replaced-member") || finding.extent == finding.place)
+        return;
+    const std::string file = loaded_.files.nameOf(finding.place.file);
+    const std::size_t behind = std::min(finding.attribute.rfind('.') + 1, finding.attribute.size());
+    const std::string name = finding.attribute.substr(behind);
+    std::string written;
+    if (!appendJsonText(written, name))
+        throw std::bad_alloc();
+    remarks.place = partOf(finding.extent, 0, written);
+    const FormatInfo* const format = isUnknown ? formatOf(loaded_, file) : nullptr;
+    if (!format)
+        return;
+    std::vector<std::string> words;
+    for (const ElementInfo* info : elementsOf(*format)) {
+        if (!info->name.empty())
+            words.emplace_back(info->name);
+        for (const AttributeInfo& row : info->attributes)
+            words.emplace_back(row.name);
+    }
+    if (const auto meant = nearestIn(format, std::move(words), name)) {
+        remarks.suggestion.emplace();
+        if (!appendJsonText(*remarks.suggestion, *meant))
+            throw std::bad_alloc();
+    }
 }
 
 }  // namespace yg

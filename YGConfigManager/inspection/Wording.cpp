@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "YGConfigManager/inspection/Values.h"
+#include "YGConfigManager/text/Characters.h"
 #include "YGConfigManager/text/Utf8.h"
 
 namespace yg {
@@ -20,26 +21,55 @@ std::string shortened(std::string_view text) {
     return std::string(text.substr(0, at)) + (at < text.size() ? "…" : "");
 }
 
+/// Whether the value is the text in the element.
+bool isAboutAddress(const Finding& finding) {
+    return finding.rule.name == "blanks-around-address" || finding.rule.name == "escaped-twice";
+}
+
+/// Whether the value is the name of what is missing.
+bool isAboutLackOfAttribute(const Finding& finding) {
+    constexpr std::string_view rules[] = {"missing-attribute", "incomplete-palette-key",
+                                          "incomplete-server-entry"};
+    return !finding.element.empty() && !finding.value.empty() &&
+           std::ranges::find(rules, finding.rule.name) != std::end(rules);
+}
+
 bool isXmlError(const Finding& finding) {
     return finding.element.empty() && finding.attribute.empty() && !finding.value.empty() &&
            finding.rule.name.starts_with("unreadable-");
 }
 
+/// Whether the name concerns the finding, and not the value behind it.
+bool isAboutName(const Finding& finding) {
+    constexpr std::string_view rules[] = {"unknown-attribute", "unknown-member", "replaced-member",
+                                          "unknown-host-member", "unused-mapping"};
+    return std::ranges::find(rules, finding.rule.name) != std::end(rules);
+}
+
 /// The thing to look at, as it is written in the file.
 std::string subjectOf(const Finding& finding) {
     if (!finding.attribute.empty()) {
-        // Of a value the part concerned.
+        std::string subject = finding.attribute;
         const bool isEmptyValue =
             finding.rule.name.starts_with("unreachable-") || finding.rule.name == "empty-src";
-        const bool isWhole =
-            (finding.value.empty() && !isEmptyValue) || finding.rule.name == "unknown-attribute";
-        std::string subject = finding.attribute;
-        if (!isWhole)
-            subject.append("=\"").append(shortened(finding.value)).append("\"");
-        return subject;
+        if ((finding.value.empty() && !isEmptyValue) || isAboutName(finding))
+            return subject;
+        if (finding.rule.name == "incomplete-contrast-pair")
+            return subject.append(".").append(finding.value);
+        // An object of a list, by its key.
+        if (finding.element.empty() && subject.ends_with(']'))
+            return subject.append(" (\"").append(shortened(finding.value)).append("\")");
+        // Of a value the part concerned. In JSON it may be there with its quotes.
+        const bool isJson = finding.element.empty() && finding.value.find_first_of("\"[{") == 0;
+        return isJson ? subject.append(": ").append(shortened(finding.value))
+                      : subject.append("=\"").append(shortened(finding.value)).append("\"");
     }
-    if (finding.element == "#text")
-        return std::string("\"").append(shortened(finding.value)).append("\"");
+    if (finding.element == "#text" || isAboutAddress(finding))
+        return std::string("\"")
+            .append(shortened(text::withoutBlanksAround(finding.value)))
+            .append("\"");
+    if (isAboutLackOfAttribute(finding))
+        return finding.value + " of <" + shortened(finding.element) + ">";
     if (finding.element == "#comment")
         return std::string("<!--").append(shortened(finding.value)).append("-->");
     if (!finding.element.empty())
@@ -54,7 +84,8 @@ std::string messageOf(const Found& found) {
     if (!found.message.empty())
         return found.message;
     if (isXmlError(finding))
-        return finding.value;
+        return finding.value == "not a JSON object" ? "Write one JSON object; this is none."
+                                                    : finding.value;
     const std::string subject = subjectOf(finding);
     const std::string sentence(finding.rule.meaning);
     return subject.empty() ? sentence : subject + ": " + sentence;

@@ -14,6 +14,14 @@ constexpr bool isWhiteSpace(char character) {
     return character == ' ' || character == '\t' || character == '\r' || character == '\n';
 }
 
+constexpr std::string_view withoutBlanksAround(std::string_view text) {
+    while (!text.empty() && isWhiteSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isWhiteSpace(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
 constexpr bool isDigit(char character) {
     return character >= '0' && character <= '9';
 }

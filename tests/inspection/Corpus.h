@@ -3,10 +3,12 @@
 // The cases of the corpus, by subject.
 #pragma once
 
+#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "YGConfigManager/diagnostics/Rule.h"
+#include "YGConfigManager/inspection/Delivery.h"
 
 namespace yg::testing {
 
@@ -25,9 +27,12 @@ struct Mistake {
     Severity severity;
     std::vector<Change> changes;  ///< at most one of them has a mark
     std::string_view suggestion = {};
+    /// The changed file is delivered as this, and the sample stays as it is.
+    std::optional<Delivery::Kind> delivered = {};
 };
 
 std::vector<Mistake> commonMistakes();
+std::vector<Mistake> fileMistakes();
 std::vector<Mistake> layoutMistakes();
 std::vector<Mistake> eventMistakes();
 std::vector<Mistake> paletteMistakes();
@@ -36,8 +41,8 @@ std::vector<Mistake> settingsMistakes();
 
 inline std::vector<Mistake> mistakes() {
     std::vector<Mistake> all;
-    for (const auto part : {commonMistakes, layoutMistakes, eventMistakes, paletteMistakes,
-                            serverMistakes, settingsMistakes}) {
+    for (const auto part : {commonMistakes, fileMistakes, layoutMistakes, eventMistakes,
+                            paletteMistakes, serverMistakes, settingsMistakes}) {
         const std::vector<Mistake> some = part();
         all.insert(all.end(), some.begin(), some.end());
     }

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -45,6 +47,17 @@ public:
         }
         for (const Change& change : mistake.changes)
             apply(change);
+        if (mistake.delivered)
+            deliver(*mistake.delivered, std::string(mistake.changes.front().file));
+    }
+
+    /// Of the folder, or of what is delivered for it.
+    std::shared_ptr<const Inspection> inspection() const {
+        if (!delivery_)
+            return inspected(path());
+        std::string error;
+        auto inspection = Inspection::ofDelivery(*delivery_, path(), error);
+        return inspection ? inspection : throw std::runtime_error(error);
     }
 
     const std::string& path() const { return folder_.path(); }
@@ -81,8 +94,18 @@ private:
         folder_.write(file, text);
     }
 
+    void deliver(Delivery::Kind kind, const std::string& file) {
+        delivery_.emplace();
+        delivery_->kind = kind;
+        delivery_->name = "delivered";
+        delivery_->bytes = bytesOf(folder_.at(file));
+        folder_.write(file, bytesOf(YG_SAMPLE_FOLDER "/" + file));
+        marked_.replace(0, file.size(), delivery_->name);
+    }
+
     files::TemporaryFolder folder_;
     std::string marked_;
+    std::optional<Delivery> delivery_;
 };
 
 std::string_view nameOf(Severity severity) {
@@ -105,7 +128,7 @@ class Mistakes : public ::testing::TestWithParam<Mistake> {};
 TEST_P(Mistakes, GiveOneFindingAtTheTextConcerned) {
     const Mistake& mistake = GetParam();
     const ChangedSample sample(mistake);
-    const auto inspection = inspected(sample.path());
+    const auto inspection = sample.inspection();
     const std::string expected = sample.marked() + " " + std::string(nameOf(mistake.severity)) +
                                  " " + std::string(mistake.rule);
     std::vector<std::string> all;
@@ -151,6 +174,26 @@ const std::set<std::string_view> aboutCalls{
     // What follows from the name of the element around.
     "misplaced-panel",
     "misplaced-magic-panels",
+    // Made by the tool from a baseline.
+    "stale-baseline-entry",
+    // A file that cannot be written.
+    "unsaved-file",
+    // Calls of the palette for a style or a folder that there is not.
+    "no-palette-path",
+    "no-image-folder",
+    // Limits that only very large files reach.
+    "too-many-image-pixels",
+    "too-many-image-bytes",
+    "too-many-servers",
+    // Settings that are stored.
+    "lost-setting",
+    "no-element-name",
+    "unreadable-setting",
+    // Look-ups.
+    "unknown-web-page",
+    "unknown-url-key",
+    // Said as "refused-delivery" of what is tried.
+    "failed-download",
 };
 
 TEST(Corpus, HasACaseForEachRule) {

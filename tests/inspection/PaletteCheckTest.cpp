@@ -502,9 +502,9 @@ TEST(Contrast, ASidecarIsReadWithAllItsMembersAccountedFor) {
     EXPECT_THAT(lines(R"({"pairs": []})"), IsEmpty());
     EXPECT_THAT(lines("[]"), ElementsAre("1:1 error unreadable-contrast-file not a JSON object"));
     EXPECT_THAT(lines("{\"pairs\": [\n1,]}"),
-                ElementsAre(HasSubstr("2:3 error unreadable-contrast-file")));
-    EXPECT_THAT(lines(R"({"pair": []})"), ElementsAre("1:1 error incomplete-contrast-pair pairs",
-                                                      HasSubstr("1:10 error unknown-member")));
+                ElementsAre(HasSubstr("2:2 error unreadable-contrast-file ,")));
+    EXPECT_THAT(lines("{}"), ElementsAre("1:1 error incomplete-contrast-pair pairs"));
+    EXPECT_THAT(lines(R"({"pair": []})"), ElementsAre("1:2 error unknown-member []"));
     EXPECT_THAT(lines(R"({"pairs": [{"text": "Grid.text", "ground": "Grid.text"}]})"),
                 ElementsAre("1:12 error incomplete-contrast-pair minimum"));
     EXPECT_THAT(lines(R"({"pairs": [{"text": "Grid.txt", "ground": "Grid.text", "minimum": 1}]})"),
@@ -527,27 +527,6 @@ TEST(Contrast, AKeyThatAnUnreadableThemeMayHaveIsNotUnknown) {
 }
 
 // ---- All ----
-
-TEST(PaletteRules, AreBrokenByTheirExamplesAndKeptAfterwards) {
-    std::size_t count = 0;
-    for (const char* const name :
-         {"missing-in-other-theme", "name-in-one-theme", "unused-palette-color",
-          "unused-palette-font", "color-in-fractions", "unreadable-contrast-file",
-          "incomplete-contrast-pair", "contrast-minimum-out-of-range", "unknown-contrast-key",
-          "low-contrast"}) {
-        const Rule* const rule = ruleNamed(name);
-        ASSERT_NE(rule, nullptr) << name;
-        Files files{{light, "<ROOT/>"}, {dark, "<ROOT/>"}};
-        if (!rule->besideFile.empty())
-            files[std::string(rule->besideFile)] = rule->beside;
-        files[std::string(rule->file)] = rule->before;
-        EXPECT_THAT(linesOf(files, name), Not(IsEmpty())) << rule->before;
-        files[std::string(rule->file)] = rule->after;
-        EXPECT_THAT(linesOf(files, name), IsEmpty()) << rule->after;
-        ++count;
-    }
-    EXPECT_EQ(count, 10U);
-}
 
 TEST(PaletteRules, TheSampleKeepsThemAll) {
     const auto inspection = inspected(YG_SAMPLE_FOLDER);

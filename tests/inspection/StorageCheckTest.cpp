@@ -6,8 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "YGConfigManager/diagnostics/Rule.h"
-
 #include "inspection/Inspected.h"
 
 namespace yg::testing {
@@ -140,6 +138,20 @@ TEST(ServersCheck, ComparesNoFileThatIsMissingOrCannotBeRead) {
     }
     EXPECT_THAT(linesOf({{"storage/skeleton_v1.xml", oneType}}, "server-type-in-some-files"),
                 IsEmpty());
+}
+
+TEST(ServersCheck, ReportsAHundredServersThatSomeFilesDoNotHave) {
+    std::string names = "East";
+    for (int at = 0; at < 150; ++at)
+        names += ";West" + std::to_string(at);
+    const auto file = [](const std::string& servers, const std::string& more) {
+        return "<application><server type='1'><e key='1' name='" + servers +
+               "' addrs='a:1'/></server>" + more + "</application>";
+    };
+    const Files files{{"storage/skeleton_v1.xml", file(names, "")},
+                      {"storage/skeleton_l2_v1.xml", file("East", "<server type='2'/>")}};
+    EXPECT_THAT(linesOf(files, "server-in-some-files"), SizeIs(100));
+    EXPECT_THAT(linesOf(files, "server-type-in-some-files"), SizeIs(1));
 }
 
 TEST(ServersCheck, TakesTypesAsTheyAreFoundAndEntriesInAnyOrder) {
@@ -340,27 +352,11 @@ TEST(StorageFiles, OfTheUsersThatNoTerminalReadsAreLeftAlone) {
 
 TEST(StorageFiles, AreMissingOnlyFromTheShippedFolder) {
     const auto lines = linesOf(Files{{"config/events.xml", "<event_list/>"}});
-    EXPECT_THAT(lines, Contains("storage/palette_white.xml:1:1 warning missing-file"));
+    EXPECT_THAT(lines, Contains("storage/skeleton_v1.xml:1:1 warning missing-file"));
     EXPECT_THAT(lines, Not(Contains(HasSubstr("user/"))));
 }
 
 // ---- Rules ----
-
-TEST(StorageRules, AreBrokenByTheirExampleAndKeptByTheSameFileAfterwards) {
-    for (const char* const name :
-         {"odd-address-weight", "odd-server-host", "server-type-in-some-files",
-          "server-in-some-files", "digest-in-shipped-file", "missing-in-user-copy",
-          "address-without-scheme", "full-width-in-address", "html-in-place-of-file"}) {
-        const Rule* const rule = ruleNamed(name);
-        ASSERT_NE(rule, nullptr) << name;
-        Files files{{std::string(rule->file), std::string(rule->before)}};
-        if (!rule->besideFile.empty())
-            files.emplace(rule->besideFile, rule->beside);
-        EXPECT_THAT(linesOf(files, name), SizeIs(1)) << name;
-        files[std::string(rule->file)] = rule->after;
-        EXPECT_THAT(linesOf(files, name), IsEmpty()) << name;
-    }
-}
 
 TEST(StorageRules, FindNothingButNamesOfOneRightLevelInTheSample) {
     std::vector<std::string> found;

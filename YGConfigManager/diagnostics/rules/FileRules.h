@@ -37,7 +37,7 @@ inline constexpr Rule fileRules[] = {
      R"(<event_list>
     <command_event><command name="open"/></command_event>
 </event_list>)"},
-    {"hidden-character", Handling::defaulted, Severity::warning,
+    {"hidden-character", Handling::kept, Severity::warning,
      "The text has a character in it that cannot be seen.",
      "A zero-width character or a no-break blank is a part of the text like any other, so a name "
      "with one is another name. It comes along when text is copied from a web page or a chat. "
@@ -68,7 +68,7 @@ inline constexpr Rule fileRules[] = {
         <element name="kline" uuid="chart"/>
     </panel></style>
 </styles>)"},
-    {"odd-separator", Handling::defaulted, Severity::error,
+    {"odd-separator", Handling::unresolved, Severity::error,
      "The names of a list stand between semicolons, without blanks; this is read as one name.",
      "Only \";\" separates the names of a list. A comma, a full-width sign or a blank is a part of "
      "the name beside it.",
@@ -102,7 +102,7 @@ inline constexpr Rule fileRules[] = {
      "scheme, the path and blanks. A port goes from 1 to 65535.",
      "host.json", R"({"configServer": "http://127.0.0.1:8080/"})",
      R"({"configServer": "127.0.0.1:8080"})"},
-    {"odd-right-level", Handling::defaulted, Severity::error,
+    {"odd-right-level", Handling::kept, Severity::error,
      "Only \"free\" in small letters is the free right level; this is read as another one.",
      "The right level is compared as it stands. With any other text than \"free\" and an empty one "
      "the server files of paying users are read.",

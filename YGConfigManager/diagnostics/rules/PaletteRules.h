@@ -172,7 +172,7 @@ inline constexpr Rule paletteRules[] = {
     </SWPALETTE>
 </ROOT>)"},
     // Images.
-    {"image-outside-folder", Handling::unresolved, Severity::error,
+    {"image-outside-folder", Handling::kept, Severity::error,
      "The path leads out of the image folder; what it names is read all the same.",
      "A path with \"..\" depends on where the terminal is installed. Move the file below the image "
      "folder.",
@@ -209,7 +209,7 @@ inline constexpr Rule paletteRules[] = {
      "The image files before this one have 256 MiB together or more, so its name has no image.",
      "The limit keeps a few large files from taking all memory. Use smaller files."},
     // Found by inspections.
-    {"missing-in-other-theme", Handling::unresolved, Severity::warning,
+    {"missing-in-other-theme", Handling::kept, Severity::warning,
      "What an application asks for is in one theme only; the other one has nothing to show for it.",
      "Applications ask both themes for the same keys of colours and fonts and for the same names "
      "of "
@@ -236,7 +236,7 @@ inline constexpr Rule paletteRules[] = {
         <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/></COLORES></APP_MAP>
     </SWPALETTE>
 </ROOT>)"},
-    {"name-in-one-theme", Handling::unresolved, Severity::info,
+    {"name-in-one-theme", Handling::kept, Severity::info,
      "Only one theme has a colour or a font of this name.",
      "Each palette may have names of its own, for keys refer to the names of their own file. Where "
      "the palettes are meant to be alike, add the name to the other one.",
@@ -260,7 +260,7 @@ inline constexpr Rule paletteRules[] = {
         <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/></COLORES></APP_MAP>
     </SWPALETTE>
 </ROOT>)"},
-    {"unused-palette-color", Handling::unresolved, Severity::info,
+    {"unused-palette-color", Handling::kept, Severity::info,
      "No key of this palette shows the colour.",
      "Applications ask for colours by keys alone, so nothing can show it. Delete it, or give it a "
      "key.",
@@ -277,8 +277,7 @@ inline constexpr Rule paletteRules[] = {
         <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/></COLORES></APP_MAP>
     </SWPALETTE>
 </ROOT>)"},
-    {"unused-palette-font", Handling::unresolved, Severity::info,
-     "No key of this palette has the font.",
+    {"unused-palette-font", Handling::kept, Severity::info, "No key of this palette has the font.",
      "Applications ask for fonts by keys alone, so nothing can show it. Delete it, or give it a "
      "key.",
      "storage/palette_white.xml",
@@ -294,7 +293,7 @@ inline constexpr Rule paletteRules[] = {
         <APP_MAP><FONTS><I KEY="Grid" VALUE="text"/></FONTS></APP_MAP>
     </SWPALETTE>
 </ROOT>)"},
-    {"color-in-fractions", Handling::defaulted, Severity::warning,
+    {"color-in-fractions", Handling::kept, Severity::warning,
      "R, G and B are written as fractions of 1, but go from 0 to 255; the colour is nearly black.",
      "R, G and B are read on a scale from 0 to 255; only A goes from 0 to 1. Multiply each of the "
      "three by 255.",
@@ -309,14 +308,14 @@ inline constexpr Rule paletteRules[] = {
         <COLORES><C NAME="sky" R="102" G="153" B="255"/></COLORES>
     </SWPALETTE>
 </ROOT>)"},
-    {"uneven-strips", Handling::unresolved, Severity::warning,
+    {"uneven-strips", Handling::kept, Severity::warning,
      "The image is not as many pieces wide as that of the other theme, which seems to be a strip "
      "of "
      "square pieces.",
      "Applications cut a strip into the same number of equal pieces in both themes. A width that "
      "does not divide by it loses columns at the right, and another shape shows parts of two "
      "pieces. Draw both images alike."},
-    {"unused-image-file", Handling::unresolved, Severity::info, "No palette names this image file.",
+    {"unused-image-file", Handling::kept, Severity::info, "No palette names this image file.",
      "Applications ask for images by the names in the palettes, so nothing shows the file unless "
      "the application opens it by its path. Delete it, or give it a name."},
     // Contrast.
@@ -353,7 +352,7 @@ inline constexpr Rule paletteRules[] = {
         <APP_MAP><COLORES><I KEY="Grid.text" VALUE="ink"/><I KEY="Grid.back" VALUE="paper"/></COLORES></APP_MAP>
     </SWPALETTE>
 </ROOT>)"},
-    {"low-contrast", Handling::unresolved, Severity::warning,
+    {"low-contrast", Handling::kept, Severity::warning,
      "The colours have less contrast than contrast.json asks for.",
      "The contrast ratio is that of WCAG 2, from 1 to 21; a colour that is not opaque is drawn "
      "over "

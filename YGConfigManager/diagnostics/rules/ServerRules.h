@@ -86,7 +86,7 @@ inline constexpr Rule serverRules[] = {
         <entry key="1" name="East" addrs="192.0.2.1:9211"/>
     </server>
 </application>)"},
-    {"server-without-name", Handling::defaulted, Severity::warning,
+    {"server-without-name", Handling::kept, Severity::warning,
      "Between two \";\", or beside one at an end, stands an empty name, which makes a server.",
      "Delete the extra \";\".", "storage/skeleton_v1.xml",
      R"(<application>
@@ -216,7 +216,7 @@ inline constexpr Rule serverRules[] = {
         <entry key="1" name="East" addrs="192.0.2.1:9211;192.0.2.2:9211"/>
     </server>
 </application>)"},
-    {"odd-server-host", Handling::defaulted, Severity::error,
+    {"odd-server-host", Handling::kept, Severity::error,
      "No host has blanks, commas or full-width characters; nothing is trimmed, so that they are "
      "part of it.",
      "Separate addresses by \";\" without blanks, and write them in plain ASCII characters.",
@@ -231,7 +231,7 @@ inline constexpr Rule serverRules[] = {
         <entry key="1" name="East" addrs="192.0.2.1:9211;192.0.2.2:9211"/>
     </server>
 </application>)"},
-    {"server-type-in-some-files", Handling::unresolved, Severity::warning,
+    {"server-type-in-some-files", Handling::kept, Severity::warning,
      "Not all shipped server files have this type.",
      "The right level and the grey release select one of the four files. Users of a file without "
      "the type have no such server. Add the group to the files that are named, or delete it.",
@@ -247,7 +247,7 @@ inline constexpr Rule serverRules[] = {
      R"(<application>
     <server type="1" name="Quotes"/>
 </application>)"},
-    {"server-in-some-files", Handling::unresolved, Severity::info,
+    {"server-in-some-files", Handling::kept, Severity::info,
      "Not all shipped server files have a server of this name.",
      "It may be meant, when a right level or the grey release has servers of its own. Otherwise "
      "the name is spelt in another way there, or missing.",
@@ -268,7 +268,7 @@ inline constexpr Rule serverRules[] = {
         <entry key="1" name="East" addrs="192.0.2.1:9211"/>
     </server>
 </application>)"},
-    {"digest-in-shipped-file", Handling::defaulted, Severity::warning,
+    {"digest-in-shipped-file", Handling::kept, Severity::warning,
      "A digest belongs to a delivery and is written when that is saved; a shipped file has none.",
      "The application compares the digest with that of the next delivery, and may leave out a "
      "newer one. The file was probably copied from a user's folder. Delete the attribute.",

@@ -87,11 +87,10 @@ inline constexpr Rule settingsRules[] = {
      R"(<urls>
     <url key="whats-new">https://example.com/</url>
 </urls>)"},
-    {"escaped-twice", Handling::defaulted, Severity::warning,
-     "Every \"&\" of a delivered table is escaped, also one that is part of \"&amp;\", which then "
-     "stays in the address.",
-     "In a table that a server delivers, write a plain \"&\"; in a file on the disk write "
-     "\"&amp;\" once.",
+    {"escaped-twice", Handling::kept, Severity::warning,
+     "\"&amp;\" stays in the address as it is, since its \"&\" is escaped once more.",
+     "Every \"&\" of a table that a server delivers is escaped: write a plain \"&\" there. In a "
+     "file on the disk write \"&amp;\" once.",
      "storage/web_page_urls.xml",
      R"(<urls>
     <url key="help">https://example.com/?a=1&amp;amp;b=2</url>
@@ -106,7 +105,7 @@ inline constexpr Rule settingsRules[] = {
      "The delivered table is not well-formed XML, so nothing changes.",
      "The table that was known before stays."},
     // Web pages and request URLs.
-    {"blanks-around-address", Handling::defaulted, Severity::warning,
+    {"blanks-around-address", Handling::kept, Severity::warning,
      "Nothing is trimmed: the blanks before or behind the address are part of it.",
      "Delete them: a browser may not find the page.", "storage/web_page_urls.xml",
      R"(<urls>
@@ -168,7 +167,7 @@ inline constexpr Rule settingsRules[] = {
      "Check the key; letter case counts.", "", R"(httpReqUrlStringWithUrlKey("Quote"))",
      R"(httpReqUrlStringWithUrlKey("quote"))"},
     // Found by inspections.
-    {"missing-in-user-copy", Handling::unresolved, Severity::info,
+    {"missing-in-user-copy", Handling::kept, Severity::info,
      "The shipped file has this, the user's copy has not; the copy is read alone.",
      "A user's copy counts instead of the shipped file as a whole. What was added to the shipped "
      "file since the copy was made is not found. Add it to the copy, or delete the copy.",
@@ -183,7 +182,7 @@ inline constexpr Rule settingsRules[] = {
      R"(<config>
     <chart><grid>true</grid><zoom>2</zoom></chart>
 </config>)"},
-    {"address-without-scheme", Handling::unresolved, Severity::warning,
+    {"address-without-scheme", Handling::kept, Severity::warning,
      "The address does not say how to reach it, as \"https://\" does; it is used as it stands.",
      "Write the address whole, from \"https://\" on.", "storage/web_page_urls.xml",
      R"(<urls>
@@ -192,7 +191,7 @@ inline constexpr Rule settingsRules[] = {
      R"(<urls>
     <url key="help">https://www.example.com/help</url>
 </urls>)"},
-    {"full-width-in-address", Handling::unresolved, Severity::warning,
+    {"full-width-in-address", Handling::kept, Severity::warning,
      "The address has full-width characters up to the end of its host; it is used as it stands.",
      "An input method gave them instead of plain ones. Write ASCII characters.",
      "storage/web_page_urls.xml",

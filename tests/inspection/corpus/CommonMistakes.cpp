@@ -42,7 +42,14 @@ std::vector<Mistake> commonMistakes() {
            R"(event_dispatch_dest="overview.trend" is_first_responder="true">⟦<panel name="x"/>⟧</element>)"}}},
         {"unreadable-file",
          Severity::error,
-         {{styles, R"(<reuse_panel name="nav_bar"/>)", R"(<reuse_panel name="nav_bar"⟦⟧)"}}},
+         {{styles, R"(<reuse_panel name="nav_bar"/>
+            <panel)",
+           R"(<reuse_panel name="nav_bar"
+            ⟦⟧<panel)"}}},
+        {"missing-attribute",
+         Severity::warning,
+         {{"storage/palette_white.xml", R"(<COLOR NAME="panel" R="255" G="255" B="255"/>)",
+           R"(⟦<COLOR NAME="panel" R="255" G="255"/>⟧)"}}},
     };
 }
 

@@ -165,9 +165,12 @@ public:
                 return cause->second;
         }
         if (rule == "misplaced-panel" || rule == "misplaced-magic-panels")
-            return causeAt(misnamed_, parentOf(finding));
+            return causeAt(misnamed_, around(finding, 1));
+        // The slots follow from the group, and that from what was dropped of it.
         if (rule == "empty-magic-group")
-            return causeAt(emptied_, {fileOf(finding.extent), finding.extent.begin});
+            return finding.related.empty()
+                       ? causeAt(slots_, {fileOf(finding.extent), finding.extent.begin})
+                       : causeAt(emptied_, around(finding, 0));
         if (rule == "unknown-page") {
             for (const RelatedPlace& related : finding.related) {
                 if (const auto cause = causeInSlot(related.place))
@@ -203,13 +206,14 @@ private:
         return lost == lostNames_.end() ? std::nullopt : std::optional(lost->second);
     }
 
-    /// Where the element begins that is around the finding's.
-    Spot parentOf(const Finding& finding) const {
+    /// Where the element begins that the finding is in, or one so many levels above.
+    Spot around(const Finding& finding, std::size_t above) const {
         const std::string file = fileOf(finding.extent);
-        const auto around = loaded_.files.file(file).elementsAt(finding.extent.begin);
-        return around.size() < 2
-                   ? Spot()
-                   : Spot(file, around[around.size() - 2].place().value_or(Place()).begin);
+        const auto elements = loaded_.files.file(file).elementsAt(finding.extent.begin);
+        if (elements.size() <= above)
+            return {};
+        const xml::Element& element = elements[elements.size() - 1 - above];
+        return {file, element.place().value_or(Place()).begin};
     }
 
     std::optional<Index> lost(const Finding& finding, Index at) const {
@@ -392,7 +396,7 @@ private:
         else if (isAboutElementName(finding))
             misnamed_.try_emplace({file, finding.extent.begin}, at);
         else if (rule == "member-without-panel" || rule == "missing-name")
-            emptied_.try_emplace(parentOf(finding), at);
+            emptied_.try_emplace(around(finding, 1), at);
         if (rule == "unknown-magic-group" ||
             (rule == "missing-name" && finding.element == "magic_panels"))
             slots_.try_emplace({file, finding.extent.begin}, at);

@@ -153,24 +153,24 @@ void explainEmptyGroups(const Loaded& loaded, Gathering& findings, const LayoutN
         if (fileOf(group.element) == magicFile)
             ofPages.insert_or_assign(group.value, group.element);
     }
-    findings.amendEach([&](Found& found) {
-        Finding& finding = found.finding;
-        if (&finding.rule != &"empty-magic-group"_rule)
-            return;
-        const Elements& groups = finding.place.file == tabFile ? names.groups : ofPages;
-        const auto group = groups.find(finding.value);
-        if (group == groups.end())
-            return;
-        const xml::Element& element = group->second;
-        const Place slot = finding.extent;
-        finding.place = element.valuePlace(nameAttribute).value_or(Place());
-        finding.extent = element.place().value_or(Place());
-        finding.element = element.name();
-        found.message = "group " + quoted(finding.value) +
-                        " has no member to show in its slots: put a magic panel in.";
-        finding.related = {{slot, "a slot that shows nothing"}};
-    });
-    findings.joinRepeated("empty-magic-group"_rule);
+    std::map<std::pair<bool, std::string>, std::vector<RelatedPlace>> slots;
+    for (const Found& found : findings.found()) {
+        const Finding& finding = found.finding;
+        if (&finding.rule == &"empty-magic-group"_rule)
+            slots[{finding.place.file == tabFile, finding.value}].push_back(
+                {finding.extent, "a slot that shows nothing"});
+    }
+    for (auto& [group, related] : slots) {
+        const Elements& groups = group.first ? names.groups : ofPages;
+        const auto definition = groups.find(group.second);
+        if (definition != groups.end())
+            findings.onPart("empty-magic-group"_rule, definition->second, nameAttribute, 0,
+                            group.second.size(),
+                            {.message = "group " + quoted(group.second) +
+                                        " has no member to show in its slots: put a magic panel "
+                                        "in.",
+                             .related = std::move(related)});
+    }
 }
 
 /// Without a style the main file is what to repair.

@@ -162,6 +162,9 @@ void addAttributes(const std::string& file, const xml::Element& element, const E
         addAttributes(file, xml::Element(child), covered, found);
 }
 
+/// Rules whose related places have no effect either: earlier includes, slots, a whole file.
+const std::set<std::string_view> withoutEffectBeside{"repeated-include", "soft-optimize-dropped"};
+
 /// The attributes that no finding is about, and that are not in something without effect.
 std::vector<AttributePlace> silentAttributes(const RootFiles& files, const Root& root,
                                              std::span<const RootFinding> findings,
@@ -179,8 +182,11 @@ std::vector<AttributePlace> silentAttributes(const RootFiles& files, const Root&
         if (finding.extentBegin == finding.extentEnd)
             coveredFiles.insert(finding.file);
         for (const RootPlace& related : finding.related) {
-            if (finding.rule->handling == Handling::replaced ||
-                finding.rule->name == "repeated-include")
+            const bool isWithoutEffect = finding.rule->handling == Handling::replaced ||
+                                         withoutEffectBeside.contains(finding.rule->name);
+            if (isWithoutEffect && related.begin == related.end)
+                coveredFiles.insert(related.file);
+            else if (isWithoutEffect)
                 cover(related.file, related.begin, related.end);
         }
         for (const RootPlace& consequence : finding.consequences)

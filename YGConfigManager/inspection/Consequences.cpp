@@ -35,10 +35,8 @@ constexpr std::pair<std::string_view, std::string_view> followsFromFile[] = {
 
 /// What follows when any file of a format cannot be read.
 constexpr std::pair<std::string_view, std::string_view> followsFromFormat[] = {
-    {"unused-image-file", "palette"},
-    {"missing-in-other-theme", "palette"},
-    {"name-in-one-theme", "palette"},
-    {"server-type-in-some-files", "servers"},
+    {"unused-image-file", "palette"},    {"missing-in-other-theme", "palette"},
+    {"name-in-one-theme", "palette"},    {"server-type-in-some-files", "servers"},
     {"server-in-some-files", "servers"},
 };
 

@@ -25,8 +25,9 @@ bool hasDash(std::string_view name) {
     return name.find('-') != std::string_view::npos;
 }
 
-std::string fileOf(const xml::Element& element) {
-    return element.place().value_or(Place()).file;
+/// Of an element with a name.
+std::string_view fileOf(const xml::Element& element) {
+    return element.attributePoint(nameAttribute).value_or(xml::SourcePoint{}).file;
 }
 
 std::vector<RelatedPlace> at(const xml::Element& element, std::string_view meaning) {
@@ -55,34 +56,35 @@ LayoutNames layoutNames(const Loaded& loaded, const Gathering& findings) {
     for (const NameUse& use : findings.names()) {
         switch (use.row->names) {
             case Naming::style:
-                if (fileOf(use.element) == tabFile)
+                if (use.file() == tabFile)
                     break;
                 if (!use.row->defines && use.row->name == "default_style")
                     names.defaultStyle = &use;
                 if (use.row->defines) {
                     // The first of a file counts, and of two files the one that is read later.
-                    const auto [found, isNew] = names.templates.try_emplace(use.value, use.element);
-                    if (!isNew && fileOf(found->second) != fileOf(use.element))
+                    const auto [found, isNew] =
+                        names.templates.try_emplace(std::string(use.value), use.element);
+                    if (!isNew && fileOf(found->second) != use.file())
                         found->second = use.element;
                 }
                 break;
             case Naming::magicGroup:
                 if (use.row->defines) {
-                    names.groups.insert_or_assign(use.value, use.element);
+                    names.groups.insert_or_assign(std::string(use.value), use.element);
                     names.groupDefinitions.push_back(use);
                 } else
-                    names.usedGroups.insert(use.value);
+                    names.usedGroups.emplace(use.value);
                 break;
             case Naming::magicPanel:
-                if (fileOf(use.element) == magicFile)
+                if (use.file() == magicFile)
                     names.members.push_back(use);
                 break;
             case Naming::reusePanel:
                 if (use.row->defines) {
-                    names.reusePanels.insert_or_assign(use.value, use.element);
+                    names.reusePanels.insert_or_assign(std::string(use.value), use.element);
                     names.reuseDefinitions.push_back(use);
                 } else
-                    names.usedReusePanels.insert(use.value);
+                    names.usedReusePanels.emplace(use.value);
                 break;
             default:
                 break;
@@ -97,7 +99,7 @@ void checkDefaultStyle(const Loaded& loaded, Gathering& findings, const LayoutNa
     Effort effort;
     PageNames pages(loaded, findings, effort);
     const NameUse& use = *names.defaultStyle;
-    const PageAnswer& answer = pages.look(use.value);
+    const PageAnswer& answer = pages.look(std::string(use.value));
     if (answer.kind != PageAnswer::Kind::page)
         findings.onPart("unknown-default-style"_rule, use.element, use.row->name, answer.offset,
                         answer.size, answer.details);
@@ -105,15 +107,15 @@ void checkDefaultStyle(const Loaded& loaded, Gathering& findings, const LayoutNa
 
 /// What is defined, but only after it is needed.
 void explainOrder(Gathering& findings, const LayoutNames& names) {
-    findings.amendEach([&](Found& found) {
+    for (Found& found : findings.found()) {
         const Finding& finding = found.finding;
         const bool isGroup = &finding.rule == &"unknown-magic-group"_rule;
         if (!isGroup && &finding.rule != &"unknown-reuse-panel"_rule)
-            return;
+            continue;
         const Elements& defined = isGroup ? names.groups : names.reusePanels;
         const auto definition = defined.find(finding.value);
         if (definition == defined.end())
-            return;
+            continue;
         found.message =
             (isGroup ? "group " : "reuse panel ") + quoted(finding.value) +
             " exists, but is not known yet when this is read: " +
@@ -122,7 +124,7 @@ void explainOrder(Gathering& findings, const LayoutNames& names) {
                  ? "the groups of a file are known when it has been read whole."
                  : "the soft-optimize magic panels are read after the pages.");
         found.finding.related = at(definition->second, "its definition");
-    });
+    }
 }
 
 void checkTemplates(const Loaded& loaded, Gathering& findings, const LayoutNames& names) {

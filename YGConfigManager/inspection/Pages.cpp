@@ -49,7 +49,12 @@ std::map<std::string, std::vector<std::string>, std::less<>> valuesToTry(const M
 class Builder {
 public:
     Builder(Loaded& loaded, const MappingDic& lists)
-        : loaded_(loaded), values_(valuesToTry(lists)) {}
+        : loaded_(loaded), values_(valuesToTry(lists)) {
+        std::size_t bytes = 0;
+        for (const std::string_view name : layoutFiles)
+            bytes += loaded.files.file(name).bytes().size();
+        maxBytes_ = std::max(leastCustomPageBytes, bytes / customPageShare);
+    }
 
     void build() {
         std::vector<std::pair<PageTemplate, std::vector<const Arguments*>>> templates;
@@ -85,9 +90,8 @@ private:
     using Arguments = std::vector<SlotMember>;
 
     const Arguments& argumentsFor(const std::optional<std::string>& group) {
-        static const Arguments none;
         if (!group)
-            return none;
+            return none_;
         const auto [found, isNew] = arguments_.try_emplace(*group);
         if (!isNew)
             return found->second;
@@ -112,7 +116,7 @@ private:
         return pages;
     }
 
-    bool isFull() const { return pages_ >= maxCustomPages || bytes_ >= maxCustomPageBytes; }
+    bool isFull() const { return pages_ >= maxCustomPages || bytes_ >= maxBytes_; }
 
     void add(const PageTemplate& style, const std::vector<const Arguments*>& slots,
              const auto& choice) {
@@ -135,9 +139,11 @@ private:
     Loaded& loaded_;
     std::map<std::string, std::vector<std::string>, std::less<>> values_;
     std::map<std::string, Arguments, std::less<>> arguments_;
+    const Arguments none_;
     std::set<std::string> built_;
     std::size_t pages_ = 0;
     std::size_t bytes_ = 0;
+    std::size_t maxBytes_ = 0;
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/inspection/Checks.h"
 #include "YGConfigManager/inspection/PaletteFiles.h"
 #include "YGConfigManager/text/Format.h"
@@ -91,7 +92,7 @@ std::map<std::string_view, std::size_t> familiesOf(const Names& names, const Nam
 std::vector<std::string> valuesOf(const std::vector<const NameUse*>& uses) {
     std::vector<std::string> values;
     for (const NameUse* use : uses)
-        values.push_back(use->value);
+        values.emplace_back(use->value);
     return values;
 }
 
@@ -210,9 +211,9 @@ void checkStrips(const PaletteFile& light, const PaletteFile& dark, Gathering& f
 }  // namespace
 
 const PaletteFile::Names& PaletteFile::of(Naming kind, const ByKind& names) {
-    static const Names none;
+    static Immortal<const Names> none;
     const auto found = names.find(kind);
-    return found == names.end() ? none : found->second;
+    return found == names.end() ? *none : found->second;
 }
 
 void PaletteFile::add(const NameUse& use) {
@@ -238,8 +239,7 @@ std::vector<PaletteFile> paletteFilesOf(const Loaded& loaded, const Gathering& f
             case Naming::image:
             case Naming::colorKey:
             case Naming::fontKey: {
-                const auto found = std::ranges::find(
-                    files, use.element.place().value_or(Place()).file, &PaletteFile::path);
+                const auto found = std::ranges::find(files, use.file(), &PaletteFile::path);
                 if (found != files.end())
                     found->add(use);
                 break;

@@ -65,7 +65,7 @@ text::KnownWords& Suggestions::defined(Naming kind) {
         std::set<std::string> all;
         for (const NameUse& use : names_) {
             if (use.row->names == kind && use.row->defines)
-                all.insert(use.value);
+                all.emplace(use.value);
         }
         words =
             std::make_unique<text::KnownWords>(std::vector<std::string>(all.begin(), all.end()));

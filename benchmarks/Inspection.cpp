@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 //
 // The inspection of a whole root, beside the load of all its files by the same loaders without a
-// sink; and a parse that keeps positions, beside one that does not.
+// sink: of a root as authors keep it, and of a generated one with a finding in nearly each line;
+// and a parse that keeps positions, beside one that does not.
 #include "YGConfigManager/inspection/Inspection.h"
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <system_error>
@@ -15,6 +18,7 @@
 #include "YGConfigManager/host/HostOfThread.h"
 #include "YGConfigManager/inspection/Loaded.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
+#include "YGConfigManager/text/Replace.h"
 #include "YGConfigManager/xml/Document.h"
 
 #include "benchmarks/Comparison.h"
@@ -24,14 +28,32 @@ namespace yg::benchmarks {
 
 namespace {
 
-/// A generated root that goes with the program.
+/// The sample with its pages again and again, each time by other names.
+std::size_t makeOrderlyRoot(const std::filesystem::path& root, std::size_t wanted) {
+    std::filesystem::copy(YG_SAMPLE_FOLDER, root, std::filesystem::copy_options::recursive);
+    const std::filesystem::path path = root / "config/custompage_template.xml";
+    std::ifstream file(path, std::ios::binary);
+    const std::string sample(std::istreambuf_iterator<char>(file), {});
+    file.close();
+    const std::string begin = "<style name=\"";
+    const std::size_t end = sample.rfind("</styles>");
+    const std::string pages = sample.substr(0, end).substr(sample.find(begin));
+    std::string text = sample.substr(0, end);
+    for (int i = 1; text.size() < wanted; ++i)
+        text += text::replaceAll(pages, begin, begin + std::to_string(i) + "_");
+    text += sample.substr(end);
+    std::ofstream(path, std::ios::binary) << text;
+    return text.size();
+}
+
+/// A root that goes with the program.
 class TemporaryRoot {
 public:
-    explicit TemporaryRoot(std::size_t wanted) {
+    TemporaryRoot(std::size_t wanted, bool isOrderly) {
         std::string name = std::filesystem::temp_directory_path() / "yg-benchmark-XXXXXX";
         require(mkdtemp(name.data()) != nullptr, "no temporary folder");
         path_ = name;
-        bytes_ = makeRoot(path_, wanted);
+        bytes_ = isOrderly ? makeOrderlyRoot(path_, wanted) : makeRoot(path_, wanted);
     }
     ~TemporaryRoot() {
         std::error_code ignored;
@@ -110,12 +132,18 @@ void registerInspection() {
     };
     const Size sizes[] = {{"1MB", 1'000'000}, {"10MB", 10'000'000}, {"20MB", 20'000'000}};
     for (const Size& size : sizes) {
-        const auto root = std::make_shared<TemporaryRoot>(size.bytes);
+        const auto root = std::make_shared<TemporaryRoot>(size.bytes, false);
         addParse(size.name, root);
         add("inspection/load/" + size.name, root, loadAll);
         add("inspection/" + size.name, root, inspect);
         compare({"inspection/" + size.name, "inspection/load/" + size.name, 3.0});
+        const auto orderly = std::make_shared<TemporaryRoot>(size.bytes, true);
+        add("inspection/orderly/load/" + size.name, orderly, loadAll);
+        add("inspection/orderly/" + size.name, orderly, inspect);
+        compare({"inspection/orderly/" + size.name, "inspection/orderly/load/" + size.name, 3.0});
     }
+    // As many findings for each byte take as long for each.
+    compare({"inspection/20MB", "inspection/1MB", 25});
     compare({"xml/parse/20MB/positions", "xml/parse/1MB/positions", 21});
 }
 

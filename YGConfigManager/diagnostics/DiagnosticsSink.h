@@ -23,7 +23,8 @@ struct AttributeInfo;
 
 namespace xml {
 class Element;
-}
+struct ParseResult;
+}  // namespace xml
 
 /// A place that has to do with a finding.
 struct RelatedPlace {
@@ -77,6 +78,9 @@ public:
     /// Called before a file is read, with its path as it was given, and before a download is, with
     /// its URL.
     virtual void readingFile(std::string_view /*path*/) {}
+
+    /// Called with what a file was parsed to, with positions. It must not be changed.
+    virtual void parsedFile(std::string_view /*path*/, const xml::ParseResult& /*parsed*/) {}
 };
 
 }  // namespace yg

@@ -8,7 +8,11 @@ namespace yg {
 
 xml::ParseResult Reporter::parseFile(std::string_view path) const {
     reading(path);
-    return orOutOfMemory(xml::Document::parseFile(path, {.positions = sink_ != nullptr}));
+    xml::ParseResult parsed =
+        orOutOfMemory(xml::Document::parseFile(path, {.positions = sink_ != nullptr}));
+    if (sink_)
+        sink_->parsedFile(path, parsed);
+    return parsed;
 }
 
 xml::ParseResult Reporter::parseBytes(std::string_view bytes) const {

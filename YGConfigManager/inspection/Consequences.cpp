@@ -149,7 +149,7 @@ public:
                 return cause;
         }
         if (isAboutDifference(rule)) {
-            if (const auto cause = lostName(finding.value, at))
+            if (const auto cause = lostAlike(finding, at))
                 return cause;
         }
         if (const auto cause = unbuilt(finding))
@@ -180,7 +180,7 @@ public:
         const Naming kind = kindNamedBy(finding);
         // What a palette names is in the same file.
         if (kind == Naming::nothing || kind == Naming::color || kind == Naming::font)
-            return lost(finding, at);
+            return isReference(finding) ? lostAlike(finding, at) : std::nullopt;
         return rule.starts_with("unused-") ? unreadUseOf(kind) : lostOrUnread(finding, at, kind);
     }
 
@@ -228,6 +228,14 @@ private:
                 return lost->second;
         }
         return std::nullopt;
+    }
+
+    /// In a file of the same format.
+    std::optional<Index> lostAlike(const Finding& finding, Index at) const {
+        const auto cause = lostName(finding.value, at);
+        const bool isAlike = cause && formatOf(loaded_, fileOf(finding.place)) ==
+                                          formatOf(loaded_, fileOf(found_[*cause].finding.place));
+        return isAlike ? cause : std::nullopt;
     }
 
     /// What the element or object has in place of something that it lacks.
@@ -472,32 +480,34 @@ private:
 /// in the definition where that name is used several times.
 void joinSlips(std::vector<Found>& found, std::vector<std::optional<Index>>& causes,
                Suggestions& suggestions) {
-    std::map<std::pair<Naming, std::string>, Index> unused;
-    std::map<std::pair<Naming, std::string>, std::vector<Index>> unknown;
+    using Name = std::pair<NameScope, std::string>;
+    std::map<Name, Index> unused;
+    std::map<Name, std::vector<Index>> unknown;
     for (Index at = 0; at < found.size(); ++at) {
         const Finding& finding = found[at].finding;
-        const Naming kind = kindNamedBy(finding);
-        // A palette defines and uses its colors and fonts by itself.
-        if (kind == Naming::nothing || kind == Naming::color || kind == Naming::font || causes[at])
+        NameScope scope = scopeOf(finding);
+        if (scope.kind == Naming::nothing || causes[at])
             continue;
+        Name name(std::move(scope), finding.value);
         if (isReference(finding))
-            unknown[{kind, finding.value}].push_back(at);
+            unknown[std::move(name)].push_back(at);
         else
-            unused.try_emplace({kind, finding.value}, at);
+            unused.try_emplace(std::move(name), at);
     }
     for (const auto& [name, references] : unknown) {
+        const auto& [scope, value] = name;
         const auto meant = suggestions.nearestName(found[references.front()]);
         if (!meant)
             continue;
         Index cause = references.front();
         const NameUse* const definition =
-            references.size() > 1 ? suggestions.onlyUnused(name.first, *meant) : nullptr;
+            references.size() > 1 ? suggestions.onlyUnused(scope, *meant) : nullptr;
         if (definition) {
             cause = found.size();
             const Place place =
                 definition->element.valuePlace(definition->row->name).value_or(Place());
             std::string message = std::string("'").append(*meant).append("' is not used, but '");
-            message.append(name.second).append("', which does not exist, is named ");
+            message.append(value).append("', which does not exist, is named ");
             message.append(std::to_string(references.size())).append(" times.");
             found.push_back({{found[references.front()].finding.rule,
                               place,
@@ -506,13 +516,13 @@ void joinSlips(std::vector<Found>& found, std::vector<std::optional<Index>>& cau
                               std::string(definition->row->name),
                               *meant,
                               {}},
-                             name.second,
+                             value,
                              std::move(message)});
             causes.emplace_back();
             for (const Index reference : references)
                 causes[reference] = cause;
         }
-        const auto known = unused.find({name.first, *meant});
+        const auto known = unused.find({scope, *meant});
         if (known != unused.end() && !causes[known->second])
             causes[known->second] = cause;
     }

@@ -163,8 +163,9 @@ private:
         details.value = *pair.text + " on " + *pair.ground;
         if (pair.over)
             details.value += " over " + *pair.over;
-        details.message = "colour '" + text->value + "': " + details.value + " has a contrast of " +
-                          ratioText(ratio) + ", below " + ratioText(*pair.minimum) + ".";
+        details.message = "colour '" + std::string(text->value) + "': " + details.value +
+                          " has a contrast of " + ratioText(ratio) + ", below " +
+                          ratioText(*pair.minimum) + ".";
         details.related = {
             {ground->element.tagPlace().value_or(Place()), "the colour of the ground"},
             {*places_.find(std::to_string(places_.size() - 1)), "the pair"}};

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
@@ -14,6 +15,7 @@
 #include "YGConfigManager/inspection/Checks.h"
 #include "YGConfigManager/inspection/PageNames.h"
 #include "YGConfigManager/layout/LayoutEntries.h"
+#include "YGConfigManager/text/Nearest.h"
 #include "YGConfigManager/text/Replace.h"
 
 namespace yg {
@@ -22,15 +24,6 @@ namespace {
 
 /// An attribute of patterns is tried with this many wildcards and values.
 constexpr std::size_t mostTried = 64;
-
-/// The files of the layout, which use groups and commands.
-constexpr std::string_view mainStyleFile = "config/custompage_template.xml";
-constexpr std::string_view layoutFiles[] = {mainStyleFile,
-                                            "config/tab_styles.xml",
-                                            "config/magic_panels.xml",
-                                            "base_optimize/reuse_panels.xml",
-                                            "soft_optimize/custompage_template.xml",
-                                            "soft_optimize/magic_panels.xml"};
 
 /// What the application may split before it takes a part of it for a command's name.
 bool isPlainName(std::string_view text) {
@@ -45,12 +38,19 @@ struct Names {
         bool isUsed = false;
     };
     std::map<std::string, Definition, std::less<>> definitions;
-    std::vector<std::string> sorted;
+    std::optional<text::KnownWords> words;  ///< once asked for
 
-    void add(const NameUse& use) { definitions.insert_or_assign(use.value, Definition{&use}); }
-    void sort() {
-        for (const auto& [name, definition] : definitions)
-            sorted.push_back(name);
+    void add(const NameUse& use) {
+        definitions.insert_or_assign(std::string(use.value), Definition{&use});
+    }
+    std::string_view nearest(std::string_view name) {
+        if (!words) {
+            std::vector<std::string> all;
+            for (const auto& [known, definition] : definitions)
+                all.push_back(known);
+            words.emplace(all);
+        }
+        return words->nearest(name);
     }
     const Definition* find(std::string_view name) const {
         const auto found = definitions.find(name);
@@ -95,8 +95,6 @@ public:
             if (Names* const names = use.row->defines ? namesOf(use.row->names) : nullptr)
                 names->add(use);
         }
-        for (Names* const names : {&groups_, &templates_, &commands_})
-            names->sort();
         for (const NameUse& use : findings_.names()) {
             if (!use.row->defines && !use.value.empty())
                 check(use);
@@ -156,7 +154,7 @@ private:
     }
 
     static bool mayBeInPattern(const NameUse& use) {
-        const std::string file = placeOf(use).file;
+        const std::string_view file = use.file();
         return file.ends_with("/magic_panels.xml") || file.ends_with("/reuse_panels.xml");
     }
 
@@ -190,7 +188,7 @@ private:
         // The layout's own default is not a matter of events.
         if (use.row->name == defaultStyle.name)
             return;
-        const PageAnswer& answer = pages_.look(use.value);
+        const PageAnswer& answer = pages_.look(std::string(use.value));
         if (answer.kind == PageAnswer::Kind::page)
             return;
         const bool isTab = answer.kind == PageAnswer::Kind::tab;
@@ -200,7 +198,7 @@ private:
 
     void report(const Rule& rule, Names& names, const NameUse& use, std::string message) {
         Details details{.message = std::move(message)};
-        const std::string meant = effort_.nearest(use.value, names.sorted);
+        const std::string_view meant = names.nearest(use.value);
         if (!meant.empty()) {
             details.suggestion = meant;
             details.related.push_back(
@@ -212,13 +210,13 @@ private:
     /// Says of an include that finds nothing whether its template is there, but not where it
     /// counts.
     void explainIncludes() {
-        findings_.amendEach([&](Found& found) {
+        for (Found& found : findings_.found()) {
             const Finding& finding = found.finding;
             if (finding.rule.name != "unknown-event-template"_rule.name)
-                return;
+                continue;
             const Names::Definition* const definition = templates_.find(finding.value);
             if (!definition)
-                return;
+                continue;
             const Place place = placeOf(*definition->use);
             const Place whole = definition->use->element.place().value_or(Place());
             found.message = "Template " + quoted(finding.value);
@@ -230,30 +228,30 @@ private:
             else
                 found.message += " has no event, so there is nothing to include.";
             found.finding.related.push_back({place, "where it is defined"});
-        });
+        }
     }
 
     /// It is the whole include that could be deleted, unless it is an event as well.
     void explainRepeatedIncludes() {
-        findings_.amendEach([&](Found& found) {
+        for (Found& found : findings_.found()) {
             Finding& finding = found.finding;
             if (finding.rule.name != "repeated-include"_rule.name)
-                return;
+                continue;
             found.message = "Template " + quoted(finding.value) +
                             " has only events here that are there already.";
             const std::string file = loaded_.files.nameOf(finding.place.file);
             const auto around = loaded_.files.file(file).elementsAt(finding.place.begin);
             if (around.size() < 2 || !around.back().attribute("name").value_or("").empty())
-                return;
+                continue;
             finding.place = finding.extent = around.back().place().value_or(finding.place);
             finding.place.file = finding.extent.file = loaded_.files.pathOf(file);
             finding.attribute.clear();
-        });
+        }
     }
 
     /// Names what the author has to look for.
     void explainEntries() {
-        findings_.amendEach([](Found& found) {
+        for (Found& found : findings_.found()) {
             const Finding& finding = found.finding;
             const bool isSection = finding.element == "command_event" ||
                                    finding.element == "event_template" ||
@@ -267,7 +265,7 @@ private:
                                     .append(
                                         "> is inside another section, where it has no effect: "
                                         "close that one above it.");
-        });
+        }
     }
 
     /// With a layout file that cannot be read nobody knows what it would use. One that is missing

@@ -37,12 +37,23 @@ void Gathering::named(const AttributeInfo& row, const xml::Element& element,
                       std::string_view value) {
     if (aside_ || isOnlyAboutSlots_)
         return;
-    const Place place = element.tagPlace().value_or(Place());
-    auto file = files_.find(place.file);
-    if (file == files_.end())
-        file = files_.insert(place.file).first;
-    if (knownNames_.insert({&row, &*file, place.begin}).second)
-        names_.push_back({&row, element, std::string(value)});
+    const auto point = element.attributePoint(row.name);
+    if (!point)
+        return;
+    if (lastSeen_ == seen_.end() || lastSeen_->first != point->file)
+        lastSeen_ = seen_.try_emplace(std::string(point->file)).first;
+    std::vector<bool>& seen = lastSeen_->second;
+    if (seen.size() <= point->offset)
+        seen.resize(point->offset + 1);
+    if (seen[point->offset])
+        return;
+    seen[point->offset] = true;
+    names_.push_back({&row, element, value});
+}
+
+void Gathering::parsedFile(std::string_view path, const xml::ParseResult& parsed) {
+    if (!aside_)
+        parsed_.try_emplace(std::string(path), parsed);
 }
 
 void Gathering::onFile(const Rule& rule, std::string_view path, Details details) {
@@ -85,10 +96,11 @@ void Gathering::add(Found found) {
     for (Place* const place : {&found.finding.place, &found.finding.extent})
         place->file = fileOf(*place);
     const Finding& finding = found.finding;
+    const std::hash<std::string> hash;
     if (!finding.place.file.empty() &&
         known_
-            .emplace(std::string(finding.rule.name), finding.place.file, finding.place.begin,
-                     finding.place.end, finding.attribute, finding.value)
+            .emplace(&finding.rule, finding.place.begin, finding.place.end,
+                     hash(finding.place.file), hash(finding.attribute), hash(finding.value))
             .second)
         found_.push_back(std::move(found));
 }
@@ -107,7 +119,7 @@ void Gathering::explain(std::size_t index, Details details) {
 
 void Gathering::joinRepeated(const Rule& rule) {
     std::map<std::tuple<std::string, TextPoint, std::string>, Found*> first;
-    std::unordered_set<const Found*> repeated;
+    std::set<const Found*> repeated;
     for (Found& found : found_) {
         Finding& finding = found.finding;
         if (&finding.rule != &rule)

@@ -5,22 +5,21 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/diagnostics/RuleTable.h"
 #include "YGConfigManager/records/Description.h"
-#include "YGConfigManager/xml/Element.h"
+#include "YGConfigManager/xml/Document.h"
 
 namespace yg {
 
@@ -28,7 +27,12 @@ namespace yg {
 struct NameUse {
     const AttributeInfo* row;
     xml::Element element;
-    std::string value;  ///< whole: of a list of names "a;b"
+    std::string_view value;  ///< whole: of a list of names "a;b"; lives as long as the element
+
+    /// The path of its file, which lives as long as the element.
+    std::string_view file() const {
+        return element.attributePoint(row->name).value_or(xml::SourcePoint{}).file;
+    }
 };
 
 /// A finding, and what only its check can say about it.
@@ -66,6 +70,7 @@ public:
     void named(const AttributeInfo& row, const xml::Element& element,
                std::string_view value) override;
     void made(const void* record, const xml::Element& element) override;
+    void parsedFile(std::string_view path, const xml::ParseResult& parsed) override;
 
     // ---- From the checks ----
     void onFile(const Rule& rule, std::string_view path, Details details = {});
@@ -97,21 +102,13 @@ public:
     void add(Found found);
 
     const std::vector<Found>& found() const { return found_; }
-    /// For what a check can add to the findings of a loader.
+    /// For what a check can say more of what is there: words, related places, a suggestion.
     std::vector<Found>& found() { return found_; }
 
     /// Adds to the finding of a loader, by its index, what a check knows better: each of the
     /// details that is there takes the place of what the finding has.
     void explain(std::size_t index, Details details);
     std::vector<Found> takeFound() { return std::move(found_); }
-
-    /// Says more about findings that are there: `amend(Found&)` changes their words and related
-    /// places.
-    template <class Amend>
-    void amendEach(Amend&& amend) {
-        for (Found& found : found_)
-            amend(found);
-    }
 
     /// Makes one finding of those of a rule that stand at the same place, with all of their related
     /// places.
@@ -131,6 +128,11 @@ public:
 
     /// The attributes that count, in the order of loading, and each once.
     const std::vector<NameUse>& names() const { return names_; }
+    std::vector<NameUse> takeNames() { return std::move(names_); }
+
+    /// What the loaders parsed, by its path.
+    using ParsedFiles = std::map<std::string, xml::ParseResult, std::less<>>;
+    ParsedFiles takeParsed() { return std::move(parsed_); }
 
     /// The path of the file that was read last; "" before the first.
     const std::string& lastRead() const { return lastRead_; }
@@ -153,34 +155,23 @@ private:
         Gathering& gathering_;
     };
 
+    /// What tells findings apart; of the file, the attribute and the value their hashes.
     using Key =
-        std::tuple<std::string, std::string, TextPoint, TextPoint, std::string, std::string>;
+        std::tuple<const Rule*, TextPoint, TextPoint, std::size_t, std::size_t, std::size_t>;
+
+    /// Whether the attribute that begins at an offset of a file was named, by the offset.
+    using Seen = std::map<std::string, std::vector<bool>, std::less<>>;
 
     bool isOnlyAboutSlots_ = false;
     std::vector<Finding>* aside_ = nullptr;
-    /// Where a name stands. Files are compared by the address of their paths in `files_`.
-    struct NameKey {
-        const AttributeInfo* row;
-        const std::string* file;
-        TextPoint begin;
-
-        friend bool operator==(const NameKey&, const NameKey&) = default;
-    };
-    struct HashOfNameKey {
-        std::size_t operator()(const NameKey& key) const {
-            const std::uint64_t point = (std::uint64_t{key.begin.line} << 20U) + key.begin.column;
-            return std::hash<const void*>()(key.row) * 31 + std::hash<const void*>()(key.file) +
-                   static_cast<std::size_t>(point * 0x9E3779B97F4A7C15U);
-        }
-    };
-
     std::string fileOfTexts_;
     std::string lastRead_;
     std::vector<Found> found_;
     std::set<Key> known_;
     std::vector<NameUse> names_;
-    std::set<std::string, std::less<>> files_;
-    std::unordered_set<NameKey, HashOfNameKey> knownNames_;
+    Seen seen_;
+    Seen::iterator lastSeen_ = seen_.end();
+    ParsedFiles parsed_;
     std::unordered_map<const void*, xml::Element> origins_;
 };
 

@@ -24,10 +24,12 @@ namespace yg {
 
 struct Inspection::Content {
     std::vector<RootFinding> findings;
-    std::vector<NamePlace> names;
     files::UnsavedTexts unsaved;
-    mutable std::mutex reading;
-    std::optional<SourceFiles> files;  ///< under the lock
+    std::mutex reading;
+    // Under the lock.
+    std::optional<SourceFiles> files;
+    std::vector<NameUse> uses;  ///< that names were not made of
+    std::vector<NamePlace> names;
 };
 
 namespace {
@@ -98,8 +100,9 @@ std::vector<NamePlace> namePlaces(const std::vector<NameUse>& uses, const Source
         const auto add = [&](std::size_t offset, std::size_t size) {
             const auto place = use.element.valuePlace(use.row->name, offset, size);
             if (place)
-                places.push_back({use.row->names, use.value.substr(offset, size), use.row->defines,
-                                  files.nameOf(place->file), place->begin, place->end});
+                places.push_back({use.row->names, std::string(use.value.substr(offset, size)),
+                                  use.row->defines, files.nameOf(place->file), place->begin,
+                                  place->end});
         };
         if (use.row->kind != AttributeKind::nameList) {
             add(0, use.value.size());
@@ -186,7 +189,7 @@ std::shared_ptr<const Inspection> Inspection::make(OptionalText root, std::strin
                         rootPlace(loaded->files, each.finding.extent, messageOf(each)));
                 content->findings.push_back(std::move(made));
             }
-            content->names = namePlaces(findings.names(), loaded->files);
+            content->uses = findings.takeNames();
             content->files = std::move(loaded->files);
         }
         std::ranges::stable_sort(content->findings, {}, [](const RootFinding& finding) {
@@ -207,6 +210,14 @@ std::span<const RootFinding> Inspection::findings() const {
 }
 
 std::span<const NamePlace> Inspection::names() const {
+    const std::lock_guard lock(content_->reading);
+    try {
+        if (!content_->uses.empty())
+            content_->names = namePlaces(content_->uses, *content_->files);
+        content_->uses.clear();
+    } catch (const std::bad_alloc&) {
+        // The next call tries again.
+    }
     return content_->names;
 }
 

@@ -65,7 +65,8 @@ public:
     /// What was found, sorted by file, line, column and rule. The same files give the same list.
     std::span<const RootFinding> findings() const;
 
-    /// The names that count, sorted by kind, name and place.
+    /// The names that count, sorted by kind, name and place. Found at the first call; empty when
+    /// memory does not suffice for that.
     std::span<const NamePlace> names() const;
 
     /// A line of a file, from 1, as UTF-8 without its line end: of a file that a finding or a name

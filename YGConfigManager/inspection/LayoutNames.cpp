@@ -26,8 +26,9 @@ bool hasDash(std::string_view name) {
     return name.find('-') != std::string_view::npos;
 }
 
-std::string fileOf(const xml::Element& element) {
-    return element.place().value_or(Place()).file;
+/// Of an element with a name.
+std::string_view fileOf(const xml::Element& element) {
+    return element.attributePoint(nameAttribute).value_or(xml::SourcePoint{}).file;
 }
 
 std::vector<RelatedPlace> at(const xml::Element& element, std::string_view meaning) {
@@ -56,34 +57,35 @@ LayoutNames layoutNames(const Loaded& loaded, const Gathering& findings) {
     for (const NameUse& use : findings.names()) {
         switch (use.row->names) {
             case Naming::style:
-                if (fileOf(use.element) == tabFile)
+                if (use.file() == tabFile)
                     break;
                 if (!use.row->defines && use.row->name == "default_style")
                     names.defaultStyle = &use;
                 if (use.row->defines) {
                     // The first of a file counts, and of two files the one that is read later.
-                    const auto [found, isNew] = names.templates.try_emplace(use.value, use.element);
-                    if (!isNew && fileOf(found->second) != fileOf(use.element))
+                    const auto [found, isNew] =
+                        names.templates.try_emplace(std::string(use.value), use.element);
+                    if (!isNew && fileOf(found->second) != use.file())
                         found->second = use.element;
                 }
                 break;
             case Naming::magicGroup:
                 if (use.row->defines) {
-                    names.groups.insert_or_assign(use.value, use.element);
+                    names.groups.insert_or_assign(std::string(use.value), use.element);
                     names.groupDefinitions.push_back(use);
                 } else
-                    names.usedGroups.insert(use.value);
+                    names.usedGroups.emplace(use.value);
                 break;
             case Naming::magicPanel:
-                if (fileOf(use.element) == magicFile)
+                if (use.file() == magicFile)
                     names.members.push_back(use);
                 break;
             case Naming::reusePanel:
                 if (use.row->defines) {
-                    names.reusePanels.insert_or_assign(use.value, use.element);
+                    names.reusePanels.insert_or_assign(std::string(use.value), use.element);
                     names.reuseDefinitions.push_back(use);
                 } else
-                    names.usedReusePanels.insert(use.value);
+                    names.usedReusePanels.emplace(use.value);
                 break;
             default:
                 break;
@@ -98,7 +100,7 @@ void checkDefaultStyle(const Loaded& loaded, Gathering& findings, const LayoutNa
     Effort effort;
     PageNames pages(loaded, findings, effort);
     const NameUse& use = *names.defaultStyle;
-    const PageAnswer& answer = pages.look(use.value);
+    const PageAnswer& answer = pages.look(std::string(use.value));
     if (answer.kind != PageAnswer::Kind::page)
         findings.onPart("unknown-default-style"_rule, use.element, use.row->name, answer.offset,
                         answer.size, answer.details);
@@ -106,15 +108,15 @@ void checkDefaultStyle(const Loaded& loaded, Gathering& findings, const LayoutNa
 
 /// What is defined, but only after it is needed.
 void explainOrder(Gathering& findings, const LayoutNames& names) {
-    findings.amendEach([&](Found& found) {
+    for (Found& found : findings.found()) {
         const Finding& finding = found.finding;
         const bool isGroup = &finding.rule == &"unknown-magic-group"_rule;
         if (!isGroup && &finding.rule != &"unknown-reuse-panel"_rule)
-            return;
+            continue;
         const Elements& defined = isGroup ? names.groups : names.reusePanels;
         const auto definition = defined.find(finding.value);
         if (definition == defined.end())
-            return;
+            continue;
         found.message =
             (isGroup ? "group " : "reuse panel ") + quoted(finding.value) +
             " exists, but is not known yet when this is read: " +
@@ -123,16 +125,16 @@ void explainOrder(Gathering& findings, const LayoutNames& names) {
                  ? "the groups of a file are known when it has been read whole."
                  : "the soft-optimize magic panels are read after the pages.");
         found.finding.related = at(definition->second, "its definition");
-    });
+    }
 }
 
 /// Where an element may not stand, the element is the thing to look at, not its name.
 void explainPlacing(Gathering& findings) {
-    findings.amendEach([&](Found& found) {
+    for (Found& found : findings.found()) {
         Finding& finding = found.finding;
         const bool isReference = &finding.rule == &"misplaced-reuse-panel"_rule;
         if (!isReference && &finding.rule != &"member-without-panel"_rule)
-            return;
+            continue;
         found.message = isReference ? "<reuse_panel name=\"" + finding.value +
                                           "\"> is directly below a style, where it is dropped: "
                                           "put a panel around it."
@@ -140,7 +142,7 @@ void explainPlacing(Gathering& findings) {
                                           " has no panel, so it is dropped: put one in.";
         finding.place = finding.extent;
         finding.attribute.clear();
-    });
+    }
 }
 
 /// An empty group is one mistake, in the definition, however many slots should show it.
@@ -151,7 +153,7 @@ void explainEmptyGroups(const Loaded& loaded, Gathering& findings, const LayoutN
     Elements ofPages;
     for (const NameUse& group : names.groupDefinitions) {
         if (fileOf(group.element) == magicFile)
-            ofPages.insert_or_assign(group.value, group.element);
+            ofPages.insert_or_assign(std::string(group.value), group.element);
     }
     std::map<std::pair<bool, std::string>, std::vector<RelatedPlace>> slots;
     for (const Found& found : findings.found()) {
@@ -175,12 +177,12 @@ void explainEmptyGroups(const Loaded& loaded, Gathering& findings, const LayoutN
 
 /// Without a style the main file is what to repair.
 void explainDropped(const Loaded& loaded, Gathering& findings) {
-    findings.amendEach([&](Found& found) {
+    for (Found& found : findings.found()) {
         Finding& finding = found.finding;
         const xml::Element root =
             loaded.files.file("config/custompage_template.xml").document().document.root();
         if (&finding.rule != &"soft-optimize-dropped"_rule || !root)
-            return;
+            continue;
         finding.related = {{finding.place, "the file that is dropped with it"}};
         finding.place = finding.extent = root.place().value_or(Place());
         finding.place.file = finding.extent.file =
@@ -189,7 +191,7 @@ void explainDropped(const Loaded& loaded, Gathering& findings) {
         found.message = std::string("<").append(finding.element) +
                         "> has nothing in it, so there are no pages, and those of the "
                         "soft-optimize file are dropped as well: put a style in.";
-    });
+    }
 }
 
 void checkTemplates(const Loaded& loaded, Gathering& findings, const LayoutNames& names) {
@@ -318,11 +320,11 @@ private:
 
     /// It is the value that breaks a pattern, however many patterns it breaks.
     void explainBroken(const std::map<std::string, Known, std::less<>>& known) {
-        findings_.amendEach([&](Found& found) {
+        for (Found& found : findings_.found()) {
             Finding& finding = found.finding;
             const auto value = known.find(finding.value);
             if (&finding.rule != &"broken-pattern"_rule || value == known.end())
-                return;
+                continue;
             const Known& there = value->second;
             finding.related = {{finding.place, "the pattern"}};
             finding.place = finding.extent = there.place;
@@ -332,7 +334,7 @@ private:
                             quoted(there.key) +
                             " makes its pattern something other than XML, so the slot stays as it "
                             "is: \"<\", \"&\" and quotation marks cannot be in a value.";
-        });
+        }
         findings_.joinRepeated("broken-pattern"_rule);
     }
 

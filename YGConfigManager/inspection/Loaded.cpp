@@ -165,6 +165,8 @@ Loaded load(std::shared_ptr<InspectionHost> host, Gathering& findings) {
         loadRequestUrls(loaded, findings, folder);
     }
     loaded.host->see(Storage::asUsed);
+    for (auto& [path, parsed] : findings.takeParsed())
+        loaded.files.setDocument(path, std::move(parsed));
     return loaded;
 }
 

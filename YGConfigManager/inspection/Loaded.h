@@ -27,6 +27,15 @@ namespace yg {
 inline constexpr std::string_view shippedFolder = "storage";
 inline constexpr std::string_view userFolder = "user";
 
+/// The files of the layout.
+inline constexpr std::string_view mainStyleFile = "config/custompage_template.xml";
+inline constexpr std::string_view layoutFiles[] = {mainStyleFile,
+                                                   "config/tab_styles.xml",
+                                                   "config/magic_panels.xml",
+                                                   "base_optimize/reuse_panels.xml",
+                                                   "soft_optimize/custompage_template.xml",
+                                                   "soft_optimize/magic_panels.xml"};
+
 /// A page that can be shown.
 struct Page {
     enum class Source { style, tab, custom };

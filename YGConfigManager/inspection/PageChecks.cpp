@@ -77,8 +77,10 @@ void forEachReference(const StyleConfigInfo* style, const Content& content, auto
     };
     const auto list = [&](const void* record, std::string_view attribute,
                           const ElementConfigInfo::Names& names) {
+        if (!names)
+            return;
         std::size_t offset = 0;
-        for (const std::string& name : names ? *names : std::vector<std::string>()) {
+        for (const std::string& name : *names) {
             if (!name.empty())
                 visit(Reference{&"unknown-dispatch-element"_rule, record, attribute, name, offset,
                                 &content.uuids});
@@ -130,7 +132,7 @@ public:
         if (!unresolved_.empty())
             forEachPage([&](const Page& page, const Content& content) {
                 forEachReference(page.style.get(), content, [&](const Reference& reference) {
-                    if (names_.contains(std::string(reference.name)) && isThere(reference, page))
+                    if (names_.contains(reference.name) && isThere(reference, page))
                         noteFound(reference);
                 });
             });
@@ -145,9 +147,8 @@ public:
 private:
     /// The place of a name that is not there.
     struct Key {
-        std::string file;
-        TextPoint begin;
-        std::string_view attribute;
+        std::string_view file;  ///< lives as long as the element
+        std::size_t attribute;  ///< where it begins
         std::size_t offset;
 
         friend auto operator<=>(const Key&, const Key&) = default;
@@ -155,6 +156,7 @@ private:
     struct Unresolved {
         const Rule* rule;
         xml::Element element;
+        std::string_view attribute;
         std::string name;
         std::string page;  ///< one that has nothing of the name; "" for a panel on no page
         std::optional<Place> pagePlace;
@@ -197,18 +199,18 @@ private:
 
     /// Absent for what a pattern gave, which stands in no file.
     std::optional<Key> keyOf(const Reference& reference, const xml::Element& element) const {
-        const auto place = element.place();
-        if (!place || place->file.empty())
+        const auto point = element.attributePoint(reference.attribute);
+        if (!point || point->file.empty())
             return std::nullopt;
-        return Key{place->file, place->begin, reference.attribute, reference.offset};
+        return Key{point->file, point->offset, reference.offset};
     }
 
     void note(const Reference& reference, const Page* page, bool hasSlot) {
         const xml::Element element = findings_.originOf(reference.record);
-        auto key = keyOf(reference, element);
+        const auto key = keyOf(reference, element);
         if (!key)
             return;
-        const auto [found, isNew] = unresolved_.try_emplace(std::move(*key));
+        const auto [found, isNew] = unresolved_.try_emplace(*key);
         Unresolved& unresolved = found->second;
         if (hasSlot && !unresolved.canBeSwappedIn)
             unresolved.canBeSwappedIn =
@@ -219,9 +221,10 @@ private:
             return;
         unresolved.rule = reference.rule;
         unresolved.element = element;
+        unresolved.attribute = reference.attribute;
         unresolved.name = reference.name;
         unresolved.suggestion = nearest(reference);
-        names_.emplace(reference.name);
+        names_.insert(reference.name);
         if (page) {
             unresolved.page = page->name;
             const xml::Element style = findings_.originOf(page->style.get());
@@ -265,7 +268,7 @@ private:
                 details.suggestion = std::move(unresolved.suggestion);
             details.related = at(unresolved.pagePlace, "the page");
             const Rule& rule = isPartly ? "missing-on-some-pages"_rule : *unresolved.rule;
-            findings_.onPart(rule, unresolved.element, key.attribute, key.offset,
+            findings_.onPart(rule, unresolved.element, unresolved.attribute, key.offset,
                              unresolved.name.size(), std::move(details));
         }
     }
@@ -318,7 +321,7 @@ private:
     NameSet pageUuids_;
     NameSet tabUuids_;
     std::map<Key, Unresolved> unresolved_;
-    std::unordered_set<std::string> names_;  ///< of these
+    NameSet names_;  ///< of these
     std::size_t suggestions_ = 0;
     std::set<std::pair<const Rule*, const ElementConfigInfo*>> twice_;
 };
@@ -399,7 +402,7 @@ private:
     void checkShares(const xml::Element& parent, const PanelList& children) {
         float sum = 0;
         xml::Element last;
-        std::vector<RelatedPlace> others;
+        std::vector<xml::Element> others;
         for (const auto& child : children) {
             const xml::Element element = findings_.originOf(child.get());
             if (!element || element.parent() != parent || child->fixSize() >= 0)
@@ -409,18 +412,19 @@ private:
                 return;
             sum += child->splitScale();
             if (last && others.size() < maxSuggestions)
-                others.push_back({last.attributePlace("split_scale").value_or(Place()),
-                                  "another share of the same space"});
+                others.push_back(last);
             last = element;
         }
-        if (sum > 1.005F)
-            findings_.onAttribute(
-                "shares-above-whole"_rule, last, "split_scale",
-                {.message = "split_scale " +
-                            std::string(last.attribute("split_scale").value_or("")) +
-                            " makes the shares of this space add up to " + inWords(sum) +
-                            ", more than the whole.",
-                 .related = std::move(others)});
+        if (sum <= 1.005F)
+            return;
+        Details details{.message = "split_scale " +
+                                   std::string(last.attribute("split_scale").value_or("")) +
+                                   " makes the shares of this space add up to " + inWords(sum) +
+                                   ", more than the whole."};
+        for (const xml::Element& other : others)
+            details.related.push_back({other.attributePlace("split_scale").value_or(Place()),
+                                       "another share of the same space"});
+        findings_.onAttribute("shares-above-whole"_rule, last, "split_scale", std::move(details));
     }
 
     Gathering& findings_;

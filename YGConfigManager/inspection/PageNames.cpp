@@ -7,6 +7,7 @@
 #include "YGConfigManager/diagnostics/RuleTable.h"
 #include "YGConfigManager/layout/Walk.h"
 #include "YGConfigManager/text/Nearest.h"
+#include "YGConfigManager/text/Paths.h"
 #include "YGConfigManager/text/Replace.h"
 #include "YGConfigManager/text/Split.h"
 
@@ -112,31 +113,34 @@ bool PageNames::isStored(const std::string& name) const {
 void PageNames::readTemplates() {
     if (std::exchange(hasTemplates_, true))
         return;
-    const auto softPath = loaded_.host->getSoftOptimizeConfigFilePath(0, "custompage_template.xml");
-    xml::Element root;
-    findings_.reportedBy([&] {
-        root = loaded_.layout->loadStyleConfigWithBasePath(
-            softPath, loaded_.files.pathOf("config/custompage_template.xml"));
-    });
-    if (!root)
-        return;
-    for (const xml::Node& child : root.children()) {
-        xml::Element style(child);
-        const auto name = style.attribute("name");
-        if (style.name() != "style" || !name)
-            continue;
-        const auto [at, isNew] = templates_.try_emplace(std::string(*name));
-        if (!isNew)
-            continue;
-        Template& made = at->second;
-        forEachNodeBelow(style, [&](const xml::Node& node) {
-            ++made.nodes;
-            if (node.name() == "magic_panels" && node.isElement())
-                made.slots.emplace_back(node);
-        });
-        made.style = std::move(style);
-        templateNames_.emplace_back(*name);
+    for (const char* const folder : {"soft_optimize", "config"}) {
+        const xml::Element root =
+            loaded_.files.file(text::joinPath(folder, "custompage_template.xml"))
+                .document()
+                .document.root();
+        // Without the optimized file the loader has no templates at all.
+        if (!root)
+            return;
+        for (const xml::Node& child : root.children())
+            readTemplate(xml::Element(child));
     }
+}
+
+void PageNames::readTemplate(const xml::Element& style) {
+    const auto name = style.attribute("name");
+    if (style.name() != "style" || !name)
+        return;
+    const auto [at, isNew] = templates_.try_emplace(std::string(*name));
+    if (!isNew)
+        return;
+    Template& made = at->second;
+    forEachNodeBelow(style, [&](const xml::Node& node) {
+        ++made.nodes;
+        if (node.name() == "magic_panels" && node.isElement())
+            made.slots.emplace_back(node);
+    });
+    made.style = style;
+    templateNames_.emplace_back(*name);
 }
 
 const PageNames::Template* PageNames::templateNamed(const std::string& name) {

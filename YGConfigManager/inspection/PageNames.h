@@ -65,6 +65,7 @@ private:
 
     bool isStored(const std::string& name) const;
     void readTemplates();
+    void readTemplate(const xml::Element& style);
     const Template* templateNamed(const std::string& name);
     std::optional<std::vector<Finding>> build(const std::string& name);
     bool isPage(const std::string& name);

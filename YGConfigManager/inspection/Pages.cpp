@@ -49,7 +49,12 @@ std::map<std::string, std::vector<std::string>, std::less<>> valuesToTry(const M
 class Builder {
 public:
     Builder(Loaded& loaded, const MappingDic& lists)
-        : loaded_(loaded), values_(valuesToTry(lists)) {}
+        : loaded_(loaded), values_(valuesToTry(lists)) {
+        std::size_t bytes = 0;
+        for (const std::string_view name : layoutFiles)
+            bytes += loaded.files.file(name).bytes().size();
+        maxBytes_ = std::max(leastCustomPageBytes, bytes / customPageShare);
+    }
 
     void build() {
         std::vector<std::pair<PageTemplate, std::vector<const Arguments*>>> templates;
@@ -112,7 +117,7 @@ private:
         return pages;
     }
 
-    bool isFull() const { return pages_ >= maxCustomPages || bytes_ >= maxCustomPageBytes; }
+    bool isFull() const { return pages_ >= maxCustomPages || bytes_ >= maxBytes_; }
 
     void add(const PageTemplate& style, const std::vector<const Arguments*>& slots,
              const auto& choice) {
@@ -139,6 +144,7 @@ private:
     std::set<std::string> built_;
     std::size_t pages_ = 0;
     std::size_t bytes_ = 0;
+    std::size_t maxBytes_ = 0;
 };
 
 }  // namespace

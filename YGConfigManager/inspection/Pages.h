@@ -10,11 +10,14 @@
 
 namespace yg {
 
-/// The limits of the pages that are built: of one template, of all, and of the XML of all in bytes.
-/// A template that could give more gives some pages in which each member is shown.
+/// The limits of the pages that are built: of one template, of all, and of the XML of all in bytes:
+/// a part of that of the layout's files, so that building takes no longer than loading them, but
+/// enough for all pages of a small root. A template that could give more gives some pages in which
+/// each member is shown.
 inline constexpr std::size_t maxPagesOfTemplate = 256;
 inline constexpr std::size_t maxCustomPages = 4096;
-inline constexpr std::size_t maxCustomPageBytes = std::size_t{8} * 1024 * 1024;
+inline constexpr std::size_t customPageShare = 16;
+inline constexpr std::size_t leastCustomPageBytes = std::size_t{256} * 1024;
 
 /// Adds the pages that the templates can build with each member of a slot's group, and for a
 /// pattern with one value of its list, to the pages of the layout. A page that is stored is there

@@ -92,7 +92,7 @@ std::map<std::string_view, std::size_t> familiesOf(const Names& names, const Nam
 std::vector<std::string> valuesOf(const std::vector<const NameUse*>& uses) {
     std::vector<std::string> values;
     for (const NameUse* use : uses)
-        values.push_back(use->value);
+        values.emplace_back(use->value);
     return values;
 }
 
@@ -239,8 +239,7 @@ std::vector<PaletteFile> paletteFilesOf(const Loaded& loaded, const Gathering& f
             case Naming::image:
             case Naming::colorKey:
             case Naming::fontKey: {
-                const auto found = std::ranges::find(
-                    files, use.element.place().value_or(Place()).file, &PaletteFile::path);
+                const auto found = std::ranges::find(files, use.file(), &PaletteFile::path);
                 if (found != files.end())
                     found->add(use);
                 break;

@@ -269,7 +269,7 @@ void checkServerAddresses(Gathering& findings) {
     }
     for (const xml::Element& entry : entries)
         checkHosts(entry, explained, findings);
-    findings.amendEach([&](Found& found) {
+    for (Found& found : findings.found()) {
         if (isAbout(found, {"address-with-too-many-parts"}))
             explained[found.finding.place.file].emplace(found.finding.place.begin,
                                                         found.finding.place.end);
@@ -282,7 +282,7 @@ void checkServerAddresses(Gathering& findings) {
             else if (const std::string port = withPlainSeparators(value); isPlainPort(port))
                 found.suggestion = port;
         }
-    });
+    }
     // One cause is one finding.
     findings.removeIf([&](const Found& found) {
         return isAbout(found, {"address-weight", "odd-server-port"}) &&

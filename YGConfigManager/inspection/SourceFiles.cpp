@@ -21,10 +21,11 @@ namespace yg {
 namespace {
 
 /// An element with all below it, in the order of the text. Documents nest 256 levels at the most.
-void addElements(std::vector<xml::Element>& elements, const xml::Element& element) {
+template <class Spot>
+void addElements(std::vector<Spot>& elements, const xml::Element& element) {
     if (!element)
         return;
-    elements.push_back(element);
+    elements.push_back({element});
     for (const xml::Node& child : element.children()) {
         if (child.isElement())
             addElements(elements, xml::Element(child));
@@ -39,13 +40,16 @@ SourceFile::SourceFile(std::string_view path) : path_(path) {
     bytes_ = std::move(reading.bytes);
     xml::Decoded decoded = xml::decodeXml(bytes_);
     text_ = decoded.errors.empty() ? std::move(decoded.text) : readAsGbk(bytes_).value_or(bytes_);
-    lineBegins_.push_back(0);
-    for (std::size_t at = text_.find('\n'); at != std::string::npos; at = text_.find('\n', at))
-        lineBegins_.push_back(++at);
 }
 
 std::optional<std::string_view> SourceFile::line(std::uint32_t number) const {
-    if (!isRead_ || number == 0 || number > lineBegins_.size())
+    // Images and the like have zeros near their beginnings.
+    if (lineBegins_.empty() && isRead_ && text_.find('\0') == std::string::npos) {
+        lineBegins_.push_back(0);
+        for (std::size_t at = text_.find('\n'); at != std::string::npos; at = text_.find('\n', at))
+            lineBegins_.push_back(++at);
+    }
+    if (number == 0 || number > lineBegins_.size())
         return std::nullopt;
     const std::size_t begin = lineBegins_[number - 1];
     const std::size_t end = number < lineBegins_.size() ? lineBegins_[number] - 1 : text_.size();
@@ -95,10 +99,14 @@ const xml::ParseResult& SourceFile::document() const {
 std::vector<xml::Element> SourceFile::elementsAt(const TextPoint& point) const {
     if (elements_.empty())
         addElements(elements_, document().document.root());
-    const auto beginOf = [](const xml::Element& element) { return element.place()->begin; };
+    const auto beginOf = [](Spot& spot) {
+        if (spot.begin.line == 0)
+            spot.begin = spot.element.place()->begin;
+        return spot.begin;
+    };
     const auto behind = std::ranges::upper_bound(elements_, point, {}, beginOf);
     // The last element that begins before the point is inside of all those around it.
-    xml::Element next = behind == elements_.begin() ? xml::Element() : behind[-1];
+    xml::Element next = behind == elements_.begin() ? xml::Element() : behind[-1].element;
     while (next && next.place()->end <= point)
         next = next.parent();
     std::vector<xml::Element> around;
@@ -107,7 +115,7 @@ std::vector<xml::Element> SourceFile::elementsAt(const TextPoint& point) const {
     return around;
 }
 
-const SourceFile& SourceFiles::file(std::string_view name) const {
+SourceFile& SourceFiles::fileNamed(std::string_view name) const {
     auto found = files_.find(name);
     if (found == files_.end())
         found = files_.emplace(name, std::make_unique<SourceFile>(pathOf(name))).first;

@@ -27,14 +27,16 @@ public:
     /// and otherwise are what they are.
     const std::string& text() const { return text_; }
 
-    /// A line from 1, without its end; absent when there is none.
+    /// A line from 1, without its end; absent when there is none, and in a file that is not text.
     std::optional<std::string_view> line(std::uint32_t number) const;
 
     /// The place without the white space at its ends; as it stands when there is nothing else.
     Place trimmed(Place place) const;
 
-    /// Parsed with positions at the first call; without a root when it is not well-formed.
+    /// With positions; parsed at the first call unless a loader has done that. Without a root when
+    /// it is not well-formed.
     const xml::ParseResult& document() const;
+    void setDocument(xml::ParseResult parsed) { document_ = std::move(parsed); }
 
     /// The elements around a point, the root first.
     std::vector<xml::Element> elementsAt(const TextPoint& point) const;
@@ -47,9 +49,14 @@ private:
     bool isRead_ = false;
     std::string bytes_;
     std::string text_;
-    std::vector<std::size_t> lineBegins_;
+    struct Spot {
+        xml::Element element;
+        TextPoint begin = {};  ///< once asked for
+    };
+
+    mutable std::vector<std::size_t> lineBegins_;  ///< once asked for; only of text
     mutable std::optional<xml::ParseResult> document_;
-    mutable std::vector<xml::Element> elements_;  ///< in the order of the text, once asked for
+    mutable std::vector<Spot> elements_;  ///< in the order of the text, once asked for
 };
 
 class SourceFiles {
@@ -57,7 +64,12 @@ public:
     explicit SourceFiles(std::string root) : root_(std::move(root)) {}
 
     /// A file below the root; each is read once.
-    const SourceFile& file(std::string_view name) const;
+    const SourceFile& file(std::string_view name) const { return fileNamed(name); }
+
+    /// What a loader parsed, by its path.
+    void setDocument(std::string_view path, xml::ParseResult parsed) {
+        fileNamed(nameOf(path)).setDocument(std::move(parsed));
+    }
 
     /// The path below the root; as it stands when it is elsewhere.
     std::string nameOf(std::string_view path) const;
@@ -67,6 +79,8 @@ public:
     std::vector<std::string> namesIn(std::string_view folder) const;
 
 private:
+    SourceFile& fileNamed(std::string_view name) const;
+
     std::string root_;
     mutable std::map<std::string, std::unique_ptr<SourceFile>, std::less<>> files_;
 };

@@ -60,25 +60,23 @@ Place placeOfContent(const xml::Element& element) {
     return (isText ? element.firstChild().place() : element.tagPlace()).value_or(Place());
 }
 
-/// The file that a name stands in, whose place is set.
-std::string_view fileOf(const NameUse& use, Place& place) {
-    place = use.element.valuePlace(use.row->name).value_or(Place());
-    return place.file;
+Place placeOf(const NameUse& use) {
+    return use.element.valuePlace(use.row->name).value_or(Place());
 }
 
 }  // namespace
 
 StoredNames serverNames(const std::vector<NameUse>& names, std::string_view path) {
     Collected collected;
-    Place place;
     for (const NameUse& use : names) {
-        if (use.row->names == Naming::serverType && fileOf(use, place) == path)
-            collected.add({serverTypeKind, {}, typeOf(use.element), place});
-        if (use.row->names != Naming::server || fileOf(use, place) != path)
+        if (use.row->names == Naming::serverType && use.file() == path)
+            collected.add({serverTypeKind, {}, typeOf(use.element), placeOf(use)});
+        if (use.row->names != Naming::server || use.file() != path)
             continue;
         const std::string type = typeOf(use.element.parent());
         const auto addresses = shared(std::string(use.element.attribute("addrs").value_or("")));
         const std::string_view value = use.value;
+        const Place place = placeOf(use);
         forEachItem(value, [&](std::string_view name) {
             const auto offset = static_cast<std::size_t>(name.data() - value.data());
             collected.add(
@@ -92,13 +90,12 @@ StoredNames serverNames(const std::vector<NameUse>& names, std::string_view path
 
 StoredNames webPageNames(const std::vector<NameUse>& names, std::string_view path) {
     Collected collected;
-    Place place;
     for (const NameUse& use : names) {
-        if (use.row->names == Naming::webPage && fileOf(use, place) == path)
+        if (use.row->names == Naming::webPage && use.file() == path)
             collected.add({"key",
                            {},
-                           use.value,
-                           place,
+                           std::string(use.value),
+                           placeOf(use),
                            shared(use.element.stringValue()),
                            placeOfContent(use.element)});
     }

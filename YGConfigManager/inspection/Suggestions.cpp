@@ -63,6 +63,16 @@ Place partOf(const Place& place, std::size_t behind, std::string_view text) {
     return part;
 }
 
+NameScope scopeOf(Naming kind, std::string_view file) {
+    const bool isOfPalette = kind == Naming::color || kind == Naming::font;
+    return {kind, std::string(isOfPalette ? file : "")};
+}
+
+NameScope scopeOf(const NameUse& use) {
+    const auto point = use.element.attributePoint(use.row->name);
+    return scopeOf(use.row->names, point ? point->file : std::string_view());
+}
+
 }  // namespace
 
 Naming kindNamedBy(const Finding& finding) {
@@ -71,17 +81,23 @@ Naming kindNamedBy(const Finding& finding) {
     return found == std::end(references) ? Naming::nothing : found->second;
 }
 
+NameScope scopeOf(const Finding& finding) {
+    return scopeOf(kindNamedBy(finding), finding.place.file);
+}
+
 Suggestions::Suggestions(const std::vector<NameUse>& names, const Loaded& loaded)
     : names_(names), loaded_(loaded) {}
 
-text::KnownWords& Suggestions::defined(Naming kind) {
-    std::unique_ptr<text::KnownWords>& words = defined_[kind];
-    if (!words) {
-        std::set<std::string> all;
+text::KnownWords& Suggestions::defined(const NameScope& scope) {
+    if (definedNames_.empty()) {
         for (const NameUse& use : names_) {
-            if (use.row->names == kind && use.row->defines)
-                all.insert(use.value);
+            if (use.row->defines)
+                definedNames_[scopeOf(use)].emplace(use.value);
         }
+    }
+    std::unique_ptr<text::KnownWords>& words = defined_[scope];
+    if (!words) {
+        const std::set<std::string>& all = definedNames_[scope];
         words =
             std::make_unique<text::KnownWords>(std::vector<std::string>(all.begin(), all.end()));
     }
@@ -129,25 +145,27 @@ std::optional<std::string> Suggestions::nearestName(const Found& found) {
     if (found.suggestion || kind == Naming::nothing || isOfPage ||
         finding.rule.name.starts_with("unused-"))
         return found.suggestion;
-    const std::string_view meant = defined(kind).nearest(finding.value);
+    const std::string_view meant = defined(scopeOf(finding)).nearest(finding.value);
     return meant.empty() || meant == finding.value ? std::nullopt
                                                    : std::optional<std::string>(meant);
 }
 
-const NameUse* Suggestions::onlyUnused(Naming kind, const std::string& name) {
+const NameUse* Suggestions::onlyUnused(const NameScope& scope, const std::string& name) {
     if (uses_.empty()) {
         for (const NameUse& use : names_) {
-            const bool isList = use.row->kind == AttributeKind::nameList;
-            for (const std::string& each :
-                 isList ? text::split(use.value, ';') : std::vector{use.value}) {
-                Uses& uses = uses_[{use.row->names, each}];
+            const auto note = [&](std::string_view each) {
+                Uses& uses = uses_[{scopeOf(use), std::string(each)}];
                 uses.isUsed = uses.isUsed || !use.row->defines || uses.definition;
                 if (use.row->defines)
                     uses.definition = &use;
-            }
+            };
+            if (use.row->kind == AttributeKind::nameList)
+                std::ranges::for_each(text::split(use.value, ';'), note);
+            else
+                note(use.value);
         }
     }
-    const auto found = uses_.find({kind, name});
+    const auto found = uses_.find({scope, name});
     return found == uses_.end() || found->second.isUsed ? nullptr : found->second.definition;
 }
 

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -28,6 +29,18 @@ struct Remarks {
     std::string addition;  ///< a further sentence for the message; "" for none
 };
 
+/// Names that can be meant for each other: all of a kind, but a palette has colors and fonts of its
+/// own.
+struct NameScope {
+    Naming kind;
+    std::string palette;  ///< path of the file; "" for other kinds
+
+    friend auto operator<=>(const NameScope&, const NameScope&) = default;
+};
+
+/// The scope of the name that a finding's value is.
+NameScope scopeOf(const Finding& finding);
+
 class Suggestions {
 public:
     /// Both must outlive it.
@@ -39,10 +52,10 @@ public:
     std::optional<std::string> nearestName(const Found& found);
 
     /// The one definition of a name to which nothing refers, null without one.
-    const NameUse* onlyUnused(Naming kind, const std::string& name);
+    const NameUse* onlyUnused(const NameScope& scope, const std::string& name);
 
 private:
-    text::KnownWords& defined(Naming kind);
+    text::KnownWords& defined(const NameScope& scope);
     std::optional<std::string> nearestIn(const void* owner, std::vector<std::string> words,
                                          std::string_view word);
     void onAttribute(const Found& found, const std::vector<xml::Element>& around, Remarks& remarks);
@@ -61,9 +74,10 @@ private:
 
     const std::vector<NameUse>& names_;
     const Loaded& loaded_;
-    std::map<Naming, std::unique_ptr<text::KnownWords>> defined_;
+    std::map<NameScope, std::set<std::string>> definedNames_;
+    std::map<NameScope, std::unique_ptr<text::KnownWords>> defined_;
     std::map<const void*, std::unique_ptr<text::KnownWords>> described_;
-    std::map<std::pair<Naming, std::string>, Uses> uses_;  ///< once asked for
+    std::map<std::pair<NameScope, std::string>, Uses> uses_;  ///< once asked for
 };
 
 }  // namespace yg

@@ -208,12 +208,16 @@ std::string withoutInvisible(std::string_view text) {
     return visible;
 }
 
-/// Whether it is worth going through the text: the beginnings of invisible characters in UTF-8.
-bool mayHaveInvisible(std::string_view text) {
-    constexpr std::string_view beginnings[] = {"\xC2\xAD", "\xE2\x80", "\xE2\x81", "\xEF\xBB\xBF"};
-    return std::ranges::any_of(beginnings, [&](std::string_view beginning) {
-        return text.find(beginning) != std::string_view::npos;
-    });
+bool hasInvisible(std::string_view text) {
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        // Characters of one byte are never odd.
+        if (static_cast<unsigned char>(text[at]) < 0xC2)
+            continue;
+        const OddCharacter odd = oddCharacter(text::firstCharacter(text.substr(at)).value);
+        if (!odd.name.empty() && odd.kind == OddKind::invisible)
+            return true;
+    }
+    return false;
 }
 
 std::string hiddenMessage(std::string_view text) {
@@ -225,8 +229,7 @@ public:
     explicit HiddenCheck(Gathering& findings) : findings_(findings), before_(findings.found()) {}
 
     void checkXml(const SourceFile& file) {
-        if (!file.isRead() || !mayHaveInvisible(file.text()) ||
-            withoutInvisible(file.text()) == file.text())
+        if (!file.isRead() || !hasInvisible(file.text()))
             return;
         std::vector<xml::Element> open;
         if (const xml::Element root = file.document().document.root())
@@ -297,13 +300,8 @@ private:
 };
 
 void checkHidden(const Loaded& loaded, Gathering& findings) {
-    std::set<std::string> names = {"config/custompage_template.xml",
-                                   "config/tab_styles.xml",
-                                   "config/magic_panels.xml",
-                                   "config/events.xml",
-                                   "soft_optimize/custompage_template.xml",
-                                   "soft_optimize/magic_panels.xml",
-                                   "base_optimize/reuse_panels.xml"};
+    std::set<std::string> names(std::begin(layoutFiles), std::end(layoutFiles));
+    names.insert("config/events.xml");
     for (const LoadedPalette& palette : loaded.palettes)
         names.insert(palette.file);
     for (const LoadedServers& servers : loaded.servers)

@@ -18,7 +18,6 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -43,7 +42,7 @@ public:
     std::string_view name() const { return element_.name(); }
 
     /// Whether somebody listens. For what is asked for findings alone.
-    explicit operator bool() const { return account_ != nullptr; }
+    explicit operator bool() const { return account_.has_value(); }
 
     /// The value of an attribute, which counts as read.
     std::optional<std::string_view> attribute(std::string_view name) {
@@ -180,7 +179,7 @@ private:
 
     Entry(const Reporter* reporter, const xml::Node& node) : element_(node) {
         if (reporter && *reporter)
-            account_ = std::make_unique<Account>(*reporter);
+            account_.emplace(*reporter);
     }
 
     void beginContent() {
@@ -198,7 +197,7 @@ private:
     }
 
     xml::Element element_;
-    std::unique_ptr<Account> account_;
+    std::optional<Account> account_;
 };
 
 /// Calls `read(Entry&)` for an element, reports what it leaves unread and answers what it answers.

@@ -2,8 +2,11 @@
 #include "YGConfigManager/text/Nearest.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <new>
+#include <numeric>
 #include <unicode/normalizer2.h>
 #include <unicode/unistr.h>
 #include <vector>
@@ -39,23 +42,30 @@ std::u32string folded(std::string_view word) {
     return characters;
 }
 
-/// How many steps lead from one word to the other, each character taking part in one step at most.
-std::size_t distance(const std::u32string& from, const std::u32string& to) {
-    std::vector<std::size_t> beforeLast;
-    std::vector<std::size_t> last(to.size() + 1);
-    std::vector<std::size_t> current(to.size() + 1);
-    for (std::size_t j = 0; j <= to.size(); ++j)
-        current[j] = j;
+/// How many steps lead from one word to the other, each character taking part in one step at most;
+/// any number above the limit when there are more.
+std::size_t distance(const std::u32string& from, const std::u32string& to, std::size_t limit,
+                     std::array<std::vector<std::uint32_t>, 3>& rows) {
+    auto& [beforeLast, last, current] = rows;
+    for (auto& row : rows)
+        row.resize(to.size() + 1);
+    std::iota(current.begin(), current.end(), 0U);
+    std::uint32_t least = 0;
     for (std::size_t i = 1; i <= from.size(); ++i) {
-        beforeLast = last;
-        last = current;
-        current[0] = i;
+        beforeLast.swap(last);
+        last.swap(current);
+        // A swap of characters leads past one row, but not past two.
+        const std::uint32_t leastBefore = least;
+        current[0] = least = static_cast<std::uint32_t>(i);
         for (std::size_t j = 1; j <= to.size(); ++j) {
-            const std::size_t change = from[i - 1] == to[j - 1] ? 0 : 1;
+            const std::uint32_t change = from[i - 1] == to[j - 1] ? 0 : 1;
             current[j] = std::min({last[j] + 1, current[j - 1] + 1, last[j - 1] + change});
             if (i > 1 && j > 1 && from[i - 1] == to[j - 2] && from[i - 2] == to[j - 1])
                 current[j] = std::min(current[j], beforeLast[j - 2] + 1);
+            least = std::min(least, current[j]);
         }
+        if (least > limit && leastBefore > limit)
+            return least;
     }
     return current[to.size()];
 }
@@ -75,6 +85,7 @@ std::string_view KnownWords::nearest(std::string_view word) {
     const std::u32string wanted = folded(word);
     if (const auto same = byForm_.find(wanted); same != byForm_.end() && !wanted.empty())
         return words_[same->second];
+    std::array<std::vector<std::uint32_t>, 3> rows;
     std::string_view found;
     std::size_t best = 0;
     std::size_t bestIndex = 0;
@@ -85,10 +96,11 @@ std::string_view KnownWords::nearest(std::string_view word) {
         if (length == 0 || longer - shorter > limit)
             continue;
         for (const Word& candidate : candidates) {
+            steps_ += (wanted.size() + 1) * (length + 1);
             if (steps_ > mostSteps)
                 return "";
-            steps_ += (wanted.size() + 1) * (length + 1);
-            const std::size_t steps = distance(wanted, candidate.folded);
+            const std::size_t steps = distance(wanted, candidate.folded,
+                                               found.empty() ? limit : std::min(limit, best), rows);
             const bool isBetter =
                 found.empty() || steps < best || (steps == best && candidate.index < bestIndex);
             // With half of the characters changed it is a different word.

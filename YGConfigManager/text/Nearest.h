@@ -30,7 +30,7 @@ private:
         std::size_t index;
     };
 
-    static constexpr std::size_t mostSteps = 50'000'000;
+    static constexpr std::size_t mostSteps = 10'000'000;
 
     std::vector<std::string> words_;
     std::map<std::size_t, std::vector<Word>> byLength_;

@@ -220,6 +220,12 @@ std::optional<Place> Element::attributePlace(OptionalText name) const {
                          : std::nullopt;
 }
 
+std::optional<SourcePoint> Element::attributePoint(OptionalText name) const {
+    const Origin origin = Tree::originIn(tree_, findAttribute(Tree::raw(*this), *name));
+    return origin.source ? std::optional(SourcePoint{origin.source->file(), origin.begin})
+                         : std::nullopt;
+}
+
 std::optional<Place> Element::valuePlace(OptionalText name, std::size_t offset,
                                          std::size_t length) const {
     const Origin origin = Tree::originIn(tree_, findAttribute(Tree::raw(*this), *name));

@@ -21,6 +21,12 @@ namespace yg::xml {
 class Query;
 struct RawAttribute;
 
+/// Where something begins in the text that it was parsed from.
+struct SourcePoint {
+    std::string_view file;  ///< the path as it was given; lives as long as the tree
+    std::size_t offset;     ///< in bytes of the text in UTF-8
+};
+
 /// One attribute as it is read. The texts live until the value is changed, and as long as there is
 /// a handle, or a range of children or attributes, into the tree.
 struct Attribute {
@@ -168,6 +174,9 @@ public:
     /// a reference as "&amp;" has all of it. Absent, too, when the value was changed in code.
     std::optional<Place> valuePlace(OptionalText name, std::size_t offset = 0,
                                     std::size_t length = std::string_view::npos) const;
+
+    /// What attributePlace() begins with, which takes much less time to find.
+    std::optional<SourcePoint> attributePoint(OptionalText name) const;
 
 private:
     friend class Node;

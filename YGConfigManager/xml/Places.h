@@ -65,6 +65,8 @@ public:
     Source& operator=(const Source&) = delete;
     ~Source() { delete index_.load(); }
 
+    std::string_view file() const { return file_; }
+
     Place nodePlace(std::size_t begin) const;
     Place tagPlace(std::size_t begin) const;
     Place attributePlace(std::size_t begin) const;

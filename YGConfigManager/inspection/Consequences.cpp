@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "YGConfigManager/inspection/PageNames.h"
 #include "YGConfigManager/inspection/Suggestions.h"
 #include "YGConfigManager/text/Nearest.h"
 #include "YGConfigManager/text/Split.h"
@@ -33,6 +34,7 @@ bool has(const FormatInfo& format, Naming kind, bool defines) {
 constexpr std::pair<std::string_view, std::string_view> followsFromFile[] = {
     {"soft-optimize-dropped", "config/custompage_template.xml"},
     {"no-templates", "soft_optimize/custompage_template.xml"},
+    {"wildcard-without-pattern", "config/magic_panels.xml"},
 };
 
 /// What follows when any file of a format cannot be read.
@@ -105,10 +107,22 @@ bool isAboutUnreadableFile(const Finding& finding) {
            rule == "lookalike-character" || rule == "html-in-place-of-file";
 }
 
+/// It is there under its name, but not for all that ask for it.
+bool isAboutElementName(const Finding& finding) {
+    return finding.rule.name == "style-element-name" ||
+           finding.rule.name == "unexpected-element-name";
+}
+
+/// It names something that does not exist.
+bool isReference(const Finding& finding) {
+    return kindNamedBy(finding) != Naming::nothing && finding.rule.handling == Handling::unresolved;
+}
+
 /// What could be the cause of another finding.
 class Causes {
 public:
-    Causes(const std::vector<Found>& found, const Loaded& loaded) : found_(found), loaded_(loaded) {
+    Causes(const std::vector<Found>& found, const Loaded& loaded, Suggestions& suggestions)
+        : found_(found), loaded_(loaded), suggestions_(suggestions) {
         for (const FormatInfo* format : formats()) {
             for (const ElementInfo* element : elementsOf(*format)) {
                 for (const AttributeInfo& attribute : element->attributes) {
@@ -117,8 +131,11 @@ public:
                 }
             }
         }
-        for (Index at = 0; at < found.size(); ++at)
+        for (Index at = 0; at < found.size(); ++at) {
             note(at);
+            if (isReference(found[at].finding))
+                ++references_[{found[at].finding.rule.name, found[at].finding.value}];
+        }
     }
 
     std::optional<Index> of(Index at) const {
@@ -148,6 +165,16 @@ public:
             if (rule == follows && cause != unreadable_.end())
                 return cause->second;
         }
+        if (rule == "misplaced-panel" || rule == "misplaced-magic-panels")
+            return causeAt(misnamed_, parentOf(finding));
+        if (rule == "empty-magic-group")
+            return causeAt(emptied_, {fileOf(finding.extent), finding.extent.begin});
+        if (rule == "unknown-page") {
+            for (const RelatedPlace& related : finding.related) {
+                if (const auto cause = causeInSlot(related.place))
+                    return cause;
+            }
+        }
         const Naming kind = kindNamedBy(finding);
         // What a palette names is in the same file.
         if (kind == Naming::nothing || kind == Naming::color || kind == Naming::font)
@@ -156,10 +183,38 @@ public:
     }
 
 private:
+    using Spot = std::pair<std::string, TextPoint>;  ///< a file and where an element begins in it
+
+    static std::optional<Index> causeAt(const std::map<Spot, Index>& causes, const Spot& spot) {
+        const auto found = causes.find(spot);
+        return found == causes.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    std::string fileOf(const Place& place) const { return loaded_.files.nameOf(place.file); }
+
+    /// Why a page cannot be built with this slot.
+    std::optional<Index> causeInSlot(const Place& slot) const {
+        const std::string file = fileOf(slot);
+        if (const auto cause = causeAt(slots_, {file, slot.begin}))
+            return cause;
+        const auto around = loaded_.files.file(file).elementsAt(slot.begin);
+        const auto group = around.empty() ? std::nullopt : around.back().attribute("name");
+        const auto lost = group && around.back().name() == "magic_panels" ? lostNames_.find(*group)
+                                                                          : lostNames_.end();
+        return lost == lostNames_.end() ? std::nullopt : std::optional(lost->second);
+    }
+
+    /// Where the element begins that is around the finding's.
+    Spot parentOf(const Finding& finding) const {
+        const std::string file = fileOf(finding.extent);
+        const auto around = loaded_.files.file(file).elementsAt(finding.extent.begin);
+        return around.size() < 2
+                   ? Spot()
+                   : Spot(file, around[around.size() - 2].place().value_or(Place()).begin);
+    }
+
     std::optional<Index> lost(const Finding& finding, Index at) const {
-        const bool isReference = kindNamedBy(finding) != Naming::nothing &&
-                                 finding.rule.handling == Handling::unresolved;
-        return isReference ? lostName(finding.value, at) : std::nullopt;
+        return isReference(finding) ? lostName(finding.value, at) : std::nullopt;
     }
 
     /// Of a server or an item also by what stands behind its type or section: "1/East".
@@ -230,6 +285,8 @@ private:
     std::optional<Index> lostOrUnread(const Finding& finding, Index at, Naming kind) const {
         if (const auto cause = lost(finding, at))
             return cause;
+        if (const auto cause = nameless(at, kind))
+            return cause;
         // Panels and elements are those of one page, which was read.
         const bool isOfPage = kind == Naming::panel || kind == Naming::element;
         for (const auto& [format, cause] : unreadable_) {
@@ -239,6 +296,23 @@ private:
         for (const auto& [format, cause] : missing_) {
             if (has(*format, kind, true) && !isOfPage)
                 return cause;
+        }
+        return std::nullopt;
+    }
+
+    /// A definition without a name may be the one that is named. A reference to a name that is
+    /// nearly right more likely is a slip, unless there are several of it.
+    std::optional<Index> nameless(Index at, Naming kind) const {
+        const Finding& finding = found_[at].finding;
+        std::vector<Naming> kinds{kind};
+        if (finding.rule.name == "unknown-page")
+            kinds = {Naming::magicPanel, Naming::magicGroup, Naming::style};
+        for (const Naming each : kinds) {
+            const auto cause = nameless_.find(each);
+            if (cause != nameless_.end() &&
+                (references_.at({finding.rule.name, finding.value}) > 1 ||
+                 !suggestions_.nearestName(found_[at])))
+                return cause->second;
         }
         return std::nullopt;
     }
@@ -286,17 +360,59 @@ private:
                 unreadable_.try_emplace(format, at);
             return;
         }
+        noteLayout(at, file);
+        const bool isUnreachable =
+            finding.rule.name == "unreachable-command" || isAboutElementName(finding);
         // What names something itself defines nothing.
-        if (finding.rule.handling != Handling::dropped || kindNamedBy(finding) != Naming::nothing ||
-            finding.element.empty() || finding.element.starts_with('#') ||
-            finding.extent.begin.line == 0)
+        const bool isDropped =
+            finding.rule.handling == Handling::dropped && kindNamedBy(finding) == Naming::nothing;
+        if ((!isDropped && !isUnreachable) || finding.element.empty() ||
+            finding.element.starts_with('#') || finding.extent.begin.line == 0)
             return;
         const auto around = loaded_.files.file(file).elementsAt(finding.extent.begin);
+        if (around.empty())
+            return;
         // Otherwise a part of it is dropped.
-        if (around.empty() || around.back().place().value_or(Place()).begin != finding.extent.begin)
+        const bool isWhole = around.back().place().value_or(Place()).begin == finding.extent.begin;
+        if (!isUnreachable && !isWhole)
             return;
         noteMisspelt(around.back(), at);
         noteLost(around.back(), at);
+        const ElementInfo* const info = format ? infoOf(*format, around) : nullptr;
+        for (const AttributeInfo& row :
+             info ? info->attributes : std::span<const AttributeInfo>()) {
+            const bool isOfPage = row.names == Naming::panel || row.names == Naming::element;
+            if (row.defines && !isOfPage && around.back().attribute(row.name).value_or("").empty())
+                nameless_.try_emplace(row.names, at);
+        }
+    }
+
+    void noteLayout(Index at, const std::string& file) {
+        const Finding& finding = found_[at].finding;
+        const std::string_view rule = finding.rule.name;
+        if (rule == "soft-optimize-dropped")
+            unreadable_.try_emplace(formatNamed("styles"), at);
+        else if (isAboutElementName(finding))
+            misnamed_.try_emplace({file, finding.extent.begin}, at);
+        else if (rule == "member-without-panel" || rule == "missing-name")
+            emptied_.try_emplace(parentOf(finding), at);
+        if (rule == "unknown-magic-group" ||
+            (rule == "missing-name" && finding.element == "magic_panels"))
+            slots_.try_emplace({file, finding.extent.begin}, at);
+        if (rule == "empty-magic-group") {
+            for (const RelatedPlace& slot : finding.related)
+                slots_.try_emplace({fileOf(slot.place), slot.place.begin}, at);
+        }
+        if (rule == "wildcard-in-two-lists")
+            lostNames_.try_emplace(finding.value, at);
+        if (rule == "wildcard-without-pattern") {
+            const auto lists = loaded_.host->getMappingDicForKey(wildcardMapping);
+            const auto list = lists ? lists->find(finding.value) : MappingDic::const_iterator();
+            if (lists && list != lists->end()) {
+                for (const std::string& value : list->second)
+                    lostNames_.try_emplace(value, at);
+            }
+        }
     }
 
     /// The name of an element that is dropped may be in an attribute that is not read.
@@ -330,6 +446,13 @@ private:
 
     const std::vector<Found>& found_;
     const Loaded& loaded_;
+    Suggestions& suggestions_;
+    /// How many references there are to each name that is not there.
+    std::map<std::pair<std::string_view, std::string_view>, std::size_t> references_;
+    std::map<Spot, Index> misnamed_;    ///< elements whose own names are wrong
+    std::map<Spot, Index> slots_;       ///< that show nothing
+    std::map<Spot, Index> emptied_;     ///< elements of which something is dropped
+    std::map<Naming, Index> nameless_;  ///< definitions without a name, the first of each kind
     std::set<std::string_view> definingAttributes_;  ///< of whatever format
     std::map<std::string, Index, std::less<>> lostNames_;
     std::map<std::string, Index, std::less<>> withoutContent_;  ///< by file
@@ -344,15 +467,68 @@ private:
     std::optional<Index> unreadDelivery_;           ///< nothing of it is read
 };
 
+/// What is defined under a name that nothing uses, while another name, which is nearly the same,
+/// does not exist: one slip, of the definition when the other is used several times.
+void joinSlips(std::vector<Found>& found, std::vector<std::optional<Index>>& causes,
+               Suggestions& suggestions) {
+    std::map<std::pair<Naming, std::string>, Index> unused;
+    std::map<std::pair<Naming, std::string>, std::vector<Index>> unknown;
+    for (Index at = 0; at < found.size(); ++at) {
+        const Finding& finding = found[at].finding;
+        const Naming kind = kindNamedBy(finding);
+        if (kind == Naming::nothing || causes[at])
+            continue;
+        if (finding.rule.name.starts_with("unused-"))
+            unused.try_emplace({kind, finding.value}, at);
+        else if (finding.rule.handling == Handling::unresolved)
+            unknown[{kind, finding.value}].push_back(at);
+    }
+    for (const auto& [name, references] : unknown) {
+        const auto meant = suggestions.nearestName(found[references.front()]);
+        const auto definition = meant ? unused.find({name.first, *meant}) : unused.end();
+        if (definition == unused.end())
+            continue;
+        Index cause = references.front();
+        if (references.size() > 1) {
+            cause = found.size();
+            const Finding& there = found[definition->second].finding;
+            Finding slip{found[references.front()].finding.rule,
+                         there.place,
+                         there.extent,
+                         there.element,
+                         there.attribute,
+                         there.value,
+                         {}};
+            std::string message = std::string("'").append(*meant).append("' is not used, but '");
+            message.append(name.second).append("', which does not exist, is named ");
+            message.append(std::to_string(references.size())).append(" times.");
+            found.push_back({std::move(slip), name.second, std::move(message)});
+            causes.emplace_back();
+            for (const Index reference : references)
+                causes[reference] = cause;
+        }
+        causes[definition->second] = cause;
+        unused.erase(definition);
+    }
+}
+
 }  // namespace
 
-std::vector<Cause> withConsequences(std::vector<Found> found, const Loaded& loaded) {
+std::vector<Cause> withConsequences(std::vector<Found> found, const Loaded& loaded,
+                                    Suggestions& suggestions) {
     std::vector<std::optional<Index>> causes;
     {
-        const Causes known(found, loaded);
+        const Causes known(found, loaded, suggestions);
         for (Index at = 0; at < found.size(); ++at)
             causes.push_back(known.of(at));
     }
+    joinSlips(found, causes, suggestions);
+    // A cause may itself be a consequence.
+    const auto firstCauseOf = [&](Index at) {
+        for (std::size_t steps = 0; causes[at] && steps < causes.size(); ++steps)
+            at = *causes[at];
+        return at;
+    };
     std::vector<Cause> all;
     std::vector<Index> placeOf(found.size());
     for (Index at = 0; at < found.size(); ++at) {
@@ -361,9 +537,8 @@ std::vector<Cause> withConsequences(std::vector<Found> found, const Loaded& load
             all.push_back({std::move(found[at])});
     }
     for (Index at = 0; at < found.size(); ++at) {
-        // A cause is never a consequence itself.
         if (causes[at])
-            all[placeOf[*causes[at]]].consequences.push_back(std::move(found[at]));
+            all[placeOf[firstCauseOf(at)]].consequences.push_back(std::move(found[at]));
     }
     return all;
 }

@@ -102,6 +102,7 @@ public:
                 check(use);
         }
         explainIncludes();
+        explainRepeatedIncludes();
         noteUnused();
     }
 
@@ -198,10 +199,8 @@ private:
 
     void report(const Rule& rule, Names& names, const NameUse& use, std::string message) {
         Details details{.message = std::move(message)};
-        const std::string_view meant = effort_.nearest(use.value, names.sorted);
+        const std::string meant = effort_.nearest(use.value, names.sorted);
         if (!meant.empty()) {
-            // Who meant that name uses it.
-            names.use(meant);
             details.suggestion = meant;
             details.related.push_back(
                 {placeOf(*names.find(meant)->use), "where the nearest name is defined"});
@@ -227,6 +226,24 @@ private:
                                       "template that includes it."
                                 : name + " cannot include itself.";
             found.finding.related.push_back({place, "where it is defined"});
+        });
+    }
+
+    /// It is the whole include that could be deleted, unless it is an event as well.
+    void explainRepeatedIncludes() {
+        findings_.amendEach([&](Found& found) {
+            Finding& finding = found.finding;
+            if (finding.rule.name != "repeated-include"_rule.name)
+                return;
+            found.message = "Template " + quoted(finding.value) +
+                            " has only events here that are there already.";
+            const std::string file = loaded_.files.nameOf(finding.place.file);
+            const auto around = loaded_.files.file(file).elementsAt(finding.place.begin);
+            if (around.size() < 2 || !around.back().attribute("name").value_or("").empty())
+                return;
+            finding.place = finding.extent = around.back().place().value_or(finding.place);
+            finding.place.file = finding.extent.file = loaded_.files.pathOf(file);
+            finding.attribute.clear();
         });
     }
 

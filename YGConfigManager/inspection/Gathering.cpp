@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/inspection/Gathering.h"
 
+#include <algorithm>
+#include <iterator>
+#include <map>
 #include <utility>
 
 namespace yg {
@@ -100,6 +103,24 @@ void Gathering::explain(std::size_t index, Details details) {
         found.suggestion = std::move(details.suggestion);
     if (!details.related.empty())
         found.finding.related = std::move(details.related);
+}
+
+void Gathering::joinRepeated(const Rule& rule) {
+    std::map<std::tuple<std::string, TextPoint, std::string>, Found*> first;
+    std::unordered_set<const Found*> repeated;
+    for (Found& found : found_) {
+        Finding& finding = found.finding;
+        if (&finding.rule != &rule)
+            continue;
+        const auto [known, isNew] =
+            first.try_emplace({finding.place.file, finding.place.begin, finding.value}, &found);
+        if (isNew)
+            continue;
+        std::ranges::move(finding.related, std::back_inserter(known->second->finding.related));
+        repeated.insert(&found);
+    }
+    if (!repeated.empty())
+        removeIf([&](const Found& found) { return repeated.contains(&found); });
 }
 
 xml::Element Gathering::originOf(const void* record) const {

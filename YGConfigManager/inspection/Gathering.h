@@ -113,6 +113,10 @@ public:
             amend(found);
     }
 
+    /// Makes one finding of those of a rule that stand at the same place, with all of their related
+    /// places.
+    void joinRepeated(const Rule& rule);
+
     /// Takes out what another finding explains.
     template <class Predicate>
     void removeIf(Predicate&& isExplained) {

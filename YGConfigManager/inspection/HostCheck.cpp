@@ -135,7 +135,7 @@ private:
                         const std::vector<std::string>& known) const {
         if (member.isReplaced)
             return;
-        const std::string_view near = text::nearest(member.name, known);
+        const std::string near = text::nearest(member.name, known);
         onText(rule, path, member.nameRange, member.name,
                near.empty() ? std::nullopt : std::optional<std::string>(near));
     }

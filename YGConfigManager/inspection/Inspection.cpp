@@ -178,7 +178,8 @@ std::shared_ptr<const Inspection> Inspection::make(OptionalText root, std::strin
             if (!loaded)
                 return nullptr;
             Suggestions suggestions(findings.names(), *loaded);
-            for (const Cause& cause : withConsequences(findings.takeFound(), *loaded)) {
+            for (const Cause& cause :
+                 withConsequences(findings.takeFound(), *loaded, suggestions)) {
                 RootFinding made = rootFinding(cause.found, *loaded, suggestions);
                 for (const Found& each : cause.consequences)
                     made.consequences.push_back(

@@ -8,6 +8,7 @@
 #include "YGConfigManager/inspection/PageChecks.h"
 #include "YGConfigManager/inspection/PageNames.h"
 #include "YGConfigManager/text/LineIndex.h"
+#include "YGConfigManager/text/Nearest.h"
 
 namespace yg {
 
@@ -125,6 +126,72 @@ void explainOrder(Gathering& findings, const LayoutNames& names) {
     });
 }
 
+/// Where an element may not stand, the element is the thing to look at, not its name.
+void explainPlacing(Gathering& findings) {
+    findings.amendEach([&](Found& found) {
+        Finding& finding = found.finding;
+        const bool isReference = &finding.rule == &"misplaced-reuse-panel"_rule;
+        if (!isReference && &finding.rule != &"member-without-panel"_rule)
+            return;
+        found.message = isReference ? "<reuse_panel name=\"" + finding.value +
+                                          "\"> is directly below a style, where it is dropped: "
+                                          "put a panel around it."
+                                    : "member " + quoted(finding.value) +
+                                          " has no panel, so it is dropped: put one in.";
+        finding.place = finding.extent;
+        finding.attribute.clear();
+    });
+}
+
+/// An empty group is one mistake, in the definition, however many slots should show it.
+void explainEmptyGroups(const Loaded& loaded, Gathering& findings, const LayoutNames& names) {
+    const std::string tabFile = loaded.files.pathOf("config/tab_styles.xml");
+    const std::string magicFile = loaded.files.pathOf("config/magic_panels.xml");
+    // Pages know the groups of the main file, tabs all, the later ones first.
+    Elements ofPages;
+    for (const NameUse& group : names.groupDefinitions) {
+        if (fileOf(group.element) == magicFile)
+            ofPages.insert_or_assign(group.value, group.element);
+    }
+    findings.amendEach([&](Found& found) {
+        Finding& finding = found.finding;
+        if (&finding.rule != &"empty-magic-group"_rule)
+            return;
+        const Elements& groups = finding.place.file == tabFile ? names.groups : ofPages;
+        const auto group = groups.find(finding.value);
+        if (group == groups.end())
+            return;
+        const xml::Element& element = group->second;
+        const Place slot = finding.extent;
+        finding.place = element.valuePlace(nameAttribute).value_or(Place());
+        finding.extent = element.place().value_or(Place());
+        finding.element = element.name();
+        found.message = "group " + quoted(finding.value) +
+                        " has no member to show in its slots: put a magic panel in.";
+        finding.related = {{slot, "a slot that shows nothing"}};
+    });
+    findings.joinRepeated("empty-magic-group"_rule);
+}
+
+/// Without a style the main file is what to repair.
+void explainDropped(const Loaded& loaded, Gathering& findings) {
+    findings.amendEach([&](Found& found) {
+        Finding& finding = found.finding;
+        const xml::Element root =
+            loaded.files.file("config/custompage_template.xml").document().document.root();
+        if (&finding.rule != &"soft-optimize-dropped"_rule || !root)
+            return;
+        finding.related = {{finding.place, "the file that is dropped with it"}};
+        finding.place = finding.extent = root.place().value_or(Place());
+        finding.place.file = finding.extent.file =
+            loaded.files.pathOf("config/custompage_template.xml");
+        finding.element = root.name();
+        found.message = std::string("<").append(finding.element) +
+                        "> has nothing in it, so there are no pages, and those of the "
+                        "soft-optimize file are dropped as well: put a style in.";
+    });
+}
+
 void checkTemplates(const Loaded& loaded, Gathering& findings, const LayoutNames& names) {
     const std::vector<PageTemplate> templates = loaded.layout->templates();
     std::map<std::string_view, const PageTemplate*> known;
@@ -213,12 +280,22 @@ public:
         std::set<std::string_view> patterns;
         for (const NameUse& member : names.members)
             patterns.insert(member.value);
+        // A member that is a key already cannot be meant.
+        std::vector<std::string> free;
+        for (const std::string_view pattern : patterns) {
+            if (!object->contains(pattern))
+                free.emplace_back(pattern);
+        }
+        text::KnownWords likely(free);
         for (const JsonMember& member : *members) {
-            if (!member.isReplaced && !patterns.contains(member.name))
-                report("wildcard-without-pattern"_rule, member.nameRange, std::string(member.name),
-                       std::string(member.name),
-                       "wildcard key " + quoted(member.name) +
-                           " is the name of no member, so its values are not served.");
+            if (member.isReplaced || patterns.contains(member.name))
+                continue;
+            const std::string_view meant = likely.nearest(member.name);
+            report("wildcard-without-pattern"_rule, member.nameRange, std::string(member.name),
+                   std::string(member.name),
+                   "wildcard key " + quoted(member.name) +
+                       " is the name of no member, so its values are not served.",
+                   {}, meant.empty() ? std::nullopt : std::optional(inQuotes(meant)));
         }
         // In the order of the keys, in which the library looks for a value.
         std::map<std::string, Known, std::less<>> known;
@@ -229,13 +306,43 @@ public:
                     checkValue(key, at, (*items)[at], known);
             }
         }
+        explainBroken(known);
     }
 
 private:
     struct Known {
         std::string key;
+        std::string member;
         Place place;
     };
+
+    /// It is the value that breaks a pattern, however many patterns it breaks.
+    void explainBroken(const std::map<std::string, Known, std::less<>>& known) {
+        findings_.amendEach([&](Found& found) {
+            Finding& finding = found.finding;
+            const auto value = known.find(finding.value);
+            if (&finding.rule != &"broken-pattern"_rule || value == known.end())
+                return;
+            const Known& there = value->second;
+            finding.related = {{finding.place, "the pattern"}};
+            finding.place = finding.extent = there.place;
+            finding.element.clear();
+            finding.attribute = attributeOf(there.member);
+            found.message = "value " + quoted(finding.value) + " of the wildcard " +
+                            quoted(there.key) +
+                            " makes its pattern something other than XML, so the slot stays as it "
+                            "is: \"<\", \"&\" and quotation marks cannot be in a value.";
+        });
+        findings_.joinRepeated("broken-pattern"_rule);
+    }
+
+    static std::string inQuotes(std::string_view name) {
+        return std::string("\"").append(name).append("\"");
+    }
+
+    static std::string attributeOf(const std::string& member) {
+        return "mappings." + std::string(wildcardMapping) + "." + member;
+    }
 
     static JsonValue memberOf(const JsonValue& value, std::string_view name) {
         const auto object = value.object();
@@ -249,7 +356,7 @@ private:
         const std::string member = key + "[" + std::to_string(at) + "]";
         const auto [found, isNew] = known.try_emplace(value);
         if (isNew)
-            found->second = {key, placeOf(*item.range())};
+            found->second = {key, member, placeOf(*item.range())};
         if (hasDash(value))
             report("wildcard-with-dash"_rule, *item.range(), member, value,
                    "value " + quoted(value) +
@@ -268,11 +375,11 @@ private:
 
     void report(const Rule& rule, const JsonRange& range, const std::string& member,
                 const std::string& value, std::string message,
-                std::vector<RelatedPlace> related = {}) {
+                std::vector<RelatedPlace> related = {},
+                std::optional<std::string> suggestion = std::nullopt) {
         const Place place = placeOf(range);
-        const std::string attribute = "mappings." + std::string(wildcardMapping) + "." + member;
-        findings_.add({{rule, place, place, {}, attribute, value, std::move(related)},
-                       std::nullopt,
+        findings_.add({{rule, place, place, {}, attributeOf(member), value, std::move(related)},
+                       std::move(suggestion),
                        std::move(message)});
     }
 
@@ -289,6 +396,9 @@ void checkLayoutNames(const Loaded& loaded, Gathering& findings) {
     const LayoutNames names = layoutNames(loaded, findings);
     checkDefaultStyle(loaded, findings, names);
     explainOrder(findings, names);
+    explainPlacing(findings);
+    explainEmptyGroups(loaded, findings, names);
+    explainDropped(loaded, findings);
     checkTemplates(loaded, findings, names);
     checkUnused(findings, names);
     Wildcards(loaded, findings).check(names);

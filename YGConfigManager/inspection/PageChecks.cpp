@@ -236,8 +236,8 @@ private:
         ++suggestions_;
         std::vector<std::string> names(reference.within->begin(), reference.within->end());
         std::ranges::sort(names);
-        const std::string_view meant = text::nearest(reference.name, names);
-        return meant.empty() ? std::nullopt : std::optional<std::string>(meant);
+        const std::string meant = text::nearest(reference.name, names);
+        return meant.empty() ? std::nullopt : std::optional(meant);
     }
 
     void noteFound(const Reference& reference) {

@@ -75,7 +75,7 @@ bool Effort::spend(std::size_t cost) {
     return isGranted;
 }
 
-std::string_view Effort::nearest(std::string_view word, std::span<const std::string> known) {
+std::string Effort::nearest(std::string_view word, std::span<const std::string> known) {
     // Comparing two words takes as long as looking at some dozen nodes.
     return word.size() <= longestGuess && spend(known.size() * 32) ? text::nearest(word, known)
                                                                    : "";
@@ -279,7 +279,8 @@ std::string PageNames::repaired(const std::string& name) {
     readTemplates();
     if (!templates_.contains(parts.front()))
         parts.front() = effort_.nearest(parts.front(), templateNames_);
-    const Template* source = templateNamed(parts.front());
+    // A style whose name is empty is a template, too, but not one that anybody means.
+    const Template* source = parts.front().empty() ? nullptr : templateNamed(parts.front());
     if (!source || source->slots.size() != parts.size() - 1)
         return "";
     for (std::size_t at = 1; at < parts.size(); ++at) {
@@ -295,7 +296,7 @@ std::string PageNames::suggestionFor(const std::string& name) {
     std::string custom = repaired(name);
     if (!custom.empty())
         return custom;
-    return std::string(effort_.nearest(name, storedNames_));
+    return effort_.nearest(name, storedNames_);
 }
 
 }  // namespace yg

@@ -29,7 +29,7 @@ public:
     bool spend(std::size_t cost);
 
     /// text::nearest; "" when it would cost too much.
-    std::string_view nearest(std::string_view word, std::span<const std::string> known);
+    std::string nearest(std::string_view word, std::span<const std::string> known);
 
 private:
     std::size_t left_ = 4'000'000;

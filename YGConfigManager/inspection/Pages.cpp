@@ -61,12 +61,13 @@ public:
                 templates.emplace_back(std::move(style), std::move(slots));
         }
         // First each member once, for all templates, then the other combinations.
-        for (const auto& [style, slots] : templates) {
+        for (const auto& each : templates) {
+            const auto& slots = each.second;
             std::size_t most = 0;
             for (const Arguments* const slot : slots)
                 most = std::max(most, slot->size());
             for (std::size_t row = 0; row < most && !isFull(); ++row)
-                add(style, slots, [&](std::size_t at) { return row % slots[at]->size(); });
+                add(each.first, slots, [&](std::size_t at) { return row % slots[at]->size(); });
         }
         for (const auto& [style, slots] : templates) {
             std::vector<std::size_t> chosen(slots.size());
@@ -85,9 +86,8 @@ private:
     using Arguments = std::vector<SlotMember>;
 
     const Arguments& argumentsFor(const std::optional<std::string>& group) {
-        static const Arguments none;
         if (!group)
-            return none;
+            return none_;
         const auto [found, isNew] = arguments_.try_emplace(*group);
         if (!isNew)
             return found->second;
@@ -133,6 +133,7 @@ private:
     }
 
     Loaded& loaded_;
+    const Arguments none_;
     std::map<std::string, std::vector<std::string>, std::less<>> values_;
     std::map<std::string, Arguments, std::less<>> arguments_;
     std::set<std::string> built_;

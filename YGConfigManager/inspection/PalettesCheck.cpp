@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/inspection/Checks.h"
 #include "YGConfigManager/inspection/PaletteFiles.h"
 #include "YGConfigManager/text/Format.h"
@@ -210,9 +211,9 @@ void checkStrips(const PaletteFile& light, const PaletteFile& dark, Gathering& f
 }  // namespace
 
 const PaletteFile::Names& PaletteFile::of(Naming kind, const ByKind& names) {
-    static const Names none;
+    static Immortal<const Names> none;
     const auto found = names.find(kind);
-    return found == names.end() ? none : found->second;
+    return found == names.end() ? *none : found->second;
 }
 
 void PaletteFile::add(const NameUse& use) {

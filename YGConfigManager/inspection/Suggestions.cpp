@@ -115,17 +115,22 @@ Remarks Suggestions::remarksOn(const Found& found) {
                 onElement(found, around, remarks);
         }
     }
-    if (remarks.suggestion)
-        return remarks;
+    if (!remarks.suggestion)
+        remarks.suggestion = nearestName(found);
+    return remarks;
+}
+
+std::optional<std::string> Suggestions::nearestName(const Found& found) {
+    const Finding& finding = found.finding;
     const Naming kind = kindNamedBy(finding);
     // A panel and an element are those of one page, whose names the check knows.
     const bool isOfPage = kind == Naming::panel || kind == Naming::element;
-    if (kind != Naming::nothing && !isOfPage && !finding.rule.name.starts_with("unused-")) {
-        const std::string_view meant = defined(kind).nearest(finding.value);
-        if (!meant.empty() && meant != finding.value)
-            remarks.suggestion = meant;
-    }
-    return remarks;
+    if (found.suggestion || kind == Naming::nothing || isOfPage ||
+        finding.rule.name.starts_with("unused-"))
+        return found.suggestion;
+    const std::string_view meant = defined(kind).nearest(finding.value);
+    return meant.empty() || meant == finding.value ? std::nullopt
+                                                   : std::optional<std::string>(meant);
 }
 
 /// An attribute that is not read, or the value of one that is.
@@ -161,6 +166,13 @@ void Suggestions::onAttribute(const Found& found, const std::vector<xml::Element
         }
         return;
     }
+    if (finding.rule.name == "dispatch-spelling") {
+        const std::string other = finding.attribute == "dispatch" ? "disptch" : "dispatch";
+        remarks.place = partOf(finding.place, 0, finding.attribute);
+        if (!element.attribute(other))
+            remarks.suggestion = other;
+        return;
+    }
     // Where the attribute itself is dropped it is the thing to look at.
     if (finding.rule.handling == Handling::dropped && finding.extent == finding.place)
         return;
@@ -169,27 +181,66 @@ void Suggestions::onAttribute(const Found& found, const std::vector<xml::Element
         remarks.place = *value;
 }
 
-/// The start tag is the thing to look at; of an element that has no meaning its name.
+/// The start tag is the thing to look at; of an element that has no meaning its name, and where an
+/// attribute is missing the one that was probably meant for it.
 void Suggestions::onElement(const Found& found, const std::vector<xml::Element>& around,
                             Remarks& remarks) {
     const Finding& finding = found.finding;
+    const std::string_view rule = finding.rule.name;
     const xml::Element& element = around.back();
-    if (const auto tag = element.tagPlace(); tag && finding.place.begin == tag->begin)
-        remarks.place = *tag;
-    if (const std::string_view root = rootWantedBy(finding.rule); !root.empty()) {
-        remarks.place = partOf(finding.place, 1, finding.element);
-        remarks.suggestion = root;
+    const auto tag = element.tagPlace();
+    if (!tag || finding.place.begin != tag->begin)
         return;
-    }
-    if (finding.rule.name == "blanks-around-address" || finding.rule.name == "escaped-twice")
+    remarks.place = *tag;
+    if (rule == "blanks-around-address" || rule == "escaped-twice")
         return onAddress(finding, element, remarks);
+    onElementName(finding, around, remarks);
+    if (remarks.suggestion)
+        return;
     const FormatInfo* const format = formatOf(loaded_, loaded_.files.nameOf(finding.place.file));
-    if (finding.rule.name != "unknown-element" && finding.rule.name != "unknown-palette-section") {
-        if (const ElementInfo* const info = format ? infoOf(*format, around) : nullptr)
-            onMissingAttribute(finding, element, *info, remarks);
+    if (const ElementInfo* const info = format ? infoOf(*format, around) : nullptr)
+        onMissingAttribute(finding, element, *info, remarks);
+    const bool isWithoutSource = rule == "include-without-src";
+    if (remarks.suggestion ||
+        (!isWithoutSource && rule != "missing-name" && !rule.ends_with("-without-name")))
+        return;
+    const std::string needed[] = {isWithoutSource ? "src" : "name"};
+    if (element.attribute(needed[0]))
+        return;
+    text::KnownWords meant(needed);
+    for (const xml::Attribute attribute : element.attributes()) {
+        const auto place = meant.nearest(attribute.name).empty()
+                               ? std::nullopt
+                               : element.attributePlace(attribute.name);
+        if (!place)
+            continue;
+        remarks.place = partOf(*place, 0, attribute.name);
+        remarks.suggestion = needed[0];
+        remarks.addition =
+            std::string("\"").append(attribute.name).append("\" has no meaning here.");
         return;
     }
-    remarks.place = partOf(finding.place, 1, finding.element);
+}
+
+/// Where the element's own name is wrong.
+void Suggestions::onElementName(const Finding& finding, const std::vector<xml::Element>& around,
+                                Remarks& remarks) {
+    const std::string_view rule = finding.rule.name;
+    const FormatInfo* const format = formatOf(loaded_, loaded_.files.nameOf(finding.place.file));
+    const Place name = partOf(finding.place, 1, finding.element);
+    if (const std::string_view root = rootWantedBy(finding.rule); !root.empty()) {
+        remarks.place = name;
+        remarks.suggestion = root;
+    }
+    if (rule == "include-without-src") {
+        remarks.suggestion = nearestIn(&finding.rule, {"event"}, finding.element);
+        if (remarks.suggestion)
+            remarks.place = name;
+    }
+    const bool isKnownPlace = rule == "style-element-name" || rule == "unexpected-element-name";
+    if (!isKnownPlace && rule != "unknown-element" && rule != "unknown-palette-section")
+        return;
+    remarks.place = name;
     if (!format || around.size() < 2)
         return;
     const ElementInfo* const info = infoOf(*format, std::span(around).first(around.size() - 1));
@@ -200,7 +251,10 @@ void Suggestions::onElement(const Found& found, const std::vector<xml::Element>&
         if (!each->name.empty())
             words.emplace_back(each->name);
     }
-    remarks.suggestion = nearestIn(&info->content, std::move(words), finding.element);
+    if (isKnownPlace && words.size() == 1)
+        remarks.suggestion = words.front();
+    else
+        remarks.suggestion = nearestIn(&info->content, std::move(words), finding.element);
 }
 
 /// An element that lacks an attribute may have it under a name that is not read.

@@ -34,12 +34,17 @@ public:
 
     Remarks remarksOn(const Found& found);
 
+    /// What a reference to a name that does not exist probably means; absent for other findings.
+    std::optional<std::string> nearestName(const Found& found);
+
 private:
     text::KnownWords& defined(Naming kind);
     std::optional<std::string> nearestIn(const void* owner, std::vector<std::string> words,
                                          std::string_view word);
     void onAttribute(const Found& found, const std::vector<xml::Element>& around, Remarks& remarks);
     void onElement(const Found& found, const std::vector<xml::Element>& around, Remarks& remarks);
+    void onElementName(const Finding& finding, const std::vector<xml::Element>& around,
+                       Remarks& remarks);
     static void onMissingAttribute(const Finding& finding, const xml::Element& element,
                                    const ElementInfo& info, Remarks& remarks);
     static void onAddress(const Finding& finding, const xml::Element& element, Remarks& remarks);

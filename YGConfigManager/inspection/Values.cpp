@@ -55,7 +55,7 @@ std::optional<std::string> repairedFlag(std::string_view plain) {
     if (contains(wordsForFalse, word))
         return "false";
     const std::string known[] = {"true", "false"};
-    const std::string_view near = text::nearest(word, known);
+    const std::string near = text::nearest(word, known);
     return near.empty() ? std::nullopt : std::optional<std::string>(near);
 }
 

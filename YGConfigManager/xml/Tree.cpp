@@ -222,7 +222,8 @@ Origin Tree::originOf(const void* holder, const char* written, std::size_t marku
     if (!ownSource || std::less<>()(written, begin) ||
         !std::less<>()(written, begin + inPlace.size()))
         return {};
-    return {ownSource, static_cast<std::uint32_t>(written - begin - markup)};
+    return {ownSource,
+            static_cast<std::uint32_t>(static_cast<std::size_t>(written - begin) - markup)};
 }
 
 void Tree::freeRemoved() {

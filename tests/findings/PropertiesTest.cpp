@@ -149,6 +149,11 @@ void addAttributes(const std::string& file, const xml::Element& element, const E
     const auto place = element.place();
     if (!element || covered.contains({file, place->begin, place->end}))
         return;
+    // A template that includes the earlier one of its name, which it replaces, and has nothing else
+    // is the same as without it.
+    const auto source = element.attribute("src");
+    if (source && source == element.parent().attribute("name"))
+        return;
     for (const xml::Attribute attribute : element.attributes())
         found.push_back({file, std::string(element.name()), std::string(attribute.name),
                          std::string(attribute.value), *element.valuePlace(attribute.name),

@@ -287,7 +287,7 @@ TEST(EventsCheck, SaysThatATemplateIsDefinedBelowItsUse) {
          "</event_template>\n<event_template name='u'><event name='b'/></event_template>"
          "</event_list>"}};
     EXPECT_THAT(linesOf(files, "unknown-event-template"),
-                ElementsAre("config/events.xml:2:42 error unknown-event-template u "
+                ElementsAre("config/events.xml:2:47 error unknown-event-template u "
                             "(config/events.xml:3:23)"));
     EXPECT_THAT(messageOf(files, "unknown-event-template"), HasSubstr("is defined below"));
 }

@@ -251,7 +251,7 @@ TEST(LayoutCheck, FindsAUuidTwiceOnAPage) {
     // Elements of a panel come before those of its panels.
     EXPECT_THAT(
         linesOf(files, "duplicate-uuid"),
-        ElementsAre(reuseFile + ":2:43 warning duplicate-uuid list (" + styleFile + ":2:51)"));
+        ElementsAre(reuseFile + ":2:49 warning duplicate-uuid list (" + styleFile + ":2:51)"));
 }
 
 TEST(LayoutCheck, FindsAPanelThatIsShownTwiceByItsUuids) {
@@ -261,7 +261,7 @@ TEST(LayoutCheck, FindsAPanelThatIsShownTwiceByItsUuids) {
                        "<reuse_panels>\n<reuse_panel name='bar'><element name='y' uuid='list'/>"
                        "</reuse_panel></reuse_panels>"}};
     EXPECT_THAT(linesOf(files, "duplicate-uuid"),
-                ElementsAre(reuseFile + ":2:43 warning duplicate-uuid list"));
+                ElementsAre(reuseFile + ":2:49 warning duplicate-uuid list"));
     EXPECT_THAT(messageOf(files, "duplicate-uuid"), HasSubstr("this is shown twice"));
 }
 
@@ -275,7 +275,7 @@ TEST(LayoutCheck, FindsASecondFirstResponderThatOnlyACustomPageHas) {
                                                    "<element name='y' "
                                                    "is_first_responder='true'/>"))}};
     EXPECT_THAT(linesOf(files, "second-first-responder"),
-                ElementsAre(magicFile + ":3:65 warning second-first-responder true (" + styleFile +
+                ElementsAre(magicFile + ":3:85 warning second-first-responder true (" + styleFile +
                             ":2:51)"));
 }
 
@@ -288,14 +288,14 @@ TEST(LayoutCheck, FindsSizesThatCannotHold) {
                                          "<panel max_size='320' fix_size='400'/>\n"
                                          "<panel split_scale='-0.5'/>\n</style>")}};
     EXPECT_THAT(linesOf(files, "min-above-max"),
-                ElementsAre(styleFile + ":3:8 error min-above-max 320 (" + styleFile + ":3:23)"));
+                ElementsAre(styleFile + ":3:18 error min-above-max 320 (" + styleFile + ":3:23)"));
     EXPECT_THAT(
         linesOf(files, "fixed-size-out-of-bounds"),
         ElementsAre(
-            styleFile + ":4:23 warning fixed-size-out-of-bounds 240 (" + styleFile + ":4:8)",
-            styleFile + ":5:23 warning fixed-size-out-of-bounds 400 (" + styleFile + ":5:8)"));
+            styleFile + ":4:33 warning fixed-size-out-of-bounds 240 (" + styleFile + ":4:8)",
+            styleFile + ":5:33 warning fixed-size-out-of-bounds 400 (" + styleFile + ":5:8)"));
     EXPECT_THAT(linesOf(files, "share-without-space"),
-                ElementsAre(styleFile + ":6:8 warning share-without-space -0.5"));
+                ElementsAre(styleFile + ":6:21 warning share-without-space -0.5"));
 }
 
 TEST(LayoutCheck, TakesSizesThatHold) {
@@ -336,7 +336,7 @@ TEST(LayoutCheck, SaysThatAGroupIsKnownOnlyLater) {
                       {softFile, styles("<style name='a'><magic_panels name='chart'/></style>")},
                       {softMagicFile, chart(member("kline"))}};
     EXPECT_THAT(linesOf(files, "unknown-magic-group"),
-                ElementsAre(softFile + ":2:31 error unknown-magic-group chart (" + softMagicFile +
+                ElementsAre(softFile + ":2:37 error unknown-magic-group chart (" + softMagicFile +
                             ":1:9)"));
     EXPECT_THAT(messageOf(files, "unknown-magic-group"),
                 "group 'chart' exists, but is not known yet when this is read: the soft-optimize "
@@ -349,7 +349,7 @@ TEST(LayoutCheck, SaysThatAReusePanelCannotReferToAnother) {
                        "<reuse_panel name='bar'/></reuse_panel></reuse_panels>"}};
     EXPECT_THAT(
         linesOf(files, "unknown-reuse-panel"),
-        ElementsAre(reuseFile + ":2:38 error unknown-reuse-panel bar (" + reuseFile + ":1:15)"));
+        ElementsAre(reuseFile + ":2:44 error unknown-reuse-panel bar (" + reuseFile + ":1:15)"));
     EXPECT_THAT(messageOf(files, "unknown-reuse-panel"), HasSubstr("is not known yet"));
 }
 
@@ -372,7 +372,7 @@ TEST(LayoutCheck, TakesADashInAPatternsNameAndItsKey) {
                       {softFile, "<styles/>"},
                       {magicFile, chart(member("A-SHARE") + member("day-line"))}};
     EXPECT_THAT(linesOf(files, "member-with-dash"),
-                ElementsAre(magicFile + ":3:14 warning member-with-dash day-line"));
+                ElementsAre(magicFile + ":3:20 warning member-with-dash day-line"));
     EXPECT_THAT(linesOf(files, "wildcard-without-pattern"), IsEmpty());
 }
 
@@ -383,7 +383,7 @@ TEST(LayoutCheck, FindsAStoredPageThatATemplateWouldBuild) {
                       {softFile, "<styles/>"},
                       {magicFile, chart(member("kline"))}};
     EXPECT_THAT(linesOf(files, "style-hides-custom-page"),
-                ElementsAre(styleFile + ":3:8 info style-hides-custom-page t-kline (" + styleFile +
+                ElementsAre(styleFile + ":3:14 info style-hides-custom-page t-kline (" + styleFile +
                             ":2:1)"));
 }
 
@@ -397,7 +397,7 @@ TEST(LayoutCheck, BreaksAPatternWithAnyValueOfItsList) {
                       {magicFile, chart(member("STOCK"))}};
     ::testing::internal::CaptureStderr();
     EXPECT_THAT(linesOf(files, "broken-pattern"),
-                ElementsAre(magicFile + ":2:1 error broken-pattern A&B"));
+                ElementsAre("host.json:1:40 error broken-pattern A&B (" + magicFile + ":2:1)"));
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
 

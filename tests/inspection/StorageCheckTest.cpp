@@ -352,7 +352,7 @@ TEST(StorageFiles, OfTheUsersThatNoTerminalReadsAreLeftAlone) {
 
 TEST(StorageFiles, AreMissingOnlyFromTheShippedFolder) {
     const auto lines = linesOf(Files{{"config/events.xml", "<event_list/>"}});
-    EXPECT_THAT(lines, Contains("storage/skeleton_v1.xml:1:1 warning missing-file"));
+    EXPECT_THAT(lines, Contains("storage/palette_white.xml:1:1 warning missing-file"));
     EXPECT_THAT(lines, Not(Contains(HasSubstr("user/"))));
 }
 

@@ -51,6 +51,7 @@ TEST(Folded, BreaksAtBlanksThenBehindMarksThenAnywhere) {
     EXPECT_EQ(folded("", 10), Lines{""});
     EXPECT_EQ(folded("one two", 7), Lines{"one two"});
     EXPECT_EQ(folded("one two", 6), (Lines{"one", "  two"}));
+    EXPECT_EQ(folded("one two three", 5, 0), (Lines{"one", "two", "three"}));
     EXPECT_EQ(folded("one,two,three", 9), (Lines{"one,two,", "  three"}));
     EXPECT_EQ(folded("abcdefghij", 6), (Lines{"abcdef", "  ghij"}));
     EXPECT_EQ(folded("市场总览", 5), (Lines{"市场", "  总", "  览"}));

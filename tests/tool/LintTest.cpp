@@ -219,7 +219,7 @@ TEST(LintText, SaysWhatFollowsTheMessageInLinesThatFit) {
     wrong.readAs = "the number 12, for the text begins with it and nothing else counts here";
     wrong.suggestion = "split_scale";
     wrong.related.push_back({"config/a.xml", {3, 5}, {3, 6}, "the earlier definition"});
-    wrong.consequences = 14;
+    wrong.consequences.resize(14);
     EXPECT_EQ(textOf("", wrong, 60),
               firstLine +
                   "        read as: the number 12, for the text begins with it\n"
@@ -242,7 +242,7 @@ TEST(LintText, SumsUpInOneLine) {
     RootFinding note = finding({1, 1}, {1, 1}, "b");
     note.rule = ruleNamed("overridden-style");
     Forms forms("", {warning, note, note, finding({1, 1}, {1, 1}, "c")});
-    EXPECT_THAT(forms.text(), EndsWith("\n1 error, 1 warning, 2 notes in 3 files\n"));
+    EXPECT_THAT(forms.text(), EndsWith("\n1 error, 1 warning, 2 infos in 3 files\n"));
     forms.report().hidden = 5;
     EXPECT_THAT(forms.text(), EndsWith(" in 3 files; 5 more in the baseline\n"));
     EXPECT_EQ(Forms("", {}).text(), "no findings\n");
@@ -263,7 +263,7 @@ TEST(LintJson, HasTheMembersOfAFinding) {
     RootFinding wrong =
         suggesting("unknown-attribute", {26, 45}, {26, 55}, "split_scal", "0.68", "split_scale");
     wrong.related.push_back({"host.json", {1, 2}, {1, 3}, "here"});
-    wrong.consequences = 2;
+    wrong.consequences.resize(2);
     const Forms forms("", {wrong});
     EXPECT_EQ(Json::parse(forms.json()), Json::parse(R"({
         "findings": [{"rule": "unknown-attribute", "severity": "error", "file": "config/events.xml",
@@ -468,12 +468,22 @@ TEST(LintJUnit, HasOneTestWhenNothingIsFound) {
 
 // ---- The baseline ----
 
+/// In which findings have a path, "events/event[a]" say.
+const std::string nested = "<events><event name='a'/><event name='b'/></events>";
+constexpr TextPoint inA{1, 10};
+constexpr TextPoint inB{1, 26};
+
+std::string baselineOf(std::vector<RootFinding> findings, const std::string& text = nested) {
+    return baselineText(Forms(text, std::move(findings)).report());
+}
+
 /// The lines of what is shown with a baseline.
-std::vector<std::string> shownWith(const std::string& baseline, std::vector<RootFinding> findings) {
+std::vector<std::string> shownWith(const std::string& baseline, std::vector<RootFinding> findings,
+                                   const std::string& text = nested) {
     std::string error;
     const auto entries = readBaseline(baseline, error);
     EXPECT_TRUE(entries) << error;
-    Forms forms("", std::move(findings));
+    Forms forms(text, std::move(findings));
     hideKnown(*entries, "lint_baseline.json", forms.report());
     std::vector<std::string> lines;
     for (const RootFinding* each : forms.report().findings)
@@ -483,22 +493,21 @@ std::vector<std::string> shownWith(const std::string& baseline, std::vector<Root
 }
 
 TEST(LintBaseline, HidesItsFindingsWhereverTheyStandNow) {
-    RootFinding wrong = finding({3, 4}, {3, 8});
-    wrong.path = {"events", "event[a]"};
+    RootFinding wrong = finding(inA, inA);
     wrong.value = "\xB0 \"x\"\n行情";
-    const std::string baseline = baselineText(std::vector{wrong});
-    wrong.begin = {30, 40};
+    const std::string baseline = baselineOf({wrong});
+    EXPECT_THAT(baseline, HasSubstr("\"path\": \"events/event[a]\""));
+    wrong.begin = {3, inA.column};
     wrong.end = {31, 1};
     wrong.message = "In other words.";
-    EXPECT_THAT(shownWith(baseline, {wrong}), ElementsAre());
+    EXPECT_THAT(shownWith(baseline, {wrong}, "<!--\n-->\n" + nested), ElementsAre());
 }
 
 TEST(LintBaseline, DistinguishesRuleFilePathAttributeAndValue) {
-    RootFinding wrong = finding({3, 4}, {3, 8});
-    wrong.path = {"events", "event[a]"};
+    RootFinding wrong = finding(inA, inA);
     wrong.attribute = "x";
     wrong.value = "y";
-    const std::string baseline = baselineText(std::vector{wrong});
+    const std::string baseline = baselineOf({wrong});
     const auto isHidden = [&](const auto& change) {
         RootFinding other = wrong;
         change(other);
@@ -507,7 +516,7 @@ TEST(LintBaseline, DistinguishesRuleFilePathAttributeAndValue) {
     EXPECT_TRUE(isHidden([](RootFinding&) {}));
     EXPECT_FALSE(isHidden([](RootFinding& it) { it.rule = ruleNamed("odd-flag"); }));
     EXPECT_FALSE(isHidden([](RootFinding& it) { it.file = "config/a.xml"; }));
-    EXPECT_FALSE(isHidden([](RootFinding& it) { it.path.back() = "event[b]"; }));
+    EXPECT_FALSE(isHidden([](RootFinding& it) { it.begin = inB; }));
     EXPECT_FALSE(isHidden([](RootFinding& it) { it.attribute.reset(); }));
     EXPECT_FALSE(isHidden([](RootFinding& it) { it.value = ""; }));
 }
@@ -515,13 +524,13 @@ TEST(LintBaseline, DistinguishesRuleFilePathAttributeAndValue) {
 TEST(LintBaseline, CountsFindingsOfOneKey) {
     const RootFinding first = finding({1, 4}, {1, 8});
     const RootFinding second = finding({2, 4}, {2, 8});
-    const std::string baseline = baselineText(std::vector{first, second});
+    const std::string baseline = baselineOf({first, second}, "");
     EXPECT_EQ(baseline,
               "{\n  \"version\": 1,\n  \"findings\": [\n"
               "    {\"rule\": \"unknown-attribute\", \"file\": \"config/events.xml\", "
               "\"path\": \"\", \"count\": 2}\n  ]\n}\n");
-    EXPECT_THAT(shownWith(baseline, {first, second}), ElementsAre());
-    EXPECT_THAT(shownWith(baseline, {first, second, finding({3, 4}, {3, 8})}),
+    EXPECT_THAT(shownWith(baseline, {first, second}, ""), ElementsAre());
+    EXPECT_THAT(shownWith(baseline, {first, second, finding({3, 4}, {3, 8})}, ""),
                 ElementsAre("config/events.xml:3:4 unknown-attribute"));
 }
 
@@ -529,23 +538,23 @@ TEST(LintBaseline, ReportsEntriesThatMatchNothingAnyMore) {
     const RootFinding wrong = finding({1, 4}, {1, 8});
     RootFinding other = finding({2, 4}, {2, 8});
     other.file = "storage/a.xml";
-    const std::string baseline = baselineText(std::vector{wrong, wrong, other});
-    EXPECT_THAT(shownWith(baseline, {other}),
+    const std::string baseline = baselineOf({wrong, wrong, other}, "");
+    EXPECT_THAT(shownWith(baseline, {other}, ""),
                 ElementsAre("lint_baseline.json:4:5 stale-baseline-entry"));
-    EXPECT_THAT(shownWith(baseline, {wrong, other}),
+    EXPECT_THAT(shownWith(baseline, {wrong, other}, ""),
                 ElementsAre("lint_baseline.json:4:5 stale-baseline-entry"));
-    EXPECT_THAT(shownWith(baseline, {wrong, wrong}),
+    EXPECT_THAT(shownWith(baseline, {wrong, wrong}, ""),
                 ElementsAre("lint_baseline.json:5:5 stale-baseline-entry"));
     // Two entries of one key count together; the last one is then too many.
     const std::string twice = R"({"version": 1, "findings": [
 {"rule": "unknown-attribute", "file": "config/events.xml", "path": ""},
 {"rule": "unknown-attribute", "file": "config/events.xml", "path": ""}]})";
-    EXPECT_THAT(shownWith(twice, {wrong, wrong}), ElementsAre());
-    EXPECT_EQ(shownWith(twice, {wrong}).size(), 1U);
+    EXPECT_THAT(shownWith(twice, {wrong, wrong}, ""), ElementsAre());
+    EXPECT_EQ(shownWith(twice, {wrong}, "").size(), 1U);
 }
 
 TEST(LintBaseline, OfNothingIsReadAsNothing) {
-    EXPECT_THAT(shownWith(baselineText({}), {}), ElementsAre());
+    EXPECT_THAT(shownWith(baselineOf({}), {}), ElementsAre());
 }
 
 TEST(LintBaseline, SaysWhereItDoesNotHaveItsForm) {

@@ -72,16 +72,16 @@ std::string baselinePathOf(const Arguments& arguments) {
     return arguments.baseline.value_or(arguments.inRoot(baselineName));
 }
 
-Answer writeBaseline(const Arguments& arguments, const Inspection& inspection) {
+Answer writeBaseline(const Arguments& arguments, const LintReport& report) {
     const std::string path = baselinePathOf(arguments);
-    const std::string text = baselineText(inspection);
+    const std::string text = baselineText(report);
     std::string error;
     if (!readBaseline(text, error))
         return unusable(printable(path) + " is not written: too many findings for a baseline");
     error = writeOutput(path, text);
     if (!error.empty())
         return {"", ExitCode::failed, "ygconfig lint: " + printable(path + ": " + error)};
-    const std::size_t count = inspection.findings().size();
+    const std::size_t count = report.findings.size();
     return {printable(path) + ": " + std::to_string(count) +
             (count == 1 ? " finding\n" : " findings\n")};
 }
@@ -143,9 +143,9 @@ Answer lint(const Session& session) {
     const auto inspection = Inspection::open(arguments.root, error);
     if (!inspection)
         return {"", ExitCode::unusable, "ygconfig: " + printable(error)};
-    if (arguments.writeBaseline)
-        return writeBaseline(arguments, *inspection);
     LintReport report = reportOf(session, inspection);
+    if (arguments.writeBaseline)
+        return writeBaseline(arguments, report);
     error = useBaseline(arguments, report);
     if (!error.empty())
         return unusable(printable(error));

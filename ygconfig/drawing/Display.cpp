@@ -154,15 +154,15 @@ std::size_t shownWidth(std::string_view text) {
     return width;
 }
 
-std::vector<std::string> folded(std::string_view text, std::size_t columns) {
+std::vector<std::string> folded(std::string_view text, std::size_t columns, std::size_t indent) {
     std::vector<std::string> lines;
     std::string_view colour;  // at the beginning of the line
     do {
-        const std::string_view indent = lines.empty() ? "" : "  ";
-        const Cut cut = lineOf(text, std::max(columns, indent.size() + 2) - indent.size(), colour);
-        std::string line(indent);
+        const std::size_t before = lines.empty() ? 0 : indent;
+        const Cut cut = lineOf(text, std::max(columns, before + 2) - before, colour);
+        std::string line(before, ' ');
         line.append(colour).append(text.substr(0, cut.size));
-        while (cut.size < text.size() && line.size() > indent.size() && line.back() == ' ')
+        while (cut.size < text.size() && line.size() > before && line.back() == ' ')
             line.pop_back();
         if (!cut.colour.empty() && cut.size < text.size())
             line += endOfColour;

@@ -26,8 +26,8 @@ std::size_t displayWidth(std::string_view text);
 std::size_t shownWidth(std::string_view text);
 
 /// A printable text, which may have colours, in lines of at most so many columns, colours ending
-/// with each line. Lines behind the first are indented by two. A line ends at a blank if there is
-/// one, else behind a mark such as a comma, else anywhere. At least one line.
-std::vector<std::string> folded(std::string_view text, std::size_t columns);
+/// with each line. Lines behind the first begin with `indent` blanks. A line ends at a blank if
+/// there is one, else behind a mark such as a comma, else anywhere. At least one line.
+std::vector<std::string> folded(std::string_view text, std::size_t columns, std::size_t indent = 2);
 
 }  // namespace yg::tool

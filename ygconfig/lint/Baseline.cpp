@@ -181,10 +181,10 @@ RootFinding staleFinding(const BaselineEntry& entry, std::size_t unused,
 
 }  // namespace
 
-std::string baselineText(const Inspection& inspection) {
+std::string baselineText(const LintReport& report) {
     std::map<std::string, std::size_t> counts;
-    for (const RootFinding& finding : inspection.findings())
-        ++counts[keyOf(inspection, finding)];
+    for (const RootFinding* const finding : report.findings)
+        ++counts[keyOf(*report.inspection, *finding)];
     std::string text = "{\n  \"version\": 1,\n  \"findings\": [";
     bool isFirst = true;
     for (const auto& [key, count] : counts) {

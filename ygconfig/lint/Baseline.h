@@ -30,8 +30,8 @@ struct BaselineEntry {
     TextPoint end;
 };
 
-/// The text of a baseline with all findings: a line for each key, sorted.
-std::string baselineText(const Inspection& inspection);
+/// The text of a baseline with all findings of the report: a line for each key, sorted.
+std::string baselineText(const LintReport& report);
 
 /// The entries of a baseline; absent, with "LINE:COLUMN: what is wrong" in `error`, when the text
 /// does not have its form.

@@ -11,6 +11,12 @@ std::string_view nameOf(Severity severity) {
                                            : "info";
 }
 
+Tone toneOf(Severity severity) {
+    return severity == Severity::error     ? Tone::error
+           : severity == Severity::warning ? Tone::warning
+                                           : Tone::info;
+}
+
 bool isFailure(const LintReport& report, const RootFinding& finding) {
     return report.failOn && finding.rule->severity <= *report.failOn;
 }

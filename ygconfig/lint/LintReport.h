@@ -30,6 +30,9 @@ struct LintReport {
 /// "error", "warning", "info".
 std::string_view nameOf(Severity severity);
 
+/// The colour of that.
+Tone toneOf(Severity severity);
+
 bool isFailure(const LintReport& report, const RootFinding& finding);
 
 /// How many of the findings that are shown have this severity.

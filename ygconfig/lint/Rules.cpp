@@ -4,19 +4,13 @@
 #include <algorithm>
 #include <string>
 
-#include "ygconfig/drawing/Terminal.h"
+#include "ygconfig/drawing/Display.h"
 #include "ygconfig/json/Json.h"
 #include "ygconfig/lint/LintReport.h"
 
 namespace yg::tool {
 
 namespace {
-
-Tone toneOf(Severity severity) {
-    return severity == Severity::error     ? Tone::error
-           : severity == Severity::warning ? Tone::warning
-                                           : Tone::info;
-}
 
 std::string_view nameOf(Handling handling) {
     switch (handling) {
@@ -53,7 +47,10 @@ std::string indented(std::string_view text) {
 }
 
 std::string filled(std::string_view text, std::size_t width) {
-    return folded(text, width, 0, 0).append("\n");
+    std::string lines;
+    for (const std::string& line : folded(text, width, 0))
+        lines.append(line).append("\n");
+    return lines;
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "ygconfig/drawing/Display.h"
-#include "ygconfig/drawing/Terminal.h"
 #include "ygconfig/lint/LintReport.h"
 #include "ygconfig/lint/SourceLines.h"
 
@@ -15,12 +14,6 @@ namespace {
 constexpr std::size_t tabWidth = 4;
 constexpr std::size_t leastWidth = 20;  // of what is shown of a line
 constexpr std::string_view cut = "…";
-
-Tone toneOf(Severity severity) {
-    return severity == Severity::error     ? Tone::error
-           : severity == Severity::warning ? Tone::warning
-                                           : Tone::info;
-}
 
 /// One character as it is shown.
 struct Cell {
@@ -162,10 +155,11 @@ public:
                 .append(paint_(tone, line.mark))
                 .append("\n");
         }
-        for (const std::string& detail : detailsOf(finding))
-            text.append(indent, ' ')
-                .append(folded(printable(detail), width_, indent, indent + 2))
-                .append("\n");
+        for (const std::string& detail : detailsOf(finding)) {
+            for (const std::string& line :
+                 folded(printable(detail), std::max(width_, indent + leastWidth) - indent))
+                text.append(indent, ' ').append(line).append("\n");
+        }
         return text;
     }
 
@@ -193,7 +187,7 @@ std::string counted(std::size_t count, std::string_view one, std::string_view se
     return std::to_string(count).append(" ").append(count == 1 ? one : several);
 }
 
-/// "2 errors, 1 warning, 14 notes in 3 files".
+/// "2 errors, 1 warning, 14 infos in 3 files".
 std::string summaryOf(const LintReport& report) {
     std::string summary;
     const auto add = [&](std::size_t count, std::string_view one, std::string_view several) {
@@ -202,7 +196,7 @@ std::string summaryOf(const LintReport& report) {
     };
     add(countOf(report, Severity::error), "error", "errors");
     add(countOf(report, Severity::warning), "warning", "warnings");
-    add(countOf(report, Severity::info), "note", "notes");
+    add(countOf(report, Severity::info), "info", "infos");
     std::size_t files = 0;
     const std::string* last = nullptr;
     for (const RootFinding* finding : report.findings) {

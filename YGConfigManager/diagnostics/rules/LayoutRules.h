@@ -167,7 +167,7 @@ inline constexpr Rule layoutRules[] = {
      R"(<groups>
     <magic_panels name="side"><magic_panel name="kline"><panel name="kline"/></magic_panel></magic_panels>
 </groups>)"},
-    {"unexpected-element-name", Handling::unresolved, Severity::warning,
+    {"unexpected-element-name", Handling::unresolved, Severity::error,
      "It is read in spite of its element name, but custom pages find it under the proper one only.",
      "It is read by its name attribute, whatever the element is called. Custom pages look for the "
      "proper element name, \"magic_panels\", \"magic_panel\" or \"reuse_panel\", and do not find "
@@ -348,7 +348,7 @@ inline constexpr Rule layoutRules[] = {
      "config/magic_panels.xml", R"(<groups>
     <magic_panels name="chart"><magic_panel name="kline"><panel name="kline"/></magic_panel><magic_panel name="tabs"><panel name="tabs"><element name="tabs" uuid="tabs"/></panel></magic_panel></magic_panels>
 </groups>)"},
-    {"duplicate-uuid", Handling::unresolved, Severity::warning,
+    {"duplicate-uuid", Handling::kept, Severity::warning,
      "Two elements of one page have the same uuid.",
      "Events are sent to an element and taken from one by its uuid. When two have the same, it is "
      "not said which one is meant. Rename one of them, also where it is referred to.",
@@ -359,7 +359,7 @@ inline constexpr Rule layoutRules[] = {
      R"(<styles default_style="quote">
     <style name="quote"><panel name="main"><element name="grid" uuid="list"/><element name="tree" uuid="tree"/></panel></style>
 </styles>)"},
-    {"second-first-responder", Handling::unresolved, Severity::warning,
+    {"second-first-responder", Handling::kept, Severity::warning,
      "A page has more than one first responder.",
      "One element of a page takes the keyboard focus first. With two it is not said which one. "
      "Delete the attribute of the others.",
@@ -370,7 +370,7 @@ inline constexpr Rule layoutRules[] = {
      R"(<styles default_style="quote">
     <style name="quote"><panel name="main"><element name="grid" is_first_responder="true"/><element name="tree"/></panel></style>
 </styles>)"},
-    {"min-above-max", Handling::unresolved, Severity::error,
+    {"min-above-max", Handling::kept, Severity::error,
      "The smallest size of a panel is above its largest.",
      "No size meets both. Correct one of them. A largest size of 0 is none.",
      "config/custompage_template.xml",
@@ -380,7 +380,7 @@ inline constexpr Rule layoutRules[] = {
      R"(<styles default_style="quote">
     <style name="quote"><panel name="main" min_size="240" max_size="320"/></style>
 </styles>)"},
-    {"fixed-size-out-of-bounds", Handling::unresolved, Severity::warning,
+    {"fixed-size-out-of-bounds", Handling::kept, Severity::warning,
      "The fixed size of a panel is below its smallest or above its largest.",
      "The panel cannot have its fixed size and keep its bounds. Correct one of them.",
      "config/custompage_template.xml",
@@ -390,7 +390,7 @@ inline constexpr Rule layoutRules[] = {
      R"(<styles default_style="quote">
     <style name="quote"><panel name="main" fix_size="300" max_size="320"/></style>
 </styles>)"},
-    {"share-without-space", Handling::unresolved, Severity::warning,
+    {"share-without-space", Handling::kept, Severity::warning,
      "A share of 0 or less gives a panel no space.",
      "The share is the part of the parent's space that the panel has. Give it a share, or a fixed "
      "or a smallest size.",
@@ -401,7 +401,7 @@ inline constexpr Rule layoutRules[] = {
      R"(<styles default_style="quote">
     <style name="quote"><panel name="main" split_scale="0.5"/></style>
 </styles>)"},
-    {"shares-above-whole", Handling::unresolved, Severity::warning,
+    {"shares-above-whole", Handling::kept, Severity::warning,
      "The shares of panels beside each other add up to more than the whole.",
      "Shares below 1 are parts of the parent's space. Panels with a fixed size do not count, nor "
      "do those that a slot or a reference brings. Correct the shares.",
@@ -412,7 +412,7 @@ inline constexpr Rule layoutRules[] = {
      R"(<styles default_style="quote">
     <style name="quote"><panel name="list" split_scale="0.68"/><panel name="side" split_scale="0.32"/></style>
 </styles>)"},
-    {"wildcard-in-two-lists", Handling::unresolved, Severity::error,
+    {"wildcard-in-two-lists", Handling::dropped, Severity::error,
      "One value stands in two wildcard lists, and one of them counts.",
      "A custom page looks for the list that holds its argument. With two, a pattern of the other "
      "key is never taken for this value. Delete it from one of them.",
@@ -429,14 +429,14 @@ inline constexpr Rule layoutRules[] = {
      R"({"mappings": {"模版通配": {"STOCK": ["S1"]}}})", "config/magic_panels.xml", R"(<groups>
     <magic_panels name="chart"><magic_panel name="STOCK"><panel name="STOCK_view"/></magic_panel><magic_panel name="FUND"><panel name="FUND_view"/></magic_panel></magic_panels>
 </groups>)"},
-    {"wildcard-with-dash", Handling::unresolved, Severity::error,
+    {"wildcard-with-dash", Handling::dropped, Severity::error,
      "A value with a \"-\" can never be the argument of a custom page.",
      "A page's name is split at each \"-\". Choose another value.", "host.json",
      R"({"mappings": {"模版通配": {"STOCK": ["SH-1"]}}})",
      R"({"mappings": {"模版通配": {"STOCK": ["SH1"]}}})", "config/magic_panels.xml", R"(<groups>
     <magic_panels name="chart"><magic_panel name="STOCK"><panel name="STOCK_view"/></magic_panel><magic_panel name="FUND"><panel name="FUND_view"/></magic_panel></magic_panels>
 </groups>)"},
-    {"template-with-dash", Handling::unresolved, Severity::info,
+    {"template-with-dash", Handling::kept, Severity::info,
      "A page whose name has a \"-\" is not found as a template of custom pages.",
      "A page's name is split at each \"-\", and the first part is the template. The page itself is "
      "found by its whole name and shows the first member in each slot. Rename it if custom pages "
@@ -448,7 +448,7 @@ inline constexpr Rule layoutRules[] = {
      R"(<styles default_style="quote">
     <style name="quote"><magic_panels name="chart"/></style>
 </styles>)"},
-    {"member-with-dash", Handling::unresolved, Severity::warning,
+    {"member-with-dash", Handling::kept, Severity::warning,
      "A member whose name has a \"-\" cannot be chosen by a custom page.",
      "A page's name is split at each \"-\", so that no argument has one. Rename the member.",
      "config/magic_panels.xml",
@@ -461,7 +461,7 @@ inline constexpr Rule layoutRules[] = {
      "config/custompage_template.xml", R"(<styles default_style="quote">
     <style name="quote"><magic_panels name="chart"/></style>
 </styles>)"},
-    {"style-hides-custom-page", Handling::unresolved, Severity::info,
+    {"style-hides-custom-page", Handling::kept, Severity::info,
      "A stored page has the name of a page that a template would build.",
      "The stored page is found first, and the template is never used for this name. There is "
      "nothing to do if that is meant.",
@@ -472,7 +472,7 @@ inline constexpr Rule layoutRules[] = {
      R"(<styles default_style="quote">
     <style name="quote"><magic_panels name="chart"/></style><style name="kline"/>
 </styles>)"},
-    {"unused-magic-group", Handling::unresolved, Severity::info,
+    {"unused-magic-group", Handling::kept, Severity::info,
      "No slot shows this group of magic panels.",
      "The group can be deleted if the application does not ask for it by its name.",
      "config/magic_panels.xml",
@@ -485,8 +485,7 @@ inline constexpr Rule layoutRules[] = {
      "config/custompage_template.xml", R"(<styles default_style="quote">
     <style name="quote"><magic_panels name="chart"/></style>
 </styles>)"},
-    {"unused-reuse-panel", Handling::unresolved, Severity::info,
-     "No panel refers to this reuse panel.",
+    {"unused-reuse-panel", Handling::kept, Severity::info, "No panel refers to this reuse panel.",
      "The definition can be deleted if the application does not ask for it by its name.",
      "base_optimize/reuse_panels.xml",
      R"(<reuse_panels>

@@ -150,7 +150,7 @@ public:
                 return cause;
         }
         if (isAboutDifference(rule)) {
-            if (const auto cause = lostName(finding.value, at))
+            if (const auto cause = lostAlike(finding, at))
                 return cause;
         }
         if (const auto cause = unbuilt(finding))
@@ -178,7 +178,7 @@ public:
         const Naming kind = kindNamedBy(finding);
         // What a palette names is in the same file.
         if (kind == Naming::nothing || kind == Naming::color || kind == Naming::font)
-            return lost(finding, at);
+            return isReference(finding) ? lostAlike(finding, at) : std::nullopt;
         return rule.starts_with("unused-") ? unreadUseOf(kind) : lostOrUnread(finding, at, kind);
     }
 
@@ -225,6 +225,14 @@ private:
                 return lost->second;
         }
         return std::nullopt;
+    }
+
+    /// In a file of the same format.
+    std::optional<Index> lostAlike(const Finding& finding, Index at) const {
+        const auto cause = lostName(finding.value, at);
+        const bool isAlike = cause && formatOf(loaded_, fileOf(finding.place)) ==
+                                          formatOf(loaded_, fileOf(found_[*cause].finding.place));
+        return isAlike ? cause : std::nullopt;
     }
 
     /// What the element or object has in place of something that it lacks.

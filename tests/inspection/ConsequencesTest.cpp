@@ -50,6 +50,17 @@ TEST(Consequences, OfADroppedDefinitionAreItsReferences) {
     EXPECT_THAT(linesOf(files, "unknown-reuse-panel"), IsEmpty());
 }
 
+TEST(Consequences, OfADroppedDefinitionAreNoneInFilesOfAnotherKind) {
+    const Files files{{"config/custompage_template.xml", "<styles><x name=\"ink\"/></styles>"},
+                      {"storage/palette_white.xml",
+                       "<ROOT><SWPALETTE><APP_MAP><COLORES><I KEY=\"k\" VALUE=\"ink\"/></COLORES>"
+                       "</APP_MAP></SWPALETTE></ROOT>"},
+                      {"base_optimize/reuse_panels.xml",
+                       "<reuse_panels><x><reuse_panel name=\"ink\"/></x></reuse_panels>"}};
+    EXPECT_THAT(linesOf(files, "unknown-palette-color"), ::testing::SizeIs(1));
+    EXPECT_THAT(causes(files), IsEmpty());
+}
+
 TEST(Consequences, AreNotReferencesToNamesThatWereNeverThere) {
     const Files files{{"config/custompage_template.xml", page},
                       {"base_optimize/reuse_panels.xml", "<reuse_panels/>"}};

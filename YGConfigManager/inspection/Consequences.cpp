@@ -154,6 +154,8 @@ public:
         }
         if (const auto cause = unbuilt(finding))
             return cause;
+        if (rule == "unreadable-image")
+            return causeAt(outside_, {fileOf(finding.place), finding.place.begin});
         for (const auto& [follows, file] : followsFromFile) {
             const auto cause = withoutContent_.find(file);
             if (rule == follows && cause != withoutContent_.end())
@@ -348,6 +350,8 @@ private:
         if (rule == "unknown-attribute" || rule == "unknown-member" ||
             rule == "member-of-wrong-type")
             unknown_[placeOfOwner(finding)].push_back(at);
+        if (rule == "image-outside-folder")
+            outside_.try_emplace({file, finding.place.begin}, at);
         if (losesServerGroup(rule))
             lostGroups_.try_emplace(finding.place.file, at);
         if (file == "host.json" && losesWildcards(rule) && !wildcardsLost_) {
@@ -458,6 +462,7 @@ private:
     Suggestions& suggestions_;
     /// How many references there are to each name that is not there.
     std::map<std::pair<std::string_view, std::string_view>, std::size_t> references_;
+    std::map<Spot, Index> outside_;     ///< paths out of the image folder
     std::map<Spot, Index> misnamed_;    ///< elements whose own names are wrong
     std::map<Spot, Index> slots_;       ///< that show nothing
     std::map<Spot, Index> emptied_;     ///< elements of which something is dropped

@@ -50,10 +50,19 @@ std::optional<unsigned> hexadecimal(std::string_view digits) {
     return read.ec == std::errc() && read.ptr == end ? std::optional(value) : std::nullopt;
 }
 
-/// The component of "#RRGGBB", "#RGB" or "#RRGGBBAA" that an attribute stands for, or that of "#RR"
-/// and "0xRR".
+/// What stands behind "#" or "0x", and two digits without that if one is a letter; "" for others.
+std::string_view hexadecimalDigits(std::string_view text) {
+    if (text.starts_with('#'))
+        return text.substr(1);
+    if (text.starts_with("0x") || text.starts_with("0X"))
+        return text.substr(2);
+    const bool isByte =
+        text.size() == 2 && hexadecimal(text) && !std::ranges::all_of(text, text::isDigit);
+    return isByte ? text : std::string_view();
+}
+
+/// The component of "RRGGBB", "RGB" or "RRGGBBAA" that an attribute stands for, or that of "RR".
 std::optional<unsigned> hexadecimalComponent(std::string_view attribute, std::string_view text) {
-    text.remove_prefix(text.starts_with('#') ? 1 : 2);
     if (!hexadecimal(text))
         return std::nullopt;
     const std::size_t at = std::string_view("RGBA").find(attribute);
@@ -69,8 +78,8 @@ std::optional<unsigned> hexadecimalComponent(std::string_view attribute, std::st
 Meant meantByComponent(std::string_view attribute, std::string_view text, double number) {
     const bool isAlpha = attribute == "A";
     const std::string range = isAlpha ? "0 to 1" : "0 to 255";
-    if (text.starts_with('#') || text.starts_with("0x") || text.starts_with("0X")) {
-        const auto component = hexadecimalComponent(attribute, text);
+    if (const std::string_view digits = hexadecimalDigits(text); !digits.empty()) {
+        const auto component = hexadecimalComponent(attribute, digits);
         Meant meant{{}, "hexadecimal digits are not read; write a decimal number from " + range};
         if (component)
             meant.text = isAlpha ? shortNumber(*component / 255.0) : wholeNumber(*component);

@@ -131,10 +131,24 @@ std::string bounded(const AttributeInfo& row, const std::string& number) {
     return value > static_cast<double>(row.most) ? textOf(row.most) : number;
 }
 
+/// With digits for the letters that look like them, if there is nothing else but digits: "24O".
+std::string withDigits(std::string_view text) {
+    std::string digits(text);
+    bool hasDigit = false;
+    for (char& character : digits) {
+        hasDigit = hasDigit || text::isDigit(character);
+        if (character == 'O' || character == 'o')
+            character = '0';
+        else if (character == 'l' || character == 'I')
+            character = '1';
+    }
+    return hasDigit && std::ranges::all_of(digits, text::isDigit) ? digits : std::string(text);
+}
+
 std::optional<std::string> repairedNumber(const AttributeInfo& row, std::string_view plain) {
     constexpr std::size_t longestUnit = 3;
     const bool isDecimal = row.kind == AttributeKind::decimal;
-    std::string text(trimmed(plain));
+    std::string text = withDigits(trimmed(plain));
     if (text.starts_with('+'))
         text.erase(0, 1);
     if (text.find(',') != std::string::npos) {

@@ -51,6 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"help-servers-deliver.txt", {"servers", "deliver", "--help"}, ""},
                     Case{"help-settings.txt", {"settings", "--help"}, ""},
                     Case{"help-settings-set.txt", {"settings", "set", "--help"}, ""},
+                    Case{"help-check-delivery.txt", {"check-delivery", "--help"}, ""},
                     Case{"help-web-page.txt", {"web-page", "--help"}, ""},
                     Case{"help-request-url.txt", {"request-url", "--help"}, ""},
                     Case{"help-choose.txt", {"choose", "--help"}, ""}));
@@ -80,6 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"show-settings.txt", {"show", "settings", "--root", sample}, ""},
         Case{"show-web-pages.txt", {"show", "web-pages", "--root", sample}, ""},
         Case{"show-request-urls.txt", {"show", "request-urls", "--root", sample}, ""},
+        Case{"lint.txt", {"lint", "--root", sample}, ""},
+        Case{"lint.json", {"lint", "--root", sample, "--format", "json"}, ""},
         Case{"show-events.txt", {"show", "events", "--root", sample}, ""}));
 
 }  // namespace

@@ -137,6 +137,10 @@ std::vector<Mistake> paletteMistakes() {
         {"image-outside-folder",
          Severity::error,
          {{white, R"(PATH="common/link.png")", R"(PATH="⟦../images/common/link.png⟧")"}}},
+        {"image-outside-folder",
+         Severity::error,
+         {{white, R"(PATH="common/link.png")", R"(PATH="⟦../common/link.png⟧")"}}},
+        {"odd-number", Severity::error, {{white, R"(R="245")", R"(R="⟦F5⟧")"}}, "245"},
     };
 }
 

@@ -317,14 +317,15 @@ private:
     /// nearly right more likely is a slip, unless there are several of it.
     std::optional<Index> nameless(Index at, Naming kind) const {
         const Finding& finding = found_[at].finding;
+        const auto known = references_.find({finding.rule.name, finding.value});
+        const bool isNamedAgain = known != references_.end() && known->second > 1;
         std::vector<Naming> kinds{kind};
         if (finding.rule.name == "unknown-page")
             kinds = {Naming::magicPanel, Naming::magicGroup, Naming::style};
         for (const Naming each : kinds) {
             const auto cause = nameless_.find(each);
             if (cause != nameless_.end() &&
-                (references_.at({finding.rule.name, finding.value}) > 1 ||
-                 !suggestions_.nearestName(found_[at])))
+                (isNamedAgain || !suggestions_.nearestName(found_[at])))
                 return cause->second;
         }
         return std::nullopt;

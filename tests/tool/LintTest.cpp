@@ -4,6 +4,8 @@
 // matters; whole runs are on small roots.
 #include <array>
 #include <cstdio>
+#include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -613,6 +615,35 @@ TEST(Lint, PrintsTheSameBytesTwice) {
                                              format};
         EXPECT_EQ(runTool(words).output, runTool(words).output) << format;
     }
+}
+
+/// Every file of a folder with its content, and what the tool prints of it. Servers are left out,
+/// for their addresses are chosen at random.
+std::map<std::string, std::string> everythingOf(const std::string& root) {
+    std::map<std::string, std::string> all;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(root))
+        all[entry.path()] = entry.is_regular_file() ? contentOf(entry.path()) : "";
+    for (const std::string what :
+         {"layout", "events", "palette", "settings", "web-pages", "request-urls"}) {
+        const ToolRun run = runTool({"dump", what, "--root", root});
+        all["dump " + what] = run.output + run.errors;
+    }
+    return all;
+}
+
+TEST(Lint, ChangesNoFileAndNoAnswer) {
+    const TemporaryFolder root;
+    std::filesystem::copy("examples/terminal", root.path(),
+                          std::filesystem::copy_options::recursive);
+    root.write("config/magic_panels.xml", "<groups><magic_panels nam=\"chart\"/></groups>");
+    root.write("user/app_config.xml", "<config><start><page>x</page></start></config>");
+    const auto before = everythingOf(root.path());
+    EXPECT_EQ(lint(root).status, 1);
+    EXPECT_EQ(runTool({"check-delivery", "web-page", root.path() + "/storage/web_page_urls.xml",
+                       "--root", root.path()})
+                  .status,
+              0);
+    EXPECT_EQ(everythingOf(root.path()), before);
 }
 
 TEST(Lint, EndsWithTheStatusOfItsWorstFinding) {

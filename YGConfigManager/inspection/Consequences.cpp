@@ -155,7 +155,7 @@ public:
         if (const auto cause = unbuilt(finding))
             return cause;
         if (rule == "unreadable-image")
-            return causeAt(outside_, {fileOf(finding.place), finding.place.begin});
+            return unreadImage(finding, at);
         for (const auto& [follows, file] : followsFromFile) {
             const auto cause = withoutContent_.find(file);
             if (rule == follows && cause != withoutContent_.end())
@@ -192,6 +192,17 @@ private:
     static std::optional<Index> causeAt(const std::map<Spot, Index>& causes, const Spot& spot) {
         const auto found = causes.find(spot);
         return found == causes.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    /// The folder is missing, the path leads out of it, or another palette names the same file.
+    std::optional<Index> unreadImage(const Finding& finding, Index at) const {
+        if (imageFolder_)
+            return imageFolder_;
+        if (const auto cause = causeAt(outside_, {fileOf(finding.place), finding.place.begin}))
+            return cause;
+        const auto same = unreadImages_.find(finding.value);
+        return same == unreadImages_.end() || same->second == at ? std::nullopt
+                                                                 : std::optional(same->second);
     }
 
     std::string fileOf(const Place& place) const { return loaded_.files.nameOf(place.file); }
@@ -324,8 +335,7 @@ private:
             kinds = {Naming::magicPanel, Naming::magicGroup, Naming::style};
         for (const Naming each : kinds) {
             const auto cause = nameless_.find(each);
-            if (cause != nameless_.end() &&
-                (isNamedAgain || !suggestions_.nearestName(found_[at])))
+            if (cause != nameless_.end() && (isNamedAgain || !suggestions_.nearestName(found_[at])))
                 return cause->second;
         }
         return std::nullopt;
@@ -351,6 +361,10 @@ private:
         if (rule == "unknown-attribute" || rule == "unknown-member" ||
             rule == "member-of-wrong-type")
             unknown_[placeOfOwner(finding)].push_back(at);
+        if (rule == "missing-image-folder")
+            imageFolder_ = at;
+        if (rule == "unreadable-image" && !finding.value.empty())
+            unreadImages_.try_emplace(finding.value, at);
         if (rule == "image-outside-folder")
             outside_.try_emplace({file, finding.place.begin}, at);
         if (losesServerGroup(rule))
@@ -463,10 +477,12 @@ private:
     Suggestions& suggestions_;
     /// How many references there are to each name that is not there.
     std::map<std::pair<std::string_view, std::string_view>, std::size_t> references_;
-    std::map<Spot, Index> outside_;     ///< paths out of the image folder
-    std::map<Spot, Index> misnamed_;    ///< elements whose own names are wrong
-    std::map<Spot, Index> slots_;       ///< that show nothing
-    std::map<Spot, Index> emptied_;     ///< elements of which something is dropped
+    std::optional<Index> imageFolder_;
+    std::map<std::string_view, Index> unreadImages_;  ///< the first of each path
+    std::map<Spot, Index> outside_;                   ///< paths out of the image folder
+    std::map<Spot, Index> misnamed_;                  ///< elements whose own names are wrong
+    std::map<Spot, Index> slots_;                     ///< that show nothing
+    std::map<Spot, Index> emptied_;                   ///< elements of which something is dropped
     std::map<Naming, Index> nameless_;  ///< definitions without a name, the first of each kind
     std::set<std::string_view> definingAttributes_;  ///< of whatever format
     std::map<std::string, Index, std::less<>> lostNames_;

@@ -10,6 +10,7 @@
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/inspection/Checks.h"
 #include "YGConfigManager/inspection/FileFaults.h"
+#include "YGConfigManager/text/Utf8.h"
 
 namespace yg {
 
@@ -137,6 +138,15 @@ void checkEncodings(const Loaded& loaded, Gathering& findings) {
     }
 }
 
+void checkMarks(const Loaded& loaded, Gathering& findings) {
+    std::set<std::string> names{"host.json", "contrast.json"};
+    names.insert(loaded.requestUrlFiles.begin(), loaded.requestUrlFiles.end());
+    for (const std::string& name : names) {
+        if (loaded.files.file(name).bytes().starts_with(text::byteOrderMark))
+            findings.onFile("byte-order-mark"_rule, loaded.files.pathOf(name));
+    }
+}
+
 /// A tag that begins with a full-width sign is text like any other.
 void sayWhyStray(std::vector<Found>& all) {
     for (Found& found : all) {
@@ -154,6 +164,7 @@ void checkFiles(const Loaded& loaded, Gathering& findings) {
     sayWhyUnreadable(loaded, findings.found());
     sayWhyStray(findings.found());
     checkEncodings(loaded, findings);
+    checkMarks(loaded, findings);
 }
 
 }  // namespace yg

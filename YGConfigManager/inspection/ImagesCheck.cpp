@@ -248,10 +248,17 @@ void checkImages(const std::vector<PaletteFile>& files, const Loaded& loaded, Ga
     if (!path)
         return;
     ImageFolder folder(*path);
+    const auto isAboutImage = [](const Found& found) {
+        return found.finding.rule.name == "unreadable-image";
+    };
+    std::error_code error;
+    if (!std::filesystem::exists(*path, error) &&
+        std::ranges::any_of(findings.found(), isAboutImage))
+        return findings.onFile("missing-image-folder"_rule, *path);
     std::set<std::string> meant;
     for (std::size_t at = 0; at < findings.found().size(); ++at) {
         const Finding& finding = findings.found()[at].finding;
-        if (finding.rule.name != "unreadable-image" || finding.attribute != "PATH")
+        if (!isAboutImage(findings.found()[at]) || finding.attribute != "PATH")
             continue;
         const auto around = loaded.files.file(loaded.files.nameOf(finding.place.file))
                                 .elementsAt(finding.place.begin);

@@ -94,6 +94,21 @@ RootFinding rootFinding(const Found& found, const Loaded& loaded, Suggestions& s
     return made;
 }
 
+/// What is in an element that has no effect is lost with it: the keys of a misspelt section.
+void addLostContent(RootFinding& made, const Finding& finding, const SourceFiles& files) {
+    if (finding.rule.handling != Handling::dropped || !finding.attribute.empty() ||
+        finding.element.empty() || finding.extent.begin.line == 0)
+        return;
+    const auto around = files.file(made.file).elementsAt(finding.extent.begin);
+    if (around.empty() || around.back().place() != finding.extent)
+        return;
+    for (const xml::Node& child : around.back().children()) {
+        if (child.isElement())
+            made.consequences.push_back(rootPlace(files, child.place().value_or(Place()),
+                                                  "This is lost with the element around it."));
+    }
+}
+
 std::vector<NamePlace> namePlaces(const std::vector<NameUse>& uses, const SourceFiles& files) {
     std::vector<NamePlace> places;
     for (const NameUse& use : uses) {
@@ -184,6 +199,7 @@ std::shared_ptr<const Inspection> Inspection::make(OptionalText root, std::strin
             for (const Cause& cause :
                  withConsequences(findings.takeFound(), *loaded, suggestions)) {
                 RootFinding made = rootFinding(cause.found, *loaded, suggestions);
+                addLostContent(made, cause.found.finding, loaded->files);
                 for (const Found& each : cause.consequences)
                     made.consequences.push_back(
                         rootPlace(loaded->files, each.finding.extent, messageOf(each)));

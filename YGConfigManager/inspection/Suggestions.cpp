@@ -8,6 +8,7 @@
 
 #include "YGConfigManager/host/JsonValue.h"
 #include "YGConfigManager/text/Characters.h"
+#include "YGConfigManager/text/Replace.h"
 #include "YGConfigManager/text/Split.h"
 #include "YGConfigManager/text/Utf8.h"
 
@@ -316,8 +317,13 @@ void Suggestions::onAddress(const Finding& finding, const xml::Element& element,
         ampersands += meant.compare(at, 5, "&amp;") == 0 ? 0 : 1;
     const bool canStand = meant.find('<') == std::string::npos && ampersands == 0 &&
                           (isEscaped || meant.find('&') == std::string::npos);
-    if (canStand)
-        remarks.suggestion = meant;
+    if (!canStand)
+        return;
+    // In a delivery "&" stands for itself.
+    const auto line =
+        loaded_.files.file(loaded_.files.nameOf(finding.place.file)).line(remarks.place.begin.line);
+    const bool isWritten = isEscaped && line && line->find(meant) != std::string_view::npos;
+    remarks.suggestion = isWritten ? text::replaceAll(meant, "&amp;", "&") : meant;
 }
 
 /// In JSON the name of a member that is not read, or its value.

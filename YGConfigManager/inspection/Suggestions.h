@@ -62,7 +62,7 @@ private:
     void onElement(const Found& found, const std::vector<xml::Element>& around, Remarks& remarks);
     static void onMissingAttribute(const Finding& finding, const xml::Element& element,
                                    const ElementInfo& info, Remarks& remarks);
-    static void onAddress(const Finding& finding, const xml::Element& element, Remarks& remarks);
+    void onAddress(const Finding& finding, const xml::Element& element, Remarks& remarks);
     void onMember(const Found& found, Remarks& remarks);
     void onElementName(const Finding& finding, const std::vector<xml::Element>& around,
                        Remarks& remarks);

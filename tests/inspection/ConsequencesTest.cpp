@@ -46,7 +46,7 @@ TEST(Consequences, OfADroppedDefinitionAreItsReferences) {
     const Files files{{"config/custompage_template.xml", page},
                       {"base_optimize/reuse_panels.xml",
                        "<reuse_panels><x><reuse_panel name=\"bar\"/></x></reuse_panels>"}};
-    EXPECT_THAT(causes(files), ElementsAre("missing-name: 1"));
+    EXPECT_THAT(causes(files), ElementsAre("missing-name: 2"));
     EXPECT_THAT(linesOf(files, "unknown-reuse-panel"), IsEmpty());
 }
 

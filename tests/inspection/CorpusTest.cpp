@@ -69,7 +69,7 @@ private:
     void apply(const Change& change) {
         const std::string file(change.file);
         if (change.isFileRemoved) {
-            std::filesystem::remove(folder_.at(file));
+            std::filesystem::remove_all(folder_.at(file));
             marked_ = file + ":1:1-1:1";
             return;
         }

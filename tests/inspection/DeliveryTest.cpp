@@ -164,5 +164,18 @@ TEST(Delivery, NeedsAFolderAndSettings) {
     EXPECT_THAT(error, HasSubstr("host.json"));
 }
 
+TEST(DeliveredWebPages, AreMeantToHaveTheirAmpersandsAsTheyStand) {
+    const auto inspection =
+        tried({}, delivery(Kind::webPages,
+                           "<urls><url key='help'>https://a.example/?x=1&amp;y=2</url></urls>"));
+    for (const RootFinding& finding : inspection->findings()) {
+        if (finding.rule->name == "escaped-twice") {
+            EXPECT_EQ(finding.suggestion, "https://a.example/?x=1&y=2");
+            return;
+        }
+    }
+    FAIL() << "the ampersand is escaped twice";
+}
+
 }  // namespace
 }  // namespace yg::testing

@@ -238,10 +238,9 @@ TEST(PaletteNumbers, HexadecimalComponentsAreTurnedIntoDecimalOnes) {
         numberLines(R"(R="#1F2A37" G="#1F2A37" B="#1f2a37")"),
         ElementsAre("2:25 error odd-number #1F2A37 -> 31", "2:37 error odd-number #1F2A37 -> 42",
                     "2:49 error odd-number #1f2a37 -> 55"));
-    EXPECT_THAT(
-        numberLines(R"(R="0xFF" G="#f80" B="1F")"),
-        ElementsAre("2:25 error odd-number 0xFF -> 255", "2:34 error odd-number #f80 -> 136",
-                    "2:43 error odd-number 1F -> 31"));
+    EXPECT_THAT(numberLines(R"(R="0xFF" G="#f80" B="1F")"),
+                ElementsAre("2:25 error odd-number 0xFF -> 255",
+                            "2:34 error odd-number #f80 -> 136", "2:43 error odd-number 1F -> 31"));
     // Nobody knows which digit is missing.
     EXPECT_THAT(numberLines(R"(R="#12345" G="0" B="0")"),
                 ElementsAre("2:25 error odd-number #12345"));

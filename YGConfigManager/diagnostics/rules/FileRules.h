@@ -13,6 +13,16 @@ inline constexpr Rule fileRules[] = {
      "The file is missing, and a terminal always asks for it.",
      "A missing file is read as one with nothing in it, without a word. Add the file, if only with "
      "its root element."},
+    {"missing-image-folder", Handling::unresolved, Severity::error,
+     "The folder of the images is missing, so no image of a palette is there.",
+     "The paths of images in palettes are relative to the folder images/ of the root. Add the "
+     "folder "
+     "with its files; where it has another name, give it this one."},
+    {"byte-order-mark", Handling::kept, Severity::info,
+     "A JSON file that begins with a byte-order mark is read here, but not by all programs.",
+     "Some editors write the mark in front of each text in UTF-8. JSON has none, and many readers "
+     "refuse it. Save the file as UTF-8 without a mark.",
+     "host.json", "\xEF\xBB\xBF{\"rightLevel\": \"free\"}", "{\"rightLevel\": \"free\"}"},
     {"wrong-encoding", Handling::unresolved, Severity::error,
      "The file is not in the encoding that it is read in.",
      "XML is read in the encoding that its declaration names, without one in UTF-8; JSON always in "

@@ -9,6 +9,10 @@ std::vector<Mistake> fileMistakes() {
     return {
         {"missing-file", Severity::warning, {{"config/tab_styles.xml", "", "", true}}},
         {"missing-file", Severity::warning, {{"storage/skeleton_gray_v1.xml", "", "", true}}},
+        {"missing-image-folder", Severity::error, {{"images", "", "", true}}},
+        {"byte-order-mark",
+         Severity::info,
+         {{"host.json", "{\n    \"rightLevel\"", "\xEF\xBB\xBF{\n    \"rightLevel\""}}},
         {"wrong-encoding",
          Severity::error,
          {{styles, R"(encoding="UTF-8")", R"(encoding="⟦GBK⟧")"}},

@@ -103,7 +103,7 @@ public:
     /// finds afterwards. An attribute that the rule is about may be named, and the definition that
     /// counts instead, unless it is null.
     void drop(const Rule& rule, std::string_view attribute = {}, std::string_view value = {},
-              const Place* earlier = nullptr) {
+              const xml::Element* earlier = nullptr) {
         if (account_)
             account_->drop(element_, rule, attribute, value, earlier);
         account_.reset();
@@ -137,8 +137,8 @@ public:
     }
 
     /// Notes that the element defines a name, and answers where it was defined before, for a
-    /// finding; absent without a sink. The attribute does, if one is named.
-    std::optional<Place> define(std::string_view name, RecordMap<Place>& places,
+    /// finding; absent without a sink. The attribute does, if one is named, there too.
+    std::optional<Place> define(std::string_view name, RecordMap<xml::Element>& places,
                                 std::string_view attribute = {}) const {
         return account_ ? account_->define(element_, name, places, attribute) : std::nullopt;
     }
@@ -153,13 +153,14 @@ private:
 
         static Place placeOf(const xml::Node& node);
         void drop(const xml::Element& element, const Rule& rule, std::string_view attribute,
-                  std::string_view value, const Place* earlier) const;
+                  std::string_view value, const xml::Element* earlier) const;
         void report(const xml::Element& element, const Rule& rule, std::string_view attribute,
                     std::string_view value, const std::optional<Place>& earlier);
         void reportPart(const xml::Element& element, const Rule& rule, std::string_view attribute,
                         std::string_view part);
         static std::optional<Place> define(const xml::Element& element, std::string_view name,
-                                           RecordMap<Place>& places, std::string_view attribute);
+                                           RecordMap<xml::Element>& places,
+                                           std::string_view attribute);
         void reportChild(const Rule& rule, const xml::Node& child) const;
         void reportText(const xml::Node& node) const;
         void accountForText(const xml::Element& element) const;

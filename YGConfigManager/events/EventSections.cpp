@@ -124,7 +124,7 @@ struct YGEventLoader::Section {
     }
 
     EventMap events;
-    RecordMap<Place> places;
+    RecordMap<xml::Element> places;
     RecordMap<bool> own;  ///< whether an event was defined here; kept for findings only
 };
 
@@ -263,7 +263,7 @@ void YGEventLoader::include(Section& section, Entry& entry, std::string_view tem
     tables_.includedBytes += bytes;
     if (entry && section.hasAll(*events))
         entry.report("repeated-include"_rule, "src", templateName,
-                     *section.places.find(events->begin()->key));
+                     section.places.find(events->begin()->key)->place().value_or(Place()));
     for (const auto& [name, event] : *events)
         section.put(entry, name, event, false);
 }

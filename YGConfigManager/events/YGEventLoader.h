@@ -104,9 +104,9 @@ private:
         EventGroupMap eventTemplateDatas;
         EventGroupMap elementEventDatas;
         /// Where they were defined; filled for a sink only.
-        RecordMap<Place> commandPlaces;
-        RecordMap<Place> templatePlaces;
-        RecordMap<Place> groupPlaces;
+        RecordMap<xml::Element> commandPlaces;
+        RecordMap<xml::Element> templatePlaces;
+        RecordMap<xml::Element> groupPlaces;
         /// The bytes that an include of each template adds.
         RecordMap<std::size_t> templateBytes;
         std::size_t includedEvents = 0;

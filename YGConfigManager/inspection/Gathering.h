@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <memory_resource>
 #include <optional>
 #include <set>
 #include <string>
@@ -172,7 +173,8 @@ private:
     Seen seen_;
     Seen::iterator lastSeen_ = seen_.end();
     ParsedFiles parsed_;
-    std::unordered_map<const void*, xml::Element> origins_;
+    std::pmr::monotonic_buffer_resource memoryOfOrigins_;
+    std::pmr::unordered_map<const void*, xml::Element> origins_{&memoryOfOrigins_};
 };
 
 }  // namespace yg

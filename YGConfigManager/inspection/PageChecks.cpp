@@ -400,12 +400,17 @@ private:
     /// Shares of the panels that are written here. Those that a slot or a reference brings are made
     /// for many places, and shares of 1 and more are weights.
     void checkShares(const xml::Element& parent, const PanelList& children) {
+        // One share of less than 1 cannot be too much.
+        if (children.size() < 2)
+            return;
         float sum = 0;
         xml::Element last;
         std::vector<xml::Element> others;
         for (const auto& child : children) {
+            if (child->fixSize() >= 0)
+                continue;
             const xml::Element element = findings_.originOf(child.get());
-            if (!element || element.parent() != parent || child->fixSize() >= 0)
+            if (!element || element.parent() != parent)
                 continue;
             const auto share = element.attribute("split_scale");
             if (!share || child->splitScale() >= 1 || child->splitScale() < 0)

@@ -191,6 +191,14 @@ std::string repairedList(std::string_view value) {
     return joined;
 }
 
+/// One name of letters, digits and the like, as nearly all are.
+bool isPlainName(std::string_view value) {
+    static constexpr std::string_view repairable = "\"',;|";
+    return std::ranges::all_of(value, [](char c) {
+        return c > ' ' && c <= '~' && repairable.find(c) == std::string_view::npos;
+    });
+}
+
 std::string repairedName(std::string_view value) {
     std::string name;
     for (std::string_view rest = value; !rest.empty();) {
@@ -248,10 +256,11 @@ std::optional<std::string> repairedValue(const AttributeInfo& row, std::string_v
             repaired = repairedNumber(row, withoutOddCharacters(value));
             break;
         case AttributeKind::nameList:
-            repaired = repairedList(value);
+            if (!isPlainName(value))
+                repaired = repairedList(value);
             break;
         case AttributeKind::text:
-            if (row.names != Naming::nothing)
+            if (row.names != Naming::nothing && !isPlainName(value))
                 repaired = repairedName(value);
             break;
     }

@@ -80,10 +80,10 @@ std::shared_ptr<PanelConfigInfo> readPanel(Entry& entry, std::string_view member
                                            std::string_view group = {});
 
 /// Notes what an entry defines, and reports that it replaces an earlier definition.
-inline void noteDefinition(Entry& entry, std::string_view name, RecordMap<Place>& places,
+inline void noteDefinition(Entry& entry, std::string_view name, RecordMap<xml::Element>& places,
                            const Rule& inSameFile, const Rule& inOtherFile) {
     if (const auto earlier = entry.define(name, places)) {
-        const bool isSame = earlier->file == places.find(name)->file;
+        const bool isSame = earlier->file == entry.element().place().value_or(Place()).file;
         entry.report(isSame ? inSameFile : inOtherFile, "name", name, earlier);
     }
 }

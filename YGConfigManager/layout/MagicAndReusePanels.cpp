@@ -35,7 +35,7 @@ std::shared_ptr<const PanelMap> YGStyleConfigLoad::loadReusePanel(OptionalText p
 std::shared_ptr<PanelMap> YGStyleConfigLoad::readReusePanels(
     std::optional<std::string_view> path) const {
     auto panels = std::make_shared<PanelMap>();
-    RecordMap<Place> places;
+    RecordMap<xml::Element> places;
     reading(Reporter(sink_), rootOf(path), [&](Entry& root) {
         root.forEachElement([&](Entry& entry) {
             const auto name = nameIn<reuseDefinition>(entry);
@@ -53,13 +53,13 @@ std::shared_ptr<PanelMap> YGStyleConfigLoad::readReusePanels(
 
 std::shared_ptr<const MagicPanelMap> YGStyleConfigLoad::loadMagicPanel(OptionalText path) const {
     return guardedLoad([&]() -> std::shared_ptr<const MagicPanelMap> {
-        RecordMap<Place> places;
+        RecordMap<xml::Element> places;
         return readMagicPanels(path, places);
     });
 }
 
 std::shared_ptr<MagicPanelMap> YGStyleConfigLoad::readMagicPanels(
-    std::optional<std::string_view> path, RecordMap<Place>& places) const {
+    std::optional<std::string_view> path, RecordMap<xml::Element>& places) const {
     auto groups = std::make_shared<MagicPanelMap>();
     reading(Reporter(sink_), rootOf(path), [&](Entry& root) {
         root.forEachElement([&](Entry& group) {
@@ -77,7 +77,7 @@ std::shared_ptr<MagicPanelMap> YGStyleConfigLoad::readMagicPanels(
 std::shared_ptr<PanelMap> YGStyleConfigLoad::readMagicGroup(Entry& group,
                                                             std::string_view groupName) const {
     auto members = std::make_shared<PanelMap>();
-    RecordMap<Place> places;
+    RecordMap<xml::Element> places;
     group.forEachElement([&](Entry& member) {
         const auto name = nameIn<magicMember>(member);
         if (!name)

@@ -92,9 +92,9 @@ void YGStyleConfigLoad::loadAll(std::optional<std::string_view> styleConfigPath,
     // Styles resolve their references while they are read, so the order decides what they find.
     // While the reuse file is read its panels are not known yet, and the soft-optimize styles know
     // the first file's groups only. An earlier load's panels are still known meanwhile.
-    RecordMap<Place> stylePlaces;
-    RecordMap<Place> tabPlaces;
-    RecordMap<Place> groupPlaces;
+    RecordMap<xml::Element> stylePlaces;
+    RecordMap<xml::Element> tabPlaces;
+    RecordMap<xml::Element> groupPlaces;
     const auto extents = std::make_shared<PanelExtents>();
     tables_.panelExtents = extents;
     measure(*extents, tables_.reusePanelInfos);
@@ -127,7 +127,7 @@ std::shared_ptr<const StyleMap> YGStyleConfigLoad::loadConfig(OptionalText path,
                                                               bool isMainStyleConfig) {
     return guardedLoad([&]() -> std::shared_ptr<const StyleMap> {
         std::optional<std::string> before = tables_.defaultStyleName;
-        RecordMap<Place> places;
+        RecordMap<xml::Element> places;
         try {
             return readStyles(path, isMainStyleConfig, places);
         } catch (...) {
@@ -139,7 +139,7 @@ std::shared_ptr<const StyleMap> YGStyleConfigLoad::loadConfig(OptionalText path,
 
 std::shared_ptr<StyleMap> YGStyleConfigLoad::readStyles(std::optional<std::string_view> path,
                                                         bool isMainStyleConfig,
-                                                        RecordMap<Place>& places) {
+                                                        RecordMap<xml::Element>& places) {
     std::shared_ptr<StyleMap> styles;
     reading(Reporter(sink_), rootOf(path), [&](Entry& root) {
         const auto defaultName = nameIn<defaultStyle>(root);

@@ -244,10 +244,10 @@ private:
                  std::optional<std::string_view> magicPanelPath);
     xml::Element rootOf(std::optional<std::string_view> path) const;
     std::shared_ptr<StyleMap> readStyles(std::optional<std::string_view> path,
-                                         bool isMainStyleConfig, RecordMap<Place>& places);
+                                         bool isMainStyleConfig, RecordMap<xml::Element>& places);
     std::shared_ptr<PanelMap> readReusePanels(std::optional<std::string_view> path) const;
     std::shared_ptr<MagicPanelMap> readMagicPanels(std::optional<std::string_view> path,
-                                                   RecordMap<Place>& places) const;
+                                                   RecordMap<xml::Element>& places) const;
     std::shared_ptr<PanelMap> readMagicGroup(Entry& group, std::string_view groupName) const;
     std::shared_ptr<StyleConfigInfo> readStyle(const xml::Element& style) const;
     void readStyleContent(Entry& style, StyleConfigInfo& record) const;

@@ -93,7 +93,7 @@ struct Additions {
     RecordMap<Value>& values;
     std::string_view attribute = "NAME";
     const Rule& duplicate = "duplicate-palette-name"_rule;
-    RecordMap<Place> places = {};  ///< filled for a sink only
+    RecordMap<xml::Element> places = {};  ///< filled for a sink only
 };
 
 /// Adds the keys of a section to `names`, which are those of `values`; `unresolved` says that there

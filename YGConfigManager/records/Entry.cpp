@@ -22,7 +22,7 @@ Place Entry::Account::placeOf(const xml::Node& node) {
 }
 
 void Entry::Account::drop(const xml::Element& element, const Rule& rule, std::string_view attribute,
-                          std::string_view value, const Place* earlier) const {
+                          std::string_view value, const xml::Element* earlier) const {
     const Place extent = placeOf(element);
     Finding finding{rule,
                     attribute.empty() ? extent : yg::placeOf(element, attribute),
@@ -32,7 +32,7 @@ void Entry::Account::drop(const xml::Element& element, const Rule& rule, std::st
                     std::string(value),
                     {}};
     if (earlier)
-        finding.related.push_back({*earlier, earlierDefinition});
+        finding.related.push_back({placeOf(*earlier), earlierDefinition});
     reporter.report(finding);
 }
 
@@ -69,10 +69,14 @@ void Entry::Account::reportPart(const xml::Element& element, const Rule& rule,
 }
 
 std::optional<Place> Entry::Account::define(const xml::Element& element, std::string_view name,
-                                            RecordMap<Place>& places, std::string_view attribute) {
-    const Place* const found = places.find(name);
-    auto before = found ? std::optional(*found) : std::nullopt;
-    places.set(name, attribute.empty() ? placeOf(element) : yg::placeOf(element, attribute));
+                                            RecordMap<xml::Element>& places,
+                                            std::string_view attribute) {
+    const xml::Element* const found = places.find(name);
+    // A place takes a search, so only a finding has one made.
+    std::optional<Place> before;
+    if (found)
+        before = attribute.empty() ? placeOf(*found) : yg::placeOf(*found, attribute);
+    places.set(name, element);
     return before;
 }
 

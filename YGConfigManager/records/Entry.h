@@ -17,7 +17,9 @@
 // asked for at the end: so findings come in the order of the document.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <memory_resource>
 #include <optional>
 #include <span>
 #include <string>
@@ -103,7 +105,7 @@ public:
     /// finds afterwards. An attribute that the rule is about may be named, and the definition that
     /// counts instead, unless it is null.
     void drop(const Rule& rule, std::string_view attribute = {}, std::string_view value = {},
-              const Place* earlier = nullptr) {
+              const xml::Element* earlier = nullptr) {
         if (account_)
             account_->drop(element_, rule, attribute, value, earlier);
         account_.reset();
@@ -137,8 +139,8 @@ public:
     }
 
     /// Notes that the element defines a name, and answers where it was defined before, for a
-    /// finding; absent without a sink. The attribute does, if one is named.
-    std::optional<Place> define(std::string_view name, RecordMap<Place>& places,
+    /// finding; absent without a sink. The attribute does, if one is named, there too.
+    std::optional<Place> define(std::string_view name, RecordMap<xml::Element>& places,
                                 std::string_view attribute = {}) const {
         return account_ ? account_->define(element_, name, places, attribute) : std::nullopt;
     }
@@ -153,13 +155,14 @@ private:
 
         static Place placeOf(const xml::Node& node);
         void drop(const xml::Element& element, const Rule& rule, std::string_view attribute,
-                  std::string_view value, const Place* earlier) const;
+                  std::string_view value, const xml::Element* earlier) const;
         void report(const xml::Element& element, const Rule& rule, std::string_view attribute,
                     std::string_view value, const std::optional<Place>& earlier);
         void reportPart(const xml::Element& element, const Rule& rule, std::string_view attribute,
                         std::string_view part);
         static std::optional<Place> define(const xml::Element& element, std::string_view name,
-                                           RecordMap<Place>& places, std::string_view attribute);
+                                           RecordMap<xml::Element>& places,
+                                           std::string_view attribute);
         void reportChild(const Rule& rule, const xml::Node& child) const;
         void reportText(const xml::Node& node) const;
         void accountForText(const xml::Element& element) const;
@@ -169,8 +172,10 @@ private:
         const AttributeInfo* rowOf(std::string_view attribute) const;
 
         Reporter reporter;
-        std::vector<std::string_view> asked;
-        std::vector<std::span<const AttributeInfo>> tables;
+        std::array<std::byte, 256> room;  ///< as much as nearly all elements need
+        std::pmr::monotonic_buffer_resource memory{room.data(), room.size()};
+        std::pmr::vector<std::string_view> asked{&memory};
+        std::pmr::vector<std::span<const AttributeInfo>> tables{&memory};
         std::vector<std::string> reported;  ///< attributes that a finding is about
         std::string_view valueOfParts;      ///< the one that reportPart() was called for last
         bool hasEndedAttributes = false;

@@ -49,7 +49,7 @@ std::string itemPath(std::string_view section, std::string_view item) {
 }
 
 /// What is known of an item that counts beside its text.
-void note(const Entry& section, Entry& item, RecordMap<Place>& places) {
+void note(const Entry& section, Entry& item, RecordMap<xml::Element>& places) {
     SettingsItem attributes;
     item.read(attributes);
     item.define(itemPath(section.name(), item.name()), places);
@@ -377,7 +377,7 @@ void YGAppConfigManager::remember(const Setting& setting, std::vector<Setting>& 
 YGAppConfigManager::Index YGAppConfigManager::indexOf(const xml::Document& document,
                                                       const Reporter& reporter) {
     Index index;
-    RecordMap<Place> places;
+    RecordMap<xml::Element> places;
     reading(reporter, document.root(), [&](Entry& root) {
         if (root.name() != rootName)
             return root.drop("settings-root-name"_rule, {}, root.name());

@@ -27,7 +27,8 @@ constexpr std::string_view keyName = attributesOf<WebPage>.rows().front().name;
 constexpr std::string_view lookUpName = "-[YGWebPageUrlConfig getWebPageUrlByKey:]";
 
 /// What is odd about an address that counts.
-void note(Entry& entry, std::string_view key, std::string_view address, RecordMap<Place>& places) {
+void note(Entry& entry, std::string_view key, std::string_view address,
+          RecordMap<xml::Element>& places) {
     entry.define(key, places);
     if (hasBlanksAround(address))
         entry.report("blanks-around-address"_rule, {}, address);
@@ -38,7 +39,7 @@ void note(Entry& entry, std::string_view key, std::string_view address, RecordMa
 /// The address of each key that can be asked for.
 RecordMap<std::string> addressesIn(const xml::Document& document, const Reporter& reporter) {
     RecordMap<std::string> addresses;
-    RecordMap<Place> places;
+    RecordMap<xml::Element> places;
     reading(reporter, document.root(), [&](Entry& root) {
         if (root.name() != rootName)
             return root.drop("web-page-root-name"_rule, {}, root.name());

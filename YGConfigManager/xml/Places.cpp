@@ -64,9 +64,19 @@ private:
         return text_.find(delimiter, from) + delimiter.size();
     }
 
+    /// The first such character from there on, of which there is one. The standard library's
+    /// find_first_of() calls a function for each character.
+    std::size_t next(std::size_t at, auto&& isWanted) const {
+        while (!isWanted(text_[at]))
+            ++at;
+        return at;
+    }
+
+    static bool isQuote(char c) { return c == '"' || c == '\''; }
+
     /// Behind the first ">" that is not between quotes.
     std::size_t endOfTag(std::size_t at) const {
-        while (text_[at = text_.find_first_of("\"'>", at)] != '>')
+        while (text_[at = next(at, [](char c) { return isQuote(c) || c == '>'; })] != '>')
             at = text_.find(text_[at], at + 1) + 1;
         return at + 1;
     }
@@ -100,7 +110,7 @@ private:
         next_ = element_.first_child();
         note(element_.internal_object(), at_);
         const std::size_t begin = at_;
-        at_ = text_.find_first_of(" \t\r\n/>", at_);
+        at_ = next(at_, [](char c) { return text::isWhiteSpace(c) || c == '/' || c == '>'; });
         takeAttributes();
         const bool isEmpty = text_[at_] == '/';
         at_ += isEmpty ? 2 : 1;
@@ -114,11 +124,11 @@ private:
     /// Up to the "/" or ">" that ends the tag.
     void takeAttributes() {
         pugi::xml_attribute attribute = element_.first_attribute();
-        while (text_[at_ = text_.find_first_not_of(text::whiteSpace, at_)] != '/' &&
+        while (text_[at_ = next(at_, [](char c) { return !text::isWhiteSpace(c); })] != '/' &&
                text_[at_] != '>') {
             note(attribute.internal_object(), at_);
             attribute = attribute.next_attribute();
-            const std::size_t quote = text_.find_first_of("\"'", at_);
+            const std::size_t quote = next(at_, isQuote);
             at_ = text_.find(text_[quote], quote + 1);
             index_.values.push_back(
                 {static_cast<std::uint32_t>(quote + 1), static_cast<std::uint32_t>(at_)});
@@ -128,8 +138,10 @@ private:
 
     void takeValue(std::size_t at, std::size_t end) {
         const std::string_view upToEnd = text_.substr(0, end);
-        while ((at = upToEnd.find_first_of("&\r", at)) != std::string_view::npos) {
-            const std::size_t mark = at;
+        while (at < end) {
+            const std::size_t mark = at++;
+            if (upToEnd[mark] != '&' && upToEnd[mark] != '\r')
+                continue;
             const bool isReference = upToEnd[mark] == '&';
             at = isReference ? behind(";", mark)
                              : mark + (upToEnd.substr(mark, 2) == "\r\n" ? 2 : 1);

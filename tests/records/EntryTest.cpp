@@ -256,7 +256,7 @@ TEST(Entry, WhatCountsAsItIsWrittenIsUsed) {
 
 TEST(Entry, ADefinitionAnswersTheOneBeforeIt) {
     UsedPlaces sink;
-    RecordMap<Place> places;
+    RecordMap<xml::Element> places;
     readWith(&sink, "<a>\n<b/>\n<b/>\n<b/></a>", [&](Entry& entry) {
         entry.forEachElement([&](Entry& child) {
             if (const auto earlier = child.define("n", places))
@@ -272,7 +272,7 @@ TEST(Entry, ADefinitionAnswersTheOneBeforeIt) {
 }
 
 TEST(Entry, WithoutASinkNothingIsKept) {
-    RecordMap<Place> places;
+    RecordMap<xml::Element> places;
     Box box;
     std::vector<std::string> names;
     readWith(nullptr, "<a name='n' other='o'>text<b/></a>", [&](Entry& entry) {

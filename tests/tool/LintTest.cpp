@@ -633,7 +633,7 @@ std::map<std::string, std::string> everythingOf(const std::string& root) {
 
 TEST(Lint, ChangesNoFileAndNoAnswer) {
     const TemporaryFolder root;
-    std::filesystem::copy("examples/terminal", root.path(),
+    std::filesystem::copy(YG_PROJECT_FOLDER "/examples/terminal", root.path(),
                           std::filesystem::copy_options::recursive);
     root.write("config/magic_panels.xml", "<groups><magic_panels nam=\"chart\"/></groups>");
     root.write("user/app_config.xml", "<config><start><page>x</page></start></config>");

@@ -82,6 +82,11 @@ Naming kindNamedBy(const Finding& finding) {
     return found == std::end(references) ? Naming::nothing : found->second;
 }
 
+bool isReference(const Finding& finding) {
+    return kindNamedBy(finding) != Naming::nothing && !finding.rule.name.starts_with("unused-") &&
+           finding.rule.handling == Handling::unresolved;
+}
+
 NameScope scopeOf(const Finding& finding) {
     return scopeOf(kindNamedBy(finding), finding.place.file);
 }

@@ -22,6 +22,9 @@ namespace yg {
 /// What a finding's value names; Naming::nothing when it names nothing that could be looked up.
 Naming kindNamedBy(const Finding& finding);
 
+/// Whether the finding's value names something that does not exist.
+bool isReference(const Finding& finding);
+
 /// What is said of a finding beside its rule.
 struct Remarks {
     Place place;  ///< of the text concerned, which the suggestion could replace

@@ -20,6 +20,7 @@
 #include "YGConfigManager/text/Utf8.h"
 #include "YGConfigManager/xml/Document.h"
 
+#include "LargeInput.h"
 #include "diagnostics/RecordingSink.h"
 #include "findings/Root.h"
 
@@ -28,7 +29,7 @@ namespace {
 
 using ::testing::IsEmpty;
 
-constexpr unsigned generatedRoots = 500;
+constexpr unsigned generatedRoots = isSanitized ? 100 : 500;
 
 /// What has to be excepted from "what is dropped can be deleted", by rule.
 const std::set<std::string_view> notDeletable{

@@ -17,9 +17,7 @@
 // asked for at the end: so findings come in the order of the document.
 #pragma once
 
-#include <array>
 #include <cstddef>
-#include <memory_resource>
 #include <optional>
 #include <span>
 #include <string>
@@ -172,10 +170,8 @@ private:
         const AttributeInfo* rowOf(std::string_view attribute) const;
 
         Reporter reporter;
-        std::array<std::byte, 256> room;  ///< as much as nearly all elements need
-        std::pmr::monotonic_buffer_resource memory{room.data(), room.size()};
-        std::pmr::vector<std::string_view> asked{&memory};
-        std::pmr::vector<std::span<const AttributeInfo>> tables{&memory};
+        std::vector<std::string_view> asked;
+        std::vector<std::span<const AttributeInfo>> tables;
         std::vector<std::string> reported;  ///< attributes that a finding is about
         std::string_view valueOfParts;      ///< the one that reportPart() was called for last
         bool hasEndedAttributes = false;

@@ -68,13 +68,13 @@ void expectLinear(const Measured& small, const Measured& large) {
                             << large.instructions;
 }
 
-void expectInProportion(const Measured& file, const Measured& plain) {
+void expectInProportion(const Measured& file, const Measured& plain, bool isReported) {
     const double proportion = file.perByte() / plain.perByte();
     std::printf("%.2f times a plain layout %s\n", proportion, file.refusal.c_str());
-    // Five times the time is the goal; a fifth more is room for what instructions do not say of
-    // time.
-    EXPECT_LE(proportion, 6) << file.bytes << " bytes take " << file.perByte()
-                             << " instructions a byte, a plain layout " << plain.perByte();
+    // The goal is one of time; a fifth more is room for what instructions do not say of that.
+    EXPECT_LE(proportion, isReported ? 8.4 : 6)
+        << file.bytes << " bytes take " << file.perByte() << " instructions a byte, a plain layout "
+        << plain.perByte();
 }
 
 }  // namespace yg::testing

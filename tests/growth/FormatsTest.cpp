@@ -358,7 +358,7 @@ TEST_P(FormatGrowth, IsLinear) {
     const Measured small = measure(one.make, bytes);
     const Measured large = measure(one.make, 8 * bytes);
     expectLinear(small, large);
-    expectInProportion(large, plainLayoutLoad(one.isReported));
+    expectInProportion(large, plainLayoutLoad(one.isReported), one.isReported);
 }
 
 INSTANTIATE_TEST_SUITE_P(formats, FormatGrowth, ::testing::ValuesIn(formats()),

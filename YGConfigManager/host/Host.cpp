@@ -65,8 +65,8 @@ std::shared_ptr<Host> setHost(std::shared_ptr<Host> host) noexcept {
     return std::exchange(all.installed, std::move(host));
 }
 
-HostOfThread::HostOfThread(const std::shared_ptr<Host>& host) noexcept
-    : outer_(ofThread), host_(host) {
+HostOfThread::HostOfThread(std::shared_ptr<Host> host) noexcept
+    : outer_(ofThread), host_(std::move(host)) {
     ofThread = &host_;
 }
 

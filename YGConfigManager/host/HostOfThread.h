@@ -14,7 +14,7 @@ namespace yg {
 /// of their beginning.
 class HostOfThread {
 public:
-    explicit HostOfThread(const std::shared_ptr<Host>& host) noexcept;
+    explicit HostOfThread(std::shared_ptr<Host> host) noexcept;
     ~HostOfThread();
     HostOfThread(const HostOfThread&) = delete;
     HostOfThread& operator=(const HostOfThread&) = delete;

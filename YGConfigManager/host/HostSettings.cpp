@@ -56,7 +56,7 @@ std::shared_ptr<const MappingDic> readMapping(const std::string& key, const Json
         }
         if (odd)
             wrong.push_back(
-                {"mappings." + key + "." + name,
+                {text::format("mappings.%@.%@", key, name),
                  text::format(R"("mappings"."%@"."%@" must be a list of texts)", key, name),
                  odd->range()});
     }

@@ -231,7 +231,7 @@ std::optional<Tried> tryWebPages(const Delivery& delivery, DeliverySink& sink) {
 }
 
 std::optional<Tried> tryRequestUrls(const Delivery& delivery, DeliverySink& sink) {
-    const RequestUrlsOver transport{[&](std::string, YGHttpReqUrlMgr::Finish finish) {
+    const RequestUrlsOver transport{[&](const std::string&, const YGHttpReqUrlMgr::Finish& finish) {
         finish(delivery.bytes, std::nullopt, std::nullopt);
     }};
     const auto manager = transport.make(&sink);

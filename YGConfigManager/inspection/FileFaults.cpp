@@ -136,7 +136,7 @@ Found foundOf(FileFault fault, const std::string& path) {
 }
 
 std::optional<std::string> readAsGbk(std::string_view bytes) {
-    constexpr std::string_view declaration = "<?xml version=\"1.0\" encoding=\"GB18030\"?>";
+    constexpr std::string_view declaration = R"(<?xml version="1.0" encoding="GB18030"?>)";
     xml::Decoded decoded = xml::decodeXml(std::string(declaration).append(bytes));
     if (!decoded.errors.empty())
         return std::nullopt;
@@ -346,25 +346,25 @@ std::string plainXmlError(std::string_view parserError) {
         {"AttValue: ' expected", "Close the value with the quote that it begins with."},
         {"AttValue: \" expected", "Close the value with the quote that it begins with."},
         {"Unescaped '<' not allowed in attributes values",
-         "Close the quotes of the value before \"<\", or write \"&lt;\" in it."},
+         R"(Close the quotes of the value before "<", or write "&lt;" in it.)"},
         {"error parsing attribute name",
-         "Close the start tag before this, or write an attribute as NAME=\"VALUE\"."},
+         R"(Close the start tag before this, or write an attribute as NAME="VALUE".)"},
         {"attributes construct error",
-         "Write each attribute as NAME=\"VALUE\", with a blank before the next one."},
-        {"xmlParseEntityRef: no name", "Write \"&amp;\" for \"&\"."},
-        {"EntityRef: expecting ';'", "Write \"&amp;\" for \"&\"."},
-        {"xmlParseCharRef", "Write \"&amp;\" for \"&\", or a character that XML can hold."},
-        {" mandates value for attribute", "Give the attribute a value: NAME=\"VALUE\"."},
-        {"Couldn't find end of Start Tag", "Close the start tag by \">\" or \"/>\"."},
-        {"expected '>'", "Close the tag by \">\"."},
+         R"(Write each attribute as NAME="VALUE", with a blank before the next one.)"},
+        {"xmlParseEntityRef: no name", R"(Write "&amp;" for "&".)"},
+        {"EntityRef: expecting ';'", R"(Write "&amp;" for "&".)"},
+        {"xmlParseCharRef", R"(Write "&amp;" for "&", or a character that XML can hold.)"},
+        {" mandates value for attribute", R"(Give the attribute a value: NAME="VALUE".)"},
+        {"Couldn't find end of Start Tag", R"(Close the start tag by ">" or "/>".)"},
+        {"expected '>'", R"(Close the tag by ">".)"},
         {"Extra content at the end of the document",
          "Put everything into one root element; there is something behind its end."},
         {"Start tag expected, '<' not found", "Begin the file with its root element."},
         {"Document is empty", "Give the file its root element; it is empty."},
         {"StartTag: invalid element name",
-         "Write \"&lt;\" for a \"<\" that begins no tag, or the name of an element behind it."},
-        {"Double hyphen within comment", "Write no \"--\" within a comment."},
-        {"Comment not terminated", "Close the comment by \"-->\"."},
+         R"(Write "&lt;" for a "<" that begins no tag, or the name of an element behind it.)"},
+        {"Double hyphen within comment", R"(Write no "--" within a comment.)"},
+        {"Comment not terminated", R"(Close the comment by "-->".)"},
         {"CData section not finished", "Close the section by \"]]>\"."},
         {"XML declaration allowed only at the start of the document",
          "Put the declaration at the very beginning of the file, with nothing before it."},
@@ -656,8 +656,8 @@ private:
                             "\"\\t\".");
             if (here() != '\\')
                 continue;
-            if (at_ + 1 < text_.size() && "\"\\/bfnrtu"sv.find(text_[at_ + 1]) == npos)
-                return made(at_, at_ + 1, "Write the backslash twice.", "\\\\");
+            if (at_ + 1 < text_.size() && R"("\/bfnrtu)"sv.find(text_[at_ + 1]) == npos)
+                return made(at_, at_ + 1, "Write the backslash twice.", R"(\\)");
             ++at_;
         }
         if (at_ >= text_.size())

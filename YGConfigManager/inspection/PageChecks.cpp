@@ -3,11 +3,13 @@
 
 #include <algorithm>
 #include <map>
+#include <ranges>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
+#include "YGConfigManager/text/Format.h"
 #include "YGConfigManager/text/Nearest.h"
 
 namespace yg {
@@ -34,8 +36,8 @@ struct Content {
     bool add(const PanelList& list, std::size_t& room) {
         std::vector<const PanelConfigInfo*> pending;
         const auto push = [&](const PanelList& children) {
-            for (auto child = children.rbegin(); child != children.rend(); ++child)
-                pending.push_back(child->get());
+            for (const auto& child : std::views::reverse(children))
+                pending.push_back(child.get());
         };
         push(list);
         while (!pending.empty()) {
@@ -151,7 +153,7 @@ private:
         std::size_t attribute;  ///< where it begins
         std::size_t offset;
 
-        friend auto operator<=>(const Key&, const Key&) = default;
+        friend auto operator<=>(const Key&, const Key&) = default;  // NOLINT(*-nullptr)
     };
     struct Unresolved {
         const Rule* rule;
@@ -261,9 +263,9 @@ private:
             const bool isPartly = unresolved.isFoundElsewhere || unresolved.canBeSwappedIn;
             Details details;
             details.message =
-                what + " '" + unresolved.name + "' " +
-                (isPartly ? "is not on each page that shows this: no " : "does not exist: no ") +
-                what + " of " + where + (isElement ? " has this uuid." : " has this name.");
+                text::format("%@ '%@' %@: no %@ of %@ has this %@.", what, unresolved.name,
+                             isPartly ? "is not on each page that shows this" : "does not exist",
+                             what, where, isElement ? "uuid" : "name");
             if (!isPartly)
                 details.suggestion = std::move(unresolved.suggestion);
             details.related = at(unresolved.pagePlace, "the page");

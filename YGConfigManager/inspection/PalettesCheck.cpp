@@ -91,6 +91,7 @@ std::map<std::string_view, std::size_t> familiesOf(const Names& names, const Nam
 
 std::vector<std::string> valuesOf(const std::vector<const NameUse*>& uses) {
     std::vector<std::string> values;
+    values.reserve(uses.size());
     for (const NameUse* use : uses)
         values.emplace_back(use->value);
     return values;
@@ -99,12 +100,12 @@ std::vector<std::string> valuesOf(const std::vector<const NameUse*>& uses) {
 /// Reports what is in one theme and not in the other, which the application asks for in both.
 void checkAsked(const Asked& what, const PaletteFile& file, const PaletteFile& other,
                 const Loaded& loaded, Gathering& findings) {
-    const Names& names = file.defined(what.kind);
-    const Names& others = other.defined(what.kind);
-    auto only = onlyIn(names, others);
+    const Names& here = file.defined(what.kind);
+    const Names& there = other.defined(what.kind);
+    auto only = onlyIn(here, there);
     if (only.empty())
         return;
-    if (others.empty()) {
+    if (there.empty()) {
         // One section that is missing is one mistake.
         if (!lacksSections(other, loaded, findings))
             findings.onElement("missing-in-other-theme"_rule, only.front()->element.parent(),
@@ -118,9 +119,9 @@ void checkAsked(const Asked& what, const PaletteFile& file, const PaletteFile& o
          loaded.files.file(other.name()).document().document.root().query(what.query))
         written.emplace(xml::Element(node).attribute(only.front()->row->name).value_or(""));
 
-    text::KnownWords candidates(valuesOf(onlyIn(others, names)));
+    text::KnownWords candidates(valuesOf(onlyIn(there, here)));
     text::KnownWords own(valuesOf(only));
-    const auto families = familiesOf(names, others);
+    const auto families = familiesOf(here, there);
     for (const NameUse* use : only) {
         if (written.contains(use->value))
             continue;
@@ -137,11 +138,11 @@ void checkAsked(const Asked& what, const PaletteFile& file, const PaletteFile& o
         details.message = text::format("%@ '%@' is missing in the %@ theme, %@: %@.", what.thing,
                                        use->value, other.theme(), other.name(), what.consequence);
         if (meant.empty()) {
-            details.related.push_back({sectionOf(others), "the section of the other theme"});
+            details.related.push_back({sectionOf(there), "the section of the other theme"});
         } else {
             details.suggestion = meant;
             details.related.push_back(
-                {placeOf(**others.find(meant)), "the nearest that the other theme has"});
+                {placeOf(**there.find(meant)), "the nearest that the other theme has"});
         }
         findings.onAttribute("missing-in-other-theme"_rule, use->element, use->row->name,
                              std::move(details));

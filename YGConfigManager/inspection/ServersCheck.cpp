@@ -174,7 +174,7 @@ struct Shipped {
     StoredNames names;
 };
 
-Place inFile(std::optional<Place> place, const std::string& path) {
+Place inFile(const std::optional<Place>& place, const std::string& path) {
     Place found = place.value_or(Place());
     found.file = path;
     return found;

@@ -38,7 +38,7 @@ struct NameScope {
     Naming kind;
     std::string palette;  ///< path of the file; "" for other kinds
 
-    friend auto operator<=>(const NameScope&, const NameScope&) = default;
+    friend auto operator<=>(const NameScope&, const NameScope&) = default;  // NOLINT(*-nullptr)
 };
 
 /// The scope of the name that a finding's value is.

@@ -14,7 +14,7 @@ struct TextPoint {
     std::uint32_t line = 0;    ///< from 1; 0 when nothing is known
     std::uint32_t column = 0;  ///< of the character behind it, in characters, from 1
 
-    friend auto operator<=>(const TextPoint&, const TextPoint&) = default;
+    friend auto operator<=>(const TextPoint&, const TextPoint&) = default;  // NOLINT(*-nullptr)
 };
 
 /// A part of a file. Without a line the whole file is meant, or a place that does not exist there.

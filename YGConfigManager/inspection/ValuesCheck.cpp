@@ -256,7 +256,7 @@ public:
     std::string path;
 
 private:
-    Place inFile(std::optional<Place> place) const {
+    Place inFile(const std::optional<Place>& place) const {
         Place found = place.value_or(Place());
         found.file = path;
         return found;

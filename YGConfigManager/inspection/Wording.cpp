@@ -77,12 +77,22 @@ std::string subjectOf(const Finding& finding) {
     return shortened(finding.value);
 }
 
+/// With a capital at its beginning, unless that is the name of an attribute or no plain word.
+std::string asSentence(std::string message, std::string_view attribute) {
+    constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz";
+    const std::size_t end = message.find_first_not_of(letters);
+    if (end != 0 && end != std::string::npos && message[end] == ' ' &&
+        std::string_view(message).substr(0, end) != attribute)
+        message[0] = static_cast<char>(message[0] - 'a' + 'A');
+    return message;
+}
+
 }  // namespace
 
 std::string messageOf(const Found& found) {
     const Finding& finding = found.finding;
     if (!found.message.empty())
-        return found.message;
+        return asSentence(found.message, finding.attribute);
     if (isXmlError(finding))
         return finding.value == "not a JSON object" ? "Write one JSON object; this is none."
                                                     : finding.value;

@@ -339,7 +339,7 @@ TEST(LayoutCheck, SaysThatAGroupIsKnownOnlyLater) {
                 ElementsAre(softFile + ":2:37 error unknown-magic-group chart (" + softMagicFile +
                             ":1:9)"));
     EXPECT_THAT(messageOf(files, "unknown-magic-group"),
-                "group 'chart' exists, but is not known yet when this is read: the soft-optimize "
+                "Group 'chart' exists, but is not known yet when this is read: the soft-optimize "
                 "magic panels are read after the pages.");
 }
 

@@ -74,7 +74,7 @@ TEST(PaletteThemes, TwoSpellingsOfAKeyAreOneFindingWithBothPlaces) {
                 ElementsAre(dark + ":3:27 warning missing-in-other-theme Grid.txt -> Grid.text (" +
                             light + ":3:27)"));
     EXPECT_THAT(messagesOf(files, "missing-in-other-theme"),
-                ElementsAre("the key 'Grid.txt' is missing in the light theme, "
+                ElementsAre("The key 'Grid.txt' is missing in the light theme, "
                             "storage/palette_white.xml: the key shows red there."));
     EXPECT_THAT(linesOf({{light, inkOf}, {dark, inkOf}}, "missing-in-other-theme"), IsEmpty());
 }
@@ -174,7 +174,7 @@ TEST(PaletteThemes, StripsHaveAsManyPiecesInBothThemes) {
     EXPECT_THAT(linesOf(files("white/sort_asc.png", "black/tool_draw.png"), "uneven-strips"),
                 ElementsAre(HasSubstr(light + ":2:31 warning uneven-strips light.png (" + dark)));
     EXPECT_THAT(messagesOf(files("white/sort_asc.png", "black/tool_draw.png"), "uneven-strips"),
-                ElementsAre("image 'tool' has 10 × 10 pixels; that of the dark theme has 72 × 18, "
+                ElementsAre("Image 'tool' has 10 × 10 pixels; that of the dark theme has 72 × 18, "
                             "a strip of 4 pieces, and this width does not divide by 4."));
     EXPECT_THAT(linesOf(files("white/tool_draw.png", "black/sort_asc.png"), "uneven-strips"),
                 ElementsAre(HasSubstr(dark + ":2:31 warning uneven-strips dark.png (" + light)));
@@ -485,7 +485,7 @@ TEST(Contrast, TheMessageHasBothRatios) {
         R"(<I KEY="T" VALUE="text"/><I KEY="G" VALUE="ground"/>)");
     EXPECT_THAT(
         messagesOf({{light, both}, {dark, both}, {"contrast.json", textOnGround}}, "low-contrast"),
-        Each("colour 'text': T on G has a contrast of 4.47:1, below 4.50:1."));
+        Each("Colour 'text': T on G has a contrast of 4.47:1, below 4.50:1."));
 }
 
 TEST(Contrast, ASidecarIsReadWithAllItsMembersAccountedFor) {

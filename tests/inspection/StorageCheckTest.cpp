@@ -235,7 +235,7 @@ TEST(SettingsCheck, ReportsSoMuchThatACopyHides) {
             messages.push_back(finding.message);
     }
     EXPECT_THAT(messages, SizeIs(100));
-    EXPECT_THAT(messages, Contains(HasSubstr("setting 'a/i99' and 150 more:")));
+    EXPECT_THAT(messages, Contains(HasSubstr("Setting 'a/i99' and 150 more:")));
 }
 
 // ---- Addresses of pages ----

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <map>
-#include <ranges>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
@@ -36,8 +35,8 @@ struct Content {
     bool add(const PanelList& list, std::size_t& room) {
         std::vector<const PanelConfigInfo*> pending;
         const auto push = [&](const PanelList& children) {
-            for (const auto& child : std::views::reverse(children))
-                pending.push_back(child.get());
+            for (std::size_t at = children.size(); at > 0; --at)
+                pending.push_back(children[at - 1].get());
         };
         push(list);
         while (!pending.empty()) {

@@ -268,7 +268,7 @@ std::size_t SourceIndex::endOf(std::size_t offsetAsRead) const {
                                      : offsetAsRead + (next[-1].end - next[-1].readEnd);
 }
 
-void notePlaces(Tree& tree, std::shared_ptr<const Source> source) {
+void notePlaces(Tree& tree, const std::shared_ptr<const Source>& source) {
     tree.sources.push_back(source);
     if (tree.isBuiltInPlace()) {
         tree.ownSource = source.get();

@@ -76,7 +76,7 @@ public:
     Place valuePlace(std::size_t begin, std::size_t offset, std::size_t length) const;
 
 private:
-    friend void notePlaces(Tree& tree, std::shared_ptr<const Source> source);
+    friend void notePlaces(Tree& tree, const std::shared_ptr<const Source>& source);
 
     const SourceIndex& index() const;
     const SourceIndex& keep(std::unique_ptr<const SourceIndex> made) const;
@@ -95,6 +95,6 @@ struct Origin {
 };
 
 /// Makes a tree that was just parsed from the source know its places.
-void notePlaces(Tree& tree, std::shared_ptr<const Source> source);
+void notePlaces(Tree& tree, const std::shared_ptr<const Source>& source);
 
 }  // namespace yg::xml

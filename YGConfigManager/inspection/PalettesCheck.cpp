@@ -45,11 +45,11 @@ text::KnownWords wordsOf(const Names& names) {
     return text::KnownWords(words);
 }
 
-/// Those that the other file does not have.
-std::vector<const NameUse*> onlyIn(const Names& names, const Names& others) {
+/// Those that are not in the excluded ones.
+std::vector<const NameUse*> onlyIn(const Names& wanted, const Names& excluded) {
     std::vector<const NameUse*> only;
-    for (const auto& [name, use] : names) {
-        if (!others.contains(name))
+    for (const auto& [name, use] : wanted) {
+        if (!excluded.contains(name))
             only.push_back(use);
     }
     return only;

@@ -42,9 +42,12 @@ SourceFile::SourceFile(std::string_view path) : path_(path) {
     text_ = decoded.errors.empty() ? std::move(decoded.text) : readAsGbk(bytes_).value_or(bytes_);
 }
 
+bool SourceFile::isText() const {
+    return isRead_ && (text_.find('\0') == std::string::npos || text::isValidUtf8(text_));
+}
+
 std::optional<std::string_view> SourceFile::line(std::uint32_t number) const {
-    // Images and the like have zeros near their beginnings.
-    if (lineBegins_.empty() && isRead_ && text_.find('\0') == std::string::npos) {
+    if (lineBegins_.empty() && isText()) {
         lineBegins_.push_back(0);
         for (std::size_t at = text_.find('\n'); at != std::string::npos; at = text_.find('\n', at))
             lineBegins_.push_back(++at);

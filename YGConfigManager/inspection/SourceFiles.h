@@ -21,6 +21,10 @@ public:
     explicit SourceFile(std::string_view path);
 
     bool isRead() const { return isRead_; }
+
+    /// Images and the like have zeros and are not UTF-8.
+    bool isText() const;
+
     const std::string& bytes() const { return bytes_; }
 
     /// The text in UTF-8. When the bytes cannot be decoded they are read as GBK if they look so,

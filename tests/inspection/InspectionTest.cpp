@@ -56,6 +56,13 @@ TEST(Inspection, AnswersNoLineOfAFileThatIsNotText) {
     EXPECT_NE(inspection->line("storage/palette_white.xml", 1), std::nullopt);
 }
 
+TEST(Inspection, AnswersLinesOfATextWithAZeroInIt) {
+    const files::TemporaryFolder folder;
+    folder.write("config/events.xml", std::string("<a>\n\0</a>", 9));
+    const auto inspection = inspected(folder.path());
+    EXPECT_EQ(inspection->line("config/events.xml", 1), "<a>");
+}
+
 TEST(Inspection, AnswersLinesOfATextInTwoBytesACharacter) {
     const files::TemporaryFolder folder;
     folder.write("config/events.xml", std::string("\xFF\xFE<\0a\0/\0>\0\n\0", 12));

@@ -39,11 +39,12 @@ SourceFile::SourceFile(std::string_view path) : path_(path) {
     isRead_ = reading.ok;
     bytes_ = std::move(reading.bytes);
     xml::Decoded decoded = xml::decodeXml(bytes_);
-    text_ = decoded.errors.empty() ? std::move(decoded.text) : readAsGbk(bytes_).value_or(bytes_);
+    isDecoded_ = decoded.errors.empty();
+    text_ = isDecoded_ ? std::move(decoded.text) : readAsGbk(bytes_).value_or(bytes_);
 }
 
 bool SourceFile::isText() const {
-    return isRead_ && (text_.find('\0') == std::string::npos || text::isValidUtf8(text_));
+    return isRead_ && (isDecoded_ || text_.find('\0') == std::string::npos);
 }
 
 std::optional<std::string_view> SourceFile::line(std::uint32_t number) const {

@@ -22,7 +22,7 @@ public:
 
     bool isRead() const { return isRead_; }
 
-    /// Images and the like have zeros and are not UTF-8.
+    /// Images and the like have zeros and cannot be decoded.
     bool isText() const;
 
     const std::string& bytes() const { return bytes_; }
@@ -51,6 +51,7 @@ private:
 
     std::string path_;
     bool isRead_ = false;
+    bool isDecoded_ = false;  ///< without an error
     std::string bytes_;
     std::string text_;
     struct Spot {

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "YGConfigManager/host/Host.h"
+#include "YGConfigManager/text/Utf8.h"
 
 #include "Target.h"
 
@@ -57,6 +58,18 @@ std::string shown(const RootFinding& finding) {
            std::to_string(finding.consequences.size());
 }
 
+/// A part of a line, by columns from 1.
+std::string_view columnsOf(std::string_view line, std::uint32_t begin, std::uint32_t end) {
+    const auto offsetOf = [&](std::uint32_t column) {
+        std::size_t offset = 0;
+        for (std::uint32_t at = 1; at < column && offset < line.size(); ++at)
+            offset += text::firstCharacter(line.substr(offset)).size;
+        return offset;
+    };
+    const std::size_t from = offsetOf(begin);
+    return line.substr(from, offsetOf(end) - from);
+}
+
 /// Files with zeros may be no text.
 void lookAt(const Inspection& inspection, const RootFinding& finding, bool hasZeros) {
     require(!finding.file.empty() && !finding.message.empty(),
@@ -65,10 +78,11 @@ void lookAt(const Inspection& inspection, const RootFinding& finding, bool hasZe
             "a finding is at a place that can be shown");
     require(finding.message.find('\n') == std::string::npos || finding.value,
             "a message is one line");
-    require(!finding.suggestion || finding.suggestion != finding.value,
-            "a suggestion is another text");
     inspection.pathOf(finding);
     const auto line = inspection.line(finding.file, finding.begin.line);
+    require(!finding.suggestion || !line || finding.begin.line != finding.end.line ||
+                columnsOf(*line, finding.begin.column, finding.end.column) != *finding.suggestion,
+            "a suggestion is another text than the one that it replaces");
     require(line || finding.begin == TextPoint{1, 1} || hasZeros,
             "the line of a finding can be shown");
 }

@@ -227,8 +227,9 @@ void checkTemplates(const Loaded& loaded, Gathering& findings, const LayoutNames
         if (!slots.empty())
             findings.onAttribute(
                 "template-with-dash"_rule, style, nameAttribute,
-                {.message = "page " + quoted(page.name) +
-                            " is no template of custom pages, because its name has a \"-\"."});
+                {.message =
+                     "page " + quoted(page.name) +
+                     " cannot be a template of custom pages, because its name has a \"-\"."});
     }
     const auto lists = loaded.host->getMappingDicForKey(wildcardMapping);
     for (const NameUse& member : names.members) {

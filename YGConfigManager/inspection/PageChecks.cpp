@@ -198,7 +198,7 @@ private:
                (page.source == Page::Source::tab && pageUuids_.contains(reference.name));
     }
 
-    /// Absent for what a pattern gave, which stands in no file.
+    /// Absent for what a pattern gave, which is in no file.
     std::optional<Key> keyOf(const Reference& reference, const xml::Element& element) const {
         const auto point = element.attributePoint(reference.attribute);
         if (!point || point->file.empty())

@@ -377,7 +377,7 @@ bool tryDelivery(const Delivery& delivery, const std::string& root, Gathering& f
                                                                      : tryRequestUrls;
     const std::optional<Tried> tried = attempt(delivery, sink);
     if (!tried) {
-        error = "there is no path for the file that the delivery replaces";
+        error = "the host does not say where the file is that the delivery replaces";
         return false;
     }
     Gathering& delivered = sink.delivered();

@@ -269,7 +269,7 @@ private:
     }
 
     /// With a layout file that cannot be read nobody knows what it would use. One that is missing
-    /// uses nothing, but without the main one there is no layout.
+    /// uses nothing, but without the main one no layout is loaded.
     bool isLayoutRead() const {
         return std::ranges::none_of(findings_.found(), [&](const Found& found) {
             if (found.finding.rule.name != "unreadable-file"_rule.name)

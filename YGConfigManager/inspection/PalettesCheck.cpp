@@ -33,7 +33,7 @@ constexpr Asked asked[] = {
      "the key shows red there"},
     {Naming::fontKey, "/ROOT/SWPALETTE/APP_MAP/FONTS/*[@KEY]", "the key",
      "the key shows the system font of 12 points there"},
-    {Naming::image, "/ROOT/SWPALETTE/BITMAPS/*[@NAME]", "the image", "there is no image there"},
+    {Naming::image, "/ROOT/SWPALETTE/BITMAPS/*[@NAME]", "the image", "it shows no image there"},
 };
 
 constexpr Naming palettesOwn[] = {Naming::color, Naming::font};

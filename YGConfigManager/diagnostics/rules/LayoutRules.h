@@ -413,7 +413,7 @@ inline constexpr Rule layoutRules[] = {
     <style name="quote"><panel name="list" split_scale="0.68"/><panel name="side" split_scale="0.32"/></style>
 </styles>)"},
     {"wildcard-in-two-lists", Handling::dropped, Severity::error,
-     "One value stands in two wildcard lists, and one of them counts.",
+     "The same value is in two wildcard lists, and only one of them counts.",
      "A custom page looks for the list that holds its argument. With two, a pattern of the other "
      "key is never taken for this value. Delete it from one of them.",
      "host.json", R"({"mappings": {"模版通配": {"FUND": ["F1"], "STOCK": ["F1"]}}})",

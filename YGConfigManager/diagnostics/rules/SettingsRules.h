@@ -116,7 +116,7 @@ inline constexpr Rule settingsRules[] = {
 </urls>)"},
     // Request URLs.
     {"unreadable-url-list", Handling::unresolved, Severity::error,
-     "The file is missing or is not a JSON object, so there is no list.",
+     "The file is missing or is not a JSON object, so none of its URLs is known.",
      "The file must be one JSON object. The value says what is wrong with it.",
      "storage/request_urls_json.txt", "[]", R"({"md5Value": "1", "urlConfigList": []})"},
     {"failed-download", Handling::unresolved, Severity::warning,

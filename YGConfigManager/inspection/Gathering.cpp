@@ -29,8 +29,10 @@ void Gathering::report(const Finding& finding) {
 }
 
 void Gathering::made(const void* record, const xml::Element& element) {
-    if (!aside_)
-        origins_.insert_or_assign(record, element);
+    if (aside_)
+        return;
+    origins_.push_back({record, element});
+    areSorted_ = false;
 }
 
 void Gathering::named(const AttributeInfo& row, const xml::Element& element,
@@ -136,8 +138,12 @@ void Gathering::joinRepeated(const Rule& rule) {
 }
 
 xml::Element Gathering::originOf(const void* record) const {
-    const auto found = origins_.find(record);
-    return found == origins_.end() ? xml::Element() : found->second;
+    if (!std::exchange(areSorted_, true))
+        std::ranges::stable_sort(origins_, {}, &Origin::record);
+    // Of a record whose memory was used again the last counts.
+    const auto behind = std::ranges::upper_bound(origins_, record, {}, &Origin::record);
+    return behind == origins_.begin() || behind[-1].record != record ? xml::Element()
+                                                                     : behind[-1].element;
 }
 
 }  // namespace yg

@@ -7,13 +7,11 @@
 #include <cstddef>
 #include <functional>
 #include <map>
-#include <memory_resource>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <tuple>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -160,6 +158,11 @@ private:
     using Key =
         std::tuple<const Rule*, TextPoint, TextPoint, std::size_t, std::size_t, std::size_t>;
 
+    struct Origin {
+        const void* record;
+        xml::Element element;
+    };
+
     /// Whether the attribute that begins at an offset of a file was named, by the offset.
     using Seen = std::map<std::string, std::vector<bool>, std::less<>>;
 
@@ -173,8 +176,9 @@ private:
     Seen seen_;
     Seen::iterator lastSeen_ = seen_.end();
     ParsedFiles parsed_;
-    std::pmr::monotonic_buffer_resource memoryOfOrigins_;
-    std::pmr::unordered_map<const void*, xml::Element> origins_{&memoryOfOrigins_};
+    /// Sorted by record when one is looked up, which most inspections of right files never do.
+    mutable std::vector<Origin> origins_;
+    mutable bool areSorted_ = true;
 };
 
 }  // namespace yg

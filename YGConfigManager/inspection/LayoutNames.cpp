@@ -195,10 +195,9 @@ void explainDropped(const Loaded& loaded, Gathering& findings) {
 }
 
 void checkTemplates(const Loaded& loaded, Gathering& findings, const LayoutNames& names) {
-    const std::vector<PageTemplate> templates = loaded.layout->templates();
     std::map<std::string_view, const PageTemplate*> known;
     std::set<std::string_view> groupsOfTemplates;
-    for (const PageTemplate& style : templates) {
+    for (const PageTemplate& style : loaded.templates) {
         known.emplace(style.name, &style);
         for (const auto& group : style.groups) {
             if (group)

@@ -33,6 +33,7 @@ void loadLayout(Loaded& loaded, Gathering& findings) {
     };
     add(loaded.layout->styleInfos(), Page::Source::style);
     add(loaded.layout->tabStyleInfos(), Page::Source::tab);
+    loaded.templates = loaded.layout->templates();
     addCustomPages(loaded, findings);
 }
 

@@ -64,6 +64,7 @@ struct Loaded {
     std::shared_ptr<InspectionHost> host;
     SourceFiles files;
     std::shared_ptr<YGStyleConfigLoad> layout;  ///< never null
+    std::vector<PageTemplate> templates;        ///< of the layout
     std::vector<Page> pages;
     std::shared_ptr<YGEventLoader> events;
     std::vector<LoadedPalette> palettes;

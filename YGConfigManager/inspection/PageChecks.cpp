@@ -118,20 +118,29 @@ public:
             for (const auto& [name, panel] : *panels)
                 read(shared_, panel);
         }
-        forEachPage([&](const Page& page, const Content& content) {
-            NameSet& uuids = page.source == Page::Source::tab ? tabUuids_ : pageUuids_;
-            uuids.insert(content.uuids.begin(), content.uuids.end());
-            panelNames_.insert(content.panelNames.begin(), content.panelNames.end());
-            checkTwice(page, content);
-        });
-        forEachPage([&](const Page& page, const Content& content) {
+        const auto isTab = [](const Page& page) { return page.source == Page::Source::tab; };
+        const auto isAny = [](const Page&) { return true; };
+        const auto noteMissing = [&](const Page& page, const Content& content) {
             forEachReference(page.style.get(), content, [&](const Reference& reference) {
                 if (!isThere(reference, page))
                     note(reference, &page, content.hasSlot);
             });
+        };
+        forEachPage(isTab, [&](const Page&, const Content& content) {
+            tabUuids_.insert(content.uuids.begin(), content.uuids.end());
         });
+        // What a page refers to is on it or on a tab, so most pages are gone through once.
+        forEachPage(isAny, [&](const Page& page, const Content& content) {
+            panelNames_.insert(content.panelNames.begin(), content.panelNames.end());
+            checkTwice(page, content);
+            if (isTab(page))
+                return;
+            pageUuids_.insert(content.uuids.begin(), content.uuids.end());
+            noteMissing(page, content);
+        });
+        forEachPage(isTab, noteMissing);
         if (!unresolved_.empty())
-            forEachPage([&](const Page& page, const Content& content) {
+            forEachPage(isAny, [&](const Page& page, const Content& content) {
                 forEachReference(page.style.get(), content, [&](const Reference& reference) {
                     if (names_.contains(reference.name) && isThere(reference, page))
                         noteFound(reference);
@@ -170,9 +179,11 @@ private:
         isWhole_ = content.add({panel}, room_) && isWhole_;
     }
 
-    void forEachPage(auto visit) {
+    void forEachPage(const auto& isWanted, const auto& visit) {
         std::size_t room = maxRecords;
         for (const Page& page : loaded_.pages) {
+            if (!isWanted(page))
+                continue;
             Content content;
             if (!content.add(*page.style->stylePanes(), room)) {
                 isWhole_ = false;
@@ -341,12 +352,15 @@ std::string inWords(float number) {
     return text;
 }
 
+/// What shares may add up to; those of thirds are written with two digits.
+constexpr float mostShares = 1.005F;
+
 class SizesCheck {
 public:
     explicit SizesCheck(Gathering& findings) : findings_(findings) {}
 
     void checkStyle(const StyleConfigInfo& style) {
-        checkShares(findings_.originOf(&style), *style.stylePanes());
+        checkShares(&style, *style.stylePanes());
         for (const auto& panel : *style.stylePanes())
             check(panel);
     }
@@ -359,9 +373,8 @@ public:
             pending.pop_back();
             if (!checked_.insert(&panel).second)
                 continue;
-            const xml::Element element = findings_.originOf(&panel);
-            checkBounds(panel, element);
-            checkShares(element, *panel.panePanes());
+            checkBounds(panel);
+            checkShares(&panel, *panel.panePanes());
             for (const auto& child : *panel.panePanes())
                 pending.push_back(child.get());
         }
@@ -369,17 +382,24 @@ public:
 
 private:
     /// A largest size of 0, the default, is none.
-    void checkBounds(const PanelConfigInfo& panel, const xml::Element& element) {
+    void checkBounds(const PanelConfigInfo& panel) {
         const float least = panel.minSize();
         const float most = panel.maxSize();
         const float fixed = panel.fixSize();
-        if (most > 0 && least > most)
+        const bool areCrossed = most > 0 && least > most;
+        const bool isOutside = fixed >= 0 && (fixed < least || (most > 0 && fixed > most));
+        const bool isWithoutSpace =
+            fixed < 0 && (panel.splitScale() < 0 || (panel.splitScale() == 0 && least <= 0));
+        if (!areCrossed && !isOutside && !isWithoutSpace)
+            return;
+        const xml::Element element = findings_.originOf(&panel);
+        if (areCrossed)
             findings_.onAttribute(
                 "min-above-max"_rule, element, "min_size",
                 {.message = "min_size " + inWords(least) + " is above max_size " + inWords(most) +
                             ", so no size meets both.",
                  .related = at(element.attributePlace("max_size"), "the largest size")});
-        else if (fixed >= 0 && (fixed < least || (most > 0 && fixed > most))) {
+        else if (isOutside) {
             const bool isBelow = fixed < least;
             findings_.onAttribute(
                 "fixed-size-out-of-bounds"_rule, element, "fix_size",
@@ -391,8 +411,7 @@ private:
                                isBelow ? "the smallest size" : "the largest size")});
         }
         const auto share = element.attribute("split_scale");
-        if (share && isNumber(*share) && fixed < 0 &&
-            (panel.splitScale() < 0 || (panel.splitScale() == 0 && least <= 0)))
+        if (share && isNumber(*share) && isWithoutSpace)
             findings_.onAttribute(
                 "share-without-space"_rule, element, "split_scale",
                 {.message = "split_scale " + std::string(*share) + " gives the panel no space."});
@@ -400,11 +419,17 @@ private:
 
     /// Shares of the panels that are written here. Those that a slot or a reference brings are made
     /// for many places, and shares of 1 and more are weights.
-    void checkShares(const xml::Element& parent, const PanelList& children) {
-        // One share of less than 1 cannot be too much.
-        if (children.size() < 2)
-            return;
+    void checkShares(const void* around, const PanelList& children) {
+        // Most shares are not too much, wherever their panels are written.
         float sum = 0;
+        for (const auto& child : children) {
+            if (child->fixSize() < 0 && child->splitScale() > 0 && child->splitScale() < 1)
+                sum += child->splitScale();
+        }
+        if (sum <= mostShares)
+            return;
+        sum = 0;
+        const xml::Element parent = findings_.originOf(around);
         xml::Element last;
         std::vector<xml::Element> others;
         for (const auto& child : children) {
@@ -421,7 +446,7 @@ private:
                 others.push_back(last);
             last = element;
         }
-        if (sum <= 1.005F)
+        if (sum <= mostShares)
             return;
         Details details{.message = "split_scale " +
                                    std::string(last.attribute("split_scale").value_or("")) +

@@ -130,23 +130,25 @@ void PageNames::readTemplate(const xml::Element& style) {
     const auto name = style.attribute("name");
     if (style.name() != "style" || !name)
         return;
-    const auto [at, isNew] = templates_.try_emplace(std::string(*name));
-    if (!isNew)
-        return;
-    Template& made = at->second;
-    forEachNodeBelow(style, [&](const xml::Node& node) {
-        ++made.nodes;
-        if (node.name() == "magic_panels" && node.isElement())
-            made.slots.emplace_back(node);
-    });
-    made.style = style;
-    templateNames_.emplace_back(*name);
+    if (templates_.try_emplace(std::string(*name), Template{style}).second)
+        templateNames_.emplace_back(*name);
 }
 
 const PageNames::Template* PageNames::templateNamed(const std::string& name) {
     readTemplates();
     const auto found = templates_.find(name);
-    return found == templates_.end() ? nullptr : &found->second;
+    if (found == templates_.end())
+        return nullptr;
+    Template& known = found->second;
+    if (known.nodes == 0) {
+        known.nodes = 1;
+        forEachNodeBelow(known.style, [&](const xml::Node& node) {
+            ++known.nodes;
+            if (node.name() == "magic_panels" && node.isElement())
+                known.slots.emplace_back(node);
+        });
+    }
+    return &known;
 }
 
 /// Has the loader build a custom page of a template that is there, and answers what it reports;

@@ -59,13 +59,15 @@ public:
 private:
     struct Template {
         xml::Element style;
-        std::vector<xml::Element> slots;
+        /// Once it is looked up.
+        std::vector<xml::Element> slots = {};
         std::size_t nodes = 0;
     };
 
     bool isStored(const std::string& name) const;
     void readTemplates();
     void readTemplate(const xml::Element& style);
+    /// Null when there is none.
     const Template* templateNamed(const std::string& name);
     std::optional<std::vector<Finding>> build(const std::string& name);
     bool isPage(const std::string& name);

@@ -57,28 +57,29 @@ public:
     }
 
     void build() {
-        std::vector<std::pair<PageTemplate, std::vector<const Arguments*>>> templates;
-        for (PageTemplate& style : loaded_.layout->templates()) {
+        std::vector<std::pair<const PageTemplate*, std::vector<const Arguments*>>> templates;
+        for (const PageTemplate& style : loaded_.templates) {
             std::vector<const Arguments*> slots;
             for (const auto& group : style.groups)
                 slots.push_back(&argumentsFor(group));
             if (std::ranges::none_of(slots, &Arguments::empty))
-                templates.emplace_back(std::move(style), std::move(slots));
+                templates.emplace_back(&style, std::move(slots));
         }
         // First each member once, for all templates, then the other combinations.
         for (const auto& each : templates) {
+            const PageTemplate& style = *each.first;
             const auto& slots = each.second;
             std::size_t most = 0;
             for (const Arguments* const slot : slots)
                 most = std::max(most, slot->size());
             for (std::size_t row = 0; row < most && !isFull(); ++row)
-                add(each.first, slots, [&](std::size_t at) { return row % slots[at]->size(); });
+                add(style, slots, [&](std::size_t at) { return row % slots[at]->size(); });
         }
         for (const auto& [style, slots] : templates) {
             std::vector<std::size_t> chosen(slots.size());
             bool isDone = pagesOf(slots) > maxPagesOfTemplate;
             while (!isDone && !isFull()) {
-                add(style, slots, [&](std::size_t at) { return chosen[at]; });
+                add(*style, slots, [&](std::size_t at) { return chosen[at]; });
                 std::size_t at = 0;
                 while (at < chosen.size() && ++chosen[at] == slots[at]->size())
                     chosen[at++] = 0;

@@ -18,22 +18,6 @@
 
 namespace yg {
 
-namespace {
-
-/// An element with all below it, in the order of the text. Documents nest 256 levels at the most.
-template <class Spot>
-void addElements(std::vector<Spot>& elements, const xml::Element& element) {
-    if (!element)
-        return;
-    elements.push_back({element});
-    for (const xml::Node& child : element.children()) {
-        if (child.isElement())
-            addElements(elements, xml::Element(child));
-    }
-}
-
-}  // namespace
-
 SourceFile::SourceFile(std::string_view path) : path_(path) {
     files::FileReading reading = files::readWholeFile(path);
     isRead_ = reading.ok;
@@ -100,22 +84,33 @@ const xml::ParseResult& SourceFile::document() const {
     return *document_;
 }
 
+TextPoint SourceFile::Spot::beginning() {
+    if (begin.line == 0)
+        begin = element.place()->begin;
+    return begin;
+}
+
+SourceFile::Spot* SourceFile::Spot::lastBefore(const TextPoint& point) {
+    if (!content) {
+        content.emplace();
+        for (const xml::Node& child : element.children()) {
+            if (child.isElement())
+                content->push_back({xml::Element(child)});
+        }
+    }
+    const auto behind = std::ranges::upper_bound(*content, point, {}, &Spot::beginning);
+    return behind == content->begin() ? nullptr : &behind[-1];
+}
+
 std::vector<xml::Element> SourceFile::elementsAt(const TextPoint& point) const {
-    if (elements_.empty())
-        addElements(elements_, document().document.root());
-    const auto beginOf = [](Spot& spot) {
-        if (spot.begin.line == 0)
-            spot.begin = spot.element.place()->begin;
-        return spot.begin;
-    };
-    const auto behind = std::ranges::upper_bound(elements_, point, {}, beginOf);
-    // The last element that begins before the point is inside of all those around it.
-    xml::Element next = behind == elements_.begin() ? xml::Element() : behind[-1].element;
-    while (next && next.place()->end <= point)
-        next = next.parent();
+    if (!root_.element)
+        root_.element = document().document.root();
     std::vector<xml::Element> around;
-    for (; next; next = next.parent())
-        around.insert(around.begin(), next);
+    for (Spot* spot = &root_; spot && spot->element; spot = spot->lastBefore(point)) {
+        if (spot->beginning() > point || spot->element.place()->end <= point)
+            break;
+        around.push_back(spot->element);
+    }
     return around;
 }
 

@@ -54,14 +54,20 @@ private:
     bool isDecoded_ = false;  ///< without an error
     std::string bytes_;
     std::string text_;
+    /// An element with those in it, once they are asked for.
     struct Spot {
-        xml::Element element;
-        TextPoint begin = {};  ///< once asked for
+        xml::Element element = {};
+        TextPoint begin = {};  ///< once it is asked for
+        std::optional<std::vector<Spot>> content = {};
+
+        TextPoint beginning();
+        /// The last in it that begins at the point or before; null when there is none.
+        Spot* lastBefore(const TextPoint& point);
     };
 
     mutable std::vector<std::size_t> lineBegins_;  ///< once asked for; only of text
     mutable std::optional<xml::ParseResult> document_;
-    mutable std::vector<Spot> elements_;  ///< in the order of the text, once asked for
+    mutable Spot root_;
 };
 
 class SourceFiles {

@@ -77,12 +77,35 @@ private:
     std::set<std::pair<Naming, std::string_view>> names_;
 };
 
+/// A name that may be meant as another.
+struct OddName {
+    const NameUse* use;
+    std::size_t offset;
+    std::string_view name;
+    std::string meant;
+};
+
+std::vector<OddName> oddNames(const std::vector<NameUse>& uses) {
+    std::vector<OddName> odd;
+    for (const NameUse& use : uses) {
+        const bool isList = use.row->kind == AttributeKind::nameList;
+        const AttributeInfo row{.name = use.row->name,
+                                .kind = isList ? AttributeKind::nameList : AttributeKind::text,
+                                .names = use.row->names};
+        forEachName(use, [&](std::size_t offset, std::string_view name) {
+            if (auto meant = repairedValue(row, name))
+                odd.push_back({&use, offset, name, std::move(*meant)});
+        });
+    }
+    return odd;
+}
+
 /// Names that look like others.
 class NamesCheck {
 public:
-    NamesCheck(Gathering& findings)
-        : findings_(findings), uses_(findings.names()), known_(uses_), before_(findings.found()) {
-        for (const NameUse& use : uses_) {
+    explicit NamesCheck(Gathering& findings)
+        : findings_(findings), known_(findings.names()), before_(findings.found()) {
+        for (const NameUse& use : findings.names()) {
             if (!use.row->defines)
                 forEachName(use, [&](std::size_t offset, std::string_view name) {
                     used_.try_emplace({use.row->names, name}, &use, offset);
@@ -90,11 +113,9 @@ public:
         }
     }
 
-    void check() {
-        for (const NameUse& use : uses_)
-            forEachName(use, [&](std::size_t offset, std::string_view name) {
-                checkName(use, offset, name);
-            });
+    void check(const std::vector<OddName>& odd) {
+        for (const OddName& each : odd)
+            checkName(*each.use, each.offset, each.name, each.meant);
         // The places stand for strings of the findings that are taken out.
         std::vector<Found> kept;
         for (std::size_t at = 0; at < findings_.found().size(); ++at) {
@@ -107,42 +128,36 @@ public:
     }
 
 private:
-    void checkName(const NameUse& use, std::size_t offset, std::string_view name) {
+    void checkName(const NameUse& use, std::size_t offset, std::string_view name,
+                   const std::string& meant) {
         const Naming kind = use.row->names;
-        const bool isList = use.row->kind == AttributeKind::nameList;
-        const AttributeInfo row{.name = use.row->name,
-                                .kind = isList ? AttributeKind::nameList : AttributeKind::text,
-                                .names = kind};
-        const auto meant = repairedValue(row, name);
-        if (!meant)
-            return;
         if (use.row->defines) {
             // Somebody asks for it by another name.
-            const auto wanted = used_.find({kind, *meant});
+            const auto wanted = used_.find({kind, meant});
             if (wanted == used_.end() || used_.contains({kind, name}) ||
-                known_.contains(kind, *meant))
+                known_.contains(kind, meant))
                 return;
             const auto& [user, at] = wanted->second;
-            const auto related = user->element.valuePlace(user->row->name, at, meant->size());
+            const auto related = user->element.valuePlace(user->row->name, at, meant.size());
             add(use, offset, name, "name-with-blanks"_rule,
                 "Take the blanks and what cannot be seen off " + shown(name) +
                     ", or it is another name than the one in use.",
-                *meant,
+                meant,
                 related ? std::vector{RelatedPlace{*related, "used here"}}
                         : std::vector<RelatedPlace>());
         } else if (known_.contains(kind, name)) {
             return;
-        } else if (isList &&
-                   (use.value.size() > name.size() || text::split(*meant, ';').size() > 1)) {
+        } else if (use.row->kind == AttributeKind::nameList &&
+                   (use.value.size() > name.size() || text::split(meant, ';').size() > 1)) {
             dropSame(use, offset, name);
             add(use, offset, name, "odd-separator"_rule,
-                "Write " + std::string(1, '"') + *meant +
+                "Write " + std::string(1, '"') + meant +
                     "\": names stand between semicolons, "
                     "without blanks, and this is read as one name.",
-                *meant, {});
-        } else if (known_.contains(kind, *meant) && !isReported(use)) {
+                meant, {});
+        } else if (known_.contains(kind, meant) && !isReported(use)) {
             add(use, offset, name, "name-with-blanks"_rule,
-                "Write '" + *meant + "' for " + shown(name) + ", which names nothing.", *meant, {});
+                "Write '" + meant + "' for " + shown(name) + ", which names nothing.", meant, {});
         }
     }
 
@@ -187,7 +202,6 @@ private:
     }
 
     Gathering& findings_;
-    const std::vector<NameUse>& uses_;
     KnownNames known_;
     FoundByPlace before_;
     std::map<std::pair<Naming, std::string_view>, std::pair<const NameUse*, std::size_t>> used_;
@@ -208,10 +222,15 @@ std::string withoutInvisible(std::string_view text) {
     return visible;
 }
 
+/// Whether the character is one of U+5000 to U+9FFF, by its first byte; these are never odd.
+bool isChinese(char first) {
+    return first >= '\xE5' && first <= '\xE9';
+}
+
 bool hasInvisible(std::string_view text) {
     for (std::size_t at = 0; at < text.size(); ++at) {
         // Characters of one byte are never odd.
-        if (static_cast<unsigned char>(text[at]) < 0xC2)
+        if (static_cast<unsigned char>(text[at]) < 0xC2 || isChinese(text[at]))
             continue;
         const OddCharacter odd = oddCharacter(text::firstCharacter(text.substr(at)).value);
         if (!odd.name.empty() && odd.kind == OddKind::invisible)
@@ -330,7 +349,9 @@ void suggestValues(std::vector<Found>& all) {
 }  // namespace
 
 void checkValues(const Loaded& loaded, Gathering& findings) {
-    NamesCheck(findings).check();
+    const std::vector<OddName> odd = oddNames(findings.names());
+    if (!odd.empty())
+        NamesCheck(findings).check(odd);
     checkHidden(loaded, findings);
     suggestValues(findings.found());
 }

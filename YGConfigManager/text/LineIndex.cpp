@@ -9,7 +9,7 @@ namespace yg::text {
 
 namespace {
 
-constexpr std::size_t blockSize = 64;
+constexpr std::size_t blockSize = 256;
 
 }  // namespace
 
@@ -19,11 +19,9 @@ LineIndex::LineIndex(std::string_view text) {
         characters_.push_back(count);
         count += countCodePoints(text.substr(at, blockSize));
     }
-    lines_.push_back({0, 0});
-    for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at)) {
-        ++at;
-        lines_.push_back({at, charactersBefore(text, at)});
-    }
+    begins_.push_back(0);
+    for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at))
+        begins_.push_back(++at);
 }
 
 std::size_t LineIndex::charactersBefore(std::string_view text, std::size_t offset) const {
@@ -33,13 +31,13 @@ std::size_t LineIndex::charactersBefore(std::string_view text, std::size_t offse
 
 TextPoint LineIndex::pointAt(std::string_view text, std::size_t offset) const {
     offset = std::min(offset, text.size());
-    const auto next = std::ranges::upper_bound(lines_, offset, {}, &Line::begin);
-    const Line& line = *(next - 1);
+    const auto next = std::ranges::upper_bound(begins_, offset);
+    const std::size_t begin = next[-1];
     const auto column =
-        static_cast<std::uint32_t>(charactersBefore(text, offset) - line.characters);
-    if (line.begin == 0 && text.starts_with(byteOrderMark))
+        static_cast<std::uint32_t>(charactersBefore(text, offset) - charactersBefore(text, begin));
+    if (begin == 0 && text.starts_with(byteOrderMark))
         return {1, column + (offset == 0)};
-    return {static_cast<std::uint32_t>(next - lines_.begin()), column + 1};
+    return {static_cast<std::uint32_t>(next - begins_.begin()), column + 1};
 }
 
 TextPoint pointAt(std::string_view text, std::size_t offset) {

@@ -27,11 +27,7 @@ public:
 private:
     std::size_t charactersBefore(std::string_view text, std::size_t offset) const;
 
-    struct Line {
-        std::size_t begin;
-        std::size_t characters;  ///< before it
-    };
-    std::vector<Line> lines_;
+    std::vector<std::size_t> begins_;      ///< of the lines
     std::vector<std::size_t> characters_;  ///< before each block of the text
 };
 

@@ -55,6 +55,11 @@ std::span<const Command> commands() {
     return all;
 }
 
+void declareTextOrJson(CLI::App& app, Arguments& arguments) {
+    declareChoice(app, "--format", "FORMAT", arguments.format, {"text", "json"},
+                  "text or json; text if not given");
+}
+
 Answer nothingShownWithoutPath(std::string_view fileName) {
     return {"", ExitCode::noAnswer, "ygconfig: there is no path for '" + printable(fileName) + "'"};
 }

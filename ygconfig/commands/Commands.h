@@ -66,4 +66,7 @@ Answer findingsAnswer(const Session& session, std::shared_ptr<const Inspection> 
 /// Declares --format, the form of findings.
 void declareFormat(CLI::App& app, Arguments& arguments);
 
+/// Declares --format with text and JSON alone.
+void declareTextOrJson(CLI::App& app, Arguments& arguments);
+
 }  // namespace yg::tool

@@ -23,6 +23,7 @@ struct AttributeInfo;
 
 namespace xml {
 class Element;
+class Node;
 struct ParseResult;
 }  // namespace xml
 
@@ -74,6 +75,12 @@ public:
     /// Called when an element's attributes were read into a record. The record may be short-lived,
     /// and another one may come to its address.
     virtual void made(const void* /*record*/, const xml::Element& /*element*/) {}
+
+    /// Called when a slot of a custom page is filled: with the part of the page's name, and with the
+    /// panel of the member or pattern that serves it. `wildcard` is the name of a pattern; "" for a
+    /// member.
+    virtual void filled(const xml::Element& /*slot*/, std::string_view /*argument*/,
+                        const xml::Node& /*panel*/, std::string_view /*wildcard*/) {}
 
     /// Called before a file is read, with its path as it was given, and before a download is, with
     /// its URL.

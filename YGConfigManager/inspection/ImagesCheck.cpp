@@ -18,6 +18,7 @@
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/graphics/ImageFileReader.h"
 #include "YGConfigManager/inspection/PaletteFiles.h"
+#include "YGConfigManager/palette/PaletteAttributes.h"
 #include "YGConfigManager/text/Characters.h"
 #include "YGConfigManager/text/Nearest.h"
 #include "YGConfigManager/text/Paths.h"
@@ -244,7 +245,7 @@ void checkUnusedFiles(const std::vector<PaletteFile>& files, const ImageFolder& 
 }  // namespace
 
 void checkImages(const std::vector<PaletteFile>& files, const Loaded& loaded, Gathering& findings) {
-    const auto path = loaded.host->getDefualtFolderPath(4);
+    const auto path = loaded.host->getDefualtFolderPath(imageFolderKind);
     if (!path)
         return;
     ImageFolder folder(*path);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "YGConfigManager/host/JsonValue.h"
+#include "YGConfigManager/inspection/MemberOf.h"
 #include "YGConfigManager/inspection/PageChecks.h"
 #include "YGConfigManager/inspection/PageNames.h"
 #include "YGConfigManager/text/LineIndex.h"
@@ -344,12 +345,6 @@ private:
 
     static std::string attributeOf(const std::string& member) {
         return "mappings." + std::string(wildcardMapping) + "." + member;
-    }
-
-    static JsonValue memberOf(const JsonValue& value, std::string_view name) {
-        const auto object = value.object();
-        const auto found = object ? object->find(name) : JsonValue::Object::const_iterator();
-        return object && found != object->end() ? found->second : JsonValue();
     }
 
     void checkValue(const std::string& key, std::size_t at, const JsonValue& item,

@@ -134,20 +134,24 @@ const FormatInfo* formatOf(const Loaded& loaded, std::string_view file) {
     return name == "request_urls_json.txt" ? formatNamed("request_urls") : nullptr;
 }
 
+const ElementInfo* infoIn(const ElementInfo& info, std::string_view name) {
+    const auto isOfName = [&](const ElementInfo* each) {
+        return each->name == name ||
+               (each->name.empty() &&
+                std::ranges::find(each->otherThan, name) == each->otherThan.end());
+    };
+    const auto found = std::ranges::find_if(info.content, isOfName);
+    return found == info.content.end() ? nullptr : *found;
+}
+
 const ElementInfo* infoOf(const FormatInfo& format, std::span<const xml::Element> elements) {
     if (elements.empty())
         return nullptr;
     const ElementInfo* info = &format.root;
     for (const xml::Element& element : elements.subspan(1)) {
-        const auto isOfName = [&](const ElementInfo* each) {
-            return each->name == element.name() ||
-                   (each->name.empty() &&
-                    std::ranges::find(each->otherThan, element.name()) == each->otherThan.end());
-        };
-        const auto found = std::ranges::find_if(info->content, isOfName);
-        if (found == info->content.end())
+        info = infoIn(*info, element.name());
+        if (!info)
             return nullptr;
-        info = *found;
     }
     return info;
 }

@@ -77,6 +77,9 @@ struct Loaded {
 /// The format of a file below the root; null for a file that no loader reads.
 const FormatInfo* formatOf(const Loaded& loaded, std::string_view file);
 
+/// The description of an element of this name in another one; null where there is none.
+const ElementInfo* infoIn(const ElementInfo& info, std::string_view name);
+
 /// The description of the last of some elements, each in the one before, the root first; null where
 /// the format has no such element.
 const ElementInfo* infoOf(const FormatInfo& format, std::span<const xml::Element> elements);

@@ -193,6 +193,12 @@ void YGStyleConfigLoad::keepMagicMembers(const xml::Element& expanded) {
     }
 }
 
+void YGStyleConfigLoad::noteFilled(const xml::Element& slot, std::string_view argument,
+                                   const xml::Node& panel, std::string_view wildcard) const {
+    if (sink_)
+        sink_->filled(slot, argument, panel, wildcard);
+}
+
 /// What belongs in a slot, an empty node when it stays, absent when the page has no room for it.
 std::optional<xml::Node> YGStyleConfigLoad::panelForSlot(const xml::Element& slot,
                                                          const std::string& argument,
@@ -200,8 +206,12 @@ std::optional<xml::Node> YGStyleConfigLoad::panelForSlot(const xml::Element& slo
     const auto groupName = slot.attribute("name");
     const RecordMap<xml::Node>* group = groupName ? tables_.magicMembers.find(*groupName) : nullptr;
     const xml::Node* member = group ? group->find(argument) : nullptr;
-    if (member && *member)
-        return Expansion::mayAdd(extentOf(*member)) ? std::optional(*member) : std::nullopt;
+    if (member && *member) {
+        if (!Expansion::mayAdd(extentOf(*member)))
+            return std::nullopt;
+        noteFilled(slot, argument, *member, "");
+        return *member;
+    }
 
     const std::string* key = group ? keys.keyOf(argument) : nullptr;
     const xml::Node* pattern = key ? group->find(*key) : nullptr;
@@ -217,8 +227,10 @@ std::optional<xml::Node> YGStyleConfigLoad::panelForSlot(const xml::Element& slo
         return std::nullopt;
     const xml::ParseResult written =
         orOutOfMemory(xml::Document::parseText(text::replaceAll(text, *key, argument)));
-    if (written)
+    if (written) {
+        noteFilled(slot, argument, *pattern, *key);
         return written.document.root();
+    }
     writeSystemConsole("%@", written.error);
     reportOn(pattern->parent(), "broken-pattern"_rule, {}, argument);
     return xml::Node();

@@ -267,6 +267,8 @@ private:
     xml::Element templateNamed(std::string_view name) const;
     std::optional<xml::Node> panelForSlot(const xml::Element& slot, const std::string& argument,
                                           WildcardKeys& keys) const;
+    void noteFilled(const xml::Element& slot, std::string_view argument, const xml::Node& panel,
+                    std::string_view wildcard) const;
     void reportOn(const xml::Element& element, const Rule& rule, std::string_view attribute,
                   std::string_view value) const;
 

@@ -3,6 +3,7 @@
 // The attributes of palette files, in the order of the format. Internal.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <tuple>
@@ -10,6 +11,9 @@
 #include "YGConfigManager/records/AttributeTable.h"
 
 namespace yg {
+
+/// The kind of default folder that the paths of images start from.
+inline constexpr std::int64_t imageFolderKind = 4;
 
 // The entries of the sections, as they are read; the texts live as long as the entry's tree.
 

@@ -22,7 +22,6 @@ namespace yg {
 namespace {
 
 constexpr std::int64_t storageArea = 1;
-constexpr std::int64_t imageFolderKind = 4;
 
 std::optional<std::string_view> fileNameOf(std::int8_t style) {
     switch (style) {

@@ -50,6 +50,8 @@ struct Arguments {
     bool rules = false;                   ///< --rules
     std::optional<std::string> rule;      ///< --rule, a rule's name
 
+    bool templates = false;  ///< --templates
+
     std::string file;                ///< FILE, a name in the storage
     std::string section;             ///< SECTION
     std::string item;                ///< ITEM
@@ -60,7 +62,7 @@ struct Arguments {
     std::string group;               ///< GROUP
     std::string data;                ///< DATA, a file's path
     std::string md5;                 ///< MD5
-    std::vector<std::string> items;  ///< ITEM…
+    std::vector<std::string> items;  ///< ITEM… or NAME…
 
     /// A path below the root folder, joined with exactly one slash.
     std::string inRoot(std::string_view path) const;

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+//
+// Explanations of events and commands.
+#include <algorithm>
+#include <deque>
+#include <set>
+#include <utility>
+
+#include "YGConfigManager/events/YGEventLoader.h"
+#include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/inspection/Explanation.h"
+#include "YGConfigManager/inspection/Trace.h"
+
+namespace yg {
+
+namespace {
+
+using Outcome = ExplanationStep::Outcome;
+
+constexpr std::string_view eventFile = "config/events.xml";
+constexpr std::string_view work = "explain";
+
+std::string quoted(std::string_view name) {
+    return std::string("'").append(name).append("'");
+}
+
+RootPlace inEventFile(std::string message) {
+    RootPlace place;
+    place.file = eventFile;
+    place.message = std::move(message);
+    return place;
+}
+
+std::shared_ptr<YGEventLoader> loadEvents(Trace& trace) {
+    return YGEventLoader::initWithEventConfigPath(trace.files().pathOf(eventFile), &trace);
+}
+
+/// Adds the templates that a section includes, and those that these include, each once, in the
+/// order in which they are met. Answers the sections with them: the one asked for first.
+std::vector<xml::Element> withTemplates(Explanation& explanation, const Trace& trace,
+                                        const xml::Element& group) {
+    std::vector<xml::Element> sections{group};
+    std::set<std::string> known;
+    std::deque<xml::Element> pending{group};
+    while (!pending.empty()) {
+        const xml::Element section = pending.front();
+        pending.pop_front();
+        for (const NameUse& use : trace.gathering().names()) {
+            if (use.row->names != Naming::eventTemplate || use.row->defines ||
+                use.element.parent() != section || !known.insert(std::string(use.value)).second)
+                continue;
+            explanation.steps.push_back(
+                {Outcome::taken,
+                 trace.placeOf(use.element, "Template " + quoted(use.value) + " is included.")});
+            const xml::Element source = trace.addDefinitions(
+                explanation, trace.definitions(Naming::eventTemplate, use.value),
+                "template " + quoted(use.value));
+            if (source) {
+                sections.push_back(source);
+                pending.push_back(source);
+            }
+        }
+    }
+    return sections;
+}
+
+}  // namespace
+
+Explanation Explainer::command(OptionalText name) const {
+    return guarded(work, [&] {
+        Explanation explanation;
+        Trace trace(root_);
+        const auto loader = loadEvents(trace);
+        const std::shared_ptr<YGCommandData> answer =
+            loader ? loader->commandByName(name) : nullptr;
+        const xml::Element taken =
+            trace.addDefinitions(
+                explanation, trace.definitionsOf(answer.get(), Naming::command, *name),
+                "command " + quoted(*name));
+        if (answer) {
+            explanation.answer = std::shared_ptr<const YGCommandData>(answer);
+            explanation.from = trace.placeOf(taken, "");
+            return explanation;
+        }
+        explanation.substitute = "null";
+        trace.addUnreadFiles(explanation);
+        addMissing(explanation, inEventFile("There is no command " + quoted(*name) + "."), *name,
+                   trace.namesOf(Naming::command));
+        return explanation;
+    });
+}
+
+Explanation Explainer::event(OptionalText group, OptionalText name) const {
+    return guarded(work, [&] {
+        Explanation explanation;
+        Trace trace(root_);
+        const auto loader = loadEvents(trace);
+        const std::shared_ptr<YGEventData> answer =
+            loader ? loader->eventByName(group, name) : nullptr;
+        const xml::Element section =
+            trace.addDefinitions(explanation, trace.definitions(Naming::eventGroup, *group),
+                                 "event group " + quoted(*group));
+        if (!section) {
+            explanation.substitute = "null";
+            trace.addUnreadFiles(explanation);
+            addMissing(explanation, inEventFile("There is no event group " + quoted(*group) + "."),
+                       *group, trace.namesOf(Naming::eventGroup));
+            return explanation;
+        }
+        const std::vector<xml::Element> sections = withTemplates(explanation, trace, section);
+        const auto isInSections = [&](const xml::Element& element) {
+            return std::ranges::find(sections, element.parent()) != sections.end();
+        };
+        std::set<std::string> known;
+        for (const NameUse& use : trace.gathering().names()) {
+            if (use.row->names == Naming::event && use.row->defines && isInSections(use.element))
+                known.emplace(use.value);
+        }
+        const xml::Element taken = trace.addDefinitions(
+            explanation, trace.definitionsOf(answer.get(), Naming::event, *name, isInSections),
+            "event " + quoted(*name));
+        if (answer) {
+            explanation.answer = std::shared_ptr<const YGEventData>(answer);
+            explanation.from = trace.placeOf(taken, "");
+            return explanation;
+        }
+        explanation.substitute = "null";
+        const std::vector<std::string> names(known.begin(), known.end());
+        addMissing(explanation,
+                   trace.placeOf(section, "Group " + quoted(*group) + " has no event " +
+                                              quoted(*name) + "."),
+                   *name, names);
+        return explanation;
+    });
+}
+
+}  // namespace yg

@@ -1,0 +1,443 @@
+// SPDX-License-Identifier: MIT
+//
+// Explanations of pages, panels and elements.
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "YGConfigManager/files/ReadFile.h"
+#include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/host/JsonValue.h"
+#include "YGConfigManager/host/YGFrameComFun.h"
+#include "YGConfigManager/inspection/Explanation.h"
+#include "YGConfigManager/inspection/MemberOf.h"
+#include "YGConfigManager/inspection/PageNames.h"
+#include "YGConfigManager/inspection/Trace.h"
+#include "YGConfigManager/inspection/Wording.h"
+#include "YGConfigManager/layout/YGStyleConfigLoad.h"
+#include "YGConfigManager/text/LineIndex.h"
+#include "YGConfigManager/text/Nearest.h"
+#include "YGConfigManager/text/Split.h"
+
+namespace yg {
+
+namespace {
+
+using Outcome = ExplanationStep::Outcome;
+
+std::string quoted(std::string_view name) {
+    return std::string("'").append(name).append("'");
+}
+
+/// A layout with what its loader reported.
+struct TracedLayout {
+    explicit TracedLayout(const std::string& root) : trace(root), loader(&trace) {
+        const auto path = [&](std::string_view name) { return trace.files().pathOf(name); };
+        loader.initWithStyleConfigPath(path("config/custompage_template.xml"),
+                                       path("config/tab_styles.xml"),
+                                       path("config/magic_panels.xml"));
+    }
+
+    Trace trace;
+    YGStyleConfigLoad loader;
+};
+
+template <class Map>
+std::vector<std::string> namesIn(const Map& map) {
+    std::vector<std::string> names;
+    if (map) {
+        for (const auto& [name, value] : *map)
+            names.push_back(name);
+    }
+    return names;
+}
+
+/// Where host.json lists a value for a wildcard key; the file as a whole when it does not.
+RootPlace placeOfWildcard(const SourceFiles& files, std::string_view key, std::string_view value) {
+    RootPlace place;
+    place.file = "host.json";
+    const std::string& bytes = files.file("host.json").bytes();
+    const JsonValue::Parsed parsed = JsonValue::parse(bytes, {.positions = true});
+    const JsonValue lists = memberOf(
+        memberOf(parsed.value.value_or(JsonValue()), "mappings"), wildcardMapping);
+    const JsonList values = memberOf(lists, key).list();
+    const text::LineIndex lines(bytes);
+    for (const JsonValue& each : values ? *values : JsonValue::List()) {
+        if (!each.text() || *each.text() != value || !each.range())
+            continue;
+        place.begin = lines.pointAt(bytes, each.range()->begin);
+        place.end = lines.pointAt(bytes, each.range()->end);
+        break;
+    }
+    return place;
+}
+
+/// The values that a page's name may give for a pattern: those that count for its list.
+std::map<std::string, std::vector<std::string>, std::less<>> valuesByKey() {
+    std::map<std::string, std::vector<std::string>, std::less<>> byKey;
+    const auto lists = YGFrameComFun::getMappingDicForKey(wildcardMapping);
+    std::set<std::string_view> known;  // in the first list that has it a value counts
+    for (const auto& [key, values] : lists ? *lists : MappingDic()) {
+        std::vector<std::string>& counted = byKey[key];
+        for (const std::string& value : values) {
+            if (known.insert(value).second && value.find('-') == std::string::npos)
+                counted.push_back(value);
+        }
+    }
+    return byKey;
+}
+
+std::vector<TemplateSignature> signaturesOf(const TracedLayout& layout) {
+    const auto values = valuesByKey();
+    std::vector<TemplateSignature> signatures;
+    for (const PageTemplate& made : layout.loader.templates()) {
+        TemplateSignature& signature = signatures.emplace_back();
+        signature.name = made.name;
+        signature.pages = 1;
+        for (const auto& group : made.groups) {
+            TemplateSignature::Slot& slot = signature.slots.emplace_back();
+            slot.group = group;
+            std::set<std::string> known;
+            const auto add = [&](const std::string& argument) {
+                if (known.insert(argument).second)
+                    slot.arguments.push_back(argument);
+            };
+            for (const SlotMember& member :
+                 group ? layout.loader.slotMembers(*group) : std::vector<SlotMember>()) {
+                if (member.name.find('-') == std::string::npos)
+                    add(member.name);
+                const auto pattern = values.find(member.name);
+                for (const std::string& value :
+                     pattern == values.end() ? std::vector<std::string>() : pattern->second)
+                    add(value);
+            }
+            constexpr auto most = std::numeric_limits<std::uint64_t>::max();
+            const std::uint64_t count = slot.arguments.size();
+            signature.pages =
+                count != 0 && signature.pages > most / count ? most : signature.pages * count;
+        }
+    }
+    for (TemplateSignature& signature : signatures) {
+        const xml::Element page = layout.loader.createXMLElementWithStyleName(signature.name);
+        signature.place = layout.trace.placeOf(page, "");
+    }
+    return signatures;
+}
+
+std::string shownSignature(const TemplateSignature& signature) {
+    std::string shown = signature.name;
+    for (const TemplateSignature::Slot& slot : signature.slots)
+        shown.append("-{").append(slot.group.value_or("")).append("}");
+    return shown;
+}
+
+std::string counted(std::uint64_t count, std::string_view one, std::string_view several) {
+    return std::to_string(count).append(" ").append(count == 1 ? one : several);
+}
+
+/// What a page's name goes through when no stored page has it.
+void addCustomPage(Explanation& explanation, const TracedLayout& layout, const std::string& name,
+                   const StyleConfigInfo* page, std::size_t foundBefore) {
+    const Trace& trace = layout.trace;
+    const std::vector<std::string> parts = text::split(name, '-');
+    const std::string& front = parts.front();
+    const xml::Element source = layout.loader.createXMLElementWithStyleName(front);
+    if (!source) {
+        RootPlace place;
+        place.file = "config/custompage_template.xml";
+        place.message = "No page " + quoted(name) + " is stored";
+        place.message += front == name ? "." : ", and no template " + quoted(front) + " exists.";
+        std::vector<std::string> known = namesIn(layout.loader.styleInfos());
+        const std::string whole = text::nearest(name, known);
+        addMissing(explanation, std::move(place), whole.empty() ? front : name, known);
+        return;
+    }
+    const auto counts = trace.placeOf(source, "");
+    const Place whole = source.place().value_or(Place());
+    for (const Trace::Definition& each : trace.definitions(Naming::style, front)) {
+        RootPlace place = trace.placeOf(each.element, "");
+        if (place.file == "config/tab_styles.xml")
+            continue;
+        const bool isTaken = place.file == counts.file && place.begin == counts.begin;
+        // What is in the template is a part of the answer.
+        if (!isTaken && place.file == counts.file && place.begin > whole.begin &&
+            place.begin < whole.end)
+            continue;
+        place.message = "Style " + quoted(front) + " in " +
+                        trace.layerOf(trace.files().pathOf(place.file)) +
+                        (isTaken ? " is the template of this page."
+                                 : " is not the one that pages are made of.");
+        explanation.steps.push_back({isTaken ? Outcome::taken : Outcome::lost, std::move(place)});
+    }
+    for (const Trace::Filling& filling : trace.fillings()) {
+        const std::string group(filling.slot.attribute("name").value_or(""));
+        explanation.steps.push_back(
+            {Outcome::taken, trace.placeOf(filling.slot, "Slot of group " + quoted(group) +
+                                                             " gets the argument " +
+                                                             quoted(filling.argument) + ".")});
+        if (!filling.wildcard.empty()) {
+            RootPlace list = placeOfWildcard(trace.files(), filling.wildcard, filling.argument);
+            list.message = "Wildcard list " + quoted(filling.wildcard) + " has the value " +
+                           quoted(filling.argument) + ".";
+            explanation.steps.push_back({Outcome::taken, std::move(list)});
+        }
+        const xml::Element member(filling.panel.parent());
+        const std::string memberName(member.attribute("name").value_or(""));
+        explanation.steps.push_back(
+            {Outcome::taken,
+             trace.placeOf(member, filling.wildcard.empty()
+                                       ? "Member " + quoted(memberName) + " serves it."
+                                       : "Pattern " + quoted(memberName) + " serves it: " +
+                                             quoted(filling.argument) + " is written for " +
+                                             quoted(filling.wildcard) + ".")});
+    }
+    // What the look-up itself reported.
+    const std::vector<Found>& found = trace.gathering().found();
+    for (std::size_t at = foundBefore; at < found.size(); ++at) {
+        const Finding& finding = found[at].finding;
+        constexpr std::string_view reasons[] = {"argument-count", "slot-left", "broken-pattern",
+                                                "expansion-limit"};
+        if (std::ranges::find(reasons, finding.rule.name) == std::end(reasons))
+            continue;
+        RootPlace place = trace.place(finding.place, std::string(finding.rule.meaning));
+        if (finding.rule.name != "slot-left") {
+            explanation.steps.push_back({Outcome::missing, std::move(place)});
+            continue;
+        }
+        const auto around = trace.files().file(place.file).elementsAt(finding.place.begin);
+        const std::string group(
+            around.empty() ? "" : around.back().attribute("name").value_or(""));
+        place.message = "Group " + quoted(group) + " has no member " + quoted(finding.value) +
+                        ", and no pattern of it serves this argument: the slot stays.";
+        std::vector<std::string> known;
+        for (const TemplateSignature& signature : signaturesOf(layout)) {
+            for (const TemplateSignature::Slot& slot : signature.slots) {
+                if (slot.group == group)
+                    known = slot.arguments;
+            }
+        }
+        addMissing(explanation, std::move(place), finding.value, known);
+    }
+    if (page)
+        explanation.from = counts;
+}
+
+void addSignature(Explanation& explanation, const TracedLayout& layout, const std::string& name) {
+    for (const TemplateSignature& signature : signaturesOf(layout)) {
+        if (signature.name != name)
+            continue;
+        std::string remark = "It is a template of custom pages, " + shownSignature(signature) +
+                             ": " + counted(signature.pages, "page", "pages") + ".";
+        for (const TemplateSignature::Slot& slot : signature.slots) {
+            const std::string group = quoted(slot.group.value_or(""));
+            if (slot.arguments.empty()) {
+                remark += " The slot of group " + group + " would stay open.";
+                continue;
+            }
+            remark += " Group " + group + ": ";
+            constexpr std::size_t most = 12;
+            for (std::size_t at = 0; at < slot.arguments.size() && at < most; ++at)
+                remark += (at == 0 ? "" : ", ") + slot.arguments[at];
+            remark += slot.arguments.size() > most
+                          ? " and " + std::to_string(slot.arguments.size() - most) + " more."
+                          : ".";
+        }
+        explanation.remarks.push_back(std::move(remark));
+    }
+}
+
+struct TracedPage {
+    explicit TracedPage(const std::string& root) : layout(root) {}
+
+    TracedLayout layout;
+    Explanation explanation;
+    std::shared_ptr<StyleConfigInfo> style;
+};
+
+void explainPage(TracedPage& page, OptionalText asked) {
+    Explanation& explanation = page.explanation;
+    const TracedLayout& layout = page.layout;
+    const Trace& trace = layout.trace;
+    const std::size_t foundBefore = trace.gathering().found().size();
+    page.style = layout.loader.loadStyleConfigInfoWithName(asked);
+    const std::string name(*asked);
+    const auto& stored = layout.loader.styleInfos();
+    if (stored && stored->contains(name)) {
+        const auto isOfPages = [&](const xml::Element& element) {
+            return trace.placeOf(element, "").file != "config/tab_styles.xml";
+        };
+        const xml::Element taken = trace.addDefinitions(
+            explanation, trace.definitionsOf(page.style.get(), Naming::style, name, isOfPages),
+            "style " + quoted(name));
+        if (taken)
+            explanation.from = trace.placeOf(taken, "");
+    } else {
+        addCustomPage(explanation, layout, name, page.style.get(), foundBefore);
+    }
+    for (const Trace::Definition& each : trace.definitions(Naming::style, name)) {
+        RootPlace place = trace.placeOf(each.element, "A tab has this name, too; looking up a page "
+                                                      "by its name finds no tabs.");
+        if (place.file == "config/tab_styles.xml")
+            explanation.steps.push_back({Outcome::lost, std::move(place)});
+    }
+    if (!page.style) {
+        explanation.substitute = "null";
+        trace.addUnreadFiles(explanation);
+        return;
+    }
+    explanation.answer = page.style;
+    if (name.find('-') == std::string::npos)
+        addSignature(explanation, layout, name);
+}
+
+/// Calls `visit(panel)` for each panel of a page in the order of the document, until it answers
+/// true.
+bool forEachPanel(const PanelList& panels, const auto& visit) {
+    std::vector<const std::shared_ptr<PanelConfigInfo>*> pending;
+    const auto push = [&](const PanelList& children) {
+        for (std::size_t at = children.size(); at > 0; --at)
+            pending.push_back(&children[at - 1]);
+    };
+    push(panels);
+    while (!pending.empty()) {
+        const std::shared_ptr<PanelConfigInfo>& panel = *pending.back();
+        pending.pop_back();
+        if (visit(panel))
+            return true;
+        push(*panel->panePanes());
+    }
+    return false;
+}
+
+/// Steps for what something on a page was placed by: a reference or a slot.
+void addPlacing(Explanation& explanation, const Trace& trace, const xml::Element& element) {
+    for (xml::Element above = element.parent(); above; above = above.parent()) {
+        const std::string name(above.attribute("name").value_or(""));
+        if (above.name() == "reuse_panel")
+            explanation.steps.push_back(
+                {Outcome::taken,
+                 trace.placeOf(above, "It comes from reuse panel " + quoted(name) + ".")});
+        else if (above.name() == "magic_panel")
+            explanation.steps.push_back(
+                {Outcome::taken,
+                 trace.placeOf(above, "It comes from magic panel " + quoted(name) + " of group " +
+                                          quoted(above.parent().attribute("name").value_or("")) +
+                                          ".")});
+    }
+}
+
+/// The first of some records counts; of the others one step each, up to a limit.
+template <class Record>
+void addRecords(TracedPage& page, const std::vector<std::shared_ptr<Record>>& records,
+                const std::string& what) {
+    constexpr std::size_t most = 20;
+    const Trace& trace = page.layout.trace;
+    for (std::size_t at = 0; at < records.size() && at < most; ++at) {
+        const xml::Element origin = trace.gathering().originOf(records[at].get());
+        page.explanation.steps.push_back(
+            {at == 0 ? Outcome::taken : Outcome::lost,
+             trace.placeOf(origin, at == 0 ? "This " + what + " comes first on the page."
+                                           : "This " + what + " of the same name comes later.")});
+        if (at == 0) {
+            page.explanation.from = trace.placeOf(origin, "");
+            addPlacing(page.explanation, trace, origin);
+        }
+    }
+    if (records.size() > most)
+        page.explanation.remarks.push_back("The page has " +
+                                           std::to_string(records.size() - most) +
+                                           " more of this name.");
+}
+
+/// The page is there, but nothing of the name on it.
+void addNothingOnPage(TracedPage& page, std::string_view what, std::string_view name,
+                      const std::set<std::string>& known) {
+    RootPlace place = page.explanation.from.value_or(RootPlace());
+    place.message = "The page has no " + std::string(what) + " " + quoted(name) + ".";
+    page.explanation.from.reset();
+    const std::vector<std::string> names(known.begin(), known.end());
+    addMissing(page.explanation, std::move(place), name, names);
+    page.explanation.substitute = "null";
+}
+
+constexpr std::string_view work = "explain";
+
+}  // namespace
+
+Explanation Explainer::style(OptionalText name) const {
+    return guarded(work, [&] {
+        TracedPage page(root_);
+        explainPage(page, name);
+        return std::move(page.explanation);
+    });
+}
+
+Explanation Explainer::panel(OptionalText page, OptionalText name) const {
+    return guarded(work, [&] {
+        TracedPage traced(root_);
+        explainPage(traced, page);
+        traced.explanation.remarks.clear();
+        traced.explanation.answer = {};
+        if (!traced.style)
+            return std::move(traced.explanation);
+        std::vector<std::shared_ptr<PanelConfigInfo>> panels;
+        std::set<std::string> known;
+        forEachPanel(*traced.style->stylePanes(), [&](const auto& panel) {
+            if (panel->panelName() == std::string(*name))
+                panels.push_back(panel);
+            if (panel->panelName())
+                known.insert(*panel->panelName());
+            return false;
+        });
+        if (panels.empty()) {
+            addNothingOnPage(traced, "panel", *name, known);
+        } else {
+            addRecords(traced, panels, "panel");
+            traced.explanation.answer = std::shared_ptr<const PanelConfigInfo>(panels.front());
+        }
+        return std::move(traced.explanation);
+    });
+}
+
+Explanation Explainer::element(OptionalText page, OptionalText name) const {
+    return guarded(work, [&] {
+        TracedPage traced(root_);
+        explainPage(traced, page);
+        traced.explanation.remarks.clear();
+        traced.explanation.answer = {};
+        if (!traced.style)
+            return std::move(traced.explanation);
+        std::vector<std::shared_ptr<ElementConfigInfo>> byUuid;
+        std::vector<std::shared_ptr<ElementConfigInfo>> byName;
+        std::set<std::string> known;
+        forEachPanel(*traced.style->stylePanes(), [&](const auto& panel) {
+            for (const auto& element : *panel->paneElements()) {
+                if (element->elementUuid() == std::string(*name))
+                    byUuid.push_back(element);
+                else if (element->elementName() == std::string(*name))
+                    byName.push_back(element);
+                if (element->elementUuid())
+                    known.insert(*element->elementUuid());
+                if (element->elementName())
+                    known.insert(*element->elementName());
+            }
+            return false;
+        });
+        const auto& elements = byUuid.empty() ? byName : byUuid;
+        if (elements.empty()) {
+            addNothingOnPage(traced, "element", *name, known);
+        } else {
+            addRecords(traced, elements, "element");
+            traced.explanation.answer = std::shared_ptr<const ElementConfigInfo>(elements.front());
+        }
+        return std::move(traced.explanation);
+    });
+}
+
+std::vector<TemplateSignature> Explainer::templates() const {
+    return guarded(work, [&] { return signaturesOf(TracedLayout(root_)); });
+}
+
+}  // namespace yg

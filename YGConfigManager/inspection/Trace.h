@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+//
+// What one loader read, for explanations: the definitions of a name, in the order of loading, and
+// what the loader reported about each. Internal. Throws std::bad_alloc.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "YGConfigManager/diagnostics/DiagnosticsSink.h"
+#include "YGConfigManager/inspection/Explanation.h"
+#include "YGConfigManager/inspection/Gathering.h"
+#include "YGConfigManager/inspection/SourceFiles.h"
+#include "YGConfigManager/xml/Element.h"
+
+namespace yg {
+
+class Trace final : public DiagnosticsSink {
+public:
+    explicit Trace(std::string root) : files_(std::move(root)) {}
+
+    // ---- From the loader ----
+    void report(const Finding& finding) override { gathering_.report(finding); }
+    bool wantsUsed() const override { return false; }
+    void readingFile(std::string_view path) override { gathering_.readingFile(path); }
+    void named(const AttributeInfo& row, const xml::Element& element,
+               std::string_view value) override {
+        gathering_.named(row, element, value);
+    }
+    void made(const void* record, const xml::Element& element) override {
+        gathering_.made(record, element);
+    }
+    void parsedFile(std::string_view path, const xml::ParseResult& parsed) override;
+    void filled(const xml::Element& slot, std::string_view argument, const xml::Node& panel,
+                std::string_view wildcard) override;
+
+    // ---- For explanations ----
+
+    /// One element that defines a name.
+    struct Definition {
+        xml::Element element;
+        std::string_view attribute;   ///< empty when the element's own name is the name
+        const Found* loss = nullptr;  ///< why it does not count; null when it does
+        bool counts = false;
+    };
+
+    /// The elements that define a name of a kind, counted or not, of those that `isAsked`.
+    std::vector<Definition> definitions(
+        Naming kind, std::string_view name,
+        const std::function<bool(const xml::Element&)>& isAsked = nullptr) const;
+
+    /// The same of a record that is known: its origin counts, and no other.
+    std::vector<Definition> definitionsOf(
+        const void* record, Naming kind, std::string_view name,
+        const std::function<bool(const xml::Element&)>& isAsked = nullptr) const;
+
+    /// What becomes of an element that could define something.
+    Definition judged(const xml::Element& element, std::string_view attribute) const;
+
+    /// The names that count, of a kind, that are defined.
+    std::vector<std::string> namesOf(Naming kind) const;
+
+    /// A slot that was filled.
+    struct Filling {
+        xml::Element slot;
+        std::string argument;
+        xml::Node panel;
+        std::string wildcard;  ///< the pattern's name; "" for a member
+    };
+    const std::vector<Filling>& fillings() const { return fillings_; }
+
+    const Gathering& gathering() const { return gathering_; }
+    const SourceFiles& files() const { return files_; }
+
+    /// The files that were parsed, in the order of loading.
+    const std::vector<std::pair<std::string, xml::ParseResult>>& parsed() const { return parsed_; }
+
+    // ---- Steps ----
+    RootPlace place(const Place& place, std::string message) const;
+    /// Of an element's start tag.
+    RootPlace placeOf(const xml::Element& element, std::string message) const;
+    /// "the soft-optimize file", "the user's own file", by its path; "" for others.
+    std::string layerOf(std::string_view path) const;
+
+    /// One step for each definition: the one that counts is taken, the others lost. `what` is the
+    /// definition in words: "style 'quote'". Answers the element taken; empty when there is none.
+    xml::Element addDefinitions(Explanation& explanation, std::span<const Definition> definitions,
+                                const std::string& what) const;
+
+    /// Steps for files that could not be read, each once.
+    void addUnreadFiles(Explanation& explanation) const;
+
+private:
+    Gathering gathering_;
+    SourceFiles files_;
+    std::vector<std::pair<std::string, xml::ParseResult>> parsed_;
+    std::vector<Filling> fillings_;
+};
+
+/// A step about what is not there, with the nearest name of those known.
+void addMissing(Explanation& explanation, RootPlace place, std::string_view name,
+                std::span<const std::string> known);
+
+}  // namespace yg

@@ -130,7 +130,9 @@ std::vector<ServerOffer> serverOffers(const xml::Element& group) {
                 address.canBeChosen = isComplete && item.isOffered();
             });
             if (std::ranges::any_of(offer.addresses, &AddressOffer::canBeChosen))
-                forEachItem(*entry.names, [&](std::string_view) { ++offer.servers; });
+                forEachItem(*entry.names, [&](std::string_view) {
+                    offer.servers += offer.servers <= YGServerAddrListTag::mostFurtherServers;
+                });
         });
     });
     return offers;

@@ -2,6 +2,7 @@
 //
 // Explanations of servers, settings, addresses of web pages and request URLs.
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 #include "YGConfigManager/host/Guarded.h"
@@ -11,6 +12,7 @@
 #include "YGConfigManager/inspection/Trace.h"
 #include "YGConfigManager/inspection/Wording.h"
 #include "YGConfigManager/servers/AddressChoice.h"
+#include "YGConfigManager/servers/AddressShares.h"
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
@@ -99,31 +101,43 @@ FoundServer findServer(const YGServerCfgLoader& loader, std::optional<std::uint6
     return found;
 }
 
+std::string percent(double chance) {
+    char text[32];
+    const int size = std::snprintf(text, sizeof text, "%.4g %%", chance * 100);
+    return std::string(text, static_cast<std::size_t>(size));
+}
+
 /// What can be drawn, and what cannot.
 void addAddresses(Explanation& explanation, const Trace& trace, const xml::Element& entry) {
     const std::string addrs(entry.attribute("addrs").value_or(""));
-    std::size_t offered = 0;
-    forEachItem(addrs, [&](std::string_view item) { offered += AddressItem(item).isOffered(); });
+    const std::vector<AddressShare> shares = addressShares(addrs);
     forEachItem(addrs, [&](std::string_view item) {
         const AddressItem address(item);
         const auto offset = static_cast<std::size_t>(item.data() - addrs.data());
-        const Place place =
-            entry.valuePlace("addrs", offset, item.size()).value_or(Place());
-        std::string text = "Address " + quoted(item);
-        if (!address.isOffered())
+        const std::string target =
+            std::string(address.host()).append(":").append(address.port());
+        const auto share = std::ranges::find(shares, target, &AddressShare::address);
+        std::string text = "Address " + quoted(address.isOffered() ? target : item);
+        if (!address.isOffered() || share == shares.end())
             text += " is never chosen: it has no port.";
-        else if (offered == 1)
+        else if (shares.size() == 1)
             text += " is the only one that can be chosen.";
         else
-            text += " is chosen with a chance of 1 in " + std::to_string(offered) +
-                    (address.hasWeight() ? "; its weight has no effect." : ".");
-        explanation.steps.push_back({address.isOffered() ? Outcome::taken : Outcome::lost,
-                                     trace.place(place, std::move(text))});
+            text += " has a share of " + percent(share->chance()) + " (" +
+                    std::to_string(share->numbers) + " of " + std::to_string(share->ofNumbers) +
+                    " random numbers)" +
+                    (address.hasWeight()
+                         ? "; its weight, " + std::string(address.weight()) + ", has no effect."
+                         : ".");
+        explanation.steps.push_back(
+            {address.isOffered() ? Outcome::taken : Outcome::lost,
+             trace.place(entry.valuePlace("addrs", offset, item.size()).value_or(Place()),
+                         std::move(text))});
     });
     explanation.remarks.push_back(
-        offered > 1 ? "Each load draws again: the address stays the same with a chance of 1 in " +
-                          std::to_string(offered) + "."
-                    : "A reload of the same file changes nothing.");
+        shares.size() > 1 ? "A reload draws again: it changes the address with a chance of " +
+                                percent(chanceOfAnother(shares, shares)) + "."
+                          : "A reload of the same file changes nothing.");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 // older weighted one.
 #include "YGConfigManager/servers/AddressChoice.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -12,7 +13,6 @@
 
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/records/Entry.h"
-#include "YGConfigManager/records/RecordMap.h"
 #include "YGConfigManager/servers/YGServerAddrListTag.h"
 #include "YGConfigManager/text/Format.h"
 #include "YGConfigManager/text/Numbers.h"
@@ -72,38 +72,51 @@ std::string chooseAddress(const std::vector<std::string>* items, RandomSource& r
     return text::format("%@:%@", chosen.host(), chosen.port());
 }
 
-std::string chooseHostByPercent(const std::vector<std::string>* items, RandomSource& random) {
-    if (!items || items->empty())
-        return "";
-    RecordMap<std::uint64_t> totals;
-    std::uint64_t total = 0;
-    for (const std::string& item : *items) {
-        if (item.empty())
-            continue;
-        const AddressItem parts{item};
-        const bool isWeighted = parts.count() > 1;
-        if (isWeighted)
-            total += static_cast<std::uint64_t>(text::leadingInt64(parts.part(0)));
-        totals.set(parts.part(isWeighted ? 1 : 0), total);
-    }
-    if (total == 0)
-        return items->front();
-    const std::uint64_t drawn = static_cast<std::uint64_t>(random.legacy()) % total;
+void HostChoice::add(std::string_view item) {
+    if (std::exchange(isEmpty_, false))
+        first_ = item;
+    if (item.empty())
+        return;
+    const AddressItem parts(item);
+    const bool isWeighted = parts.count() > 1;
+    if (isWeighted)
+        total_ += static_cast<std::uint64_t>(text::leadingInt64(parts.part(0)));
+    totals_.set(parts.part(isWeighted ? 1 : 0), total_);
+}
+
+void HostChoice::order() {
+    if (total_ == 0)
+        return;
     // In the order of the hash, in which running totals do not ascend: a host's chance is not its
     // percentage, and hosts rely on the choice as it is. That order takes a hash without a key, so
     // a list may be made to fill one bucket; it ends there.
     constexpr std::size_t fullBucket = 64;
     std::unordered_map<std::string_view, std::uint64_t> inHashOrder;
-    for (const auto& [host, runningTotal] : totals) {
+    for (const auto& [host, runningTotal] : totals_) {
         if (inHashOrder.bucket_size(inHashOrder.bucket(host)) >= fullBucket)
             break;
         inHashOrder.emplace(host, runningTotal);
     }
+    // The first host whose total is greater than the number is chosen, so one that is not greater
+    // than all before it never is.
     for (const auto& [host, runningTotal] : inHashOrder) {
-        if (runningTotal > drawn)
-            return std::string(host);
+        if (runningTotal > (ranges_.empty() ? 0 : ranges_.back().end))
+            ranges_.push_back({host, runningTotal});
     }
-    return "";
+}
+
+std::string_view HostChoice::draw(RandomSource& random) const {
+    if (total_ == 0)
+        return first_;
+    const std::uint64_t drawn = static_cast<std::uint64_t>(random.legacy()) % total_;
+    const auto found = std::ranges::upper_bound(ranges_, drawn, {}, &Range::end);
+    return found == ranges_.end() ? "" : found->host;
+}
+
+std::string chooseHostByPercent(const std::vector<std::string>* items, RandomSource& random) {
+    if (!items)
+        return "";
+    return std::string(HostChoice(*items).draw(random));
 }
 
 std::string YGServerAddrListTag::changeIpByPercentNew(const std::vector<std::string>* items) {

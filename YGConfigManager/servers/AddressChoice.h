@@ -5,12 +5,16 @@
 // outlive what is made from them.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "YGConfigManager/records/RecordMap.h"
 #include "YGConfigManager/servers/RandomSource.h"
 
 namespace yg {
@@ -52,8 +56,19 @@ void forEachItem(std::string_view text, Visit&& visit) {
     visit(text);
 }
 
+/// How many of the numbers from 0 to `count` - 1 have a remainder below `bound` when divided by
+/// `divisor`, which is not 0.
+constexpr std::uint64_t remaindersBelow(std::uint64_t bound, std::uint64_t divisor,
+                                        std::uint64_t count) {
+    bound = std::min(bound, divisor);
+    return count / divisor * bound + std::min(count % divisor, bound);
+}
+
 class AddressChoice {
 public:
+    /// How many numbers a random source gives for it, each as likely as the others.
+    static constexpr std::uint64_t randomNumbers = std::uint64_t{1} << 32;
+
     /// Takes an item if it is offered.
     void add(const AddressItem& item) {
         if (item.isOffered())
@@ -62,12 +77,77 @@ public:
 
     bool empty() const { return items_.empty(); }
 
+    const std::vector<AddressItem>& items() const { return items_; }
+
     /// One of the items, each with the same chance. A single one needs no random number. There must
     /// be one.
     const AddressItem& draw(RandomSource& random) const;
 
+    /// How many of the random numbers lead to an item.
+    std::uint64_t numbersFor(std::size_t index) const {
+        return remaindersBelow(index + 1, items_.size(), randomNumbers) -
+               remaindersBelow(index, items_.size(), randomNumbers);
+    }
+
 private:
     std::vector<AddressItem> items_;
+};
+
+/// The older choice, by weight.
+class HostChoice {
+public:
+    /// How many numbers a random source gives for it, each as likely as the others.
+    static constexpr std::uint64_t randomNumbers = std::uint64_t{RAND_MAX} + 1;
+
+    /// The items as the list has them.
+    template <class Items>
+    explicit HostChoice(const Items& items) {
+        for (const std::string_view item : items)
+            add(item);
+        order();
+    }
+    HostChoice(const HostChoice&) = delete;
+    HostChoice& operator=(const HostChoice&) = delete;
+
+    /// A host; the first item as it stands, without drawing a number, when the weights add up to 0;
+    /// "" when no host qualifies.
+    std::string_view draw(RandomSource& random) const;
+
+    /// Calls `visit` with each host, in the order of the list, and 0; then with each answer that
+    /// can be drawn and how many of the random numbers lead to it.
+    template <class Visit>
+    void forEachAnswer(Visit&& visit) const {
+        if (total_ == 0)
+            return visit(first_, randomNumbers);
+        for (const auto& [host, runningTotal] : totals_)
+            visit(host, 0);
+        std::uint64_t below = 0;
+        const auto visitUpTo = [&](std::string_view answer, std::uint64_t end) {
+            const std::uint64_t all = remaindersBelow(end, total_, randomNumbers);
+            if (all > below)
+                visit(answer, all - below);
+            below = all;
+        };
+        for (const Range& range : ranges_)
+            visitUpTo(range.host, range.end);
+        visitUpTo("", total_);
+    }
+
+private:
+    /// The host that the numbers below `end` choose, unless an earlier range has them.
+    struct Range {
+        std::string_view host;
+        std::uint64_t end;
+    };
+
+    void add(std::string_view item);
+    void order();
+
+    std::string_view first_;
+    RecordMap<std::uint64_t> totals_;  ///< the running total of each host
+    std::uint64_t total_ = 0;
+    std::vector<Range> ranges_;  ///< ascending
+    bool isEmpty_ = true;
 };
 
 /// Reports what is odd about the items of an entry's "addrs", one of which is offered. Weights are

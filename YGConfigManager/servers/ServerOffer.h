@@ -4,6 +4,7 @@
 // values.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,6 +23,8 @@ struct ServerOffer {
     std::optional<std::string> key;       ///< as written
     std::optional<std::string> names;     ///< as written, between ";"
     std::vector<AddressOffer> addresses;  ///< empty when the entry does not say
+    std::optional<std::string> addrs;     ///< as written
+    std::size_t servers = 0;              ///< how many it gives, while the group has room for them
 };
 
 }  // namespace yg

@@ -3,6 +3,7 @@
 // The parse of one server group. The choice of addresses is in AddressChoice.cpp.
 #include "YGConfigManager/servers/YGServerAddrListTag.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 #include <utility>
@@ -116,6 +117,7 @@ std::vector<ServerOffer> serverOffers(const xml::Element& group) {
             ServerOffer& offer = offers.emplace_back();
             offer.key = element.attribute("key");
             offer.names = entry.names;
+            offer.addrs = entry.addrs;
             if (!entry.addrs)
                 return;
             forEachItem(*entry.addrs, [&](std::string_view text) {
@@ -127,6 +129,10 @@ std::vector<ServerOffer> serverOffers(const xml::Element& group) {
                     address.weight = item.weight();
                 address.canBeChosen = isComplete && item.isOffered();
             });
+            if (std::ranges::any_of(offer.addresses, &AddressOffer::canBeChosen))
+                forEachItem(*entry.names, [&](std::string_view) {
+                    offer.servers += offer.servers <= YGServerAddrListTag::mostFurtherServers;
+                });
         });
     });
     return offers;

@@ -285,10 +285,11 @@ TEST(ExplainedServer, HasTheSharesOfItsAddresses) {
                             "counts.",
                             "taken storage/skeleton_v1.xml:2:18 Server 'West' in the shipped file "
                             "counts.",
-                            "taken storage/skeleton_v1.xml:2:57 Address 'h1:1' has a share of 50 "
-                            "%; its weight, 70, has no effect.",
-                            "taken storage/skeleton_v1.xml:2:65 Address 'h2:2' has a share of 50 "
-                            "%.",
+                            "taken storage/skeleton_v1.xml:2:57 Address 'h1:1' has a share of 50 % "
+                            "(2147483648 of 4294967296 random numbers); its weight, 70, has no "
+                            "effect.",
+                            "taken storage/skeleton_v1.xml:2:65 Address 'h2:2' has a share of 50 % "
+                            "(2147483648 of 4294967296 random numbers).",
                             "lost storage/skeleton_v1.xml:2:70 Address 'h3' is never chosen: it "
                             "has no port."));
     EXPECT_THAT(explanation.remarks,

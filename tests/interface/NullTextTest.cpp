@@ -19,6 +19,7 @@
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 #include "YGConfigManager/records/RecordMap.h"
+#include "YGConfigManager/servers/AddressShares.h"
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
@@ -223,6 +224,8 @@ TEST_F(NullTextOfALoader, IsNoEventNoColourAndNoServer) {
     EXPECT_EQ(palette->getCustomFont(nullText).pointSize(), 12);
     EXPECT_FALSE(palette->getCustomImage(nullText));
     EXPECT_FALSE(palette->getImageByScale(nullText, 0, 1));
+    EXPECT_TRUE(addressShares(nullText).empty());
+    EXPECT_EQ(withoutAddress(nullText, nullText), "");
     const auto servers = YGServerCfgLoader::initWithIsGray(false);
     EXPECT_FALSE(servers->reloadServerConfigWithData(nullText, nullText));
     EXPECT_TRUE(servers->reloadServerConfigWithData("<servers/>", nullText));

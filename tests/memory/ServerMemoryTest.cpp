@@ -2,6 +2,7 @@
 //
 // The server configuration when memory runs out: a load or a delivery counts as a whole or not at
 // all.
+#include "YGConfigManager/servers/AddressShares.h"
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
 #include "YGConfigManager/xml/Document.h"
 
@@ -105,6 +106,28 @@ TEST_F(ServerMemory, AllOffersAreListedOrNone) {
         return all;
     };
     everyAllocationFails(Operation{[&] { return made->offers(); }, text, ""});
+}
+
+TEST_F(ServerMemory, AllSharesAreAnsweredOrNone) {
+    const std::string addrs = "1:" + testing::longText + ":80;2:b:1;" + testing::longText + ":1";
+    const auto text = [](const auto& shares) {
+        std::string all;
+        for (const AddressShare& share : shares)
+            all += share.address + ' ' + std::to_string(share.numbers) + '\n';
+        return all;
+    };
+    for (const AddressRule rule : {AddressRule::plain, AddressRule::weighted}) {
+        everyAllocationFails(Operation{[&] { return addressShares(addrs, rule); }, text, ""});
+        everyAllocationFails(Operation{
+            [&] { return drawFleet(addrs, rule, 2, 1, systemRandomSource()); },
+            [](const FleetDraws& draws) { return std::to_string(draws.loads.size()); }, "0"});
+    }
+    const std::vector<AddressShare> shares = addressShares(addrs);
+    const auto number = [](double value) { return std::to_string(value); };
+    everyAllocationFails(
+        Operation{[&] { return chanceOfAnother(shares, shares); }, number, number(0)});
+    everyAllocationFails(Operation{[&] { return withoutAddress(addrs, "b:1"); },
+                                   [](const std::string& left) { return left; }, ""});
 }
 
 TEST_F(ServerMemory, AGroupAnAddressAndARecordAreThereOrNot) {

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
 // The choice of the file, loads, reloads and deliveries.
+#include <algorithm>
+#include <cstddef>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <set>
@@ -286,6 +289,19 @@ TEST_F(ServerCfgLoader, ListsWhatTheEntriesOffer) {
     EXPECT_THAT(linesOf(offers[1]),
                 ElementsAre("7x a;b", "h:1 90", " - never", "h - never", "80a: k", "m:5 4", "- c",
                             "h:1 - never", "1 -", "h:1 - never", " "));
+}
+
+TEST_F(ServerCfgLoader, CountsTheServersThatAnEntryOffers) {
+    put(folder / "skeleton_v1.xml", R"(<application><server type="1">
+        <e key="1" name="a;b;" addrs="9:h:1:x;"/><e key="1" name="" addrs="h:1"/>
+        <e key="1" name="a" addrs="h"/><e name="a" addrs="h:1"/></server></application>)");
+    const auto loader = YGServerCfgLoader::initWithIsGray(false);
+    const std::vector<ServerOffer> offers = loader->offers().at(1);
+    std::vector<std::size_t> servers;
+    std::ranges::transform(offers, std::back_inserter(servers), &ServerOffer::servers);
+    EXPECT_THAT(servers, ElementsAre(3, 1, 0, 0));
+    EXPECT_EQ(loader->appServerAddrListTag()->serverAddrList()->size(), 4u);
+    EXPECT_EQ(offers.front().addrs, "9:h:1:x;");
 }
 
 TEST_F(ServerCfgLoader, ListsNoOffersWithoutAFile) {

@@ -52,6 +52,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"help-settings.txt", {"settings", "--help"}, ""},
                     Case{"help-settings-set.txt", {"settings", "set", "--help"}, ""},
                     Case{"help-check-delivery.txt", {"check-delivery", "--help"}, ""},
+                    Case{"help-simulate-servers.txt", {"simulate", "servers", "--help"}, ""},
                     Case{"help-web-page.txt", {"web-page", "--help"}, ""},
                     Case{"help-request-url.txt", {"request-url", "--help"}, ""},
                     Case{"help-choose.txt", {"choose", "--help"}, ""}));
@@ -83,6 +84,10 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"show-request-urls.txt", {"show", "request-urls", "--root", sample}, ""},
         Case{"lint.txt", {"lint", "--root", sample}, ""},
         Case{"lint.json", {"lint", "--root", sample, "--format", "json"}, ""},
+        Case{"simulate-servers.txt",
+             {"simulate", "servers", "--root", sample, "--clients=1000000000", "--reloads=5",
+              "--without=192.0.2.11:9211"},
+             ""},
         Case{"show-events.txt", {"show", "events", "--root", sample}, ""}));
 
 }  // namespace

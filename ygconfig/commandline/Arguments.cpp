@@ -15,13 +15,11 @@ namespace yg::tool {
 namespace {
 
 template <class Number>
-std::string rangeOf() {
-    using Limits = std::numeric_limits<Number>;
+std::string rangeOf(Number least, Number most) {
     if constexpr (std::is_floating_point_v<Number>)
         return "a number";
     else
-        return "a whole number from " + std::to_string(Limits::min()) + " to " +
-               std::to_string(Limits::max());
+        return "a whole number from " + std::to_string(least) + " to " + std::to_string(most);
 }
 
 /// Declares an option or an operand whose word is read by `read`.
@@ -31,6 +29,17 @@ CLI::Option* declareWord(CLI::App& app, const char* name, const char* help, Read
         read(unmarked(word));
     };
     return app.add_option_function(name, whole, help);
+}
+
+/// Declares what takes all words that it is given, as they stand.
+CLI::Option* declareWords(CLI::App& app, const char* name, std::vector<std::string>& field,
+                          const char* help) {
+    const std::function<void(const std::vector<std::string>&)> read =
+        [&field](const std::vector<std::string>& words) {
+            for (const std::string& word : words)
+                field.push_back(unmarked(word));
+        };
+    return app.add_option_function(name, read, help)->take_all();
 }
 
 }  // namespace
@@ -70,26 +79,29 @@ CLI::Option* declareText(CLI::App& app, const char* name, const char* valueName,
 
 template <class Number>
 CLI::Option* declareNumber(CLI::App& app, const char* option, const char* valueName,
-                           std::optional<Number>& field, const char* help) {
-    const auto read = [&field, option](const std::string& text) {
+                           std::optional<Number>& field, const char* help, Number least,
+                           Number most) {
+    const auto read = [&field, option, least, most](const std::string& text) {
         Number number{};
         const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
         bool isNumber = end.ec == std::errc() && end.ptr == text.data() + text.size();
         if constexpr (std::is_floating_point_v<Number>)
             isNumber = isNumber && std::isfinite(number);
-        if (!isNumber)
-            throw CLI::ValidationError(option, "'" + text + "' is not " + rangeOf<Number>());
+        if (!isNumber || number < least || number > most)
+            throw CLI::ValidationError(option, "'" + text + "' is not " + rangeOf(least, most));
         field = number;
     };
     return declareWord(app, option, help, read)->type_name(valueName);
 }
 
 template CLI::Option* declareNumber(CLI::App&, const char*, const char*,
-                                    std::optional<std::int8_t>&, const char*);
+                                    std::optional<std::int8_t>&, const char*, std::int8_t,
+                                    std::int8_t);
 template CLI::Option* declareNumber(CLI::App&, const char*, const char*,
-                                    std::optional<std::uint64_t>&, const char*);
+                                    std::optional<std::uint64_t>&, const char*, std::uint64_t,
+                                    std::uint64_t);
 template CLI::Option* declareNumber(CLI::App&, const char*, const char*, std::optional<double>&,
-                                    const char*);
+                                    const char*, double, double);
 
 CLI::Option* declareChoice(CLI::App& app, const char* option, const char* valueName,
                            std::string& field, std::vector<std::string_view> choices,
@@ -121,12 +133,15 @@ void declareOperand(CLI::App& app, const char* name, std::string& field, const c
 
 void declareOperands(CLI::App& app, const char* name, std::vector<std::string>& field,
                      const char* help) {
-    const std::function<void(const std::vector<std::string>&)> read =
-        [&field](const std::vector<std::string>& words) {
-            for (const std::string& word : words)
-                field.push_back(unmarked(word));
-        };
-    app.add_option_function(name, read, help)->take_all()->type_name("");
+    declareWords(app, name, field, help)->type_name("");
+}
+
+void declareTexts(CLI::App& app, const char* option, const char* valueName,
+                  std::vector<std::string>& field, const char* help) {
+    declareWords(app, option, field, help)
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->type_name(valueName);
 }
 
 void declareCommon(CLI::App& app, Arguments& arguments) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,6 +31,11 @@ struct Arguments {
     std::optional<std::string> events;  ///< --events, the event file
     bool gray = false;                  ///< --gray, a grey-release user
     bool weighted = false;              ///< --weighted
+
+    std::optional<std::uint64_t> clients;  ///< --clients, of a fleet
+    std::optional<std::uint64_t> reloads;  ///< --reloads, of each client
+    std::vector<std::string> without;      ///< --without, addresses
+    bool simulate = false;                 ///< --simulate
 
     std::optional<std::int8_t> paletteStyle;    ///< --palette-style, the theme
     std::optional<std::uint64_t> groupCount;    ///< --group, the pieces of a strip
@@ -81,11 +87,17 @@ std::string unmarked(std::string word);
 CLI::Option* declareText(CLI::App& app, const char* name, const char* valueName,
                          std::optional<std::string>& field, const char* help);
 
-/// Declares an option that takes a plain number of the field's type: int8_t, uint64_t or double.
-/// Given twice, the last one counts.
+/// Declares an option that takes a text and may be given any number of times.
+void declareTexts(CLI::App& app, const char* option, const char* valueName,
+                  std::vector<std::string>& field, const char* help);
+
+/// Declares an option that takes a plain number of the field's type, int8_t, uint64_t or double,
+/// within the limits. Given twice, the last one counts.
 template <class Number>
 CLI::Option* declareNumber(CLI::App& app, const char* option, const char* valueName,
-                           std::optional<Number>& field, const char* help);
+                           std::optional<Number>& field, const char* help,
+                           Number least = std::numeric_limits<Number>::lowest(),
+                           Number most = std::numeric_limits<Number>::max());
 
 /// Declares an option that takes one of these words. Given twice, the last one counts.
 CLI::Option* declareChoice(CLI::App& app, const char* option, const char* valueName,

@@ -55,6 +55,7 @@ std::span<const Command> chooseCommands();
 std::span<const Command> lintCommands();
 std::span<const Command> checkDeliveryCommands();
 std::span<const Command> explainCommands();
+std::span<const Command> simulateCommands();
 
 /// What a command answers when the host has no path for a file of this name.
 Answer nothingShownWithoutPath(std::string_view fileName);

@@ -2,7 +2,9 @@
 #include "ygconfig/drawing/Display.h"
 
 #include <algorithm>
+#include <array>
 #include <clocale>
+#include <cstdio>
 #include <cwchar>
 #include <utility>
 
@@ -152,6 +154,12 @@ std::size_t shownWidth(std::string_view text) {
         text.remove_prefix(sizeOfColour(text));
     }
     return width;
+}
+
+std::string threeDigits(double number) {
+    std::array<char, 32> digits{};
+    std::snprintf(digits.data(), digits.size(), "%.3g", number);
+    return digits.data();
 }
 
 std::vector<std::string> folded(std::string_view text, std::size_t columns, std::size_t indent) {

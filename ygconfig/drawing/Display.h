@@ -25,6 +25,9 @@ std::size_t displayWidth(std::string_view text);
 /// The same of a text that may have colours (drawing/Paint.h).
 std::size_t shownWidth(std::string_view text);
 
+/// A number for people, with three digits that count.
+std::string threeDigits(double number);
+
 /// A printable text, which may have colours, in lines of at most so many columns, colours ending
 /// with each line. Lines behind the first begin with `indent` blanks. A line ends at a blank if
 /// there is one, else behind a mark such as a comma, else anywhere. At least one line.

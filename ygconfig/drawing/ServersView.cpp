@@ -2,9 +2,7 @@
 #include "ygconfig/drawing/ServersView.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
-#include <cstdio>
 #include <iterator>
 #include <type_traits>
 #include <utility>
@@ -18,9 +16,7 @@ namespace yg::tool {
 namespace {
 
 std::string percentage(std::ptrdiff_t count) {
-    std::array<char, 32> digits{};
-    std::snprintf(digits.data(), digits.size(), "%.3g%%", 100.0 / static_cast<double>(count));
-    return digits.data();
+    return threeDigits(100.0 / static_cast<double>(count)) + '%';
 }
 
 }  // namespace

@@ -76,9 +76,9 @@ public:
     /// and another one may come to its address.
     virtual void made(const void* /*record*/, const xml::Element& /*element*/) {}
 
-    /// Called when a slot of a custom page is filled: with the part of the page's name, and with the
-    /// panel of the member or pattern that serves it. `wildcard` is the name of a pattern; "" for a
-    /// member.
+    /// Called when a slot of a custom page is filled: with the part of the page's name, and with
+    /// the panel of the member or pattern that serves it. `wildcard` is the name of a pattern; ""
+    /// for a member.
     virtual void filled(const xml::Element& /*slot*/, std::string_view /*argument*/,
                         const xml::Node& /*panel*/, std::string_view /*wildcard*/) {}
 

@@ -73,10 +73,9 @@ Explanation Explainer::command(OptionalText name) const {
         const auto loader = loadEvents(trace);
         const std::shared_ptr<YGCommandData> answer =
             loader ? loader->commandByName(name) : nullptr;
-        const xml::Element taken =
-            trace.addDefinitions(
-                explanation, trace.definitionsOf(answer.get(), Naming::command, *name),
-                "command " + quoted(*name));
+        const xml::Element taken = trace.addDefinitions(
+            explanation, trace.definitionsOf(answer.get(), Naming::command, *name),
+            "command " + quoted(*name));
         if (answer) {
             explanation.answer = std::shared_ptr<const YGCommandData>(answer);
             explanation.from = trace.placeOf(taken, "");
@@ -127,8 +126,8 @@ Explanation Explainer::event(OptionalText group, OptionalText name) const {
         explanation.substitute = "null";
         const std::vector<std::string> names(known.begin(), known.end());
         addMissing(explanation,
-                   trace.placeOf(section, "Group " + quoted(*group) + " has no event " +
-                                              quoted(*name) + "."),
+                   trace.placeOf(
+                       section, "Group " + quoted(*group) + " has no event " + quoted(*name) + "."),
                    *name, names);
         return explanation;
     });

@@ -60,8 +60,8 @@ RootPlace placeOfWildcard(const SourceFiles& files, std::string_view key, std::s
     place.file = "host.json";
     const std::string& bytes = files.file("host.json").bytes();
     const JsonValue::Parsed parsed = JsonValue::parse(bytes, {.positions = true});
-    const JsonValue lists = memberOf(
-        memberOf(parsed.value.value_or(JsonValue()), "mappings"), wildcardMapping);
+    const JsonValue lists =
+        memberOf(memberOf(parsed.value.value_or(JsonValue()), "mappings"), wildcardMapping);
     const JsonList values = memberOf(lists, key).list();
     const text::LineIndex lines(bytes);
     for (const JsonValue& each : values ? *values : JsonValue::List()) {
@@ -174,9 +174,9 @@ void addCustomPage(Explanation& explanation, const TracedLayout& layout, const s
     for (const Trace::Filling& filling : trace.fillings()) {
         const std::string group(filling.slot.attribute("name").value_or(""));
         explanation.steps.push_back(
-            {Outcome::taken, trace.placeOf(filling.slot, "Slot of group " + quoted(group) +
-                                                             " gets the argument " +
-                                                             quoted(filling.argument) + ".")});
+            {Outcome::taken,
+             trace.placeOf(filling.slot, "Slot of group " + quoted(group) + " gets the argument " +
+                                             quoted(filling.argument) + ".")});
         if (!filling.wildcard.empty()) {
             RootPlace list = placeOfWildcard(trace.files(), filling.wildcard, filling.argument);
             list.message = "Wildcard list " + quoted(filling.wildcard) + " has the value " +
@@ -189,9 +189,9 @@ void addCustomPage(Explanation& explanation, const TracedLayout& layout, const s
             {Outcome::taken,
              trace.placeOf(member, filling.wildcard.empty()
                                        ? "Member " + quoted(memberName) + " serves it."
-                                       : "Pattern " + quoted(memberName) + " serves it: " +
-                                             quoted(filling.argument) + " is written for " +
-                                             quoted(filling.wildcard) + ".")});
+                                       : "Pattern " + quoted(memberName) +
+                                             " serves it: " + quoted(filling.argument) +
+                                             " is written for " + quoted(filling.wildcard) + ".")});
     }
     // What the look-up itself reported.
     const std::vector<Found>& found = trace.gathering().found();
@@ -207,8 +207,7 @@ void addCustomPage(Explanation& explanation, const TracedLayout& layout, const s
             continue;
         }
         const auto around = trace.files().file(place.file).elementsAt(finding.place.begin);
-        const std::string group(
-            around.empty() ? "" : around.back().attribute("name").value_or(""));
+        const std::string group(around.empty() ? "" : around.back().attribute("name").value_or(""));
         place.message = "Group " + quoted(group) + " has no member " + quoted(finding.value) +
                         ", and no pattern of it serves this argument: the slot stays.";
         std::vector<std::string> known;
@@ -277,8 +276,9 @@ void explainPage(TracedPage& page, OptionalText asked) {
         addCustomPage(explanation, layout, name, page.style.get(), foundBefore);
     }
     for (const Trace::Definition& each : trace.definitions(Naming::style, name)) {
-        RootPlace place = trace.placeOf(each.element, "A tab has this name, too; looking up a page "
-                                                      "by its name finds no tabs.");
+        RootPlace place = trace.placeOf(each.element,
+                                        "A tab has this name, too; looking up a page "
+                                        "by its name finds no tabs.");
         if (place.file == "config/tab_styles.xml")
             explanation.steps.push_back({Outcome::lost, std::move(place)});
     }
@@ -346,8 +346,7 @@ void addRecords(TracedPage& page, const std::vector<std::shared_ptr<Record>>& re
         }
     }
     if (records.size() > most)
-        page.explanation.remarks.push_back("The page has " +
-                                           std::to_string(records.size() - most) +
+        page.explanation.remarks.push_back("The page has " + std::to_string(records.size() - most) +
                                            " more of this name.");
 }
 

@@ -105,14 +105,30 @@ bool addKey(Explanation& explanation, const TracedPalette& palette, const std::s
     return true;
 }
 
+/// An entry that gives no image: what was reported in its tag.
+void addUnread(Explanation& explanation, const Trace& trace, const Trace::Definition& entry) {
+    const RootPlace tag = trace.placeOf(entry.element, "");
+    for (const Found& found : trace.gathering().found()) {
+        const Finding& finding = found.finding;
+        RootPlace place = trace.place(finding.place, std::string(finding.rule.meaning));
+        if (place.file == tag.file && place.begin >= tag.begin && place.end <= tag.end &&
+            finding.rule.handling != Handling::replaced)
+            explanation.steps.push_back({Outcome::missing, std::move(place)});
+    }
+    if (entry.loss)
+        explanation.steps.push_back(
+            {Outcome::lost,
+             trace.placeOf(entry.element, std::string(entry.loss->finding.rule.meaning))});
+}
+
 std::string shownColor(const Color& color) {
     const auto byte = [](double component) {
         return static_cast<int>(std::lround(component * 255));
     };
     char text[64];
-    const int size = std::snprintf(text, sizeof text, "#%02X%02X%02X, alpha %g",
-                                   byte(color.red), byte(color.green), byte(color.blue),
-                                   static_cast<double>(color.alpha));
+    const int size =
+        std::snprintf(text, sizeof text, "#%02X%02X%02X, alpha %g", byte(color.red),
+                      byte(color.green), byte(color.blue), static_cast<double>(color.alpha));
     return std::string(text, static_cast<std::size_t>(size));
 }
 
@@ -131,9 +147,9 @@ void addContrast(Explanation& explanation, const TracedPalette& palette, std::st
         const double ratio = contrastRatio(drawnOver(upper, lower), lower);
         char shown[32];
         const int size = std::snprintf(shown, sizeof shown, "%.2f", ratio);
-        explanation.remarks.push_back(
-            "Its contrast with ground " + quoted(*ground.text()) + " is " +
-            std::string(shown, static_cast<std::size_t>(size)) + ".");
+        explanation.remarks.push_back("Its contrast with ground " + quoted(*ground.text()) +
+                                      " is " + std::string(shown, static_cast<std::size_t>(size)) +
+                                      ".");
     }
 }
 
@@ -161,12 +177,12 @@ Explanation Explainer::color(OptionalText key, std::int8_t paletteStyle) const {
         if (!other.loader)
             return explanation;
         const std::string* const name = other.loader->keyColorNames().find(*key);
-        explanation.remarks.push_back(
-            "In the " + std::string(themeOf(otherStyle)) + " theme it is " +
-            (name && other.loader->customColors().contains(*name)
-                 ? shownColor(other.loader->getCustomColor(key))
-                 : "red, the substitute for a missing color") +
-            ".");
+        explanation.remarks.push_back("In the " + std::string(themeOf(otherStyle)) +
+                                      " theme it is " +
+                                      (name && other.loader->customColors().contains(*name)
+                                           ? shownColor(other.loader->getCustomColor(key))
+                                           : "red, the substitute for a missing color") +
+                                      ".");
         return explanation;
     });
 }
@@ -188,8 +204,8 @@ Explanation Explainer::font(OptionalText key, std::int8_t paletteStyle) const {
         for (const Found& found : palette.trace.gathering().found()) {
             const RootPlace place = palette.trace.place(found.finding.place, "");
             if (found.finding.rule.name == "unknown-font-face" &&
-                place.file == explanation.from->file &&
-                place.begin >= explanation.from->begin && place.end <= explanation.from->end)
+                place.file == explanation.from->file && place.begin >= explanation.from->begin &&
+                place.end <= explanation.from->end)
                 explanation.remarks.emplace_back(found.finding.rule.meaning);
         }
         return explanation;
@@ -205,41 +221,30 @@ Explanation Explainer::image(OptionalText name, std::int8_t paletteStyle) const 
         const Trace& trace = palette.trace;
         const auto image = palette.loader->getCustomImage(name);
         const std::vector<Trace::Definition> definitions = trace.definitions(Naming::image, *name);
-        const xml::Element entry =
-            trace.addDefinitions(explanation, definitions, "image " + quoted(*name));
-        const std::string path(entry.attribute("PATH").value_or(""));
         if (!image) {
             explanation.substitute = "null";
-            if (definitions.empty()) {
+            if (definitions.empty())
                 addMissingIn(explanation, palette,
                              "The " + std::string(themeOf(paletteStyle)) + " theme has no image " +
                                  quoted(*name) + ".",
                              *name, namesIn(palette.loader->customImages()));
-                return explanation;
-            }
-            for (const Found& found : trace.gathering().found()) {
-                const Finding& finding = found.finding;
-                const RootPlace place = trace.place(finding.place, "");
-                for (const Trace::Definition& each : definitions) {
-                    const RootPlace tag = trace.placeOf(each.element, "");
-                    if (place.file == tag.file && place.begin >= tag.begin && place.end <= tag.end &&
-                        finding.rule.handling != Handling::replaced)
-                        explanation.steps.push_back(
-                            {Outcome::missing,
-                             trace.place(finding.place, std::string(finding.rule.meaning))});
-                }
-            }
+            for (const Trace::Definition& each : definitions)
+                addUnread(explanation, trace, each);
             return explanation;
         }
+        const xml::Element entry =
+            trace.addDefinitions(explanation, definitions, "image " + quoted(*name));
+        const std::string path(entry.attribute("PATH").value_or(""));
         explanation.answer = *image;
         explanation.from = trace.placeOf(entry, "");
         RootPlace file;
         const auto folder = YGFrameComFun::getDefualtFolderPath(imageFolderKind);
         file.file = trace.files().nameOf(text::joinPath(folder.value_or(""), path));
         char size[128];
-        const int length = std::snprintf(
-            size, sizeof size, "%gx%g points, %ux%u pixels", image->width(), image->height(),
-            static_cast<unsigned>(image->pixelWidth()), static_cast<unsigned>(image->pixelHeight()));
+        const int length =
+            std::snprintf(size, sizeof size, "%gx%g points, %ux%u pixels", image->width(),
+                          image->height(), static_cast<unsigned>(image->pixelWidth()),
+                          static_cast<unsigned>(image->pixelHeight()));
         file.message = "The file has " + std::string(size, static_cast<std::size_t>(length)) + ".";
         explanation.steps.push_back({Outcome::taken, std::move(file)});
         const auto pieces = static_cast<std::uint64_t>(image->height()) == 0

@@ -55,8 +55,7 @@ void addHidden(Explanation& explanation, const Trace& trace, const std::string& 
 
 /// Nothing of the name, or no file.
 void addNothing(Explanation& explanation, const Trace& trace, const std::string& file,
-                std::string message, std::string_view name,
-                const std::vector<std::string>& known) {
+                std::string message, std::string_view name, const std::vector<std::string>& known) {
     trace.addUnreadFiles(explanation);
     RootPlace place;
     place.file = file;
@@ -114,10 +113,10 @@ void addAddresses(Explanation& explanation, const Trace& trace, const xml::Eleme
     forEachItem(addrs, [&](std::string_view item) {
         const AddressItem address(item);
         const auto offset = static_cast<std::size_t>(item.data() - addrs.data());
-        const std::string target =
-            std::string(address.host()).append(":").append(address.port());
+        const std::string target = std::string(address.host()).append(":").append(address.port());
         const auto share = std::ranges::find(shares, target, &AddressShare::address);
-        std::string text = "Address " + quoted(address.isOffered() ? target : item);
+        std::string text =
+            "Address " + quoted(address.isOffered() ? std::string_view(target) : item);
         if (!address.isOffered() || share == shares.end())
             text += " is never chosen: it has no port.";
         else if (shares.size() == 1)
@@ -150,11 +149,8 @@ Explanation Explainer::server(std::optional<std::uint64_t> type, OptionalText na
         const auto loader = YGServerCfgLoader::initWithIsGray(isGray, &trace);
         const std::string file =
             loader && loader->configPath() ? trace.files().nameOf(*loader->configPath()) : "";
-        const FoundServer found =
-            loader ? findServer(*loader, type, *name) : FoundServer();
-        const std::string wanted = found.server ? found.type
-                                   : type       ? std::to_string(*type)
-                                                : "";
+        const FoundServer found = loader ? findServer(*loader, type, *name) : FoundServer();
+        const std::string wanted = found.server ? found.type : type ? std::to_string(*type) : "";
         if (!wanted.empty())
             trace.addDefinitions(explanation, trace.definitions(Naming::serverType, wanted),
                                  "server type " + wanted);
@@ -162,8 +158,7 @@ Explanation Explainer::server(std::optional<std::uint64_t> type, OptionalText na
             const auto own = xml::Element(entry.parent()).attribute("type");
             return own && std::to_string(text::leadingInt32(*own)) == wanted;
         };
-        std::vector<Trace::Definition> entries =
-            trace.definitions(Naming::server, *name, isOfType);
+        std::vector<Trace::Definition> entries = trace.definitions(Naming::server, *name, isOfType);
         // Each counted entry gives a server of the name; a look-up by name finds the first.
         const auto first = std::ranges::find_if(entries, &Trace::Definition::counts);
         for (Trace::Definition& each : entries)
@@ -199,8 +194,8 @@ Explanation Explainer::setting(OptionalText file, OptionalText section, Optional
         Trace trace(root_);
         const auto store = YGAppConfigManager::initWithFileName(file, &trace);
         const auto answer = store ? store->getItemText(section, item) : std::nullopt;
-        const std::string path =
-            trace.files().nameOf(YGAppConfigManager::getFilePath(file, false).value_or(std::string(*file)));
+        const std::string path = trace.files().nameOf(
+            YGAppConfigManager::getFilePath(file, false).value_or(std::string(*file)));
         const std::string what = "item " + quoted(*section) + "/" + quoted(*item);
         StoredNames names;
         std::vector<Trace::Definition> items;
@@ -253,10 +248,9 @@ Explanation Explainer::webPage(OptionalText file, OptionalText key) const {
                        *key, {});
             return explanation;
         }
-        const std::string path =
-            trace.files().nameOf(YGWebPageUrlConfig::getFilePath(file, false).value_or(std::string(*file)));
-        const std::vector<Trace::Definition> entries =
-            trace.definitions(Naming::webPage, *key);
+        const std::string path = trace.files().nameOf(
+            YGWebPageUrlConfig::getFilePath(file, false).value_or(std::string(*file)));
+        const std::vector<Trace::Definition> entries = trace.definitions(Naming::webPage, *key);
         const xml::Element taken =
             trace.addDefinitions(explanation, entries, "web page " + quoted(*key));
         explanation.answer = table->getWebPageUrlByKey(key);
@@ -270,8 +264,7 @@ Explanation Explainer::webPage(OptionalText file, OptionalText key) const {
         }
         if (const std::string hidden = hiddenFile(trace, path); !hidden.empty()) {
             Trace shipped(root_);
-            shipped.parsedFile(trace.files().pathOf(hidden),
-                               trace.files().file(hidden).document());
+            shipped.parsedFile(trace.files().pathOf(hidden), trace.files().file(hidden).document());
             for (const Trace::Definition& each : shipped.definitions(Naming::webPage, *key))
                 explanation.steps.push_back(
                     {Outcome::lost,
@@ -298,10 +291,9 @@ Explanation Explainer::requestUrl(OptionalText key) const {
             if (each.name != *key || !isFirst)
                 continue;
             isFirst = false;
-            explanation.from = trace.place(each.place, "");
-            RootPlace place = *explanation.from;
-            place.message = "URL " + quoted(*key) + ": this entry counts.";
-            explanation.steps.push_back({Outcome::taken, std::move(place)});
+            explanation.from = trace.place(each.content ? each.contentPlace : each.place, "");
+            explanation.steps.push_back(
+                {Outcome::taken, trace.place(each.place, "URL " + quoted(*key) + " counts.")});
         }
         for (const Found& found : trace.gathering().found()) {
             const Finding& finding = found.finding;
@@ -317,12 +309,10 @@ Explanation Explainer::requestUrl(OptionalText key) const {
             addNothing(explanation, trace, path.empty() ? std::string(requestUrlFile) : path,
                        isFirst ? "The list has no entry of the key " + quoted(*key) + "."
                                : "The entry has no address.",
-                       *key,
-                       namesOf(names.value_or(StoredNames()), "key", ""));
+                       *key, namesOf(names.value_or(StoredNames()), "key", ""));
         }
         if (const std::string hidden = hiddenFile(trace, path); !hidden.empty()) {
-            if (const auto shipped =
-                    requestUrlNames(trace.files().file(hidden).bytes(), hidden))
+            if (const auto shipped = requestUrlNames(trace.files().file(hidden).bytes(), hidden))
                 addHidden(explanation, trace, path, *shipped, "", *key);
         }
         return explanation;

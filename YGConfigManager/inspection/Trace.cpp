@@ -77,8 +77,8 @@ std::string withLayer(const std::string& what, const std::string& layer) {
 }  // namespace
 
 void Trace::parsedFile(std::string_view path, const xml::ParseResult& parsed) {
-    const auto known = std::ranges::find(
-        parsed_, path, &std::pair<std::string, xml::ParseResult>::first);
+    const auto known =
+        std::ranges::find(parsed_, path, &std::pair<std::string, xml::ParseResult>::first);
     if (known == parsed_.end())
         parsed_.emplace_back(path, parsed);
 }
@@ -222,8 +222,12 @@ void Trace::addUnreadFiles(Explanation& explanation) const {
     std::set<std::string> known;
     for (const Found& found : gathering_.found()) {
         const Finding& finding = found.finding;
+        const std::string name = files_.nameOf(finding.place.file);
+        const bool mayBeMissing =
+            name != mainStyleFile && std::ranges::find(layoutFiles, name) != std::end(layoutFiles);
         if (finding.rule.name.starts_with("unreadable-") && finding.element.empty() &&
-            finding.attribute.empty() && known.insert(finding.place.file).second)
+            finding.attribute.empty() && (!mayBeMissing || files_.file(name).isRead()) &&
+            known.insert(name).second)
             explanation.steps.push_back(
                 {ExplanationStep::Outcome::missing,
                  place(finding.place, "This file cannot be read: " + messageOf(found))});

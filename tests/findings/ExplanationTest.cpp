@@ -136,8 +136,7 @@ private:
     void addEvents() {
         const auto loader = events();
         for (const std::string& name : someOf(loader->commandDatas()))
-            questions_.push_back({"command " + name,
-                                  [=, this] { return explainer_.command(name); },
+            questions_.push_back({"command " + name, [=, this] { return explainer_.command(name); },
                                   [=, this] { return wholeText(events()->commandByName(name)); }});
         for (const std::string& group : someOf(loader->elementEventDatas())) {
             const EventMap* const ofGroup = loader->elementEventDatas().find(group);
@@ -153,19 +152,18 @@ private:
         const auto loader = YGPaletteLoad::initWithPaletteStyle(style);
         const std::string theme = style == 0 ? "light " : "dark ";
         const auto add = [&](const std::string& what, const std::string& name, auto look) {
-            questions_.push_back(
-                {theme + what + " " + name, look,
-                 [=]() -> std::string {
-                     const auto loaded = YGPaletteLoad::initWithPaletteStyle(style);
-                     if (!loaded)
-                         return textOf({});
-                     if (what == "color")
-                         return wholeText(loaded->getCustomColor(name));
-                     if (what == "font")
-                         return wholeText(loaded->getCustomFont(name));
-                     const auto image = loaded->getCustomImage(name);
-                     return image ? wholeText(*image) : textOf({});
-                 }});
+            questions_.push_back({theme + what + " " + name, look, [=]() -> std::string {
+                                      const auto loaded =
+                                          YGPaletteLoad::initWithPaletteStyle(style);
+                                      if (!loaded)
+                                          return textOf({});
+                                      if (what == "color")
+                                          return wholeText(loaded->getCustomColor(name));
+                                      if (what == "font")
+                                          return wholeText(loaded->getCustomFont(name));
+                                      const auto image = loaded->getCustomImage(name);
+                                      return image ? wholeText(*image) : textOf({});
+                                  }});
         };
         for (const std::string& key :
              someOf(loader ? loader->keyColorNames() : RecordMap<std::string>()))
@@ -173,8 +171,7 @@ private:
         for (const std::string& key :
              someOf(loader ? loader->keyFontNames() : RecordMap<std::string>()))
             add("font", key, [=, this] { return explainer_.font(key, style); });
-        for (const std::string& name :
-             someOf(loader ? loader->customImages() : RecordMap<Image>()))
+        for (const std::string& name : someOf(loader ? loader->customImages() : RecordMap<Image>()))
             add("image", name, [=, this] { return explainer_.image(name, style); });
     }
 
@@ -257,8 +254,8 @@ std::vector<std::string> contradictions(const Root& root, const Question& questi
             say("without it the answer is the same", *explanation.from);
     }
     for (const ExplanationStep& step : explanation.steps) {
-        if (step.outcome == ExplanationStep::Outcome::lost &&
-            step.place.file.ends_with(".xml") && without(step.place).first != answer)
+        if (step.outcome == ExplanationStep::Outcome::lost && step.place.file.ends_with(".xml") &&
+            without(step.place).first != answer)
             say("it lost, but without it the answer is another one", step.place);
     }
     return found;

@@ -55,6 +55,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"help-simulate-servers.txt", {"simulate", "servers", "--help"}, ""},
                     Case{"help-web-page.txt", {"web-page", "--help"}, ""},
                     Case{"help-request-url.txt", {"request-url", "--help"}, ""},
+                    Case{"help-explain.txt", {"explain", "--help"}, ""},
+                    Case{"help-explain-style.txt", {"explain", "style", "--help"}, ""},
                     Case{"help-choose.txt", {"choose", "--help"}, ""}));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -75,6 +77,17 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"show-style-custom.txt",
              {"show", "style", "quote-SH990001-depth", "--root", sample},
              ""},
+        Case{"explain-style.txt",
+             {"explain", "style", "quote-SH990001-depth", "--root", sample},
+             ""},
+        Case{"explain-templates.txt", {"explain", "style", "--templates", "--root", sample}, ""},
+        Case{"explain-event.txt",
+             {"explain", "event", "watch_list", "select", "--root", sample},
+             ""},
+        Case{"explain-color.txt",
+             {"explain", "color", "QuoteGrid.名称", "--palette-style", "1", "--root", sample},
+             ""},
+        Case{"explain-image.txt", {"explain", "image", "NavTabs.自选", "--root", sample}, ""},
         Case{"command.json", {"command", "open_index_page", "--root", sample}, ""},
         Case{"event.json", {"event", "watch_list", "select", "--root", sample}, ""},
         Case{"dump-settings.json", {"dump", "settings", "--root", sample}, ""},

@@ -43,11 +43,8 @@ std::vector<Command> commandsOfAllSubjects() {
     for (const std::span<const Command> subject :
          {std::span<const Command>(groups), layoutCommands(), eventCommands(), paletteCommands(),
           serverCommands(), settingsCommands(), webPageCommands(), requestUrlCommands(),
-<<<<<<< HEAD
-          chooseCommands(), lintCommands(), checkDeliveryCommands(), explainCommands()})
-=======
-          chooseCommands(), lintCommands(), checkDeliveryCommands(), simulateCommands()})
->>>>>>> simulate
+          chooseCommands(), lintCommands(), checkDeliveryCommands(), explainCommands(),
+          simulateCommands()})
         all.insert(all.end(), subject.begin(), subject.end());
     return all;
 }

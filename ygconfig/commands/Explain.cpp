@@ -122,14 +122,13 @@ Answer shown(const Session& session, std::string_view kind, Explanation explaine
         title += " '" + name + "'";
         look += " '" + name + "'";
     }
-    return {shownExplanation(*explanation, title, jsonOf(explanation->answer), look,
-                             session.paint()),
-            exitCode};
+    return {
+        shownExplanation(*explanation, title, jsonOf(explanation->answer), look, session.paint()),
+        exitCode};
 }
 
 Answer listTemplates(const Session& session) {
-    const std::vector<TemplateSignature> templates =
-        Explainer(session.arguments.root).templates();
+    const std::vector<TemplateSignature> templates = Explainer(session.arguments.root).templates();
     const ExitCode exitCode = templates.empty() ? ExitCode::noAnswer : ExitCode::answer;
     if (session.arguments.format != "json")
         return {shownTemplates(templates, session.paint()), exitCode,
@@ -163,8 +162,7 @@ Answer explainStyle(const Session& session) {
                              : wrongNames("style", "either a name or --templates");
     if (names.size() != 1)
         return wrongNames("style", "one name, that of a page, or --templates");
-    return shown(session, "style", Explainer(session.arguments.root).style(names[0]),
-                 "dump style");
+    return shown(session, "style", Explainer(session.arguments.root).style(names[0]), "dump style");
 }
 
 Answer explainPanel(const Session& session) {
@@ -179,8 +177,7 @@ Answer explainElement(const Session& session) {
     const std::vector<std::string>& names = session.arguments.items;
     if (names.size() != 2)
         return wrongNames("element", "two names, that of the page and the element's uuid or name");
-    return shown(session, "element",
-                 Explainer(session.arguments.root).element(names[0], names[1]),
+    return shown(session, "element", Explainer(session.arguments.root).element(names[0], names[1]),
                  "explain element --format json");
 }
 
@@ -236,10 +233,10 @@ Answer explainServer(const Session& session) {
             return wrongNames("server", wanted);
         type = number;
     }
-    return shown(session, "server",
-                 Explainer(session.arguments.root)
-                     .server(type, names.back(), session.arguments.gray),
-                 "dump servers");
+    return shown(
+        session, "server",
+        Explainer(session.arguments.root).server(type, names.back(), session.arguments.gray),
+        "dump servers");
 }
 
 Answer explainSetting(const Session& session) {
@@ -247,10 +244,10 @@ Answer explainSetting(const Session& session) {
     if (names.size() != 2 && names.size() != 3)
         return wrongNames("setting", "file, section and item; the file may be left out");
     const std::string file = names.size() == 3 ? names[0] : std::string(settingsFile);
-    return shown(session, "setting",
-                 Explainer(session.arguments.root)
-                     .setting(file, names[names.size() - 2], names.back()),
-                 "settings get");
+    return shown(
+        session, "setting",
+        Explainer(session.arguments.root).setting(file, names[names.size() - 2], names.back()),
+        "settings get");
 }
 
 Answer explainWebPage(const Session& session) {

@@ -100,9 +100,8 @@ std::string shownTemplates(const std::vector<TemplateSignature>& templates, cons
         for (const TemplateSignature::Slot& slot : signature.slots)
             name += "-{" + slot.group.value_or("") + "}";
         const bool isMost = signature.pages == std::numeric_limits<std::uint64_t>::max();
-        text += paint(Tone::page, printable(name)) + "  " +
-                (isMost ? "more than " : "") + std::to_string(signature.pages) +
-                (signature.pages == 1 ? " page  " : " pages  ") +
+        text += paint(Tone::page, printable(name)) + "  " + (isMost ? "more than " : "") +
+                std::to_string(signature.pages) + (signature.pages == 1 ? " page  " : " pages  ") +
                 paint(Tone::quiet, printable(placeOf(signature.place))) + "\n";
         for (const TemplateSignature::Slot& slot : signature.slots) {
             std::string line =

@@ -45,16 +45,17 @@ std::vector<xml::Element> withTemplates(Explanation& explanation, const Trace& t
     while (!pending.empty()) {
         const xml::Element section = pending.front();
         pending.pop_front();
-        for (const NameUse& use : trace.gathering().names()) {
-            if (use.row->names != Naming::eventTemplate || use.row->defines ||
-                use.element.parent() != section || !known.insert(std::string(use.value)).second)
+        for (const xml::Node& child : section.children()) {
+            const xml::Element include(child);
+            const std::string name(include.attribute("src").value_or(""));
+            if (!trace.isCounted(include, "src") || !known.insert(name).second)
                 continue;
             explanation.steps.push_back(
                 {Outcome::taken,
-                 trace.placeOf(use.element, "Template " + quoted(use.value) + " is included.")});
-            const xml::Element source = trace.addDefinitions(
-                explanation, trace.definitions(Naming::eventTemplate, use.value),
-                "template " + quoted(use.value));
+                 trace.placeOf(include, "Template " + quoted(name) + " is included.")});
+            const xml::Element source =
+                trace.addDefinitions(explanation, trace.definitions(Naming::eventTemplate, name),
+                                     "template " + quoted(name));
             if (source) {
                 sections.push_back(source);
                 pending.push_back(source);
@@ -107,8 +108,11 @@ Explanation Explainer::event(OptionalText group, OptionalText name) const {
             return explanation;
         }
         const std::vector<xml::Element> sections = withTemplates(explanation, trace, section);
+        std::set<TextPoint> begins;
+        for (const xml::Element& each : sections)
+            begins.insert(each.place().value_or(Place()).begin);
         const auto isInSections = [&](const xml::Element& element) {
-            return std::ranges::find(sections, element.parent()) != sections.end();
+            return begins.contains(element.parent().place().value_or(Place()).begin);
         };
         std::set<std::string> known;
         for (const NameUse& use : trace.gathering().names()) {

@@ -89,39 +89,62 @@ std::map<std::string, std::vector<std::string>, std::less<>> valuesByKey() {
     return byKey;
 }
 
-std::vector<TemplateSignature> signaturesOf(const TracedLayout& layout) {
-    const auto values = valuesByKey();
-    std::vector<TemplateSignature> signatures;
-    for (const PageTemplate& made : layout.loader.templates()) {
-        TemplateSignature& signature = signatures.emplace_back();
-        signature.name = made.name;
-        signature.pages = 1;
-        for (const auto& group : made.groups) {
-            TemplateSignature::Slot& slot = signature.slots.emplace_back();
-            slot.group = group;
-            std::set<std::string> known;
-            const auto add = [&](const std::string& argument) {
-                if (known.insert(argument).second)
-                    slot.arguments.push_back(argument);
-            };
-            for (const SlotMember& member :
-                 group ? layout.loader.slotMembers(*group) : std::vector<SlotMember>()) {
+/// What a page's name may give for the slots of each group.
+class SlotArguments {
+public:
+    explicit SlotArguments(const YGStyleConfigLoad& loader) : loader_(loader) {}
+
+    using List = std::shared_ptr<const std::vector<std::string>>;
+
+    const List& of(const std::optional<std::string>& group) {
+        const auto [known, isNew] = byGroup_.try_emplace(group.value_or(""));
+        if (!isNew)
+            return known->second;
+        auto made = std::make_shared<std::vector<std::string>>();
+        std::set<std::string> names;
+        const auto add = [&](const std::string& argument) {
+            if (names.insert(argument).second)
+                made->push_back(argument);
+        };
+        if (group) {
+            for (const SlotMember& member : loader_.slotMembers(*group)) {
                 if (member.name.find('-') == std::string::npos)
                     add(member.name);
-                const auto pattern = values.find(member.name);
-                for (const std::string& value :
-                     pattern == values.end() ? std::vector<std::string>() : pattern->second)
-                    add(value);
+                const auto pattern = values_.find(member.name);
+                if (pattern != values_.end())
+                    std::ranges::for_each(pattern->second, add);
             }
-            constexpr auto most = std::numeric_limits<std::uint64_t>::max();
-            const std::uint64_t count = slot.arguments.size();
+        }
+        known->second = std::move(made);
+        return known->second;
+    }
+
+private:
+    const YGStyleConfigLoad& loader_;
+    const std::map<std::string, std::vector<std::string>, std::less<>> values_ = valuesByKey();
+    std::map<std::string, List> byGroup_;
+};
+
+/// Of all templates, or of that of a name.
+std::vector<TemplateSignature> signaturesOf(const TracedLayout& layout,
+                                            const std::optional<std::string>& name = std::nullopt) {
+    constexpr auto most = std::numeric_limits<std::uint64_t>::max();
+    SlotArguments arguments(layout.loader);
+    std::vector<TemplateSignature> signatures;
+    for (const PageTemplate& made : layout.loader.templates()) {
+        if (name && made.name != *name)
+            continue;
+        TemplateSignature& signature = signatures.emplace_back();
+        signature.name = made.name;
+        signature.place = layout.trace.placeOf(made.element, "");
+        signature.pages = 1;
+        for (const auto& group : made.groups) {
+            const TemplateSignature::Slot& slot =
+                signature.slots.emplace_back(TemplateSignature::Slot{group, arguments.of(group)});
+            const std::uint64_t count = slot.arguments->size();
             signature.pages =
                 count != 0 && signature.pages > most / count ? most : signature.pages * count;
         }
-    }
-    for (TemplateSignature& signature : signatures) {
-        const xml::Element page = layout.loader.createXMLElementWithStyleName(signature.name);
-        signature.place = layout.trace.placeOf(page, "");
     }
     return signatures;
 }
@@ -210,37 +233,30 @@ void addCustomPage(Explanation& explanation, const TracedLayout& layout, const s
         const std::string group(around.empty() ? "" : around.back().attribute("name").value_or(""));
         place.message = "Group " + quoted(group) + " has no member " + quoted(finding.value) +
                         ", and no pattern of it serves this argument: the slot stays.";
-        std::vector<std::string> known;
-        for (const TemplateSignature& signature : signaturesOf(layout)) {
-            for (const TemplateSignature::Slot& slot : signature.slots) {
-                if (slot.group == group)
-                    known = slot.arguments;
-            }
-        }
-        addMissing(explanation, std::move(place), finding.value, known);
+        addMissing(explanation, std::move(place), finding.value,
+                   *SlotArguments(layout.loader).of(group));
     }
     if (page)
         explanation.from = counts;
 }
 
 void addSignature(Explanation& explanation, const TracedLayout& layout, const std::string& name) {
-    for (const TemplateSignature& signature : signaturesOf(layout)) {
-        if (signature.name != name)
-            continue;
+    for (const TemplateSignature& signature : signaturesOf(layout, name)) {
         std::string remark = "It is a template of custom pages, " + shownSignature(signature) +
                              ": " + counted(signature.pages, "page", "pages") + ".";
         for (const TemplateSignature::Slot& slot : signature.slots) {
             const std::string group = quoted(slot.group.value_or(""));
-            if (slot.arguments.empty()) {
+            const std::vector<std::string>& arguments = *slot.arguments;
+            if (arguments.empty()) {
                 remark += " The slot of group " + group + " would stay open.";
                 continue;
             }
             remark += " Group " + group + ": ";
             constexpr std::size_t most = 12;
-            for (std::size_t at = 0; at < slot.arguments.size() && at < most; ++at)
-                remark += (at == 0 ? "" : ", ") + slot.arguments[at];
-            remark += slot.arguments.size() > most
-                          ? " and " + std::to_string(slot.arguments.size() - most) + " more."
+            for (std::size_t at = 0; at < arguments.size() && at < most; ++at)
+                remark += (at == 0 ? "" : ", ") + arguments[at];
+            remark += arguments.size() > most
+                          ? " and " + std::to_string(arguments.size() - most) + " more."
                           : ".";
         }
         explanation.remarks.push_back(std::move(remark));

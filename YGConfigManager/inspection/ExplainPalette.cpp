@@ -164,7 +164,7 @@ Explanation Explainer::color(OptionalText key, std::int8_t paletteStyle) const {
         const YGPaletteLoad& loader = *palette.loader;
         const Color color = loader.getCustomColor(key);
         explanation.answer = color;
-        if (!addKey(explanation, palette, "color", Naming::colorKey, Naming::color, *key,
+        if (!addKey(explanation, palette, "colour", Naming::colorKey, Naming::color, *key,
                     loader.keyColorNames(), loader.customColors())) {
             explanation.substitute = "red";
         } else {
@@ -181,7 +181,7 @@ Explanation Explainer::color(OptionalText key, std::int8_t paletteStyle) const {
                                       " theme it is " +
                                       (name && other.loader->customColors().contains(*name)
                                            ? shownColor(other.loader->getCustomColor(key))
-                                           : "red, the substitute for a missing color") +
+                                           : "red, the substitute for a missing colour") +
                                       ".");
         return explanation;
     });

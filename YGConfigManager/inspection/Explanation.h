@@ -69,8 +69,10 @@ struct Explanation {
 /// A style that custom pages can be made of.
 struct TemplateSignature {
     struct Slot {
-        std::optional<std::string> group;    ///< absent when the slot names none
-        std::vector<std::string> arguments;  ///< what a page's name may give; empty: stays open
+        std::optional<std::string> group;  ///< absent when the slot names none
+        /// What a page's name may give; the slot stays open when there is none. Never null, and the
+        /// same list for all slots of a group.
+        std::shared_ptr<const std::vector<std::string>> arguments;
     };
     std::string name;
     RootPlace place;

@@ -2,7 +2,8 @@
 #include "YGConfigManager/inspection/Trace.h"
 
 #include <algorithm>
-#include <set>
+#include <cctype>
+#include <iterator>
 
 #include "YGConfigManager/diagnostics/Reporter.h"
 #include "YGConfigManager/inspection/Loaded.h"
@@ -21,15 +22,15 @@ bool isWithin(const Place& inner, const Place& outer) {
            inner.end <= outer.end;
 }
 
-/// The names of server entries are a list, though each of them is a text, and types are numbers.
-bool names(const AttributeInfo& row, std::string_view value, std::string_view name) {
+/// The names in a value: those of server entries are a list, though each of them is a text, and
+/// types are numbers.
+void forEachName(const AttributeInfo& row, std::string_view value, const auto& visit) {
     if (row.names == Naming::serverType)
-        return std::to_string(text::leadingInt32(value)) == name;
-    if (row.names != Naming::server)
-        return value == name;
-    bool isFound = false;
-    forEachItem(value, [&](std::string_view each) { isFound = isFound || each == name; });
-    return isFound;
+        visit(std::to_string(text::leadingInt32(value)));
+    else if (row.names == Naming::server)
+        forEachItem(value, visit);
+    else
+        visit(value);
 }
 
 /// The format whose root is of this name and that defines such names; null when there is none.
@@ -47,10 +48,10 @@ const FormatInfo* formatWith(std::string_view rootName, Naming kind) {
     return nullptr;
 }
 
-/// Calls `visit(element, attribute)` for each definition of the name, where the format has none,
+/// Calls `visit(element, row, value)` for each definition of the kind, where the format has none,
 /// too. Documents nest 256 levels at the most.
 void forEachDefinition(const xml::Element& element, const ElementInfo* info, Naming kind,
-                       std::string_view name, const auto& visit) {
+                       const auto& visit) {
     for (const xml::Attribute attribute : element.attributes()) {
         const AttributeInfo* row = nullptr;
         if (info) {
@@ -60,13 +61,13 @@ void forEachDefinition(const xml::Element& element, const ElementInfo* info, Nam
         } else {
             row = attributeRow(element.name(), attribute.name);
         }
-        if (row && row->defines && row->names == kind && names(*row, attribute.value, name))
-            visit(element, row->name);
+        if (row && row->defines && row->names == kind)
+            visit(element, *row, attribute.value);
     }
     for (const xml::Node& child : element.children()) {
         if (child.isElement())
             forEachDefinition(xml::Element(child), info ? infoIn(*info, child.name()) : nullptr,
-                              kind, name, visit);
+                              kind, visit);
     }
 }
 
@@ -88,44 +89,94 @@ void Trace::filled(const xml::Element& slot, std::string_view argument, const xm
     fillings_.push_back({slot, std::string(argument), panel, std::string(wildcard)});
 }
 
+const Trace::Reported& Trace::reported() const {
+    const std::vector<Found>& all = gathering_.found();
+    if (reported_.found == all.size())
+        return reported_;
+    reported_ = {all.size(), {}, {}};
+    for (const Found& found : all) {
+        const Finding& finding = found.finding;
+        if (finding.rule.handling == Handling::dropped && finding.extent.begin.line != 0) {
+            const Found*& known = reported_.dropped[{finding.extent.file, finding.extent.begin}];
+            if (!known || known->finding.extent.end < finding.extent.end)
+                known = &found;
+        }
+        for (const RelatedPlace& related : finding.related) {
+            if (finding.rule.handling == Handling::replaced && related.meaning == earlierDefinition)
+                reported_.replaced.emplace(Spot(related.place.file, related.place.begin), &found);
+        }
+    }
+    const Found* widest = nullptr;
+    for (auto& [spot, found] : reported_.dropped) {
+        if (widest && widest->finding.extent.file == spot.first &&
+            widest->finding.extent.end > found->finding.extent.end)
+            found = widest;
+        widest = found;
+    }
+    return reported_;
+}
+
+bool Trace::isCounted(const xml::Element& element, std::string_view attribute) const {
+    const std::vector<NameUse>& names = gathering_.names();
+    for (; countedNames_ < names.size(); ++countedNames_) {
+        const NameUse& use = names[countedNames_];
+        if (const auto point = use.element.attributePoint(use.row->name))
+            counted_.emplace(point->file, point->offset);
+    }
+    const auto point = element.attributePoint(attribute);
+    return point && counted_.contains({point->file, point->offset});
+}
+
 Trace::Definition Trace::judged(const xml::Element& element, std::string_view attribute) const {
     Definition definition{element, attribute};
     const Place whole = element.place().value_or(Place());
     const Place tag = element.tagPlace().value_or(Place());
-    for (const Found& found : gathering_.found()) {
-        const Finding& finding = found.finding;
-        const bool isDropped =
-            finding.rule.handling == Handling::dropped && isWithin(whole, finding.extent);
-        // Of several later definitions the last takes the place of all.
-        const bool isReplaced =
-            finding.rule.handling == Handling::replaced &&
-            std::ranges::any_of(finding.related, [&](const RelatedPlace& related) {
-                return related.meaning == earlierDefinition &&
-                       (isWithin(related.place, tag) || related.place == whole);
-            });
-        if (isDropped || isReplaced)
-            definition.loss = &found;
+    const Reported& known = reported();
+    const auto behind = known.dropped.upper_bound(Spot(whole.file, whole.begin));
+    if (behind != known.dropped.begin()) {
+        const Found* const dropped = std::prev(behind)->second;
+        if (isWithin(whole, dropped->finding.extent))
+            definition.loss = dropped;
     }
-    definition.counts =
-        !definition.loss &&
-        (attribute.empty() || std::ranges::any_of(gathering_.names(), [&](const NameUse& use) {
-             return use.element == element && use.row->name == attribute;
-         }));
+    // Of several later definitions the last takes the place of all.
+    const auto end = known.replaced.lower_bound(Spot(tag.file, tag.end));
+    for (auto at = known.replaced.lower_bound(Spot(tag.file, tag.begin)); at != end; ++at)
+        definition.loss = at->second;
+    definition.counts = !definition.loss && (attribute.empty() || isCounted(element, attribute));
     return definition;
+}
+
+const Trace::ByName& Trace::writtenOf(Naming kind) const {
+    const auto [known, isNew] = written_.try_emplace(kind);
+    ByName& byName = known->second;
+    if (!isNew)
+        return byName;
+    for (const auto& [path, parsed] : parsed_) {
+        const xml::Element root = parsed.document.root();
+        const FormatInfo* const format = formatWith(root.name(), kind);
+        forEachDefinition(
+            root, format ? &format->root : nullptr, kind,
+            [&](const xml::Element& element, const AttributeInfo& row, std::string_view value) {
+                forEachName(row, value, [&](std::string_view name) {
+                    const auto found = byName.try_emplace(std::string(name)).first;
+                    found->second.push_back({element, row.name});
+                });
+            });
+    }
+    return byName;
 }
 
 std::vector<Trace::Definition> Trace::definitions(
     Naming kind, std::string_view name,
     const std::function<bool(const xml::Element&)>& isAsked) const {
     std::vector<Definition> all;
-    for (const auto& [path, parsed] : parsed_) {
-        const xml::Element root = parsed.document.root();
-        const FormatInfo* const format = formatWith(root.name(), kind);
-        forEachDefinition(root, format ? &format->root : nullptr, kind, name,
-                          [&](const xml::Element& element, std::string_view attribute) {
-                              if (!isAsked || isAsked(element))
-                                  all.push_back(judged(element, attribute));
-                          });
+    const ByName& byName = writtenOf(kind);
+    const auto found = byName.find(name);
+    if (found == byName.end())
+        return all;
+    for (const Written& written : found->second) {
+        if (!isAsked || isAsked(written.element))
+            all.push_back(judged(written.element, written.attribute));
     }
     return all;
 }

@@ -6,7 +6,9 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -63,6 +65,9 @@ public:
     /// What becomes of an element that could define something.
     Definition judged(const xml::Element& element, std::string_view attribute) const;
 
+    /// Whether an attribute with a name in it counts.
+    bool isCounted(const xml::Element& element, std::string_view attribute) const;
+
     /// The names that count, of a kind, that are defined.
     std::vector<std::string> namesOf(Naming kind) const;
 
@@ -97,10 +102,36 @@ public:
     void addUnreadFiles(Explanation& explanation) const;
 
 private:
+    /// Where something begins: a path and a point.
+    using Spot = std::pair<std::string_view, TextPoint>;
+
+    /// What was reported, so that each definition is judged without a look at all of it.
+    struct Reported {
+        std::size_t found = 0;  ///< how many findings it is made of
+        /// What was dropped, by where it begins: of all that begin there or before, in the same
+        /// file, the one that ends last.
+        std::map<Spot, const Found*> dropped;
+        std::multimap<Spot, const Found*> replaced;  ///< by the earlier definition
+    };
+    const Reported& reported() const;
+
+    /// Of a kind, by the names, in the order of loading.
+    struct Written {
+        xml::Element element;
+        std::string_view attribute;
+    };
+    using ByName = std::map<std::string, std::vector<Written>, std::less<>>;
+    const ByName& writtenOf(Naming kind) const;
+
     Gathering gathering_;
     SourceFiles files_;
     std::vector<std::pair<std::string, xml::ParseResult>> parsed_;
     std::vector<Filling> fillings_;
+    mutable Reported reported_;
+    mutable std::map<Naming, ByName> written_;
+    /// The attributes that count, by file and offset.
+    mutable std::set<std::pair<std::string_view, std::size_t>> counted_;
+    mutable std::size_t countedNames_ = 0;  ///< how many names these are
 };
 
 /// A step about what is not there, with the nearest name of those known.

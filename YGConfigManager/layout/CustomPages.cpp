@@ -150,6 +150,7 @@ std::vector<PageTemplate> YGStyleConfigLoad::templates() const {
                     continue;
                 PageTemplate& made = found.emplace_back();
                 made.name = *name;
+                made.element = style;
                 for (const xml::Element& slot : slots)
                     made.groups.emplace_back(slot.attribute("name"));
                 made.size = sizeOf(extentOf(style));

@@ -44,6 +44,7 @@ using MagicPanelMap = RecordMap<std::shared_ptr<const PanelMap>>;
 /// about the bytes of its XML, for callers that build many pages.
 struct PageTemplate {
     std::string name;
+    xml::Element element;
     std::vector<std::optional<std::string>> groups;  ///< of its slots in order; absent for none
     std::size_t size = 0;
 };

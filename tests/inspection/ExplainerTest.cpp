@@ -230,14 +230,15 @@ TEST(ExplainedColor, GoesFromTheKeyThroughTheNameToTheValue) {
               {"storage/palette_black.xml", palette("")}});
     const Explanation explanation = asked.explainer().color("k", 0);
     EXPECT_EQ(fromOf(explanation), "storage/palette_white.xml:2:10");
-    EXPECT_THAT(stepsOf(explanation),
-                ElementsAre("taken storage/palette_white.xml:3:19 Color key 'k' in the shipped "
-                            "file counts.",
-                            "taken storage/palette_white.xml:2:10 Color 'text' in the shipped file "
-                            "counts."));
+    EXPECT_THAT(
+        stepsOf(explanation),
+        ElementsAre("taken storage/palette_white.xml:3:19 Colour key 'k' in the shipped "
+                    "file counts.",
+                    "taken storage/palette_white.xml:2:10 Colour 'text' in the shipped file "
+                    "counts."));
     EXPECT_THAT(explanation.remarks,
                 ElementsAre("In the light theme it is #090909, alpha 1.",
-                            "In the dark theme it is red, the substitute for a missing color."));
+                            "In the dark theme it is red, the substitute for a missing colour."));
 
     const Explanation substitute = asked.explainer().color("bad", 0);
     EXPECT_EQ(substitute.substitute, "red");
@@ -367,8 +368,8 @@ TEST(Templates, HaveTheArgumentsThatTheirSlotsTake) {
     EXPECT_EQ(templates[0].name, "p");
     EXPECT_EQ(at(templates[0].place), "config/custompage_template.xml:1:9");
     EXPECT_EQ(templates[0].pages, 0U);
-    EXPECT_THAT(templates[0].slots.at(0).arguments, ElementsAre("S", "1", "4"));
-    EXPECT_THAT(templates[0].slots.at(1).arguments, IsEmpty());
+    EXPECT_THAT(*templates[0].slots.at(0).arguments, ElementsAre("S", "1", "4"));
+    EXPECT_THAT(*templates[0].slots.at(1).arguments, IsEmpty());
     EXPECT_EQ(templates[1].pages, 3U);
 }
 

@@ -106,11 +106,11 @@ std::string shownTemplates(const std::vector<TemplateSignature>& templates, cons
         for (const TemplateSignature::Slot& slot : signature.slots) {
             std::string line =
                 slot.group ? "{" + *slot.group + "}" : std::string("a slot without a group");
-            if (slot.arguments.empty()) {
+            if (slot.arguments->empty()) {
                 line += ": nothing serves it, so the slot stays open.";
             } else {
-                for (std::size_t at = 0; at < slot.arguments.size(); ++at)
-                    line += (at == 0 ? ": " : ", ") + slot.arguments[at];
+                for (std::size_t at = 0; at < slot.arguments->size(); ++at)
+                    line += (at == 0 ? ": " : ", ") + (*slot.arguments)[at];
             }
             addFolded(text, line, paint.columns(), 4);
         }

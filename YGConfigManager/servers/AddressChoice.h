@@ -114,7 +114,7 @@ public:
     std::string_view draw(RandomSource& random) const;
 
     /// Calls `visit` with each host, in the order of the list, and 0; then with each answer that
-    /// can be drawn and how many of the random numbers lead to it.
+    /// has remainders, and how many of the random numbers lead to it.
     template <class Visit>
     void forEachAnswer(Visit&& visit) const {
         if (total_ == 0)
@@ -122,15 +122,13 @@ public:
         for (const auto& [host, runningTotal] : totals_)
             visit(host, 0);
         std::uint64_t below = 0;
-        const auto visitUpTo = [&](std::string_view answer, std::uint64_t end) {
-            const std::uint64_t all = remaindersBelow(end, total_, randomNumbers);
-            if (all > below)
-                visit(answer, all - below);
-            below = all;
-        };
-        for (const Range& range : ranges_)
-            visitUpTo(range.host, range.end);
-        visitUpTo("", total_);
+        for (const Range& range : ranges_) {
+            const std::uint64_t end = remaindersBelow(range.end, total_, randomNumbers);
+            visit(range.host, end - below);
+            below = end;
+        }
+        if (ranges_.empty() || ranges_.back().end < total_)
+            visit("", randomNumbers - below);
     }
 
 private:

@@ -18,6 +18,7 @@
 #include <gtest/gtest.h>
 
 #include "YGConfigManager/servers/AddressChoice.h"
+#include "YGConfigManager/servers/AddressShares.h"
 #include "YGConfigManager/servers/YGServerAddrListTag.h"
 #include "YGConfigManager/text/Format.h"
 
@@ -341,6 +342,31 @@ TEST(WeightedChoice, TakesTimeInProportionForHostsOfOneHash) {
     ScriptedRandomSource random;
     random.legacyNumbers = {0};
     EXPECT_EQ(choose(items, random).size(), 16u);
+}
+
+// The table ends when one bucket is full, so that the numbers of the hosts behind have no host.
+TEST(WeightedChoice, HasAShareWithoutHostForHostsOfOneHash) {
+    std::string addrs;
+    for (std::uint64_t i = 0, count = 0; count < 100; ++i) {
+        const std::string host = hostOfOneHash(i);
+        if (host.find_first_of(":;") != std::string::npos)
+            continue;
+        addrs += (count++ == 0 ? "1:" : ";1:") + host;
+    }
+    const std::vector<AddressShare> shares = addressShares(addrs, AddressRule::weighted);
+    ASSERT_EQ(shares.size(), 101u);
+    EXPECT_EQ(shares.back().address, "");
+    Items items;
+    forEachItem(addrs, [&](std::string_view item) { items.emplace_back(item); });
+    std::uint64_t without = 0;
+    ScriptedRandomSource random;
+    for (int number = 0; number < 100; ++number) {
+        random.legacyNumbers = {number};
+        without += choose(items, random).empty();
+    }
+    EXPECT_GT(without, 0u);
+    // 48 numbers are left behind the last whole hundred, too few to reach these.
+    EXPECT_EQ(shares.back().numbers, without * 21'474'836);
 }
 
 TEST(WeightedChoice, DrawsFromRand) {

@@ -327,7 +327,7 @@ TEST(WorstLoad, IsThatOfTheExactDistribution) {
                 << choices << ' ' << numbers;
         }
     }
-    for (const std::uint64_t numbers : {1, 10, 500, 990, 999}) {
+    for (const unsigned numbers : {1U, 10U, 500U, 990U, 999U}) {
         const AddressShare share{"a", numbers, 1000};
         EXPECT_EQ(worstLoad(share, 1500), worstOfAll(share, 1500)) << numbers;
     }
@@ -352,7 +352,7 @@ std::uint64_t worstByGamma(const AddressShare& share, std::uint64_t choices) {
 }
 
 TEST(WorstLoad, IsAtMostOneOffForLargeFleets) {
-    for (const std::uint64_t numbers : {1, 70, 333, 500, 930, 999}) {
+    for (const unsigned numbers : {1U, 70U, 333U, 500U, 930U, 999U}) {
         const AddressShare share{"a", numbers, 1000};
         const double variance = share.chance() * (1 - share.chance());
         // On both sides of where the method changes.

@@ -2,7 +2,6 @@
 //
 // Whole runs of simulate servers.
 #include <cstdint>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -152,7 +151,8 @@ TEST(SimulateServers, DrawsAFleetOnRequest) {
          {std::vector<std::string>{"--simulate"}, {"--simulate", "--weighted"}}) {
         std::vector<std::string> all{"--clients", "500", "--reloads", "4"};
         all.insert(all.end(), options.begin(), options.end());
-        for (const json& group : simulated(all).at("groups")) {
+        const json answer = simulated(all);
+        for (const json& group : answer.at("groups")) {
             for (const json& entry : group.at("entries")) {
                 const json& now = entry.at("now");
                 std::uint64_t drawn = 0;

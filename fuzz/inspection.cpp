@@ -1,16 +1,23 @@
 // SPDX-License-Identifier: MIT
 //
-// Bytes as a root of several small files, inspected as a whole. Each file begins with a line that
-// names it, and a line "=====" stands between two files.
+// Bytes as a root of several small files, inspected as a whole, with explanations of some of the
+// names in it. Each file begins with a line that names it, and a line "=====" stands between two
+// files.
 #include "YGConfigManager/inspection/Inspection.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
+#include <memory>
 #include <stdlib.h>
 #include <string>
 #include <string_view>
 
+#include "YGConfigManager/files/UnsavedTexts.h"
 #include "YGConfigManager/host/Host.h"
+#include "YGConfigManager/host/HostOfThread.h"
+#include "YGConfigManager/inspection/Explanation.h"
+#include "YGConfigManager/inspection/InspectionHost.h"
 #include "YGConfigManager/text/Utf8.h"
 
 #include "Target.h"
@@ -87,6 +94,53 @@ void lookAt(const Inspection& inspection, const RootFinding& finding, bool hasZe
             "the line of a finding can be shown");
 }
 
+void lookAt(const Explanation& explanation) {
+    require(explanation.from.has_value() != explanation.substitute.has_value(),
+            "an answer has a place, and a substitute has none");
+    for (const ExplanationStep& step : explanation.steps)
+        require(
+            !step.place.message.empty() && step.place.begin.line > 0 && step.place.begin.column > 0,
+            "a step says something about a place");
+}
+
+/// Some of the names in the root, a few of each kind, and one that is hardly there.
+void explainNames(const std::string& root, const Inspection& inspection) {
+    constexpr std::size_t most = 3;
+    const Explainer explainer(root);
+    std::map<Naming, std::size_t> asked;
+    const auto explain = [&](Naming kind, const std::string& name) {
+        switch (kind) {
+            case Naming::style:
+                lookAt(explainer.panel(name, "main"));
+                return lookAt(explainer.style(name));
+            case Naming::command:
+                return lookAt(explainer.command(name));
+            case Naming::eventGroup:
+                return lookAt(explainer.event(name, "select"));
+            case Naming::colorKey:
+                return lookAt(explainer.color(name, 0));
+            case Naming::fontKey:
+                return lookAt(explainer.font(name, 1));
+            case Naming::image:
+                return lookAt(explainer.image(name, 0));
+            case Naming::server:
+                return lookAt(explainer.server(std::nullopt, name, false));
+            case Naming::webPage:
+                return lookAt(explainer.webPage("web_page_urls.xml", name));
+            default:
+                return;
+        }
+    };
+    for (const NamePlace& name : inspection.names()) {
+        if (asked[name.kind]++ < most)
+            explain(name.kind, name.name);
+    }
+    lookAt(explainer.style("quote-SH01-depth"));
+    lookAt(explainer.requestUrl("quote"));
+    for (const TemplateSignature& signature : explainer.templates())
+        require(signature.place.begin.line > 0, "a template is at a place");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -102,5 +156,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         lookAt(*one, finding, std::find(data, data + size, 0) != data + size);
     for (const NamePlace& name : one->names())
         require(name.begin.line > 0 && name.begin <= name.end, "a name is at a place");
+    files::UnsavedTexts unsaved;
+    for (const auto& [name, text] : options.unsaved)
+        unsaved.emplace(folder.path() + "/" + name, text);
+    const files::UnsavedTextsScope scope(unsaved);
+    const HostOfThread host(std::make_shared<InspectionHost>(folder.path()));
+    explainNames(folder.path(), *one);
     return 0;
 }

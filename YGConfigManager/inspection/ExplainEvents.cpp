@@ -50,6 +50,13 @@ std::vector<xml::Element> withTemplates(Explanation& explanation, const Trace& t
             const std::string name(include.attribute("src").value_or(""));
             if (!trace.isCounted(include, "src") || !known.insert(name).second)
                 continue;
+            if (const Found* const unknown = trace.unresolved(include, "src")) {
+                explanation.steps.push_back(
+                    {Outcome::missing,
+                     trace.placeOf(include, "Template " + quoted(name) + " is not included. " +
+                                                std::string(unknown->finding.rule.meaning))});
+                continue;
+            }
             explanation.steps.push_back(
                 {Outcome::taken,
                  trace.placeOf(include, "Template " + quoted(name) + " is included.")});
@@ -80,6 +87,7 @@ Explanation Explainer::command(OptionalText name) const {
         if (answer) {
             explanation.answer = std::shared_ptr<const YGCommandData>(answer);
             explanation.from = trace.placeOf(taken, "");
+            trace.addUnreadFiles(explanation);
             return explanation;
         }
         explanation.substitute = "null";
@@ -125,6 +133,7 @@ Explanation Explainer::event(OptionalText group, OptionalText name) const {
         if (answer) {
             explanation.answer = std::shared_ptr<const YGEventData>(answer);
             explanation.from = trace.placeOf(taken, "");
+            trace.addUnreadFiles(explanation);
             return explanation;
         }
         explanation.substitute = "null";

@@ -179,7 +179,15 @@ void addCustomPage(Explanation& explanation, const TracedLayout& layout, const s
     }
     const auto counts = trace.placeOf(source, "");
     const Place whole = source.place().value_or(Place());
-    for (const Trace::Definition& each : trace.definitions(Naming::style, front)) {
+    explanation.remarks.emplace_back(
+        "No page of this name is stored. Templates are looked for in the soft-optimize file, then "
+        "in "
+        "the main file.");
+    std::vector<Trace::Definition> sources = trace.definitions(Naming::style, front);
+    std::ranges::stable_partition(sources, [&](const Trace::Definition& each) {
+        return trace.placeOf(each.element, "").file.starts_with("soft_optimize/");
+    });
+    for (const Trace::Definition& each : sources) {
         RootPlace place = trace.placeOf(each.element, "");
         if (place.file == "config/tab_styles.xml")
             continue;
@@ -298,11 +306,11 @@ void explainPage(TracedPage& page, OptionalText asked) {
         if (place.file == "config/tab_styles.xml")
             explanation.steps.push_back({Outcome::lost, std::move(place)});
     }
-    if (!page.style) {
+    if (!page.style)
         explanation.substitute = "null";
-        trace.addUnreadFiles(explanation);
+    trace.addUnreadFiles(explanation);
+    if (!page.style)
         return;
-    }
     explanation.answer = page.style;
     if (name.find('-') == std::string::npos)
         addSignature(explanation, layout, name);

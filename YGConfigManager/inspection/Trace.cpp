@@ -93,7 +93,7 @@ const Trace::Reported& Trace::reported() const {
     const std::vector<Found>& all = gathering_.found();
     if (reported_.found == all.size())
         return reported_;
-    reported_ = {all.size(), {}, {}};
+    reported_ = {all.size(), {}, {}, {}};
     for (const Found& found : all) {
         const Finding& finding = found.finding;
         if (finding.rule.handling == Handling::dropped && finding.extent.begin.line != 0) {
@@ -101,6 +101,8 @@ const Trace::Reported& Trace::reported() const {
             if (!known || known->finding.extent.end < finding.extent.end)
                 known = &found;
         }
+        if (finding.rule.handling == Handling::unresolved)
+            reported_.unresolved.emplace(Spot(finding.place.file, finding.place.begin), &found);
         for (const RelatedPlace& related : finding.related) {
             if (finding.rule.handling == Handling::replaced && related.meaning == earlierDefinition)
                 reported_.replaced.emplace(Spot(related.place.file, related.place.begin), &found);
@@ -114,6 +116,15 @@ const Trace::Reported& Trace::reported() const {
         widest = found;
     }
     return reported_;
+}
+
+const Found* Trace::unresolved(const xml::Element& element, std::string_view attribute) const {
+    const Place place = element.attributePlace(attribute).value_or(Place());
+    const Reported& known = reported();
+    const auto found = known.unresolved.lower_bound(Spot(place.file, place.begin));
+    const bool isThere = found != known.unresolved.end() && found->first.first == place.file &&
+                         found->first.second < place.end;
+    return isThere ? found->second : nullptr;
 }
 
 bool Trace::isCounted(const xml::Element& element, std::string_view attribute) const {
@@ -280,7 +291,8 @@ void Trace::addUnreadFiles(Explanation& explanation) const {
             finding.attribute.empty() && (!mayBeMissing || files_.file(name).isRead()) &&
             known.insert(name).second)
             explanation.steps.push_back(
-                {ExplanationStep::Outcome::missing,
+                {explanation.substitute ? ExplanationStep::Outcome::missing
+                                        : ExplanationStep::Outcome::lost,
                  place(finding.place, "This file cannot be read: " + messageOf(found))});
     }
 }

@@ -98,8 +98,13 @@ public:
     xml::Element addDefinitions(Explanation& explanation, std::span<const Definition> definitions,
                                 const std::string& what) const;
 
-    /// Steps for files that could not be read, each once.
+    /// Steps for files that could not be read, each once; those that may be missing only if they
+    /// are there. They are missing when there is no answer, and lost otherwise.
     void addUnreadFiles(Explanation& explanation) const;
+
+    /// What is reported about a name that an attribute refers to and that is not known there; null
+    /// when it is.
+    const Found* unresolved(const xml::Element& element, std::string_view attribute) const;
 
 private:
     /// Where something begins: a path and a point.
@@ -112,6 +117,7 @@ private:
         /// file, the one that ends last.
         std::map<Spot, const Found*> dropped;
         std::multimap<Spot, const Found*> replaced;  ///< by the earlier definition
+        std::map<Spot, const Found*> unresolved;
     };
     const Reported& reported() const;
 

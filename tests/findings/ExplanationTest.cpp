@@ -190,9 +190,10 @@ private:
             }
         });
         for (const auto& [type, name] : servers)
-            questions_.push_back({"server " + std::to_string(type) + " " + name,
-                                  [=, this] { return explainer_.server(type, name, false); },
-                                  nullptr});
+            questions_.push_back(
+                {"server " + std::to_string(type) + " " + name,
+                 [this, type = type, name = name] { return explainer_.server(type, name, false); },
+                 nullptr});
     }
 
     std::string root_;

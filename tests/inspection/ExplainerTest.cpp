@@ -64,6 +64,10 @@ constexpr const char* mainFile = "config/custompage_template.xml";
 constexpr const char* softFile = "soft_optimize/custompage_template.xml";
 constexpr const char* magicFile = "config/magic_panels.xml";
 
+std::string palette(const std::string& sections) {
+    return "<ROOT><SWPALETTE>\n" + sections + "</SWPALETTE></ROOT>";
+}
+
 TEST(ExplainedStyle, OfTheSoftOptimizeFileReplacesThatOfTheMainFile) {
     const Asked asked(Files{{mainFile, "<styles><style name='a'/></styles>"},
                             {softFile, "<styles>\n<style name='a' layer='2'/></styles>"}});
@@ -204,6 +208,48 @@ TEST(ExplainedEvent, OfAnIncludedTemplateLosesToThatOfTheGroup) {
                             "taken config/events.xml:3:1 Event 'select' counts."));
 }
 
+TEST(ExplainedEvent, IsMissingFromATemplateThatIsDefinedBelowItsUse) {
+    const Asked asked(
+        Files{{"config/events.xml",
+               "<event_list><event_template name='a'><include src='b'/><event name='x'/>"
+               "</event_template>\n<event_template name='b'><event name='select'/>"
+               "</event_template>\n<element_event name='g'><include src='a'/></element_event>"
+               "</event_list>"}});
+    const Explanation explanation = asked.explainer().event("g", "select");
+    EXPECT_EQ(explanation.substitute, "null");
+    EXPECT_THAT(stepsOf(explanation),
+                ElementsAre("taken config/events.xml:3:1 Event group 'g' counts.",
+                            "taken config/events.xml:3:25 Template 'a' is included.",
+                            "taken config/events.xml:1:13 Template 'a' counts.",
+                            "missing config/events.xml:1:38 Template 'b' is not included. No "
+                            "template of this name that has an event ends above this include.",
+                            "missing config/events.xml:3:1 Group 'g' has no event 'select'."));
+}
+
+TEST(ExplainedStyle, SaysThatTheSoftOptimizeFileCannotBeRead) {
+    const Asked asked(Files{{mainFile, "<styles><style name='a'/></styles>"},
+                            {softFile, "<styles><style name='a' layer='2'/>"}});
+    const Explanation explanation = asked.explainer().style("a");
+    EXPECT_EQ(fromOf(explanation), "config/custompage_template.xml:1:9");
+    EXPECT_THAT(stepsOf(explanation),
+                ElementsAre("taken config/custompage_template.xml:1:9 Style 'a' in the main file "
+                            "counts.",
+                            ::testing::StartsWith("lost soft_optimize/custompage_template.xml:1:36 "
+                                                  "This file cannot be read: ")));
+}
+
+TEST(ExplainedColor, OfASecondSectionIsNotRead) {
+    const Asked asked(
+        Files{{"storage/palette_white.xml",
+               palette("<COLORES><C NAME='text' R='1' G='1' B='1'/></COLORES><COLORES>"
+                       "<C NAME='text' R='2' G='2' B='2'/></COLORES><APP_MAP><COLORES>"
+                       "<C KEY='k' VALUE='text'/></COLORES></APP_MAP>")}});
+    EXPECT_THAT(stepsOf(asked.explainer().color("k", 0)),
+                ::testing::Contains("lost storage/palette_white.xml:2:63 Colour 'text' in the "
+                                    "shipped file does not count here. Of several sections only "
+                                    "the first is read."));
+}
+
 TEST(ExplainedCommand, LaterDefinitionWins) {
     const Asked asked(Files{{"config/events.xml",
                              "<event_list><command_event><command name='c'/>\n<command name='c' "
@@ -216,10 +262,6 @@ TEST(ExplainedCommand, LaterDefinitionWins) {
                             "it is in.",
                             "taken config/events.xml:2:1 Command 'c' counts."));
     EXPECT_EQ(asked.explainer().command("d").substitute, "null");
-}
-
-std::string palette(const std::string& sections) {
-    return "<ROOT><SWPALETTE>\n" + sections + "</SWPALETTE></ROOT>";
 }
 
 TEST(ExplainedColor, GoesFromTheKeyThroughTheNameToTheValue) {

@@ -16,6 +16,7 @@
 #include "YGConfigManager/host/NotificationCenter.h"
 #include "YGConfigManager/host/StandAloneHost.h"
 #include "YGConfigManager/host/YGFrameComFun.h"
+#include "YGConfigManager/inspection/Explanation.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 #include "YGConfigManager/records/RecordMap.h"
@@ -224,6 +225,19 @@ TEST_F(NullTextOfALoader, IsNoEventNoColourAndNoServer) {
     EXPECT_EQ(palette->getCustomFont(nullText).pointSize(), 12);
     EXPECT_FALSE(palette->getCustomImage(nullText));
     EXPECT_FALSE(palette->getImageByScale(nullText, 0, 1));
+    const Explainer explainer(nullText);
+    EXPECT_EQ(explainer.style(nullText).substitute, "null");
+    EXPECT_EQ(explainer.panel(nullText, nullText).substitute, "null");
+    EXPECT_EQ(explainer.element(nullText, nullText).substitute, "null");
+    EXPECT_EQ(explainer.event(nullText, nullText).substitute, "null");
+    EXPECT_EQ(explainer.command(nullText).substitute, "null");
+    EXPECT_EQ(explainer.color(nullText, 0).substitute, "red");
+    EXPECT_EQ(explainer.font(nullText, 0).substitute, "the system font");
+    EXPECT_EQ(explainer.image(nullText, 0).substitute, "null");
+    EXPECT_EQ(explainer.server(1, nullText, false).substitute, "null");
+    EXPECT_EQ(explainer.setting(nullText, nullText, nullText).substitute, "null");
+    EXPECT_EQ(explainer.webPage(nullText, nullText).substitute, "null");
+    EXPECT_EQ(explainer.requestUrl(nullText).substitute, "null");
     EXPECT_TRUE(addressShares(nullText).empty());
     EXPECT_EQ(withoutAddress(nullText, nullText), "");
     const auto servers = YGServerCfgLoader::initWithIsGray(false);

@@ -49,6 +49,7 @@ struct Arguments {
     bool writeBaseline = false;           ///< --write-baseline
     bool rules = false;                   ///< --rules
     std::optional<std::string> rule;      ///< --rule, a rule's name
+    bool git = false;                     ///< --git
 
     std::string file;                ///< FILE, a name in the storage
     std::string section;             ///< SECTION

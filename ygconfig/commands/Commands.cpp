@@ -43,7 +43,7 @@ std::vector<Command> commandsOfAllSubjects() {
     for (const std::span<const Command> subject :
          {std::span<const Command>(groups), layoutCommands(), eventCommands(), paletteCommands(),
           serverCommands(), settingsCommands(), webPageCommands(), requestUrlCommands(),
-          chooseCommands(), lintCommands(), checkDeliveryCommands()})
+          chooseCommands(), lintCommands(), checkDeliveryCommands(), diffCommands()})
         all.insert(all.end(), subject.begin(), subject.end());
     return all;
 }

@@ -54,6 +54,7 @@ std::span<const Command> requestUrlCommands();
 std::span<const Command> chooseCommands();
 std::span<const Command> lintCommands();
 std::span<const Command> checkDeliveryCommands();
+std::span<const Command> diffCommands();
 
 /// What a command answers when the host has no path for a file of this name.
 Answer nothingShownWithoutPath(std::string_view fileName);

@@ -272,11 +272,11 @@ private:
             addOneSided(kind, each);
     }
 
-    /// A panel that pages share is compared where it is defined, any other thing once.
+    /// A panel that pages share is compared where it is defined, or else once.
     bool isToBeCompared(const Item& one, const Item& other) {
         const Thing& before = *one.thing;
         const Thing& after = *other.thing;
-        if (hasPanels(one.subject))
+        if (one.subject != Subject::panel)
             return true;
         if (!before.definition.empty() && before.definition == after.definition)
             return false;

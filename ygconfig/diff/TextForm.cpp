@@ -138,7 +138,7 @@ private:
             case Subject::command:
             case Subject::pageTemplate:
             case Subject::wildcardList:
-                return pluralOf(path.front().subject);
+                return "the table of " + pluralOf(path.front().subject);
             case Subject::palette:
                 return "the " + printable(path.front().name);
             case Subject::serverFile:
@@ -246,15 +246,21 @@ private:
         }
         if (line.empty())
             return;
-        std::string heading = paint_(Tone::heading, group.heading);
-        if (shownIn > 1)
-            heading += (isOfEvent(*group.changes.front()) ? " (in " : " (on ") +
-                       std::to_string(shownIn) +
-                       (isOfEvent(*group.changes.front()) ? " groups)" : " pages)");
-        add(heading + line);
+        add(paint_(Tone::heading, group.heading) + showing(*group.changes.front(), shownIn) + line);
     }
 
-    static bool isOfEvent(const Change& change) { return change.subject == Subject::event; }
+    /// Where else a group's changes show: " (on 16 pages)".
+    std::string showing(const Change& change, std::size_t shownIn) const {
+        if (shownIn < 2)
+            return "";
+        if (change.subject == Subject::event)
+            return " (in " + std::to_string(shownIn) + " groups)";
+        const auto path = difference_.pathOf(sideOf(change));
+        const bool isPage =
+            path.front().subject == Subject::page || path.front().subject == Subject::tabPage;
+        return isPage ? " (and " + counted(shownIn - 1, "custom page", "custom pages") + ")"
+                      : " (on " + std::to_string(shownIn) + " pages)";
+    }
 
     std::string described(const Effect& effect, const std::vector<const Change*>& changes,
                           std::string_view where) {

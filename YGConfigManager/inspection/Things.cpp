@@ -19,7 +19,6 @@
 #include "YGConfigManager/layout/LayoutEntries.h"
 #include "YGConfigManager/servers/AddressChoice.h"
 #include "YGConfigManager/servers/ServerGroup.h"
-#include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGHttpReqUrlModel.h"
 #include "YGConfigManager/text/Numbers.h"
 
@@ -158,14 +157,15 @@ std::string_view nameInList(const ElementConfigInfo& element) {
 
 // ---- Numbers ----
 
-void addText(std::string& key, std::string_view text) {
-    key += textOfNumber(text.size());
-    key += ':';
-    key += text;
+void addNumber(std::string& key, std::uint64_t number) {
+    char bytes[sizeof number];
+    std::memcpy(bytes, &number, sizeof number);
+    key.append(bytes, sizeof bytes);
 }
 
-void addNumber(std::string& key, std::uint64_t number) {
-    key.append(reinterpret_cast<const char*>(&number), sizeof number);
+void addText(std::string& key, std::string_view text) {
+    addNumber(key, text.size());
+    key += text;
 }
 
 constexpr std::uint64_t orderBegin = 0xcbf29ce484222325U;
@@ -216,12 +216,20 @@ std::uint32_t Interning::ofPixels(const Image& image, std::uint64_t sum) {
     return imageCount_;
 }
 
+namespace {
+
+void visitAll(const Thing& thing, const FieldVisit& visit) {
+    if (thing.visitFields)
+        thing.visitFields(thing.record, visit);
+    for (const ThingField& field : thing.further)
+        visit(field);
+}
+
+}  // namespace
+
 std::vector<ThingField> fieldsOf(const Thing& thing) {
     std::vector<ThingField> fields;
-    if (thing.visitFields)
-        thing.visitFields(thing.record,
-                          [&](ThingField field) { fields.push_back(std::move(field)); });
-    fields.insert(fields.end(), thing.further.begin(), thing.further.end());
+    visitAll(thing, [&](const ThingField& field) { fields.push_back(field); });
     return fields;
 }
 
@@ -592,34 +600,26 @@ private:
     void addSettings(Thing& root) {
         ItemList files{"settings"};
         for (const std::string& file : loaded_.settingsFiles) {
-            const SourceFile& source = loaded_.files.file(file);
-            const bool isUsers = file.starts_with(userFolder);
-            loaded_.host->see(isUsers ? InspectionHost::Storage::user
-                                      : InspectionHost::Storage::shipped);
-            const auto store =
-                YGAppConfigManager::initWithFileName(file.substr(file.rfind('/') + 1));
-            loaded_.host->see(InspectionHost::Storage::asUsed);
-            ItemList items{"items"};
             Thing& thing = fileIn(files, Subject::settingsFile, file);
-            for (const StoredName& name :
-                 settingsNames(source.document().document, loaded_.files.pathOf(file))) {
-                auto answer = store ? store->getItemText(name.group, name.name) : std::nullopt;
-                if (!answer)
+            thing.lists.push_back({.field = "items"});
+            const SourceFile& source = loaded_.files.file(file);
+            const xml::Document document = source.document().document;
+            if (document.root().name() != "config")
+                continue;
+            for (const StoredName& name : settingsNames(document, thing.place.file)) {
+                const auto around = source.elementsAt(name.place.begin);
+                if (around.empty())
                     continue;
                 Thing& item = add();
-                item.place = name.place;
-                item.further.push_back({"text", "", std::move(answer)});
+                item.element = around.back();
+                item.further.push_back({"text", "", item.element.stringValue()});
+                const auto description = item.element.attribute("description");
                 item.further.push_back({"description", "description", std::nullopt});
-                const auto around = source.elementsAt(name.place.begin);
-                if (!around.empty()) {
-                    item.element = around.back();
-                    if (const auto text = item.element.attribute("description"))
-                        item.further.back().value = *text;
-                }
-                items.items.push_back(
+                if (description)
+                    item.further.back().value = *description;
+                thing.lists.back().items.push_back(
                     {Subject::setting, kept(name.group + "/" + name.name), &item});
             }
-            thing.lists.push_back(std::move(items));
         }
         root.lists.push_back(std::move(files));
     }
@@ -758,13 +758,14 @@ void Things::number(Thing& top) {
         addNumber(key, thing.pixels);
         std::string name;
         std::uint64_t order = orderBegin;
-        for (const ThingField& field : fieldsOf(thing)) {
+        visitAll(thing, [&](const ThingField& field) {
             std::string& to = field.isName ? name : key;
+            const std::string_view value = field.value ? std::string_view(*field.value) : "";
             addText(to, field.name);
             addNumber(to, field.value ? 1 : 0);
-            addText(to, field.value.value_or(""));
-            order = mixed(order, field.value.value_or(""));
-        }
+            addText(to, value);
+            order = mixed(order, value);
+        });
         thing.fieldsId = interning_(key);
         key = "body ";
         addNumber(key, thing.fieldsId);

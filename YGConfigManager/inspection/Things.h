@@ -52,7 +52,7 @@ struct ThingField {
     Place place = {};     ///< instead of that of the attribute
 };
 
-using FieldVisit = std::function<void(ThingField field)>;
+using FieldVisit = std::function<void(const ThingField& field)>;
 
 struct Thing {
     /// The fields of the record, without those that are lists of things.

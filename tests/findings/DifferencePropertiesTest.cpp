@@ -236,7 +236,7 @@ INSTANTIATE_TEST_SUITE_P(Properties, EditedRoots, ::testing::Range(0U, editedRoo
 
 TEST(Difference, OfTheSampleWithEditsIsRight) {
     const RootFiles sample = filesIn(YG_SAMPLE_FOLDER);
-    for (unsigned seed = 0; seed < (isSanitized ? 5 : 40); ++seed) {
+    for (unsigned seed = 0; seed < (isSanitized ? 3 : 20); ++seed) {
         SCOPED_TRACE("edit " + std::to_string(seed));
         expectRightDifference(sample, Editor(seed).edited(sample));
     }

@@ -274,6 +274,18 @@ TEST_F(DiffWithGit, SaysWhyAStateCannotBeUsed) {
               "ygconfig diff: \"" + root_ + "\": git cannot be run: No such file or directory\n");
 }
 
+TEST(Diff, RemovesItsFolderWhenASignalEndsTheRun) {
+    const TemporaryFolder temporary;
+    const TemporaryFolder programs;
+    programs.write("git", "#!/bin/sh\nkill -TERM $PPID\n");
+    std::filesystem::permissions(programs.at("git"), std::filesystem::perms::owner_all);
+    const ToolRun run =
+        runTool({"diff", "--git", "HEAD", "--root", sample},
+                {.environment = {"TMPDIR=" + temporary.path(), "PATH=" + programs.path()}});
+    EXPECT_EQ(run.status, -1);
+    EXPECT_THAT(temporary.names(), IsEmpty());
+}
+
 // The recipe of docs/diff.md.
 TEST_F(DiffWithGit, ShowsWhatFilesMeanThroughTextconv) {
     const std::string events = root_ + "/config/events.xml";

@@ -23,21 +23,21 @@ namespace yg::tool {
 
 namespace {
 
+constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
 /// Holds back the signals that end a run, so that what is temporary is removed before it ends.
 class SignalsHeldBack {
 public:
     SignalsHeldBack() {
         sigset_t ending;
         ::sigemptyset(&ending);
-        for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        for (const int signal : endingSignals)
             ::sigaddset(&ending, signal);
         ::sigprocmask(SIG_BLOCK, &ending, &before_);
     }
     ~SignalsHeldBack() { ::sigprocmask(SIG_SETMASK, &before_, nullptr); }
     SignalsHeldBack(const SignalsHeldBack&) = delete;
     SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
-
-    const sigset_t& before() const { return before_; }
 
 private:
     sigset_t before_;
@@ -67,7 +67,6 @@ public:
 
     explicit operator bool() const { return isMade_; }
     std::string at(std::string_view name) const { return path_ + "/" + std::string(name); }
-    const sigset_t& signalsBefore() const { return signals_.before(); }
 
 private:
     const SignalsHeldBack signals_;  // until the folder is removed
@@ -80,8 +79,8 @@ namespace {
 /// Runs git, with an index of our own, in a folder.
 class Git {
 public:
-    Git(std::string scratch, const sigset_t& signals)
-        : scratch_(std::move(scratch)), signals_(signals) {}
+    /// Keeps its files in the folder.
+    explicit Git(std::string scratch) : scratch_(std::move(scratch)) {}
 
     /// What git prints; its exit status is 0 then. Otherwise absent, and `error` says why.
     std::optional<std::string> run(const std::string& folder, std::vector<std::string> words,
@@ -134,7 +133,12 @@ private:
         posix_spawnattr_t attributes;
         ::posix_spawnattr_init(&attributes);
         ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-        ::posix_spawnattr_setsigmask(&attributes, &signals_);
+        // It may be ended at once.
+        sigset_t held;
+        ::sigprocmask(SIG_UNBLOCK, nullptr, &held);
+        for (const int signal : endingSignals)
+            ::sigdelset(&held, signal);
+        ::posix_spawnattr_setsigmask(&attributes, &held);
         sigset_t ignored;
         ::sigemptyset(&ignored);
         ::sigaddset(&ignored, SIGPIPE);
@@ -165,7 +169,6 @@ private:
     }
 
     const std::string scratch_;
-    const sigset_t signals_;
 };
 
 }  // namespace
@@ -186,7 +189,7 @@ std::unique_ptr<GitState> GitState::of(const std::string& root, const std::strin
         error = std::string("there is no temporary folder: ") + std::strerror(errno);
         return nullptr;
     }
-    const Git git(folder->at("."), folder->signalsBefore());
+    const Git git(folder->at("."));
     const auto line = [](std::string text) {
         if (text.ends_with('\n'))
             text.pop_back();

@@ -93,6 +93,36 @@ concept IsText = requires(const Value& value) {
     { textOf(value) } -> std::convertible_to<std::optional<std::string>>;
 };
 
+// ---- Values as bytes, different for different values ----
+
+void addNumber(std::string& key, std::uint64_t number) {
+    char bytes[sizeof number];
+    std::memcpy(bytes, &number, sizeof number);
+    key.append(bytes, sizeof bytes);
+}
+
+void addText(std::string& key, std::string_view text) {
+    addNumber(key, text.size());
+    key += text;
+}
+
+template <class Number>
+requires std::is_arithmetic_v<Number>
+void addValue(std::string& key, Number number) {
+    char bytes[sizeof number];
+    std::memcpy(bytes, &number, sizeof number);
+    key.append(bytes, sizeof bytes);
+}
+
+void addValue(std::string& key, const std::optional<std::string>& text) {
+    key += text ? '1' : '0';
+    addText(key, text ? std::string_view(*text) : "");
+}
+
+void addValue(std::string& key, const std::shared_ptr<std::vector<std::string>>& names) {
+    addValue(key, textOf(names));
+}
+
 // ---- The fields of a record ----
 
 template <class Record>
@@ -105,6 +135,20 @@ void visitFieldsOf(const void* of, const FieldVisit& visit) {
     };
     std::apply([&](const auto&... field) { (visitOne(field), ...); }, Description<Record>::fields);
 }
+
+template <class Record>
+void addFieldsOf(const void* of, Held& held) {
+    const auto& record = *static_cast<const Record*>(of);
+    const auto addOne = [&](const auto& field) {
+        const auto& value = std::invoke(field.getter, record);
+        if constexpr (IsText<std::remove_cvref_t<decltype(value)>>)
+            addValue(field.attribute.defines ? held.name : held.fields, value);
+    };
+    std::apply([&](const auto&... field) { (addOne(field), ...); }, Description<Record>::fields);
+}
+
+template <class Record>
+constexpr RecordFields fieldsOfRecord{&visitFieldsOf<Record>, &addFieldsOf<Record>};
 
 /// The value of the field that defines the record's name; "" without one.
 template <class Record>
@@ -155,19 +199,6 @@ std::string_view nameInList(const ElementConfigInfo& element) {
     return uuid.empty() && element.elementName() ? std::string_view(*element.elementName()) : uuid;
 }
 
-// ---- Numbers ----
-
-void addNumber(std::string& key, std::uint64_t number) {
-    char bytes[sizeof number];
-    std::memcpy(bytes, &number, sizeof number);
-    key.append(bytes, sizeof bytes);
-}
-
-void addText(std::string& key, std::string_view text) {
-    addNumber(key, text.size());
-    key += text;
-}
-
 constexpr std::uint64_t orderBegin = 0xcbf29ce484222325U;
 
 std::uint64_t mixed(std::uint64_t order, std::uint64_t more) {
@@ -216,20 +247,12 @@ std::uint32_t Interning::ofPixels(const Image& image, std::uint64_t sum) {
     return imageCount_;
 }
 
-namespace {
-
-void visitAll(const Thing& thing, const FieldVisit& visit) {
-    if (thing.visitFields)
-        thing.visitFields(thing.record, visit);
-    for (const ThingField& field : thing.further)
-        visit(field);
-}
-
-}  // namespace
-
 std::vector<ThingField> fieldsOf(const Thing& thing) {
     std::vector<ThingField> fields;
-    visitAll(thing, [&](const ThingField& field) { fields.push_back(field); });
+    if (thing.fields)
+        thing.fields->visit(thing.record,
+                            [&](const ThingField& field) { fields.push_back(field); });
+    fields.insert(fields.end(), thing.further.begin(), thing.further.end());
     return fields;
 }
 
@@ -279,7 +302,7 @@ private:
         }
         known = &add();
         known->record = &record;
-        known->visitFields = &visitFieldsOf<Record>;
+        known->fields = &fieldsOfRecord<Record>;
         known->isRead =
             !std::same_as<Record, YGHttpReqUrlModel> && !std::same_as<Record, YGHttpUrlConfigModel>;
         pending_.emplace_back(known, &Making::fillRecord<Record>);
@@ -441,7 +464,7 @@ private:
             palette_ = &file;
             Thing& thing = add();
             thing.record = &file.palette();
-            thing.visitFields = &visitFieldsOf<YGPaletteLoad>;
+            thing.fields = &fieldsOfRecord<YGPaletteLoad>;
             thing.place = Place{file.path(), {}, {}};
             fill(thing, file.palette());
             std::string name(file.theme());
@@ -474,12 +497,12 @@ private:
     }
     void addValue(Thing& thing, Subject, const std::string& name, const Font& font) {
         thing.record = &font;
-        thing.visitFields = &visitFieldsOf<Font>;
+        thing.fields = &fieldsOfRecord<Font>;
         locate(thing, Naming::font, name);
     }
     void addValue(Thing& thing, Subject, const std::string& name, const Image& image) {
         thing.record = &image;
-        thing.visitFields = &visitFieldsOf<Image>;
+        thing.fields = &fieldsOfRecord<Image>;
         const std::uint64_t sum = sumOfPixels(image);
         thing.pixels = things_.interning_.ofPixels(image, sum);
         thing.further.push_back({"pixels", "", "checksum " + textOfNumber(sum)});
@@ -535,7 +558,7 @@ private:
     Thing& serverGroup(const YGServerAddrListTag& group, const xml::Element& top) {
         Thing& thing = add();
         thing.record = &group;
-        thing.visitFields = &visitFieldsOf<YGServerAddrListTag>;
+        thing.fields = &fieldsOfRecord<YGServerAddrListTag>;
         ItemList entries{"entries"};
         entries.isAbsent = !group.serverAddrList();
         const auto found = serverGroups(top, group.serverType());
@@ -754,19 +777,15 @@ void Things::number(Thing& top) {
             continue;
         }
         steps.pop_back();
-        std::string key("fields ");
-        addNumber(key, thing.pixels);
-        std::string name;
-        std::uint64_t order = orderBegin;
-        visitAll(thing, [&](const ThingField& field) {
-            std::string& to = field.isName ? name : key;
-            const std::string_view value = field.value ? std::string_view(*field.value) : "";
-            addText(to, field.name);
-            addNumber(to, field.value ? 1 : 0);
-            addText(to, value);
-            order = mixed(order, value);
-        });
-        thing.fieldsId = interning_(key);
+        Held held{"fields ", ""};
+        addNumber(held.fields, thing.pixels);
+        if (thing.fields)
+            thing.fields->add(thing.record, held);
+        for (const ThingField& field : thing.further)
+            addValue(field.isName ? held.name : held.fields, field.value);
+        std::uint64_t order = mixed(mixed(orderBegin, held.fields), held.name);
+        thing.fieldsId = interning_(held.fields);
+        std::string key;
         key = "body ";
         addNumber(key, thing.fieldsId);
         for (const ItemList& list : thing.lists) {
@@ -784,7 +803,7 @@ void Things::number(Thing& top) {
         thing.bodyId = interning_(key);
         key = "whole ";
         addNumber(key, thing.bodyId);
-        thing.id = interning_(key + name);
+        thing.id = interning_(key + held.name);
         thing.order = order;
     }
 }

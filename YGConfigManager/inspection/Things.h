@@ -54,9 +54,20 @@ struct ThingField {
 
 using FieldVisit = std::function<void(const ThingField& field)>;
 
+/// What a thing holds, as bytes that are equal for equal values.
+struct Held {
+    std::string fields;  ///< but the name
+    std::string name;
+};
+
+struct RecordFields {
+    void (*visit)(const void* record, const FieldVisit& visit);
+    void (*add)(const void* record, Held& held);
+};
+
 struct Thing {
-    /// The fields of the record, without those that are lists of things.
-    void (*visitFields)(const void* record, const FieldVisit& visit) = nullptr;
+    /// How the fields of the record are read, without those that are lists of things.
+    const RecordFields* fields = nullptr;
     const void* record = nullptr;
     bool isRead = false;  ///< from the element that was read into the record
     std::vector<ThingField> further = {};

@@ -160,12 +160,12 @@ private:
     void compareAll(const Listed& before, const Listed& after) {
         std::vector<Pair> containers{{before, after}};
         while (!containers.empty()) {
-            const Pair pair = std::move(containers.back());
+            const Pair pair = containers.back();
             containers.pop_back();
             std::vector<Pair> found;
             compareContainer(pair, found);
             // The first found is compared first.
-            std::ranges::move(found.rbegin(), found.rend(), std::back_inserter(containers));
+            containers.insert(containers.end(), found.rbegin(), found.rend());
         }
     }
 
@@ -180,14 +180,13 @@ private:
         for (std::size_t search = 0; !open.empty(); ++search) {
             std::vector<Pair> next;
             while (!open.empty()) {
-                const Pair each = std::move(open.back());
+                const Pair each = open.back();
                 open.pop_back();
                 next.clear();
                 compare(each, next, left);
-                for (auto found = next.rbegin(); found != next.rend(); ++found) {
-                    auto& to = hasPanels(found->after.item.subject) ? pages : open;
-                    to.push_back(std::move(*found));
-                }
+                std::ranges::reverse(next);
+                for (const Pair& found : next)
+                    (hasPanels(found.after.item.subject) ? pages : open).push_back(found);
             }
             find(left, search + 1 < mostSearches, open);
             left = {};

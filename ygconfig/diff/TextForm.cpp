@@ -74,7 +74,7 @@ struct Effect {
         changed
     };
 
-    friend auto operator<=>(const Effect&, const Effect&) = default;
+    friend auto operator<=>(const Effect&, const Effect&) = default;  // NOLINT(*-nullptr)
 
     Kind kind;
     Subject subject;
@@ -287,12 +287,16 @@ private:
             return text;
         std::string list;
         for (std::size_t at = 0; at < std::min(count, mostNames); ++at) {
-            auto [name, what] = names[at];
+            const auto& [name, what] = names[at];
             if (name.empty() && what.empty())
                 continue;
             list += list.empty() ? "" : ", ";
-            const bool isAsked = effect.kind == Effect::Kind::changed && !what.empty();
-            list += isOfItself ? what : isAsked ? name + " (" + what + ")" : name;
+            if (isOfItself)
+                list += what;
+            else if (effect.kind == Effect::Kind::changed && !what.empty())
+                list.append(name).append(" (").append(what).append(")");
+            else
+                list += name;
         }
         if (count > mostNames)
             list += " and " + std::to_string(count - mostNames) + " more";

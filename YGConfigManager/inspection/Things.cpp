@@ -59,7 +59,7 @@ std::optional<std::string> textOf(const std::shared_ptr<std::vector<std::string>
     return text;
 }
 
-/// "#FF8000", behind it the alpha when it is not 1. A component that is no whole part of 255 is
+/// "#FF8000", behind it the alpha when it is not 1. A component that is not a whole part of 255 is
 /// written in full.
 std::string textOf(const Color& color) {
     std::string hexadecimal = "#";

@@ -41,7 +41,7 @@ struct ItemList {
     std::vector<Item> items = {};
     bool isAbsent = false;   ///< null, which is not the same as empty
     bool isOrdered = true;   ///< another order is a difference
-    bool isComplete = true;  ///< otherwise what is on one side only is no difference
+    bool isComplete = true;  ///< otherwise what is on one side only does not count
 };
 
 struct ThingField {

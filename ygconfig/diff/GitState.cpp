@@ -187,7 +187,7 @@ std::unique_ptr<GitState> GitState::of(const std::string& root, const std::strin
     }
     auto folder = std::make_unique<TemporaryFolder>();
     if (!*folder) {
-        error = std::string("there is no temporary folder: ") + std::strerror(errno);
+        error = std::string("no temporary folder can be made: ") + std::strerror(errno);
         return nullptr;
     }
     const Git git(folder->at("."));

@@ -258,7 +258,7 @@ private:
         const auto path = difference_.pathOf(sideOf(change));
         const bool isPage =
             path.front().subject == Subject::page || path.front().subject == Subject::tabPage;
-        return isPage ? " (and " + counted(shownIn - 1, "custom page", "custom pages") + ")"
+        return isPage ? " (and " + counted(shownIn - 1, "other page", "other pages") + ")"
                       : " (on " + std::to_string(shownIn) + " pages)";
     }
 

@@ -3,10 +3,8 @@
 
 #include <algorithm>
 #include <exception>
-#include <filesystem>
 #include <mutex>
 #include <new>
-#include <system_error>
 #include <tuple>
 #include <utility>
 
@@ -175,14 +173,9 @@ std::shared_ptr<const Inspection> Inspection::make(OptionalText root, std::strin
                                                    Inspect&& inspect) {
     try {
         const std::string folder(*root);
-        std::error_code failure;
-        if (folder.find('\0') != std::string::npos ||
-            !std::filesystem::is_directory(folder, failure)) {
-            error =
-                "root folder \"" + folder + "\": " +
-                (failure ? failure : std::make_error_code(std::errc::not_a_directory)).message();
+        error = whyNoRoot(folder);
+        if (!error.empty())
             return nullptr;
-        }
         auto content = std::make_unique<Content>();
         for (const auto& [name, text] : options.unsaved)
             content->unsaved.emplace(text::joinPath(folder, name), text);

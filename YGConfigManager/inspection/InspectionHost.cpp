@@ -1,12 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/inspection/InspectionHost.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/text/Paths.h"
 
 namespace yg {
+
+std::string whyNoRoot(const std::string& folder) {
+    std::error_code failure;
+    if (folder.find('\0') == std::string::npos && std::filesystem::is_directory(folder, failure))
+        return "";
+    return "root folder \"" + folder + "\": " +
+           (failure ? failure : std::make_error_code(std::errc::not_a_directory)).message();
+}
 
 InspectionHost::InspectionHost(std::string root) : root_(std::move(root)) {
     const StandAloneHost::Opened opened = StandAloneHost::open(root_);

@@ -14,6 +14,9 @@
 
 namespace yg {
 
+/// Why nothing can be loaded from a folder, in one line; "" when it can.
+std::string whyNoRoot(const std::string& folder);
+
 class InspectionHost final : public Host {
 public:
     /// Takes the settings of host.json if it can be used.

@@ -16,12 +16,11 @@
 #include <gtest/gtest.h>
 
 #include "YGConfigManager/inspection/Inspection.h"
-#include "YGConfigManager/text/LineIndex.h"
-#include "YGConfigManager/text/Utf8.h"
 #include "YGConfigManager/xml/Document.h"
 
 #include "LargeInput.h"
 #include "diagnostics/RecordingSink.h"
+#include "findings/Offsets.h"
 #include "findings/Root.h"
 
 namespace yg::testing {
@@ -47,36 +46,6 @@ const std::set<std::pair<std::string_view, std::string_view>> withoutVisibleEffe
     {"*", "description"},
     // Another face may be unknown, and the system font the one that was named.
     {"*", "FACE"}};
-
-/// A range of bytes in a file.
-using Range = std::pair<std::size_t, std::size_t>;
-
-/// Where points of a text are in its bytes.
-class Offsets {
-public:
-    explicit Offsets(std::string_view text) : text_(text) {
-        for (std::size_t at = 0; at != std::string_view::npos;) {
-            lines_.push_back(at);
-            at = text.find('\n', at);
-            at += at == std::string_view::npos ? 0 : 1;
-        }
-    }
-
-    Range of(const TextPoint& begin, const TextPoint& end) const { return {of(begin), of(end)}; }
-
-private:
-    std::size_t of(const TextPoint& point) const {
-        std::size_t at = lines_.at(point.line - 1);
-        if (point.line == 1 && text_.starts_with(text::byteOrderMark))
-            at += text::byteOrderMark.size();
-        for (std::uint32_t column = 1; column < point.column; ++column)
-            at += text::firstCharacter(text_.substr(at)).size;
-        return at;
-    }
-
-    std::string_view text_;
-    std::vector<std::size_t> lines_;
-};
 
 /// JSON with the commas that it needs, and no others.
 std::string withRightCommas(const std::string& json) {

@@ -55,6 +55,7 @@ struct Arguments {
     bool writeBaseline = false;           ///< --write-baseline
     bool rules = false;                   ///< --rules
     std::optional<std::string> rule;      ///< --rule, a rule's name
+    bool git = false;                     ///< --git
 
     bool templates = false;  ///< --templates
 

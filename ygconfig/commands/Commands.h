@@ -56,6 +56,7 @@ std::span<const Command> lintCommands();
 std::span<const Command> checkDeliveryCommands();
 std::span<const Command> explainCommands();
 std::span<const Command> simulateCommands();
+std::span<const Command> diffCommands();
 
 /// What a command answers when the host has no path for a file of this name.
 Answer nothingShownWithoutPath(std::string_view fileName);

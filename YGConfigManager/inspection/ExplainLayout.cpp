@@ -184,7 +184,7 @@ void addCustomPage(Explanation& explanation, const TracedLayout& layout, const s
         "in "
         "the main file.");
     std::vector<Trace::Definition> sources = trace.definitions(Naming::style, front);
-    std::ranges::stable_partition(sources, [&](const Trace::Definition& each) {
+    std::stable_partition(sources.begin(), sources.end(), [&](const Trace::Definition& each) {
         return trace.placeOf(each.element, "").file.starts_with("soft_optimize/");
     });
     for (const Trace::Definition& each : sources) {

@@ -18,11 +18,6 @@ namespace {
 using Outcome = ExplanationStep::Outcome;
 
 constexpr std::string_view eventFile = "config/events.xml";
-constexpr std::string_view work = "explain";
-
-std::string quoted(std::string_view name) {
-    return std::string("'").append(name).append("'");
-}
 
 RootPlace inEventFile(std::string message) {
     RootPlace place;
@@ -75,7 +70,7 @@ std::vector<xml::Element> withTemplates(Explanation& explanation, const Trace& t
 }  // namespace
 
 Explanation Explainer::command(OptionalText name) const {
-    return guarded(work, [&] {
+    return guarded(explaining, [&] {
         Explanation explanation;
         Trace trace(root_);
         const auto loader = loadEvents(trace);
@@ -99,7 +94,7 @@ Explanation Explainer::command(OptionalText name) const {
 }
 
 Explanation Explainer::event(OptionalText group, OptionalText name) const {
-    return guarded(work, [&] {
+    return guarded(explaining, [&] {
         Explanation explanation;
         Trace trace(root_);
         const auto loader = loadEvents(trace);

@@ -27,10 +27,6 @@ namespace {
 
 using Outcome = ExplanationStep::Outcome;
 
-std::string quoted(std::string_view name) {
-    return std::string("'").append(name).append("'");
-}
-
 /// A layout with what its loader reported.
 struct TracedLayout {
     explicit TracedLayout(const std::string& root) : trace(root), loader(&trace) {
@@ -316,9 +312,8 @@ void explainPage(TracedPage& page, OptionalText asked) {
         addSignature(explanation, layout, name);
 }
 
-/// Calls `visit(panel)` for each panel of a page in the order of the document, until it answers
-/// true.
-bool forEachPanel(const PanelList& panels, const auto& visit) {
+/// Calls `visit(panel)` for each panel of a page in the order of the document.
+void forEachPanel(const PanelList& panels, const auto& visit) {
     std::vector<const std::shared_ptr<PanelConfigInfo>*> pending;
     const auto push = [&](const PanelList& children) {
         for (std::size_t at = children.size(); at > 0; --at)
@@ -328,11 +323,9 @@ bool forEachPanel(const PanelList& panels, const auto& visit) {
     while (!pending.empty()) {
         const std::shared_ptr<PanelConfigInfo>& panel = *pending.back();
         pending.pop_back();
-        if (visit(panel))
-            return true;
+        visit(panel);
         push(*panel->panePanes());
     }
-    return false;
 }
 
 /// Steps for what something on a page was placed by: a reference or a slot.
@@ -352,6 +345,16 @@ void addPlacing(Explanation& explanation, const Trace& trace, const xml::Element
     }
 }
 
+/// Where a record was read from. What a pattern gave is in no file, so that it is the pattern.
+xml::Element originOf(const Trace& trace, const void* record) {
+    const xml::Element origin = trace.gathering().originOf(record);
+    if (origin.tagPlace())
+        return origin;
+    const auto pattern = std::ranges::find_if(
+        trace.fillings(), [](const Trace::Filling& each) { return !each.wildcard.empty(); });
+    return pattern == trace.fillings().end() ? xml::Element() : xml::Element(pattern->panel);
+}
+
 /// The first of some records counts; of the others one step each, up to a limit.
 template <class Record>
 void addRecords(TracedPage& page, const std::vector<std::shared_ptr<Record>>& records,
@@ -359,7 +362,7 @@ void addRecords(TracedPage& page, const std::vector<std::shared_ptr<Record>>& re
     constexpr std::size_t most = 20;
     const Trace& trace = page.layout.trace;
     for (std::size_t at = 0; at < records.size() && at < most; ++at) {
-        const xml::Element origin = trace.gathering().originOf(records[at].get());
+        const xml::Element origin = originOf(trace, records[at].get());
         page.explanation.steps.push_back(
             {at == 0 ? Outcome::taken : Outcome::lost,
              trace.placeOf(origin, at == 0 ? "This " + what + " comes first on the page."
@@ -374,23 +377,49 @@ void addRecords(TracedPage& page, const std::vector<std::shared_ptr<Record>>& re
                                            " more of this name.");
 }
 
-/// The page is there, but nothing of the name on it.
-void addNothingOnPage(TracedPage& page, std::string_view what, std::string_view name,
-                      const std::set<std::string>& known) {
-    RootPlace place = page.explanation.from.value_or(RootPlace());
-    place.message = "The page has no " + std::string(what) + " " + quoted(name) + ".";
-    page.explanation.from.reset();
-    const std::vector<std::string> names(known.begin(), known.end());
-    addMissing(page.explanation, std::move(place), name, names);
-    page.explanation.substitute = "null";
-}
+/// The records of a name on a page, and the names that there are.
+template <class Record>
+struct OnPage {
+    std::vector<std::shared_ptr<Record>> records = {};
+    std::set<std::string> known = {};
 
-constexpr std::string_view work = "explain";
+    void note(const std::optional<std::string>& name) {
+        if (name)
+            known.insert(*name);
+    }
+};
+
+/// Explains the first record that `find(style)` answers.
+template <class Find>
+Explanation explainOnPage(const std::string& root, OptionalText pageName, const std::string& what,
+                          std::string_view name, const Find& find) {
+    TracedPage page(root);
+    explainPage(page, pageName);
+    Explanation& explanation = page.explanation;
+    explanation.remarks.clear();
+    explanation.answer = {};
+    if (!page.style)
+        return std::move(explanation);
+    const auto found = find(*page.style);
+    if (!found.records.empty()) {
+        addRecords(page, found.records, what);
+        using Record = typename decltype(found.records)::value_type::element_type;
+        explanation.answer = std::shared_ptr<const Record>(found.records.front());
+        return std::move(explanation);
+    }
+    RootPlace place = explanation.from.value_or(RootPlace());
+    place.message = "The page has no " + what + " " + quoted(name) + ".";
+    explanation.from.reset();
+    explanation.substitute = "null";
+    const std::vector<std::string> names(found.known.begin(), found.known.end());
+    addMissing(explanation, std::move(place), name, names);
+    return std::move(explanation);
+}
 
 }  // namespace
 
 Explanation Explainer::style(OptionalText name) const {
-    return guarded(work, [&] {
+    return guarded(explaining, [&] {
         TracedPage page(root_);
         explainPage(page, name);
         return std::move(page.explanation);
@@ -398,69 +427,41 @@ Explanation Explainer::style(OptionalText name) const {
 }
 
 Explanation Explainer::panel(OptionalText page, OptionalText name) const {
-    return guarded(work, [&] {
-        TracedPage traced(root_);
-        explainPage(traced, page);
-        traced.explanation.remarks.clear();
-        traced.explanation.answer = {};
-        if (!traced.style)
-            return std::move(traced.explanation);
-        std::vector<std::shared_ptr<PanelConfigInfo>> panels;
-        std::set<std::string> known;
-        forEachPanel(*traced.style->stylePanes(), [&](const auto& panel) {
-            if (panel->panelName() == std::string(*name))
-                panels.push_back(panel);
-            if (panel->panelName())
-                known.insert(*panel->panelName());
-            return false;
+    return guarded(explaining, [&] {
+        return explainOnPage(root_, page, "panel", *name, [&](const StyleConfigInfo& style) {
+            OnPage<PanelConfigInfo> found;
+            forEachPanel(*style.stylePanes(), [&](const auto& panel) {
+                if (panel->panelName() == std::string(*name))
+                    found.records.push_back(panel);
+                found.note(panel->panelName());
+            });
+            return found;
         });
-        if (panels.empty()) {
-            addNothingOnPage(traced, "panel", *name, known);
-        } else {
-            addRecords(traced, panels, "panel");
-            traced.explanation.answer = std::shared_ptr<const PanelConfigInfo>(panels.front());
-        }
-        return std::move(traced.explanation);
     });
 }
 
 Explanation Explainer::element(OptionalText page, OptionalText name) const {
-    return guarded(work, [&] {
-        TracedPage traced(root_);
-        explainPage(traced, page);
-        traced.explanation.remarks.clear();
-        traced.explanation.answer = {};
-        if (!traced.style)
-            return std::move(traced.explanation);
-        std::vector<std::shared_ptr<ElementConfigInfo>> byUuid;
-        std::vector<std::shared_ptr<ElementConfigInfo>> byName;
-        std::set<std::string> known;
-        forEachPanel(*traced.style->stylePanes(), [&](const auto& panel) {
-            for (const auto& element : *panel->paneElements()) {
-                if (element->elementUuid() == std::string(*name))
-                    byUuid.push_back(element);
-                else if (element->elementName() == std::string(*name))
-                    byName.push_back(element);
-                if (element->elementUuid())
-                    known.insert(*element->elementUuid());
-                if (element->elementName())
-                    known.insert(*element->elementName());
-            }
-            return false;
+    return guarded(explaining, [&] {
+        return explainOnPage(root_, page, "element", *name, [&](const StyleConfigInfo& style) {
+            OnPage<ElementConfigInfo> byUuid;
+            OnPage<ElementConfigInfo> byName;
+            forEachPanel(*style.stylePanes(), [&](const auto& panel) {
+                for (const auto& element : *panel->paneElements()) {
+                    if (element->elementUuid() == std::string(*name))
+                        byUuid.records.push_back(element);
+                    else if (element->elementName() == std::string(*name))
+                        byName.records.push_back(element);
+                    byName.note(element->elementUuid());
+                    byName.note(element->elementName());
+                }
+            });
+            return byUuid.records.empty() ? byName : byUuid;
         });
-        const auto& elements = byUuid.empty() ? byName : byUuid;
-        if (elements.empty()) {
-            addNothingOnPage(traced, "element", *name, known);
-        } else {
-            addRecords(traced, elements, "element");
-            traced.explanation.answer = std::shared_ptr<const ElementConfigInfo>(elements.front());
-        }
-        return std::move(traced.explanation);
     });
 }
 
 std::vector<TemplateSignature> Explainer::templates() const {
-    return guarded(work, [&] { return signaturesOf(TracedLayout(root_)); });
+    return guarded(explaining, [&] { return signaturesOf(TracedLayout(root_)); });
 }
 
 }  // namespace yg

@@ -22,12 +22,6 @@ namespace {
 
 using Outcome = ExplanationStep::Outcome;
 
-constexpr std::string_view work = "explain";
-
-std::string quoted(std::string_view name) {
-    return std::string("'").append(name).append("'");
-}
-
 std::string_view themeOf(std::int8_t style) {
     return style == 1 ? "dark" : "light";
 }
@@ -156,7 +150,7 @@ void addContrast(Explanation& explanation, const TracedPalette& palette, std::st
 }  // namespace
 
 Explanation Explainer::color(OptionalText key, std::int8_t paletteStyle) const {
-    return guarded(work, [&] {
+    return guarded(explaining, [&] {
         Explanation explanation;
         const TracedPalette palette(root_, paletteStyle);
         if (!isThere(explanation, palette))
@@ -188,7 +182,7 @@ Explanation Explainer::color(OptionalText key, std::int8_t paletteStyle) const {
 }
 
 Explanation Explainer::font(OptionalText key, std::int8_t paletteStyle) const {
-    return guarded(work, [&] {
+    return guarded(explaining, [&] {
         Explanation explanation;
         const TracedPalette palette(root_, paletteStyle);
         if (!isThere(explanation, palette))
@@ -213,7 +207,7 @@ Explanation Explainer::font(OptionalText key, std::int8_t paletteStyle) const {
 }
 
 Explanation Explainer::image(OptionalText name, std::int8_t paletteStyle) const {
-    return guarded(work, [&] {
+    return guarded(explaining, [&] {
         Explanation explanation;
         const TracedPalette palette(root_, paletteStyle);
         if (!isThere(explanation, palette))

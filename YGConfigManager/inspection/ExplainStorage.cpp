@@ -25,12 +25,7 @@ namespace {
 
 using Outcome = ExplanationStep::Outcome;
 
-constexpr std::string_view work = "explain";
 constexpr std::string_view requestUrlFile = "request_urls_json.txt";
-
-std::string quoted(std::string_view name) {
-    return std::string("'").append(name).append("'");
-}
 
 /// The shipped file that the user's own one hides; "" when none is hidden.
 std::string hiddenFile(const Trace& trace, const std::string& file) {
@@ -143,7 +138,7 @@ void addAddresses(Explanation& explanation, const Trace& trace, const xml::Eleme
 
 Explanation Explainer::server(std::optional<std::uint64_t> type, OptionalText name,
                               bool isGray) const {
-    return guarded(work, [&] {
+    return guarded(explaining, [&] {
         Explanation explanation;
         Trace trace(root_);
         const auto loader = YGServerCfgLoader::initWithIsGray(isGray, &trace);
@@ -189,7 +184,7 @@ Explanation Explainer::server(std::optional<std::uint64_t> type, OptionalText na
 }
 
 Explanation Explainer::setting(OptionalText file, OptionalText section, OptionalText item) const {
-    return guarded(work, [&] {
+    return guarded(explaining, [&] {
         Explanation explanation;
         Trace trace(root_);
         const auto store = YGAppConfigManager::initWithFileName(file, &trace);
@@ -238,7 +233,7 @@ Explanation Explainer::setting(OptionalText file, OptionalText section, Optional
 }
 
 Explanation Explainer::webPage(OptionalText file, OptionalText key) const {
-    return guarded(work, [&] {
+    return guarded(explaining, [&] {
         Explanation explanation;
         Trace trace(root_);
         const auto table = YGWebPageUrlConfig::initWithFileName(file, &trace);
@@ -277,7 +272,7 @@ Explanation Explainer::webPage(OptionalText file, OptionalText key) const {
 }
 
 Explanation Explainer::requestUrl(OptionalText key) const {
-    return guarded(work, [&] {
+    return guarded(explaining, [&] {
         Explanation explanation;
         Trace trace(root_);
         const auto manager = YGHttpReqUrlMgr::make(&trace);

@@ -140,6 +140,13 @@ private:
     mutable std::size_t countedNames_ = 0;  ///< how many names these are
 };
 
+/// What fails, as the log says it.
+inline constexpr std::string_view explaining = "explain";
+
+inline std::string quoted(std::string_view name) {
+    return std::string("'").append(name).append("'");
+}
+
 /// A step about what is not there, with the nearest name of those known.
 void addMissing(Explanation& explanation, RootPlace place, std::string_view name,
                 std::span<const std::string> known);

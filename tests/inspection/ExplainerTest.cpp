@@ -173,6 +173,19 @@ TEST(ExplainedPanel, ComesFromAReusePanelThatThePageRefersTo) {
               "x");
 }
 
+TEST(ExplainedPanel, OfAPatternComesFromThePattern) {
+    const Asked asked(
+        Files{{"host.json", R"({"mappings": {"模版通配": {"STOCK": ["SH01"]}}})"},
+              {mainFile,
+               "<styles><style name='p'><panel><magic_panels name='g'/></panel></style>"
+               "</styles>"},
+              {softFile, "<styles/>"},
+              {magicFile,
+               "<groups>\n<magic_panels name='g'><magic_panel name='STOCK'>"
+               "<panel name='STOCK'/></magic_panel></magic_panels></groups>"}});
+    EXPECT_EQ(fromOf(asked.explainer().panel("p-SH01", "SH01")), "config/magic_panels.xml:2:50");
+}
+
 TEST(ExplainedElement, IsFoundByItsUuidBeforeItsName) {
     const Asked asked(Files{{mainFile,
                              "<styles><style name='p'><panel><element name='grid' uuid='u'/>\n"

@@ -347,7 +347,7 @@ void addPlacing(Explanation& explanation, const Trace& trace, const xml::Element
 
 /// Where a record was read from. What a pattern gave is in no file, so that it is the pattern.
 xml::Element originOf(const Trace& trace, const void* record) {
-    const xml::Element origin = trace.gathering().originOf(record);
+    xml::Element origin = trace.gathering().originOf(record);
     if (origin.tagPlace())
         return origin;
     const auto pattern = std::ranges::find_if(

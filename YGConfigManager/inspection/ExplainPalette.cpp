@@ -123,7 +123,7 @@ std::string shownColor(const Color& color) {
     const int size =
         std::snprintf(text, sizeof text, "#%02X%02X%02X, alpha %g", byte(color.red),
                       byte(color.green), byte(color.blue), static_cast<double>(color.alpha));
-    return std::string(text, static_cast<std::size_t>(size));
+    return {text, static_cast<std::size_t>(size)};
 }
 
 /// The contrast with the grounds that contrast.json names for the key.

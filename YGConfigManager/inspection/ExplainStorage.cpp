@@ -98,7 +98,7 @@ FoundServer findServer(const YGServerCfgLoader& loader, std::optional<std::uint6
 std::string percent(double chance) {
     char text[32];
     const int size = std::snprintf(text, sizeof text, "%.4g %%", chance * 100);
-    return std::string(text, static_cast<std::size_t>(size));
+    return {text, static_cast<std::size_t>(size)};
 }
 
 /// What can be drawn, and what cannot.

@@ -31,11 +31,11 @@ struct Arguments {
     std::optional<std::string> events;  ///< --events, the event file
     bool gray = false;                  ///< --gray, a grey-release user
     bool weighted = false;              ///< --weighted
+    bool simulate = false;              ///< --simulate
 
     std::optional<std::uint64_t> clients;  ///< --clients, of a fleet
     std::optional<std::uint64_t> reloads;  ///< --reloads, of each client
     std::vector<std::string> without;      ///< --without, addresses
-    bool simulate = false;                 ///< --simulate
 
     std::optional<std::int8_t> paletteStyle;    ///< --palette-style, the theme
     std::optional<std::uint64_t> groupCount;    ///< --group, the pieces of a strip
@@ -54,10 +54,9 @@ struct Arguments {
     std::optional<std::string> baseline;  ///< --baseline, a file's path
     bool writeBaseline = false;           ///< --write-baseline
     bool rules = false;                   ///< --rules
-    std::optional<std::string> rule;      ///< --rule, a rule's name
+    bool templates = false;               ///< --templates
     bool git = false;                     ///< --git
-
-    bool templates = false;  ///< --templates
+    std::optional<std::string> rule;      ///< --rule, a rule's name
 
     std::string file;                ///< FILE, a name in the storage
     std::string section;             ///< SECTION

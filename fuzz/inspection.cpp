@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Bytes as a root of several small files, inspected as a whole, with explanations of some of the
-// names in it. Each file begins with a line that names it, and a line "=====" stands between two
-// files.
+// names in it, and compared with itself and with an empty root. Each file begins with a line that
+// names it, and a line "=====" stands between two files.
 #include "YGConfigManager/inspection/Inspection.h"
 
 #include <algorithm>
@@ -16,6 +16,7 @@
 #include "YGConfigManager/files/UnsavedTexts.h"
 #include "YGConfigManager/host/Host.h"
 #include "YGConfigManager/host/HostOfThread.h"
+#include "YGConfigManager/inspection/Difference.h"
 #include "YGConfigManager/inspection/Explanation.h"
 #include "YGConfigManager/inspection/InspectionHost.h"
 #include "YGConfigManager/text/Utf8.h"
@@ -141,10 +142,18 @@ void explainNames(const std::string& root, const Inspection& inspection) {
         require(signature.place.begin.line > 0, "a template is at a place");
 }
 
+std::size_t differences(const std::string& before, const std::string& after) {
+    std::string error;
+    const auto difference = Difference::between(before, after, error);
+    require(difference != nullptr, "two folders can be compared");
+    return difference->changes().size();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const EmptyFolder folder;
+    static const EmptyFolder empty;
     const InspectionOptions options = filesIn(fuzz::textOf(data, size));
     std::string error;
     const auto one = Inspection::open(folder.path(), error, options);
@@ -162,5 +171,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const files::UnsavedTextsScope scope(unsaved);
     const HostOfThread host(std::make_shared<InspectionHost>(folder.path()));
     explainNames(folder.path(), *one);
+    require(differences(folder.path(), folder.path()) == 0, "a root does not differ from itself");
+    require(differences(folder.path(), empty.path()) == differences(empty.path(), folder.path()),
+            "a difference is the same the other way round");
     return 0;
 }

@@ -66,6 +66,7 @@ struct Side {
         const HostOfThread hostOfThread(host);
         loaded.emplace(load(host, findings));
         things.emplace(*loaded, findings, interning);
+        throwIfOutOfMemory(*host, findings);
     }
 };
 

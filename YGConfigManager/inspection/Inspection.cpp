@@ -188,6 +188,7 @@ std::shared_ptr<const Inspection> Inspection::make(OptionalText root, std::strin
             std::optional<Loaded> loaded = inspect(host, findings);
             if (!loaded)
                 return nullptr;
+            throwIfOutOfMemory(*host, findings);
             Suggestions suggestions(findings.names(), *loaded);
             for (const Cause& cause :
                  withConsequences(findings.takeFound(), *loaded, suggestions)) {

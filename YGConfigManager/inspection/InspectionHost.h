@@ -33,21 +33,27 @@ public:
                                                   std::optional<std::string_view> subFolderPath,
                                                   std::optional<std::string_view> fileName,
                                                   bool isNeedWrite) override;
-    std::optional<std::string> getUserRightDescription() override { return userRight_; }
+    std::optional<std::string> getUserRightDescription() override;
     std::optional<std::string> getSoftOptimizeConfigFilePath(std::int64_t kind,
                                                              std::string_view fileName) override;
     std::optional<std::string> getBaseOptimizeConfigFilePath(std::int64_t kind,
                                                              std::string_view fileName) override;
     std::shared_ptr<const MappingDic> getMappingDicForKey(std::string_view key) override;
     std::optional<std::string> getDefualtFolderPath(std::int64_t kind) override;
-    /// Everything that is worth saying becomes a finding.
-    void writeLog(LogChannel, std::string_view) override {}
+    /// Everything that is worth saying becomes a finding, but for one thing.
+    void writeLog(LogChannel channel, std::string_view message) override;
+
+    /// Whether memory did not suffice, here or in a loader: what that gave lacks something then.
+    bool isOutOfMemory() const { return isOutOfMemory_; }
 
 private:
+    auto noted(const auto& answer);
+
     const std::string root_;
     std::shared_ptr<StandAloneHost> files_;
     Storage storage_ = Storage::asUsed;
     std::string userRight_;
+    bool isOutOfMemory_ = false;
 };
 
 }  // namespace yg

@@ -2,8 +2,10 @@
 #include "YGConfigManager/inspection/Loaded.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
+#include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/inspection/Pages.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGHttpReqUrlMgr.h"
@@ -156,6 +158,12 @@ const ElementInfo* infoOf(const FormatInfo& format, std::span<const xml::Element
     return info;
 }
 
+void throwIfOutOfMemory(const InspectionHost& host, const Gathering& findings) {
+    const auto isAbout = [](const Found& found) { return found.finding.value == outOfMemory; };
+    if (host.isOutOfMemory() || std::ranges::any_of(findings.found(), isAbout))
+        throw std::bad_alloc();
+}
+
 Loaded load(std::shared_ptr<InspectionHost> host, Gathering& findings) {
     Loaded loaded(std::move(host));
     loadLayout(loaded, findings);
@@ -170,6 +178,7 @@ Loaded load(std::shared_ptr<InspectionHost> host, Gathering& findings) {
         loadRequestUrls(loaded, findings, folder);
     }
     loaded.host->see(Storage::asUsed);
+    throwIfOutOfMemory(*loaded.host, findings);
     for (auto& [path, parsed] : findings.takeParsed())
         loaded.files.setDocument(path, std::move(parsed));
     return loaded;

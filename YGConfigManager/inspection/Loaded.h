@@ -84,6 +84,10 @@ const ElementInfo* infoIn(const ElementInfo& info, std::string_view name);
 /// the format has no such element.
 const ElementInfo* infoOf(const FormatInfo& format, std::span<const xml::Element> elements);
 
+/// Throws std::bad_alloc if a loader, or a look-up by one, lacked memory. They end their exceptions
+/// themselves, so that what they give may be null or lack something.
+void throwIfOutOfMemory(const InspectionHost& host, const Gathering& findings);
+
 /// Loads the root of the host, which this thread uses, and reports to `findings`. The loaders keep
 /// it, so it must outlive them.
 Loaded load(std::shared_ptr<InspectionHost> host, Gathering& findings);

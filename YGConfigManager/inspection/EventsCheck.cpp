@@ -14,6 +14,7 @@
 
 #include "YGConfigManager/inspection/Checks.h"
 #include "YGConfigManager/inspection/PageNames.h"
+#include "YGConfigManager/inspection/Wording.h"
 #include "YGConfigManager/layout/LayoutEntries.h"
 #include "YGConfigManager/text/Nearest.h"
 #include "YGConfigManager/text/Replace.h"
@@ -68,10 +69,6 @@ std::string_view withoutBlanks(std::string_view text) {
     return begin == std::string_view::npos
                ? ""
                : text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
-
-std::string quoted(std::string_view name) {
-    return std::string("'").append(name).append("'");
 }
 
 Place placeOf(const NameUse& use) {

@@ -30,6 +30,19 @@ std::shared_ptr<YGEventLoader> loadEvents(Trace& trace) {
     return YGEventLoader::initWithEventConfigPath(trace.files().pathOf(eventFile), &trace);
 }
 
+/// The answer with the place that it comes from, or null.
+template <class Record>
+void answerWith(Explanation& explanation, const Trace& trace, const std::shared_ptr<Record>& answer,
+                const xml::Element& taken) {
+    if (answer) {
+        explanation.answer = std::shared_ptr<const Record>(answer);
+        explanation.from = trace.placeOf(taken, "");
+    } else {
+        explanation.substitute = "null";
+    }
+    trace.addUnreadFiles(explanation);
+}
+
 /// Adds the templates that a section includes, and those that these include, each once, in the
 /// order in which they are met. Answers the sections with them: the one asked for first.
 std::vector<xml::Element> withTemplates(Explanation& explanation, const Trace& trace,
@@ -79,16 +92,10 @@ Explanation Explainer::command(OptionalText name) const {
         const xml::Element taken = trace.addDefinitions(
             explanation, trace.definitionsOf(answer.get(), Naming::command, *name),
             "command " + quoted(*name));
-        if (answer) {
-            explanation.answer = std::shared_ptr<const YGCommandData>(answer);
-            explanation.from = trace.placeOf(taken, "");
-            trace.addUnreadFiles(explanation);
-            return explanation;
-        }
-        explanation.substitute = "null";
-        trace.addUnreadFiles(explanation);
-        addMissing(explanation, inEventFile("There is no command " + quoted(*name) + "."), *name,
-                   trace.namesOf(Naming::command));
+        answerWith(explanation, trace, answer, taken);
+        if (!answer)
+            addMissing(explanation, inEventFile("No command is named " + quoted(*name) + "."),
+                       *name, trace.namesOf(Naming::command));
         return explanation;
     });
 }
@@ -104,9 +111,8 @@ Explanation Explainer::event(OptionalText group, OptionalText name) const {
             trace.addDefinitions(explanation, trace.definitions(Naming::eventGroup, *group),
                                  "event group " + quoted(*group));
         if (!section) {
-            explanation.substitute = "null";
-            trace.addUnreadFiles(explanation);
-            addMissing(explanation, inEventFile("There is no event group " + quoted(*group) + "."),
+            answerWith(explanation, trace, std::shared_ptr<YGEventData>(), section);
+            addMissing(explanation, inEventFile("No event group is named " + quoted(*group) + "."),
                        *group, trace.namesOf(Naming::eventGroup));
             return explanation;
         }
@@ -125,18 +131,13 @@ Explanation Explainer::event(OptionalText group, OptionalText name) const {
         const xml::Element taken = trace.addDefinitions(
             explanation, trace.definitionsOf(answer.get(), Naming::event, *name, isInSections),
             "event " + quoted(*name));
-        if (answer) {
-            explanation.answer = std::shared_ptr<const YGEventData>(answer);
-            explanation.from = trace.placeOf(taken, "");
-            trace.addUnreadFiles(explanation);
-            return explanation;
-        }
-        explanation.substitute = "null";
+        answerWith(explanation, trace, answer, taken);
         const std::vector<std::string> names(known.begin(), known.end());
-        addMissing(explanation,
-                   trace.placeOf(
-                       section, "Group " + quoted(*group) + " has no event " + quoted(*name) + "."),
-                   *name, names);
+        if (!answer)
+            addMissing(explanation,
+                       trace.placeOf(section, "Group " + quoted(*group) + " has no event " +
+                                                  quoted(*name) + "."),
+                       *name, names);
         return explanation;
     });
 }

@@ -14,6 +14,7 @@
 #include "YGConfigManager/inspection/Explanation.h"
 #include "YGConfigManager/inspection/MemberOf.h"
 #include "YGConfigManager/inspection/PageNames.h"
+#include "YGConfigManager/inspection/Pages.h"
 #include "YGConfigManager/inspection/Trace.h"
 #include "YGConfigManager/inspection/Wording.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
@@ -70,21 +71,6 @@ RootPlace placeOfWildcard(const SourceFiles& files, std::string_view key, std::s
     return place;
 }
 
-/// The values that a page's name may give for a pattern: those that count for its list.
-std::map<std::string, std::vector<std::string>, std::less<>> valuesByKey() {
-    std::map<std::string, std::vector<std::string>, std::less<>> byKey;
-    const auto lists = YGFrameComFun::getMappingDicForKey(wildcardMapping);
-    std::set<std::string_view> known;  // in the first list that has it a value counts
-    for (const auto& [key, values] : lists ? *lists : MappingDic()) {
-        std::vector<std::string>& counted = byKey[key];
-        for (const std::string& value : values) {
-            if (known.insert(value).second && value.find('-') == std::string::npos)
-                counted.push_back(value);
-        }
-    }
-    return byKey;
-}
-
 /// What a page's name may give for the slots of each group.
 class SlotArguments {
 public:
@@ -98,9 +84,9 @@ public:
             return known->second;
         auto made = std::make_shared<std::vector<std::string>>();
         std::set<std::string> names;
-        const auto add = [&](const std::string& argument) {
-            if (names.insert(argument).second)
-                made->push_back(argument);
+        const auto add = [&](std::string_view argument) {
+            if (names.insert(std::string(argument)).second)
+                made->emplace_back(argument);
         };
         if (group) {
             for (const SlotMember& member : loader_.slotMembers(*group)) {
@@ -117,7 +103,11 @@ public:
 
 private:
     const YGStyleConfigLoad& loader_;
-    const std::map<std::string, std::vector<std::string>, std::less<>> values_ = valuesByKey();
+    const std::shared_ptr<const MappingDic> lists_ =
+        YGFrameComFun::getMappingDicForKey(wildcardMapping);
+    const std::map<std::string_view, std::vector<std::string_view>> values_ =
+        lists_ ? wildcardValues(*lists_)
+               : std::map<std::string_view, std::vector<std::string_view>>();
     std::map<std::string, List> byGroup_;
 };
 

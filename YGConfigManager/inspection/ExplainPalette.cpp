@@ -48,8 +48,8 @@ bool isThere(Explanation& explanation, const TracedPalette& palette) {
     palette.trace.addUnreadFiles(explanation);
     if (explanation.steps.empty()) {
         RootPlace place = palette.file;
-        place.message = "There is no palette of style " + std::to_string(palette.style) +
-                        "; 0 is the light theme, 1 the dark one.";
+        place.message = "Style " + std::to_string(palette.style) +
+                        " has no palette: 0 is the light theme, 1 the dark one.";
         explanation.steps.push_back({Outcome::missing, std::move(place)});
     }
     return false;

@@ -239,8 +239,8 @@ Explanation Explainer::webPage(OptionalText file, OptionalText key) const {
         const auto table = YGWebPageUrlConfig::initWithFileName(file, &trace);
         if (!table) {
             explanation.substitute = "null";
-            addNothing(explanation, trace, std::string(*file), "There is no path for this file.",
-                       *key, {});
+            addNothing(explanation, trace, std::string(*file),
+                       "The host has no path for this file.", *key, {});
             return explanation;
         }
         const std::string path = trace.files().nameOf(

@@ -52,7 +52,7 @@ using ExplainedAnswer =
 
 struct Explanation {
     ExplainedAnswer answer;
-    /// What stands in for an answer that is not there, in words: "red", "the system font",
+    /// What the library answers when it finds nothing, in words: "red", "the system font",
     /// "about:blank", "null". Absent when the answer is the one asked for.
     std::optional<std::string> substitute;
     /// The name that was probably meant, when there is nothing of the one asked for.

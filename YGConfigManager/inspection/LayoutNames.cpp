@@ -8,6 +8,7 @@
 #include "YGConfigManager/inspection/MemberOf.h"
 #include "YGConfigManager/inspection/PageChecks.h"
 #include "YGConfigManager/inspection/PageNames.h"
+#include "YGConfigManager/inspection/Wording.h"
 #include "YGConfigManager/text/LineIndex.h"
 #include "YGConfigManager/text/Nearest.h"
 
@@ -18,10 +19,6 @@ namespace {
 using Elements = std::map<std::string, xml::Element, std::less<>>;
 
 constexpr std::string_view nameAttribute = "name";
-
-std::string quoted(std::string_view name) {
-    return std::string("'").append(name).append("'");
-}
 
 bool hasDash(std::string_view name) {
     return name.find('-') != std::string_view::npos;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "YGConfigManager/diagnostics/RuleTable.h"
+#include "YGConfigManager/inspection/Wording.h"
 #include "YGConfigManager/layout/Walk.h"
 #include "YGConfigManager/text/Nearest.h"
 #include "YGConfigManager/text/Paths.h"
@@ -30,10 +31,6 @@ std::string joined(const std::vector<std::string>& parts) {
     for (std::size_t at = 1; at < parts.size(); ++at)
         name.append("-").append(parts[at]);
     return name;
-}
-
-std::string quoted(std::string_view name) {
-    return std::string("'").append(name).append("'");
 }
 
 std::string counted(std::size_t count, std::string_view thing) {

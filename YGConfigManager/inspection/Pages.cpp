@@ -29,18 +29,15 @@ private:
 
 /// The value that stands for each wildcard list, and one that could break a pattern.
 std::map<std::string, std::vector<std::string>, std::less<>> valuesToTry(const MappingDic& lists) {
-    const auto isMarkup = [](const std::string& value) {
-        return value.find_first_of("<>&'\"") != std::string::npos;
+    const auto isMarkup = [](std::string_view value) {
+        return value.find_first_of("<>&'\"") != std::string_view::npos;
     };
     std::map<std::string, std::vector<std::string>, std::less<>> chosen;
-    std::set<std::string_view> known;  // in the first list that has it a value counts
-    for (const auto& [key, values] : lists) {
-        std::vector<std::string>& tried = chosen[key];
-        for (const std::string& value : values) {
-            if (!known.insert(value).second || value.find('-') != std::string::npos)
-                continue;
+    for (const auto& [key, values] : wildcardValues(lists)) {
+        std::vector<std::string>& tried = chosen[std::string(key)];
+        for (const std::string_view value : values) {
             if (tried.empty() || (tried.size() == 1 && isMarkup(value) != isMarkup(tried.front())))
-                tried.push_back(value);
+                tried.emplace_back(value);
         }
     }
     return chosen;
@@ -149,6 +146,19 @@ private:
 };
 
 }  // namespace
+
+std::map<std::string_view, std::vector<std::string_view>> wildcardValues(const MappingDic& lists) {
+    std::map<std::string_view, std::vector<std::string_view>> counted;
+    std::set<std::string_view> known;
+    for (const auto& [key, values] : lists) {
+        std::vector<std::string_view>& ofKey = counted[key];
+        for (const std::string& value : values) {
+            if (known.insert(value).second && value.find('-') == std::string::npos)
+                ofKey.push_back(value);
+        }
+    }
+    return counted;
+}
 
 void addCustomPages(Loaded& loaded, Gathering& findings) {
     const OnlyAboutSlots only(findings);

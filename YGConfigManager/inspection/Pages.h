@@ -4,6 +4,9 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
+#include <string_view>
+#include <vector>
 
 #include "YGConfigManager/inspection/Gathering.h"
 #include "YGConfigManager/inspection/Loaded.h"
@@ -18,6 +21,10 @@ inline constexpr std::size_t maxPagesOfTemplate = 256;
 inline constexpr std::size_t maxCustomPages = 4096;
 inline constexpr std::size_t customPageShare = 16;
 inline constexpr std::size_t leastCustomPageBytes = std::size_t{256} * 1024;
+
+/// The values of each wildcard list that a page's name can give: in the first list that has it a
+/// value counts, and none with a "-". The texts of `lists` must outlive them.
+std::map<std::string_view, std::vector<std::string_view>> wildcardValues(const MappingDic& lists);
 
 /// Adds the pages that the templates can build with each member of a slot's group, and for a
 /// pattern with one value of its list, to the pages of the layout. A page that is stored is there

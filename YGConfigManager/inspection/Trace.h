@@ -19,6 +19,7 @@
 #include "YGConfigManager/inspection/Explanation.h"
 #include "YGConfigManager/inspection/Gathering.h"
 #include "YGConfigManager/inspection/SourceFiles.h"
+#include "YGConfigManager/inspection/Wording.h"
 #include "YGConfigManager/xml/Element.h"
 
 namespace yg {
@@ -98,8 +99,8 @@ public:
     xml::Element addDefinitions(Explanation& explanation, std::span<const Definition> definitions,
                                 const std::string& what) const;
 
-    /// Steps for files that could not be read, each once; those that may be missing only if they
-    /// are there. They are missing when there is no answer, and lost otherwise.
+    /// One step for each file that could not be read; a file that a root need not have counts only
+    /// if it exists. The outcome is `lost` when the look-up has an answer, else `missing`.
     void addUnreadFiles(Explanation& explanation) const;
 
     /// What is reported about a name that an attribute refers to and that is not known there; null
@@ -142,10 +143,6 @@ private:
 
 /// What fails, as the log says it.
 inline constexpr std::string_view explaining = "explain";
-
-inline std::string quoted(std::string_view name) {
-    return std::string("'").append(name).append("'");
-}
 
 /// A step about what is not there, with the nearest name of those known.
 void addMissing(Explanation& explanation, RootPlace place, std::string_view name,

@@ -4,10 +4,16 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "YGConfigManager/inspection/Gathering.h"
 
 namespace yg {
+
+/// A name as messages show it: "'NAME'".
+inline std::string quoted(std::string_view name) {
+    return std::string("'").append(name).append("'");
+}
 
 /// One line for the author of the file: what is wrong with which text.
 std::string messageOf(const Found& found);

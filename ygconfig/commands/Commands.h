@@ -58,6 +58,10 @@ std::span<const Command> explainCommands();
 std::span<const Command> simulateCommands();
 std::span<const Command> diffCommands();
 
+/// What is said when the host has no path for the server file.
+inline constexpr std::string_view noServerPath =
+    "ygconfig: the host has no path for the server file";
+
 /// What a command answers when the host has no path for a file of this name.
 Answer nothingShownWithoutPath(std::string_view fileName);
 Answer nothingFoundWithoutPath(std::string_view fileName);

@@ -56,7 +56,7 @@ Answer dumpServers(const Session& session) {
 Answer showServers(const Session& session) {
     const auto loader = loadServers(session.arguments, session.unreadable);
     if (!loader)
-        return {"", ExitCode::noAnswer, "ygconfig: there is no path for the server file"};
+        return {"", ExitCode::noAnswer, std::string(noServerPath)};
     const auto shownPath = session.arguments.withoutRoot(loader->configPath());
     return {ServersView(*loader, session.paint()).servers(shownPath.value_or(""))};
 }

@@ -222,7 +222,7 @@ Answer simulateServers(const Session& session) {
     const bool isJson = arguments.format == "json";
     const auto loader = YGServerCfgLoader::initWithIsGray(arguments.gray, session.unreadable);
     if (!loader)
-        return nothing(isJson, "ygconfig: there is no path for the server file");
+        return nothing(isJson, std::string(noServerPath));
     Fleet fleet;
     fleet.path = arguments.withoutRoot(loader->configPath());
     fleet.rule = arguments.weighted ? AddressRule::weighted : AddressRule::plain;

@@ -254,7 +254,7 @@ void YGEventLoader::include(Section& section, Entry& entry, std::string_view tem
     if (events->size() > mostIncludedEvents - tables_.includedEvents ||
         bytes > mostIncludedBytes - tables_.includedBytes) {
         if (!std::exchange(tables_.isLimitLogged, true))
-            writeRuntimeLog(
+            writeRuntimeError(
                 "load palette config fail:includes add more than %ld events or %ld bytes",
                 mostIncludedEvents, mostIncludedBytes);
         return entry.report("include-limit"_rule, "src", templateName);

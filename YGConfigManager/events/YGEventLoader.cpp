@@ -91,7 +91,7 @@ void YGEventLoader::readFile() {
     const xml::ParseResult parsed = reporter.parseFile(*configPath_);
     if (parsed)
         return readDocument(parsed.document.root());
-    writeRuntimeLog("load palette config fail:%@", parsed.error);
+    writeRuntimeError("load palette config fail:%@", parsed.error);
     reporter.unreadable("unreadable-file"_rule, *configPath_, parsed);
 }
 

@@ -42,7 +42,7 @@ void logException(std::string_view what) noexcept {
     } catch (...) {
         line.add("unknown exception");
     }
-    writeLogMessage(LogChannel::runtime, line.text());
+    writeLogMessage(LogChannel::runtime, LogSeverity::error, line.text());
 }
 
 }  // namespace yg

@@ -55,6 +55,10 @@ std::optional<std::string> Host::configServer() {
     return std::nullopt;
 }
 
+void Host::writeLogLine(LogChannel channel, LogSeverity /*severity*/, std::string_view message) {
+    writeLog(channel, message);
+}
+
 std::shared_ptr<MainQueue> Host::mainQueue() {
     return defaultMainQueue();
 }

@@ -30,6 +30,10 @@ namespace yg {
 /// Which log a line belongs to: what the loaders do as they run, or the business log.
 enum class LogChannel { runtime, business };
 
+/// How much a log line matters: what happens, what is missing and has a substitute, or what could
+/// not be done.
+enum class LogSeverity { info, warning, error };
+
 /// A mapping table: lists of texts by text.
 using MappingDic = std::map<std::string, std::vector<std::string>, std::less<>>;
 
@@ -83,6 +87,10 @@ public:
     /// Takes one finished log message, without time stamp and without line end. A message may hold
     /// line breaks of its own, and any byte that a configuration file may hold.
     virtual void writeLog(LogChannel channel, std::string_view message) = 0;
+
+    /// The same with how much the message matters; the library calls this one. By default calls
+    /// writeLog(channel, message).
+    virtual void writeLogLine(LogChannel channel, LogSeverity severity, std::string_view message);
 
     /// The queue that brings tasks to the main thread. By default defaultMainQueue(), which
     /// the application drains. Null counts as the default.

@@ -66,9 +66,9 @@ void writeLine(std::string_view line) {
 
 }  // namespace
 
-void writeLogMessage(LogChannel channel, std::string_view message) noexcept {
+void writeLogMessage(LogChannel channel, LogSeverity severity, std::string_view message) noexcept {
     try {
-        currentHost()->writeLog(channel, message);
+        currentHost()->writeLogLine(channel, severity, message);
     } catch (...) {
         // A log that fails must not disturb what is being logged.
     }

@@ -15,7 +15,7 @@
 namespace yg {
 
 /// Hands a finished message to the current host.
-void writeLogMessage(LogChannel channel, std::string_view message) noexcept;
+void writeLogMessage(LogChannel channel, LogSeverity severity, std::string_view message) noexcept;
 
 /// Writes `message` and a line end to standard error with a single write, whole among those of
 /// other threads. Line breaks and other control characters inside it (text/Controls.h) become
@@ -26,15 +26,30 @@ void writeLogMessage(LogChannel channel, std::string_view message) noexcept;
 /// its own. The lines that follow do not wait until one has been written.
 void writeConsoleLine(std::string_view message) noexcept;
 
-/// Logs what a loader does as it runs: writeRuntimeLog("load style config fail:%@", error).
+/// Hands the message that a format makes to the current host.
 template <class... Args>
-void writeRuntimeLog(text::FormatString<std::type_identity_t<Args>...> format,
-                     const Args&... args) noexcept {
+void writeFormatted(LogChannel channel, LogSeverity severity,
+                    text::FormatString<std::type_identity_t<Args>...> format,
+                    const Args&... args) noexcept {
     try {
-        writeLogMessage(LogChannel::runtime, text::format(format, args...));
+        writeLogMessage(channel, severity, text::format(format, args...));
     } catch (...) {
         // Out of memory: the message is lost, the caller goes on.
     }
+}
+
+/// Logs what a loader does as it runs: writeRuntimeLog("server config path:%@", path).
+template <class... Args>
+void writeRuntimeLog(text::FormatString<std::type_identity_t<Args>...> format,
+                     const Args&... args) noexcept {
+    writeFormatted<Args...>(LogChannel::runtime, LogSeverity::info, format, args...);
+}
+
+/// Logs what a loader could not do: writeRuntimeError("load style config fail:%@", error).
+template <class... Args>
+void writeRuntimeError(text::FormatString<std::type_identity_t<Args>...> format,
+                       const Args&... args) noexcept {
+    writeFormatted<Args...>(LogChannel::runtime, LogSeverity::error, format, args...);
 }
 
 /// Logs to the business log. The messages begin with "%s L%d ", the name of the operation and the
@@ -42,11 +57,14 @@ void writeRuntimeLog(text::FormatString<std::type_identity_t<Args>...> format,
 template <class... Args>
 void writeBusCommonLogInside(text::FormatString<std::type_identity_t<Args>...> format,
                              const Args&... args) noexcept {
-    try {
-        writeLogMessage(LogChannel::business, text::format(format, args...));
-    } catch (...) {
-        // Out of memory: the message is lost, the caller goes on.
-    }
+    writeFormatted<Args...>(LogChannel::business, LogSeverity::info, format, args...);
+}
+
+/// The same about what is missing.
+template <class... Args>
+void writeBusCommonWarning(text::FormatString<std::type_identity_t<Args>...> format,
+                           const Args&... args) noexcept {
+    writeFormatted<Args...>(LogChannel::business, LogSeverity::warning, format, args...);
 }
 
 /// Writes a line straight to standard error, past the host; nothing on a thread with a

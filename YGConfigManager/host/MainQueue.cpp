@@ -25,9 +25,9 @@ void runAndLog(const std::function<void()>& function, std::string_view what) noe
     try {
         function();
     } catch (const std::exception& error) {
-        writeRuntimeLog("%@ fail:%@", what, error.what());
+        writeRuntimeError("%@ fail:%@", what, error.what());
     } catch (...) {
-        writeRuntimeLog("%@ fail:%@", what, "unknown exception");
+        writeRuntimeError("%@ fail:%@", what, "unknown exception");
     }
 }
 

@@ -78,9 +78,9 @@ private:
         try {
             place.observer(notification);
         } catch (const std::exception& error) {
-            writeRuntimeLog("notification %@ fail:%@", notification.name, error.what());
+            writeRuntimeError("notification %@ fail:%@", notification.name, error.what());
         } catch (...) {
-            writeRuntimeLog("notification %@ fail:%@", notification.name, "unknown exception");
+            writeRuntimeError("notification %@ fail:%@", notification.name, "unknown exception");
         }
     }
 

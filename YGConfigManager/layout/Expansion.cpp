@@ -141,8 +141,8 @@ bool Expansion::add(const Extent& extent) {
     if (fits)
         yg::add(added_, extent);
     else if (!std::exchange(isRefused_, true))
-        writeRuntimeLog("load style config fail:%@ more than %ld elements or %ld bytes", subject_,
-                        YGStyleConfigLoad::maxAddedElements, YGStyleConfigLoad::maxAddedBytes);
+        writeRuntimeError("load style config fail:%@ more than %ld elements or %ld bytes", subject_,
+                          YGStyleConfigLoad::maxAddedElements, YGStyleConfigLoad::maxAddedBytes);
     return fits;
 }
 

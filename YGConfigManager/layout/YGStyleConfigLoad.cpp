@@ -213,7 +213,7 @@ xml::Element YGStyleConfigLoad::rootOf(std::optional<std::string_view> path) con
         files_->set(*path, parsed);
     if (parsed)
         return parsed.document.root();
-    writeRuntimeLog("load style config fail:%@", parsed.error);
+    writeRuntimeError("load style config fail:%@", parsed.error);
     if (!known)
         reporter.unreadable("unreadable-file"_rule, *path, parsed);
     return {};

@@ -125,7 +125,7 @@ bool YGPaletteLoad::readConfig(std::int8_t style) {
     }
     const xml::ParseResult parsed = reporter.parseFile(*path);
     if (!parsed) {
-        writeRuntimeLog("load palette config fail:%@", parsed.error);
+        writeRuntimeError("load palette config fail:%@", parsed.error);
         reporter.unreadable("unreadable-file"_rule, *path, parsed);
         return false;
     }

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "YGConfigManager/text/Place.h"
+
 namespace yg {
 
 /// One address of an entry.
@@ -25,6 +27,7 @@ struct ServerOffer {
     std::vector<AddressOffer> addresses;  ///< empty when the entry does not say
     std::optional<std::string> addrs;     ///< as written
     std::size_t servers = 0;              ///< how many it gives, while the group has room for them
+    Place place = {};                     ///< of its start tag
 };
 
 }  // namespace yg

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/records/Entry.h"
 #include "YGConfigManager/servers/AddressChoice.h"
@@ -18,6 +19,11 @@
 #include "YGConfigManager/text/Numbers.h"
 
 namespace yg {
+
+const ServerAddrList& YGServerAddrListTag::serversOf(const YGServerAddrListTag* group) {
+    static Immortal<ServerAddrList> none;
+    return group && group->serverAddrList_ ? *group->serverAddrList_ : *none;
+}
 
 namespace {
 
@@ -35,7 +41,7 @@ struct Servers {
         isFull = further == YGServerAddrListTag::mostFurtherServers ||
                  bytes > YGServerAddrListTag::mostFurtherBytes - furtherBytes;
         if (isFull) {
-            writeRuntimeLog(
+            writeRuntimeError(
                 "load style config fail:names add more than %ld servers or %ld bytes to a group",
                 YGServerAddrListTag::mostFurtherServers, YGServerAddrListTag::mostFurtherBytes);
             return false;
@@ -118,6 +124,7 @@ std::vector<ServerOffer> serverOffers(const xml::Element& group) {
             offer.key = element.attribute("key");
             offer.names = entry.names;
             offer.addrs = entry.addrs;
+            offer.place = element.element().tagPlace().value_or(Place());
             if (!entry.addrs)
                 return;
             forEachItem(*entry.addrs, [&](std::string_view text) {

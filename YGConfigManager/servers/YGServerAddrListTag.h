@@ -75,6 +75,12 @@ public:
         serverAddrList_ = std::move(list);
     }
 
+    /// The same, but empty where the other is null.
+    const ServerAddrList& servers() const { return serversOf(this); }
+
+    /// The servers of a group that may be null; empty then, too.
+    static const ServerAddrList& serversOf(const YGServerAddrListTag* group);
+
     /// The type that the group was built for ("type").
     std::uint64_t serverType() const { return serverType_; }
     void setServerType(std::uint64_t type) { serverType_ = type; }

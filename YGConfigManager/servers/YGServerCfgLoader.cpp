@@ -102,7 +102,7 @@ void YGServerCfgLoader::loadFile() {
         const xml::ParseResult parsed = reporter.parseFile(path);
         if (parsed)
             return load(parsed.document.root());
-        writeRuntimeLog("load style config fail:%@", parsed.error);
+        writeRuntimeError("load style config fail:%@", parsed.error);
         reporter.unreadable("unreadable-file"_rule, path, parsed);
     });
 }
@@ -121,7 +121,7 @@ bool YGServerCfgLoader::deliver(std::optional<std::string_view> data,
     }
     xml::ParseResult parsed = reporter.parseBytes(*data);
     if (!parsed) {
-        writeRuntimeLog("set style config fail:%@", parsed.error);
+        writeRuntimeError("set style config fail:%@", parsed.error);
         reporter.unreadable("unreadable-delivery"_rule, {}, parsed);
         return false;
     }
@@ -136,7 +136,7 @@ bool YGServerCfgLoader::deliver(std::optional<std::string_view> data,
     const std::string bytes = parsed.document.serialise(xml::Form::pretty);
     if (!xml::Document::canBeRead(bytes) || bytes.size() > files::largestFileRead) {
         constexpr std::string_view reason = "it could not be read again";
-        writeRuntimeLog("set style config fail:%@", reason);
+        writeRuntimeError("set style config fail:%@", reason);
         reporter.report("unreadable-delivery"_rule, {}, reason);
         return false;
     }
@@ -222,10 +222,14 @@ YGServerCfgLoader::Group YGServerCfgLoader::listTagWithServerType(std::uint64_t 
     return nullptr;
 }
 
+const ServerAddrList& YGServerCfgLoader::serversOfType(std::uint64_t serverType) const {
+    return YGServerAddrListTag::serversOf(listTagWithServerType(serverType).get());
+}
+
 std::map<std::uint64_t, std::vector<ServerOffer>> YGServerCfgLoader::offers() const {
     return guarded(loadName, [this] {
         const xml::ParseResult parsed =
-            orOutOfMemory(xml::Document::parseFile(configPath_.value_or("")));
+            orOutOfMemory(xml::Document::parseFile(configPath_.value_or(""), {.positions = true}));
         std::map<std::uint64_t, std::vector<ServerOffer>> offers;
         for (const GroupRow& row : groupRows) {
             const std::vector<xml::Node> found = serverGroups(parsed.document.root(), row.type);

@@ -72,6 +72,10 @@ public:
     /// The group of a server type; null for a type that is never loaded and before a load.
     Group listTagWithServerType(std::uint64_t serverType) const;
 
+    /// The servers of a type's group in the order of the document; empty when there is none. The
+    /// list lives as long as the group.
+    const ServerAddrList& serversOfType(std::uint64_t serverType) const;
+
     /// What the entries of each type's group offer, in their order. The file at `configPath` is
     /// read for it again, so that a delivery since counts only if it was saved there. A type
     /// without a group is missing, all are when the file cannot be read or memory does not suffice.

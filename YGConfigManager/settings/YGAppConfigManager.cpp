@@ -36,6 +36,15 @@ bool isPlainName(std::string_view name) {
            });
 }
 
+template <class Value>
+std::vector<std::string> namesIn(const RecordMap<Value>& map) {
+    std::vector<std::string> names;
+    names.reserve(map.size());
+    for (const auto& entry : map)
+        names.push_back(entry.key);
+    return names;
+}
+
 std::string queryFor(std::string_view section) {
     return std::string(rootName) + '/' + std::string(section);
 }
@@ -165,6 +174,21 @@ std::optional<std::string> YGAppConfigManager::getItemText(OptionalText section,
         const xml::Document document = current();
         const std::vector<xml::Node> found = document.query(queryFor(*section, *itemName));
         return found.empty() ? std::nullopt : std::optional(found.front().stringValue());
+    });
+}
+
+std::vector<std::string> YGAppConfigManager::sectionNames() const {
+    return guarded("read app config", [&] {
+        const std::lock_guard lock(lock_);
+        return namesIn(texts_);
+    });
+}
+
+std::vector<std::string> YGAppConfigManager::itemNames(OptionalText section) const {
+    return guarded("read app config", [&] {
+        const std::lock_guard lock(lock_);
+        const std::shared_ptr<Texts>* const texts = section ? texts_.find(*section) : nullptr;
+        return texts ? namesIn(**texts) : std::vector<std::string>();
     });
 }
 

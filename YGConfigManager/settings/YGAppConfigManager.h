@@ -72,7 +72,11 @@ public:
         OtherWriters otherWriters = OtherWriters::ignored);
 
     /// Always null: a store needs a file name.
-    static std::shared_ptr<YGAppConfigManager> init() { return nullptr; }
+    [[deprecated(
+        "answers null always: call initWithFileName")]] static std::shared_ptr<YGAppConfigManager>
+    init() {
+        return nullptr;
+    }
 
     YGAppConfigManager(const YGAppConfigManager&) = delete;
     YGAppConfigManager& operator=(const YGAppConfigManager&) = delete;
@@ -99,6 +103,14 @@ public:
     /// stand, here and above; one that is not an XML name is program text, whose evaluation has no
     /// bound. No other thread waits for it.
     std::optional<std::string> getItemText(OptionalText section, OptionalText itemName) const;
+
+    /// The names of the sections in the order of the file, each once. Empty without a file and when
+    /// memory does not suffice, here and below.
+    std::vector<std::string> sectionNames() const;
+
+    /// The names of a section's items in the order of the file, each once. Empty when
+    /// there is no such section.
+    std::vector<std::string> itemNames(OptionalText section) const;
 
     /// The host's path of a file in the user's storage, one that can be written if `isNeedWrite`.
     static std::optional<std::string> getFilePath(OptionalText fileName, bool isNeedWrite);

@@ -13,6 +13,7 @@
 #include "YGConfigManager/host/Host.h"
 #include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/host/Log.h"
+#include "YGConfigManager/host/MainQueue.h"
 #include "YGConfigManager/net/HttpGet.h"
 #include "YGConfigManager/records/JsonEntry.h"
 #include "YGConfigManager/settings/AtomicReference.h"
@@ -44,6 +45,19 @@ std::optional<std::string> digestOf(const std::shared_ptr<const YGHttpReqUrlMode
 
 /// For calls of the sink. Whatever it throws, the list is taken.
 constexpr std::string_view reporting = "report request urls";
+
+constexpr std::string_view downloading = "download request urls";
+
+/// Without its reason where memory does not suffice for it.
+YGHttpReqUrlMgr::Update failedFor(std::string_view reason) noexcept {
+    YGHttpReqUrlMgr::Update update;
+    try {
+        update.reason = reason;
+    } catch (const std::bad_alloc&) {
+        // The outcome counts.
+    }
+    return update;
+}
 
 /// Calls what the application gave, which may throw.
 template <class Completion, class... Arguments>
@@ -143,7 +157,7 @@ void YGHttpReqUrlMgr::read() {
     writeBusCommonLogInside("%s L%d filePath: %@", readName, 71, path);
     guarded(reporting, [&] { reporter.reading(path.value_or("")); });
     if (!path || path->empty() || !files::fileExists(*path)) {
-        writeBusCommonLogInside("%s L%d [%@]文件不存在", readName, 75, path);
+        writeBusCommonWarning("%s L%d [%@]文件不存在", readName, 75, path);
         reporter.report("unreadable-url-list"_rule, path.value_or(""));
         return;
     }
@@ -163,7 +177,7 @@ void YGHttpReqUrlMgr::read() {
         }
     }
     if (!file) {
-        writeBusCommonLogInside("%s L%d 读不到数据", readName, 84);
+        writeBusCommonWarning("%s L%d 读不到数据", readName, 84);
         reporter.unreadable("unreadable-url-list"_rule, *path, file.error);
         return;
     }
@@ -172,41 +186,70 @@ void YGHttpReqUrlMgr::read() {
 }
 
 void YGHttpReqUrlMgr::updateHttpReqUrls(std::function<void()> ended) {
-    std::shared_ptr<Once<std::function<void()>>> once;
-    const bool isStarted = guarded("download request urls", [&] {
+    std::function<void(const Update&)> wrapped;
+    const bool isWrapped = guarded(downloading, [&] {
+        // Memory is taken before `ended` is given away.
+        const auto kept = std::make_shared<std::function<void()>>();
+        wrapped = [kept](const Update&) { complete(*kept); };
+        *kept = std::exchange(ended, nullptr);
+        return true;
+    });
+    if (isWrapped)
+        download(std::move(wrapped));
+    else
+        complete(ended);
+}
+
+void YGHttpReqUrlMgr::updateAndTell(std::function<void(const Update&)> ended) {
+    guarded(downloading, [&] {
+        download([ended = std::move(ended)](const Update& update) {
+            postToMainQueue([ended, update] { complete(ended, update); });
+        });
+    });
+}
+
+/// `ended` is called on the network's thread, or inside the call if nothing was begun.
+void YGHttpReqUrlMgr::download(std::function<void(const Update&)> ended) {
+    std::shared_ptr<Once<std::function<void(const Update&)>>> once;
+    std::string_view reason = outOfMemory;
+    const bool isStarted = guarded(downloading, [&] {
         const std::string server = configServer();
-        if (server.empty())
+        if (server.empty()) {
+            reason = "the host names no server";
             return false;
+        }
         std::string url = "http://" + server + std::string(listUrlPath);
         // Memory is taken before `ended` is given away.
-        once = std::make_shared<Once<std::function<void()>>>();
+        once = std::make_shared<Once<std::function<void(const Update&)>>>();
         net::GetCompletion completion = [self = shared_from_this(), once, number = ++state_->begun,
                                          url](const std::optional<std::string>& body, const auto&,
                                               const std::optional<std::string>& error) {
-            guarded("download request urls", [&] { self->take(number, url, body, error); });
-            once->call();
+            once->call(guarded(
+                downloading, [&] { return self->take(number, url, body, error); },
+                failedFor(outOfMemory)));
         };
         once->keep(std::exchange(ended, nullptr));
         transport_(std::move(url), std::move(completion));
         return true;
     });
-    if (!isStarted) {
-        complete(ended);
-        if (once)
-            once->call();
-    }
+    if (isStarted)
+        return;
+    const Update failed = failedFor(reason);
+    complete(ended, failed);
+    if (once)
+        once->call(failed);
 }
 
 /// Takes what the request of that number has downloaded. Neither status nor error count: any body
 /// that can be read does.
-void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
-                           const std::optional<std::string>& body,
-                           const std::optional<std::string>& error) {
+YGHttpReqUrlMgr::Update YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
+                                              const std::optional<std::string>& body,
+                                              const std::optional<std::string>& error) {
     const Reporter reporter(sink_);
     guarded(reporting, [&] { reporter.reading(url); });
     if (!body) {
         reporter.report("failed-download"_rule, url, error.value_or(""));
-        return;
+        return failedFor(error.value_or("nothing came"));
     }
     KeptFindings found(sink_);
     const std::shared_ptr<const YGHttpReqUrlModel> model =
@@ -214,12 +257,12 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
     guarded(reporting, [&] { found.passOn(); });
     const std::optional<std::string> digest = digestOf(model);
     if (!digest || digest->empty())
-        return;
+        return failedFor(model ? "what came has no digest" : "what came is no JSON object");
     Reference::Next next(model);
     std::unique_lock lock(state_->lock);
     // What began later has been taken before.
     if (number < state_->taken)
-        return;
+        return {Update::Outcome::overtaken, ""};
     const auto current = urlModel();
     const std::optional<std::string> currentDigest = digestOf(current);
     if (digest == currentDigest) {
@@ -227,23 +270,25 @@ void YGHttpReqUrlMgr::take(std::uint64_t number, std::string_view url,
         lock.unlock();
         if (reporter && model->description() != current->description())
             reporter.report("same-digest-other-entries"_rule, url, *digest);
-        return;
+        return {Update::Outcome::sameDigest, ""};
     }
     const std::optional<std::string> path = storagePath(listFileName, true);
     if (!path || path->empty()) {
         lock.unlock();
-        reporter.unsaved(listFileName, files::describeFailure(listFileName, noPathToWrite));
-        return;
+        const std::string reason = files::describeFailure(listFileName, noPathToWrite);
+        reporter.unsaved(listFileName, reason);
+        return failedFor(reason);
     }
     writeBusCommonLogInside("%s L%d newMd5Value : [%@]; oldMd5Value : [%@]", takeName, 110, digest,
                             currentDigest);
     // The next start begins with the old list when it cannot be written; this one goes on.
-    const files::FileWriting writing = writeStoredFile(listFileName, path, *body);
+    files::FileWriting writing = writeStoredFile(listFileName, path, *body);
     state_->list.store(std::move(next));
     state_->taken = number;
     lock.unlock();
     if (!writing)
-        reporter.unsaved(listFileName, writing.error);
+        guarded(reporting, [&] { reporter.unsaved(listFileName, writing.error); });
+    return {Update::Outcome::newList, std::move(writing.error)};
 }
 
 std::optional<std::string> YGHttpReqUrlMgr::httpReqUrlStringWithUrlKey(OptionalText urlKey) const {

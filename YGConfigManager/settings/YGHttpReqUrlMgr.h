@@ -16,12 +16,14 @@
 // list stays as it is.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/export.h"
@@ -73,6 +75,29 @@ public:
     /// manager is held until then.
     void updateHttpReqUrls(std::function<void()> ended = nullptr);
 
+    /// What a download of the list came to.
+    struct Update {
+        enum class Outcome {
+            newList,     ///< what came is the list now
+            sameDigest,  ///< the list has the digest of what came, and stays
+            overtaken,   ///< a download or a reading that began later has given a list, which stays
+            failed,      ///< nothing that could be used came, and the list stays
+        };
+        Outcome outcome = Outcome::failed;
+        /// Why it failed, in one line. With a new list why the file could not be written, so that
+        /// the next start begins with the old list. "" otherwise.
+        std::string reason;
+    };
+
+    /// The same with a completion that is called once with what it came to: always on the main
+    /// thread, from the main queue (host/MainQueue.h), which the application drains, and never
+    /// inside this call. It is lost when the queue does not take it, which is logged, and when the
+    /// process ends first. The manager is held until then.
+    template <std::invocable<const Update&> Ended>
+    requires(!std::invocable<Ended&>) void updateHttpReqUrls(Ended ended) {
+        updateAndTell(std::move(ended));
+    }
+
     /// The address of the first entry with exactly this key; absent when it has none, when there is
     /// no such entry or no list, and for an absent key.
     std::optional<std::string> httpReqUrlStringWithUrlKey(OptionalText urlKey) const;
@@ -96,8 +121,10 @@ private:
     static std::shared_ptr<YGHttpReqUrlMgr> make(DiagnosticsSink* sink, Transport transport);
 
     void read();
-    void take(std::uint64_t number, std::string_view url, const std::optional<std::string>& body,
-              const std::optional<std::string>& error);
+    Update take(std::uint64_t number, std::string_view url, const std::optional<std::string>& body,
+                const std::optional<std::string>& error);
+    void updateAndTell(std::function<void(const Update&)> ended);
+    void download(std::function<void(const Update&)> ended);
 
     const std::unique_ptr<State> state_;
     const Transport transport_;

@@ -19,7 +19,11 @@ public:
         OptionalText fileName, DiagnosticsSink* sink = nullptr);
 
     /// Always null: a store needs a file name.
-    static std::shared_ptr<YGReadonlyAppConfigManager> init() { return nullptr; }
+    [[deprecated("answers null always: call initWithFileName")]] static std::shared_ptr<
+        YGReadonlyAppConfigManager>
+    init() {
+        return nullptr;
+    }
 
     ~YGReadonlyAppConfigManager() override;
 

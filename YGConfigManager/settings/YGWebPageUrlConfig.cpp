@@ -108,22 +108,34 @@ xml::Document YGWebPageUrlConfig::current() const {
 std::string YGWebPageUrlConfig::getWebPageUrlByKey(OptionalText key) const {
     std::optional<std::string> address;
     if (!key || key->empty()) {
-        writeBusCommonLogInside("%s L%d 获取不到1 Key: [%@]", lookUpName, 54, key);
+        writeBusCommonWarning("%s L%d 获取不到1 Key: [%@]", lookUpName, 54, key);
     } else if (!text::isValidUtf8(*key)) {
-        writeBusCommonLogInside("%s L%d 获取不到2 Key: [%@]", lookUpName, 59, key);
+        writeBusCommonWarning("%s L%d 获取不到2 Key: [%@]", lookUpName, 59, key);
     } else {
         try {
             address = find(*key);
             if (!address)
-                writeBusCommonLogInside("%s L%d 获取不到3 Key: [%@]", lookUpName, 68, key);
+                writeBusCommonWarning("%s L%d 获取不到3 Key: [%@]", lookUpName, 68, key);
         } catch (const std::exception&) {
-            writeBusCommonLogInside("%s L%d 获取不到4 Key: [%@]", lookUpName, 77, key);
+            writeBusCommonWarning("%s L%d 获取不到4 Key: [%@]", lookUpName, 77, key);
         }
     }
     if (address)
         return std::move(*address);
     guarded("report web pages", [&] { Reporter(sink_).report("unknown-web-page"_rule, {}, *key); });
     return "about:blank";
+}
+
+std::vector<std::string> YGWebPageUrlConfig::keys() const {
+    return guarded("read web pages", [&] {
+        std::vector<std::string> found;
+        const std::lock_guard lock(lock_);
+        for (const auto& [key, address] : addresses_) {
+            if (key.find('\'') == std::string::npos)
+                found.push_back(key);
+        }
+        return found;
+    });
 }
 
 std::optional<std::string> YGWebPageUrlConfig::find(std::string_view key) const {

@@ -17,6 +17,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/export.h"
@@ -47,6 +48,10 @@ public:
     /// apostrophe goes into an XPath query as it stands: it is program text, whose evaluation has
     /// no bound. No other thread waits for it.
     std::string getWebPageUrlByKey(OptionalText key) const;
+
+    /// The keys that getWebPageUrlByKey finds, in the order of the file, each once; none with an
+    /// apostrophe. Empty when memory does not suffice.
+    std::vector<std::string> keys() const;
 
     /// Replaces the table by a new one in XML, in whose addresses "&" stands for itself (also in
     /// "&amp;", which therefore stays as it is in the address), and rewrites the file: whoever

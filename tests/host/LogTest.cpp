@@ -37,6 +37,29 @@ TEST(Log, EachFunctionHasItsChannel) {
                                     "-[YGHttpReqUrlMgr readUrlModelFromFile] L71 filePath: /c"}));
 }
 
+class SeverityHost final : public yg::testing::RecordingHost {
+public:
+    void writeLogLine(LogChannel channel, yg::LogSeverity severity,
+                      std::string_view message) override {
+        lines.emplace_back(channel, severity, message);
+    }
+    std::vector<std::tuple<LogChannel, yg::LogSeverity, std::string>> lines;
+};
+
+TEST(Log, EachFunctionHasItsSeverity) {
+    ScopedHost<SeverityHost> host;
+    yg::writeRuntimeLog("a");
+    yg::writeRuntimeError("b");
+    yg::writeBusCommonLogInside("c");
+    yg::writeBusCommonWarning("d");
+    using yg::LogSeverity;
+    EXPECT_THAT(host->lines,
+                ElementsAre(std::tuple(LogChannel::runtime, LogSeverity::info, "a"),
+                            std::tuple(LogChannel::runtime, LogSeverity::error, "b"),
+                            std::tuple(LogChannel::business, LogSeverity::info, "c"),
+                            std::tuple(LogChannel::business, LogSeverity::warning, "d")));
+}
+
 TEST(Log, AnAbsentTextPrintsNull) {
     ScopedHost<> host;
     yg::writeRuntimeLog("a:%@", std::optional<std::string>());

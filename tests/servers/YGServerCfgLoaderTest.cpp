@@ -106,6 +106,21 @@ TEST_F(ServerCfgLoader, ReadsTheFileOfTheRightLevelAndTheGreyFlag) {
     }
 }
 
+TEST_F(ServerCfgLoader, ListsTheServersOfATypeAndNoneWithoutAGroup) {
+    put(folder / "skeleton_v1.xml", wholeConfiguration("skeleton_v1.xml"));
+    const auto loader = YGServerCfgLoader::initWithIsGray(false);
+    const auto group = loader->listTagWithServerType(1);
+    ASSERT_NE(group->serverAddrList(), nullptr);
+    EXPECT_EQ(&loader->serversOfType(1), group->serverAddrList().get());
+    EXPECT_EQ(&group->servers(), group->serverAddrList().get());
+    EXPECT_THAT(loader->serversOfType(6), IsEmpty());
+    group->setServerAddrList(nullptr);
+    EXPECT_THAT(group->servers(), IsEmpty());
+    EXPECT_THAT(loader->serversOfType(1), IsEmpty());
+    loader->setAppServerAddrListTag(nullptr);
+    EXPECT_THAT(loader->serversOfType(1), IsEmpty());
+}
+
 TEST_F(ServerCfgLoader, WithoutRightLevelReadsTheFreeFile) {
     put(folder / "skeleton_v1.xml", wholeConfiguration("free"));
     for (const auto& right : {std::optional<std::string>(), std::optional<std::string>(""),

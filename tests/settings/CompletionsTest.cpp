@@ -181,5 +181,104 @@ TEST_F(Completions, ARequestFinishesOnceWhateverThrows) {
     }
 }
 
+using Update = YGHttpReqUrlMgr::Update;
+
+class Updates : public Completions {
+protected:
+    Updates() {
+        runPendingMainTasks();
+        host->server = "127.0.0.1:1";
+        files::put(folder / listFile, R"({"md5Value":"old"})");
+        manager = requests.make();
+        manager->readUrlModelFromFile();
+    }
+
+    void update() {
+        manager->updateHttpReqUrls([this](const Update& update) {
+            EXPECT_EQ(std::this_thread::get_id(), mainThread);
+            updates.push_back(update);
+        });
+        EXPECT_TRUE(updates.empty());
+    }
+
+    /// The only completion that came since, on the thread that drains the queue.
+    Update completed() {
+        EXPECT_TRUE(updates.empty());
+        runPendingMainTasks();
+        EXPECT_EQ(updates.size(), 1u);
+        return updates.empty() ? Update() : std::exchange(updates, {}).front();
+    }
+
+    const std::thread::id mainThread = std::this_thread::get_id();
+    testing::KeptRequests requests;
+    std::shared_ptr<YGHttpReqUrlMgr> manager;
+    std::vector<Update> updates;
+};
+
+TEST_F(Updates, SayThatANewListCame) {
+    update();
+    requests.answer(R"({"md5Value":"new"})");
+    const Update got = completed();
+    EXPECT_EQ(got.outcome, Update::Outcome::newList);
+    EXPECT_EQ(got.reason, "");
+    EXPECT_EQ(manager->urlModel()->md5Value(), "new");
+}
+
+TEST_F(Updates, SayThatANewListCouldNotBeWritten) {
+    update();
+    host->storageWriteFolder = folder / "none";
+    requests.answer(R"({"md5Value":"new"})");
+    const Update got = completed();
+    EXPECT_EQ(got.outcome, Update::Outcome::newList);
+    EXPECT_NE(got.reason.find("No such file"), std::string::npos) << got.reason;
+    EXPECT_EQ(manager->urlModel()->md5Value(), "new");
+}
+
+TEST_F(Updates, SayThatTheDigestIsThatOfTheList) {
+    update();
+    requests.answer(R"({"md5Value":"old"})");
+    EXPECT_EQ(completed().outcome, Update::Outcome::sameDigest);
+}
+
+TEST_F(Updates, SayThatWhatBeganLaterCounts) {
+    update();
+    manager->readUrlModelFromFile();
+    requests.answer(R"({"md5Value":"new"})");
+    EXPECT_EQ(completed().outcome, Update::Outcome::overtaken);
+    EXPECT_EQ(manager->urlModel()->md5Value(), "old");
+}
+
+TEST_F(Updates, SayWhyTheyFailed) {
+    const auto reasonOf = [&](std::optional<std::string> body,
+                              std::optional<std::string> error = std::nullopt) {
+        update();
+        requests.answer(std::move(body), std::move(error));
+        const Update got = completed();
+        EXPECT_EQ(got.outcome, Update::Outcome::failed);
+        return got.reason;
+    };
+    EXPECT_EQ(reasonOf(std::nullopt, "connection refused"), "connection refused");
+    EXPECT_EQ(reasonOf("no list"), "what came is no JSON object");
+    EXPECT_EQ(reasonOf("{}"), "what came has no digest");
+    EXPECT_EQ(reasonOf(R"({"md5Value":""})"), "what came has no digest");
+    host->paths.insert_or_assign(listFile, "");
+    EXPECT_NE(reasonOf(R"({"md5Value":"new"})").find(listFile), std::string::npos);
+    host->server = std::nullopt;
+    update();
+    const Update got = completed();
+    EXPECT_EQ(got.outcome, Update::Outcome::failed);
+    EXPECT_EQ(got.reason, "the host names no server");
+    EXPECT_EQ(manager->urlModel()->md5Value(), "old");
+}
+
+TEST_F(Updates, NeedNoCompletion) {
+    manager->updateHttpReqUrls(nullptr);
+    requests.answer(R"({"md5Value":"new"})");
+    manager->updateHttpReqUrls(std::function<void(const Update&)>());
+    requests.answer(R"({"md5Value":"newer"})");
+    runPendingMainTasks();
+    EXPECT_EQ(manager->urlModel()->md5Value(), "newer");
+}
+
 }  // namespace
 }  // namespace yg

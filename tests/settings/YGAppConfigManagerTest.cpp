@@ -61,8 +61,11 @@ protected:
 // ---- Construction ----------------------------------------------------------------------------
 
 TEST_F(AppConfig, WithoutAFileNameYieldsNoStore) {
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
     EXPECT_EQ(YGAppConfigManager::init(), nullptr);
     EXPECT_EQ(YGReadonlyAppConfigManager::init(), nullptr);
+#pragma GCC diagnostic pop
     EXPECT_EQ(YGAppConfigManager::initWithFileName(std::nullopt), nullptr);
     EXPECT_EQ(YGAppConfigManager::initWithFileName(""), nullptr);
     EXPECT_EQ(YGReadonlyAppConfigManager::initWithFileName(""), nullptr);
@@ -401,6 +404,27 @@ TEST_F(AppConfig, HandsOutACopyOfTheDocument) {
     EXPECT_EQ(store->getItemText("login", "user"), "li");
     store->setConfigItem("login", "remember", "", "false");
     EXPECT_EQ(content(), with(">true<", ">false<"));
+}
+
+// ---- Enumeration -----------------------------------------------------------------------------
+
+TEST_F(AppConfig, NamesItsSectionsAndItemsInTheOrderOfTheFileEachOnce) {
+    put("s.xml", "<config><b><z>1</z><a/><z>2</z></b><a/><b><c>3</c></b></config>");
+    const auto store = YGAppConfigManager::initWithFileName("s.xml");
+    EXPECT_THAT(store->sectionNames(), ElementsAre("b", "a"));
+    EXPECT_THAT(store->itemNames("b"), ElementsAre("z", "a", "c"));
+    EXPECT_THAT(store->itemNames("a"), IsEmpty());
+    EXPECT_THAT(store->itemNames("other"), IsEmpty());
+    EXPECT_THAT(store->itemNames(std::nullopt), IsEmpty());
+    EXPECT_TRUE(store->setConfigItem("new", "item", std::nullopt, "text"));
+    EXPECT_THAT(store->sectionNames(), ElementsAre("b", "a", "new"));
+    EXPECT_THAT(store->itemNames("new"), ElementsAre("item"));
+}
+
+TEST_F(AppConfig, WithoutAFileNamesNothing) {
+    const auto store = YGAppConfigManager::initWithFileName("none.xml");
+    EXPECT_THAT(store->sectionNames(), IsEmpty());
+    EXPECT_THAT(store->itemNames("a"), IsEmpty());
 }
 
 }  // namespace

@@ -222,5 +222,14 @@ TEST_F(WebPages, HandOutACopyOfTheTable) {
     EXPECT_EQ(YGWebPageUrlConfig::getFilePath("x", true), folder / "x");
 }
 
+TEST_F(WebPages, NameTheKeysThatCanBeFoundInTheOrderOfTheFile) {
+    const auto table = open(
+        "<urls><url key='b'>1</url><url key='a'/><url key='b'>2</url>"
+        "<url key=\"it's\">3</url><url key=''>4</url><url>5</url></urls>");
+    EXPECT_THAT(table->keys(), ElementsAre("b", "a"));
+    EXPECT_TRUE(table->replaceDataFromServer("<urls><url key='c'>6</url></urls>"));
+    EXPECT_THAT(table->keys(), ElementsAre("c"));
+}
+
 }  // namespace
 }  // namespace yg

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
 // Bytes as a root of several small files, inspected as a whole, with explanations of some of the
-// names in it, and compared with itself and with an empty root. Each file begins with a line that
-// names it, and a line "=====" stands between two files.
+// names in it, and compared with itself and with an empty root.
 #include "YGConfigManager/inspection/Inspection.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
 #include <memory>
-#include <stdlib.h>
 #include <string>
 #include <string_view>
 
@@ -21,39 +18,15 @@
 #include "YGConfigManager/inspection/InspectionHost.h"
 #include "YGConfigManager/text/Utf8.h"
 
+#include "RootOfBytes.h"
 #include "Target.h"
 
 namespace {
 
 using namespace yg;
+using yg::fuzz::EmptyFolder;
+using yg::fuzz::filesIn;
 using yg::fuzz::require;
-using yg::fuzz::takeUntil;
-
-/// An empty folder for as long as the process lives; all files are texts that are not saved.
-class EmptyFolder {
-public:
-    EmptyFolder() : path_((std::filesystem::temp_directory_path() / "yg-fuzz-XXXXXX").string()) {
-        require(::mkdtemp(path_.data()) != nullptr, "there is a folder");
-    }
-    ~EmptyFolder() { std::filesystem::remove(path_); }
-    EmptyFolder(const EmptyFolder&) = delete;
-    EmptyFolder& operator=(const EmptyFolder&) = delete;
-
-    const std::string& path() const { return path_; }
-
-private:
-    std::string path_;
-};
-
-InspectionOptions filesIn(std::string_view text) {
-    InspectionOptions options;
-    while (!text.empty()) {
-        std::string_view file = takeUntil(text, "\n=====\n");
-        const std::string name(takeUntil(file, "\n"));
-        options.unsaved[name] = file;
-    }
-    return options;
-}
 
 std::string shown(const RootFinding& finding) {
     const auto point = [](const TextPoint& at) {

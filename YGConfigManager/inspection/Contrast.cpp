@@ -81,8 +81,9 @@ std::string ratioText(double ratio) {
 
 class ContrastCheck {
 public:
-    ContrastCheck(const std::vector<PaletteFile>& files, Gathering& findings)
-        : files_(files), findings_(findings) {}
+    ContrastCheck(const std::vector<PaletteFile>& files, const SourceFiles& sources,
+                  Gathering& findings)
+        : files_(files), sources_(sources), findings_(findings) {}
 
     void check(JsonEntry& entry) {
         ContrastPairs::Pair pair;
@@ -157,7 +158,12 @@ private:
         below = drawnOver(file.palette().getCustomColor(*pair.ground), below);
         const Color shown = drawnOver(file.palette().getCustomColor(*pair.text), below);
         const double ratio = contrastRatio(shown, below);
-        if (ratio + tolerance >= *pair.minimum)
+        const bool isEnough = ratio + tolerance >= *pair.minimum;
+        const Place& place = *places_.find(std::to_string(places_.size() - 1));
+        findings_.measured({file.name(), *pair.text, *pair.ground, pair.over, *pair.minimum, ratio,
+                            ratioText(ratio), isEnough,
+                            RootPlace{sources_.nameOf(place.file), place.begin, place.end, ""}});
+        if (isEnough)
             return;
         Details details;
         details.value = *pair.text + " on " + *pair.ground;
@@ -168,11 +174,12 @@ private:
                           ratioText(*pair.minimum) + ".";
         details.related = {
             {ground->element.tagPlace().value_or(Place()), "the colour of the ground"},
-            {*places_.find(std::to_string(places_.size() - 1)), "the pair"}};
+            {place, "the pair"}};
         findings_.onElement("low-contrast"_rule, text->element, std::move(details));
     }
 
     const std::vector<PaletteFile>& files_;
+    const SourceFiles& sources_;
     Gathering& findings_;
     RecordMap<Place> places_;  ///< of each pair, by its number
     std::unique_ptr<text::KnownWords> keys_;
@@ -216,7 +223,7 @@ void checkContrast(const std::vector<PaletteFile>& files, const Loaded& loaded,
         fault = jsonFault(file.bytes(), unreadable);
     if (fault)
         return findings.add(foundOf(std::move(*fault), path));
-    ContrastCheck check(files, findings);
+    ContrastCheck check(files, loaded.files, findings);
     readingJson(Reporter(&findings), {file.bytes(), path}, unreadable, [&](JsonEntry& whole) {
         ContrastPairs read;
         whole.read(read);

@@ -10,11 +10,10 @@
 #include "YGConfigManager/files/ReadFile.h"
 #include "YGConfigManager/host/Guarded.h"
 #include "YGConfigManager/host/JsonValue.h"
-#include "YGConfigManager/host/YGFrameComFun.h"
 #include "YGConfigManager/inspection/Explanation.h"
 #include "YGConfigManager/inspection/MemberOf.h"
 #include "YGConfigManager/inspection/PageNames.h"
-#include "YGConfigManager/inspection/Pages.h"
+#include "YGConfigManager/inspection/Templates.h"
 #include "YGConfigManager/inspection/Trace.h"
 #include "YGConfigManager/inspection/Wording.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
@@ -71,68 +70,12 @@ RootPlace placeOfWildcard(const SourceFiles& files, std::string_view key, std::s
     return place;
 }
 
-/// What a page's name may give for the slots of each group.
-class SlotArguments {
-public:
-    explicit SlotArguments(const YGStyleConfigLoad& loader) : loader_(loader) {}
-
-    using List = std::shared_ptr<const std::vector<std::string>>;
-
-    const List& of(const std::optional<std::string>& group) {
-        const auto [known, isNew] = byGroup_.try_emplace(group.value_or(""));
-        if (!isNew)
-            return known->second;
-        auto made = std::make_shared<std::vector<std::string>>();
-        std::set<std::string> names;
-        const auto add = [&](std::string_view argument) {
-            if (names.insert(std::string(argument)).second)
-                made->emplace_back(argument);
-        };
-        if (group) {
-            for (const SlotMember& member : loader_.slotMembers(*group)) {
-                if (member.name.find('-') == std::string::npos)
-                    add(member.name);
-                const auto pattern = values_.find(member.name);
-                if (pattern != values_.end())
-                    std::ranges::for_each(pattern->second, add);
-            }
-        }
-        known->second = std::move(made);
-        return known->second;
-    }
-
-private:
-    const YGStyleConfigLoad& loader_;
-    const std::shared_ptr<const MappingDic> lists_ =
-        YGFrameComFun::getMappingDicForKey(wildcardMapping);
-    const std::map<std::string_view, std::vector<std::string_view>> values_ =
-        lists_ ? wildcardValues(*lists_)
-               : std::map<std::string_view, std::vector<std::string_view>>();
-    std::map<std::string, List> byGroup_;
-};
-
 /// Of all templates, or of that of a name.
-std::vector<TemplateSignature> signaturesOf(const TracedLayout& layout,
+std::vector<TemplateSignature> signaturesIn(const TracedLayout& layout,
                                             const std::optional<std::string>& name = std::nullopt) {
-    constexpr auto most = std::numeric_limits<std::uint64_t>::max();
-    SlotArguments arguments(layout.loader);
-    std::vector<TemplateSignature> signatures;
-    for (const PageTemplate& made : layout.loader.templates()) {
-        if (name && made.name != *name)
-            continue;
-        TemplateSignature& signature = signatures.emplace_back();
-        signature.name = made.name;
-        signature.place = layout.trace.placeOf(made.element, "");
-        signature.pages = 1;
-        for (const auto& group : made.groups) {
-            const TemplateSignature::Slot& slot =
-                signature.slots.emplace_back(TemplateSignature::Slot{group, arguments.of(group)});
-            const std::uint64_t count = slot.arguments->size();
-            signature.pages =
-                count != 0 && signature.pages > most / count ? most : signature.pages * count;
-        }
-    }
-    return signatures;
+    return signaturesOf(
+        layout.loader,
+        [&](const xml::Element& element) { return layout.trace.placeOf(element, ""); }, name);
 }
 
 std::string shownSignature(const TemplateSignature& signature) {
@@ -235,7 +178,7 @@ void addCustomPage(Explanation& explanation, const TracedLayout& layout, const s
 }
 
 void addSignature(Explanation& explanation, const TracedLayout& layout, const std::string& name) {
-    for (const TemplateSignature& signature : signaturesOf(layout, name)) {
+    for (const TemplateSignature& signature : signaturesIn(layout, name)) {
         std::string remark = "It is a template of custom pages, " + shownSignature(signature) +
                              ": " + counted(signature.pages, "page", "pages") + ".";
         for (const TemplateSignature::Slot& slot : signature.slots) {
@@ -451,7 +394,7 @@ Explanation Explainer::element(OptionalText page, OptionalText name) const {
 }
 
 std::vector<TemplateSignature> Explainer::templates() const {
-    return guarded(explaining, [&] { return signaturesOf(TracedLayout(root_)); });
+    return guarded(explaining, [&] { return signaturesIn(TracedLayout(root_)); });
 }
 
 }  // namespace yg

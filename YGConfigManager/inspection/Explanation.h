@@ -25,6 +25,7 @@
 #include "YGConfigManager/graphics/Font.h"
 #include "YGConfigManager/graphics/Image.h"
 #include "YGConfigManager/inspection/RootFinding.h"
+#include "YGConfigManager/inspection/TemplateSignature.h"
 #include "YGConfigManager/layout/StyleConfigInfo.h"
 #include "YGConfigManager/servers/YGServerAddrTag.h"
 #include "YGConfigManager/text/OptionalText.h"
@@ -64,21 +65,6 @@ struct Explanation {
     std::vector<ExplanationStep> steps;
     /// What else is worth knowing about the answer, one sentence each.
     std::vector<std::string> remarks;
-};
-
-/// A style that custom pages can be made of.
-struct TemplateSignature {
-    struct Slot {
-        std::optional<std::string> group;  ///< absent when the slot names none
-        /// What a page's name may give; the slot stays open when there is none. Never null, and the
-        /// same list for all slots of a group.
-        std::shared_ptr<const std::vector<std::string>> arguments;
-    };
-    std::string name;
-    RootPlace place;
-    std::vector<Slot> slots;
-    /// The names of pages that it can build whole; the largest number when there are more.
-    std::uint64_t pages = 0;
 };
 
 /// Explains the look-ups of the current host's terminal. The root is where the layout, the events

@@ -17,6 +17,7 @@
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/diagnostics/RuleTable.h"
+#include "YGConfigManager/inspection/PaletteMeasures.h"
 #include "YGConfigManager/records/Description.h"
 #include "YGConfigManager/xml/Document.h"
 
@@ -72,6 +73,8 @@ public:
     void parsedFile(std::string_view path, const xml::ParseResult& parsed) override;
 
     // ---- From the checks ----
+    void measured(ContrastPair pair) { contrasts_.push_back(std::move(pair)); }
+
     void onFile(const Rule& rule, std::string_view path, Details details = {});
     void onPlace(const Rule& rule, const Place& place, Details details = {});
     /// Its start tag.
@@ -136,6 +139,9 @@ public:
     /// The path of the file that was read last; "" before the first.
     const std::string& lastRead() const { return lastRead_; }
 
+    /// In the order in which they were measured.
+    const std::vector<ContrastPair>& contrasts() const { return contrasts_; }
+
     /// The element that a record was read from; empty when that is not known.
     xml::Element originOf(const void* record) const;
 
@@ -173,6 +179,7 @@ private:
     std::vector<Found> found_;
     std::set<Key> known_;
     std::vector<NameUse> names_;
+    std::vector<ContrastPair> contrasts_;
     Seen seen_;
     Seen::iterator lastSeen_ = seen_.end();
     ParsedFiles parsed_;

@@ -14,6 +14,7 @@
 #include "YGConfigManager/inspection/Checks.h"
 #include "YGConfigManager/inspection/Consequences.h"
 #include "YGConfigManager/inspection/Delivering.h"
+#include "YGConfigManager/inspection/RootContents.h"
 #include "YGConfigManager/inspection/Suggestions.h"
 #include "YGConfigManager/inspection/Wording.h"
 #include "YGConfigManager/text/Paths.h"
@@ -22,6 +23,7 @@ namespace yg {
 
 struct Inspection::Content {
     std::vector<RootFinding> findings;
+    std::unique_ptr<const RootContents> contents;
     files::UnsavedTexts unsaved;
     std::mutex reading;
     // Under the lock.
@@ -112,10 +114,12 @@ std::vector<NamePlace> namePlaces(const std::vector<NameUse>& uses, const Source
     for (const NameUse& use : uses) {
         const auto add = [&](std::size_t offset, std::size_t size) {
             const auto place = use.element.valuePlace(use.row->name, offset, size);
-            if (place)
-                places.push_back({use.row->names, std::string(use.value.substr(offset, size)),
-                                  use.row->defines, files.nameOf(place->file), place->begin,
-                                  place->end});
+            if (!place)
+                return;
+            const Place tag = use.element.tagPlace().value_or(*place);
+            places.push_back({use.row->names, std::string(use.value.substr(offset, size)),
+                              use.row->defines, files.nameOf(place->file), place->begin, place->end,
+                              tag.begin, tag.end});
         };
         if (use.row->kind != AttributeKind::nameList) {
             add(0, use.value.size());
@@ -143,7 +147,7 @@ Inspection::~Inspection() = default;
 std::shared_ptr<const Inspection> Inspection::open(OptionalText root, std::string& error,
                                                    const InspectionOptions& options) {
     return make(root, error, options, [](const auto& host, Gathering& findings) {
-        std::optional<Loaded> loaded = load(host, findings);
+        auto loaded = std::make_unique<Loaded>(load(host, findings));
         for (const auto check : {checkFiles, checkHost, checkLayout, checkEvents, checkPalettes,
                                  checkServers, checkSettings, checkValues})
             check(*loaded, findings);
@@ -157,9 +161,10 @@ std::shared_ptr<const Inspection> Inspection::ofDelivery(const Delivery& deliver
         // Findings show the lines of the delivery.
         const InspectionOptions options{{{delivery.name, delivery.bytes}}};
         return make(root, error, options, [&](const auto& host, Gathering& findings) {
-            return tryDelivery(delivery, host->root(), findings, error)
-                       ? std::optional<Loaded>(host)
-                       : std::nullopt;
+            std::unique_ptr<Loaded> loaded;
+            if (tryDelivery(delivery, host->root(), findings, error))
+                loaded = std::make_unique<Loaded>(host);
+            return loaded;
         });
     } catch (const std::bad_alloc&) {
         error = outOfMemory;
@@ -183,12 +188,13 @@ std::shared_ptr<const Inspection> Inspection::make(OptionalText root, std::strin
         const auto host = std::make_shared<InspectionHost>(folder);
         const HostOfThread hostOfThread(host);
 
-        Gathering findings;
+        auto gathering = std::make_unique<Gathering>();
+        Gathering& findings = *gathering;
+        std::unique_ptr<Loaded> loaded = inspect(host, findings);
+        if (!loaded)
+            return nullptr;
+        throwIfOutOfMemory(*host, findings);
         {
-            std::optional<Loaded> loaded = inspect(host, findings);
-            if (!loaded)
-                return nullptr;
-            throwIfOutOfMemory(*host, findings);
             Suggestions suggestions(findings.names(), *loaded);
             for (const Cause& cause :
                  withConsequences(findings.takeFound(), *loaded, suggestions)) {
@@ -199,9 +205,11 @@ std::shared_ptr<const Inspection> Inspection::make(OptionalText root, std::strin
                         rootPlace(loaded->files, each.finding.extent, messageOf(each)));
                 content->findings.push_back(std::move(made));
             }
-            content->uses = findings.takeNames();
-            content->files = std::move(loaded->files);
         }
+        content->uses = findings.takeNames();
+        content->files = std::exchange(loaded->files, SourceFiles(folder));
+        if (options.keepsContents)
+            content->contents.reset(new RootContents(std::move(gathering), std::move(loaded)));
         std::ranges::stable_sort(content->findings, {}, [](const RootFinding& finding) {
             return std::tuple(std::string_view(finding.file), finding.begin, finding.rule->name,
                               finding.end);
@@ -229,6 +237,24 @@ std::span<const NamePlace> Inspection::names() const {
         // The next call tries again.
     }
     return content_->names;
+}
+
+std::optional<std::string> Inspection::attributeBeside(const NamePlace& name,
+                                                       OptionalText attribute) const {
+    const std::lock_guard lock(content_->reading);
+    const files::UnsavedTextsScope unsaved(content_->unsaved);
+    try {
+        const auto around = content_->files->file(name.file).elementsAt(name.begin);
+        if (const auto value = around.empty() ? std::nullopt : around.back().attribute(*attribute))
+            return std::string(*value);
+    } catch (const std::bad_alloc&) {
+        // As without the attribute.
+    }
+    return std::nullopt;
+}
+
+const RootContents* Inspection::contents() const {
+    return content_->contents.get();
 }
 
 std::optional<std::string> Inspection::line(OptionalText file, std::uint32_t number) const {

@@ -26,10 +26,14 @@
 
 namespace yg {
 
+class RootContents;
+
 struct InspectionOptions {
     /// Whole texts that count in place of files, by their names below the root: what an editor has
     /// not saved. A file that does not exist counts as if it did.
     std::map<std::string, std::string, std::less<>> unsaved = {};
+    /// Keeps what was loaded, for `contents`; otherwise it is freed.
+    bool keepsContents = false;
 };
 
 /// One place where a file defines a name or refers to one.
@@ -40,6 +44,8 @@ struct NamePlace {
     std::string file;  ///< below the root
     TextPoint begin;   ///< of the name itself, inside the quotes
     TextPoint end;
+    TextPoint tagBegin;  ///< of the start tag that it is in
+    TextPoint tagEnd;
 };
 
 class YG_EXPORT Inspection {
@@ -68,6 +74,13 @@ public:
     /// The names that count, sorted by kind, name and place. Found at the first call; empty when
     /// memory does not suffice for that.
     std::span<const NamePlace> names() const;
+
+    /// Another attribute of the element that a name is in; absent when it has none, and when memory
+    /// does not suffice.
+    std::optional<std::string> attributeBeside(const NamePlace& name, OptionalText attribute) const;
+
+    /// What was loaded; null unless the options ask for it. It belongs to the inspection.
+    const RootContents* contents() const;
 
     /// A line of a file, from 1, as UTF-8 without its line end: of a file that a finding or a name
     /// is in. Absent when there is no such line, and for a file that is not text.

@@ -53,8 +53,8 @@ void loadServers(Loaded& loaded, Gathering& findings) {
         for (const bool isGray : {false, true}) {
             auto servers = YGServerCfgLoader::initWithIsGray(isGray, &findings);
             if (servers && servers->configPath())
-                loaded.servers.push_back(
-                    {loaded.files.nameOf(*servers->configPath()), std::move(servers)});
+                loaded.servers.push_back({loaded.files.nameOf(*servers->configPath()),
+                                          std::move(servers), right, isGray});
         }
     }
 }

@@ -48,13 +48,15 @@ struct Page {
 struct LoadedPalette {
     std::string file;  ///< below the root
     std::int8_t style;
-    std::shared_ptr<YGPaletteLoad> palette;  ///< null when there is none
+    std::shared_ptr<YGPaletteLoad> palette;  ///< never null
 };
 
 /// One server file that was read.
 struct LoadedServers {
     std::string file;                            ///< below the root
-    std::shared_ptr<YGServerCfgLoader> servers;  ///< null when there is none
+    std::shared_ptr<YGServerCfgLoader> servers;  ///< never null
+    std::string right = {};                      ///< of its users: "free" or "l2"
+    bool isGray = false;                         ///< its users belong to the grey release
 };
 
 struct Loaded {

@@ -11,6 +11,7 @@
 #include "YGConfigManager/host/Immortal.h"
 #include "YGConfigManager/inspection/Checks.h"
 #include "YGConfigManager/inspection/PaletteFiles.h"
+#include "YGConfigManager/inspection/PaletteMeasures.h"
 #include "YGConfigManager/text/Format.h"
 #include "YGConfigManager/text/Nearest.h"
 
@@ -165,12 +166,6 @@ void checkOwn(Naming kind, const PaletteFile& file, const PaletteFile& other, Ga
     }
 }
 
-/// How many square pieces an image seems to have.
-std::size_t squarePieces(const Image& image) {
-    const std::size_t height = image.pixelHeight();
-    return height == 0 || image.pixelWidth() % height != 0 ? 1 : image.pixelWidth() / height;
-}
-
 /// A strip is cut into as many pieces in both themes.
 void checkStrips(const PaletteFile& light, const PaletteFile& dark, Gathering& findings) {
     const auto report = [&](const PaletteFile& file, const PaletteFile& other,
@@ -210,6 +205,11 @@ void checkStrips(const PaletteFile& light, const PaletteFile& dark, Gathering& f
 }
 
 }  // namespace
+
+std::size_t squarePieces(const Image& image) {
+    const std::size_t height = image.pixelHeight();
+    return image.pixelWidth() % height != 0 ? 1 : image.pixelWidth() / height;
+}
 
 const PaletteFile::Names& PaletteFile::of(Naming kind, const ByKind& names) {
     static Immortal<const Names> none;

@@ -85,6 +85,22 @@ TEST(Inspection, AnswersEachNameThatCountsOnceWithItsPlace) {
     EXPECT_EQ(inspection->names().data(), inspection->names().data());
 }
 
+TEST(Inspection, AnswersTheTagAndTheOtherAttributesOfAName) {
+    const files::TemporaryFolder folder;
+    folder.write("storage/palette_white.xml",
+                 "<ROOT><SWPALETTE><FONTS>\n <F\n NAME='a' HEIGHT='9'\n FACE='x &amp; y'>t</F>"
+                 "</FONTS></SWPALETTE></ROOT>");
+    const auto inspection = inspected(folder.path());
+    ASSERT_EQ(inspection->names().size(), 1u);
+    const NamePlace& name = inspection->names().front();
+    EXPECT_EQ(name.begin, (TextPoint{3, 8}));
+    EXPECT_EQ(name.tagBegin, (TextPoint{2, 2}));
+    EXPECT_EQ(name.tagEnd, (TextPoint{4, 19}));
+    EXPECT_EQ(inspection->attributeBeside(name, "FACE"), "x & y");
+    EXPECT_EQ(inspection->attributeBeside(name, "NAME"), "a");
+    EXPECT_EQ(inspection->attributeBeside(name, "PATH"), std::nullopt);
+}
+
 TEST(Inspection, LeavesTheHostOfTheProcessAlone) {
     const auto before = currentHost();
     EXPECT_NO_THROW(inspected(YG_SAMPLE_FOLDER));

@@ -11,6 +11,8 @@
 
 #include "YGConfigManager/formats/Format.h"
 
+#include "generated/GeneratedFiles.h"
+
 namespace yg::describe {
 
 /// RELAX NG, XML syntax: what the loader takes without a finding is valid, and what it reports is
@@ -33,11 +35,6 @@ std::string page(const FormatInfo& format);
 
 /// The page that lists the formats and says what holds for all of them.
 std::string indexPage(std::span<const FormatInfo* const> formats);
-
-struct GeneratedFile {
-    std::string path;  ///< "schemas/events.rng"
-    std::string text;
-};
 
 /// The pages on the rules of findings, in docs/rules.
 std::vector<GeneratedFile> rulePages();

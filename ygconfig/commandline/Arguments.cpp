@@ -22,24 +22,31 @@ std::string rangeOf(Number least, Number most) {
         return "a whole number from " + std::to_string(least) + " to " + std::to_string(most);
 }
 
+/// CLI11 keeps nothing for us beside an option but its checks, so that the values are the name of
+/// one that checks nothing.
+CLI::Option* withValues(CLI::Option* option, const Values& values) {
+    return option->check(CLI::Validator().name(values));
+}
+
 /// Declares an option or an operand whose word is read by `read`.
 template <class Reader>
-CLI::Option* declareWord(CLI::App& app, const char* name, const char* help, Reader read) {
+CLI::Option* declareWord(CLI::App& app, const char* name, const char* help, const Values& values,
+                         Reader read) {
     const std::function<void(const std::string&)> whole = [read](const std::string& word) {
         read(unmarked(word));
     };
-    return app.add_option_function(name, whole, help);
+    return withValues(app.add_option_function(name, whole, help), values);
 }
 
 /// Declares what takes all words that it is given, as they stand.
 CLI::Option* declareWords(CLI::App& app, const char* name, std::vector<std::string>& field,
-                          const char* help) {
+                          const char* help, const Values& values) {
     const std::function<void(const std::vector<std::string>&)> read =
         [&field](const std::vector<std::string>& words) {
             for (const std::string& word : words)
                 field.push_back(unmarked(word));
         };
-    return app.add_option_function(name, read, help)->take_all();
+    return withValues(app.add_option_function(name, read, help)->take_all(), values);
 }
 
 }  // namespace
@@ -54,6 +61,25 @@ std::string unmarked(std::string word) {
     if (!word.empty() && word.back() == '\0')
         word.pop_back();
     return word;
+}
+
+Values named(std::initializer_list<NameKind> kinds) {
+    Values values = "name";
+    for (const NameKind kind : kinds)
+        values.append(" ").append(wordOf(kind));
+    return values;
+}
+
+Values oneOf(const std::vector<std::string_view>& choices) {
+    Values values = "choice";
+    for (const std::string_view choice : choices)
+        values.append(" ").append(choice);
+    return values;
+}
+
+Values valuesOf(CLI::Option& option) {
+    // A flag has no value and no check.
+    return option.get_items_expected_max() == 0 ? "" : option.get_validator(0)->get_name();
 }
 
 std::string Arguments::inRoot(std::string_view path) const {
@@ -72,8 +98,10 @@ std::optional<std::string> Arguments::withoutRoot(const std::optional<std::strin
 }
 
 CLI::Option* declareText(CLI::App& app, const char* name, const char* valueName,
-                         std::optional<std::string>& field, const char* help) {
-    return declareWord(app, name, help, [&field](std::string word) { field = std::move(word); })
+                         std::optional<std::string>& field, const char* help,
+                         const Values& values) {
+    return declareWord(app, name, help, values,
+                       [&field](std::string word) { field = std::move(word); })
         ->type_name(valueName);
 }
 
@@ -91,12 +119,15 @@ CLI::Option* declareNumber(CLI::App& app, const char* option, const char* valueN
             throw CLI::ValidationError(option, "'" + text + "' is not " + rangeOf(least, most));
         field = number;
     };
-    return declareWord(app, option, help, read)->type_name(valueName);
+    return declareWord(app, option, help, "", read)->type_name(valueName);
 }
 
 template CLI::Option* declareNumber(CLI::App&, const char*, const char*,
                                     std::optional<std::int8_t>&, const char*, std::int8_t,
                                     std::int8_t);
+template CLI::Option* declareNumber(CLI::App&, const char*, const char*,
+                                    std::optional<std::uint16_t>&, const char*, std::uint16_t,
+                                    std::uint16_t);
 template CLI::Option* declareNumber(CLI::App&, const char*, const char*,
                                     std::optional<std::uint64_t>&, const char*, std::uint64_t,
                                     std::uint64_t);
@@ -106,6 +137,7 @@ template CLI::Option* declareNumber(CLI::App&, const char*, const char*, std::op
 CLI::Option* declareChoice(CLI::App& app, const char* option, const char* valueName,
                            std::string& field, std::vector<std::string_view> choices,
                            const char* help) {
+    const Values values = oneOf(choices);
     const auto read = [&field, option, choices = std::move(choices)](const std::string& word) {
         if (std::ranges::find(choices, word) == choices.end()) {
             std::string list;
@@ -118,34 +150,35 @@ CLI::Option* declareChoice(CLI::App& app, const char* option, const char* valueN
         }
         field = word;
     };
-    return declareWord(app, option, help, read)->type_name(valueName);
+    return declareWord(app, option, help, values, read)->type_name(valueName);
 }
 
 void declareFlag(CLI::App& app, const char* option, bool& field, const char* help) {
     app.add_flag(option, field, help);
 }
 
-void declareOperand(CLI::App& app, const char* name, std::string& field, const char* help) {
-    declareWord(app, name, help, [&field](std::string word) { field = std::move(word); })
+void declareOperand(CLI::App& app, const char* name, std::string& field, const char* help,
+                    const Values& values) {
+    declareWord(app, name, help, values, [&field](std::string word) { field = std::move(word); })
         ->required()
         ->type_name("");
 }
 
 void declareOperands(CLI::App& app, const char* name, std::vector<std::string>& field,
-                     const char* help) {
-    declareWords(app, name, field, help)->type_name("");
+                     const char* help, const Values& values) {
+    declareWords(app, name, field, help, values)->type_name("");
 }
 
 void declareTexts(CLI::App& app, const char* option, const char* valueName,
-                  std::vector<std::string>& field, const char* help) {
-    declareWords(app, option, field, help)
+                  std::vector<std::string>& field, const char* help, const Values& values) {
+    declareWords(app, option, field, help, values)
         ->expected(1)
         ->allow_extra_args(false)
         ->type_name(valueName);
 }
 
 void declareCommon(CLI::App& app, Arguments& arguments) {
-    declareWord(app, "--root", "the root folder; the current folder if not given",
+    declareWord(app, "--root", "the root folder; the current folder if not given", anyFolder,
                 [&](std::string word) { arguments.root = std::move(word); })
         ->type_name("ROOT");
     declareText(app, "--right", "LEVEL", arguments.right,

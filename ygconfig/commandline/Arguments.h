@@ -5,11 +5,14 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "ygconfig/commandline/NameKind.h"
 
 namespace CLI {
 class App;
@@ -32,6 +35,8 @@ struct Arguments {
     bool gray = false;                  ///< --gray, a grey-release user
     bool weighted = false;              ///< --weighted
     bool simulate = false;              ///< --simulate
+
+    std::optional<std::uint16_t> port;  ///< --port
 
     std::optional<std::uint64_t> clients;  ///< --clients, of a fleet
     std::optional<std::uint64_t> reloads;  ///< --reloads, of each client
@@ -82,16 +87,30 @@ struct Arguments {
 std::string marked(std::string word);
 std::string unmarked(std::string word);
 
+/// What a value may be, in words for shells: "file", "folder", "choice text json", or "name page
+/// panel", where words that may be repeated have a kind of name each; empty for any text.
+using Values = std::string;
+
+inline constexpr const char* anyFile = "file";
+inline constexpr const char* anyFolder = "folder";
+Values named(std::initializer_list<NameKind> kinds);
+Values oneOf(const std::vector<std::string_view>& choices);
+
+/// What an option or an operand was declared with.
+Values valuesOf(CLI::Option& option);
+
 /// Declares an option that takes a text, an empty one too, or an operand that may be missing, whose
 /// name is in brackets and whose value has no name. Given twice, the last one counts.
 CLI::Option* declareText(CLI::App& app, const char* name, const char* valueName,
-                         std::optional<std::string>& field, const char* help);
+                         std::optional<std::string>& field, const char* help,
+                         const Values& values = {});
 
 /// Declares an option that takes a text and may be given any number of times.
 void declareTexts(CLI::App& app, const char* option, const char* valueName,
-                  std::vector<std::string>& field, const char* help);
+                  std::vector<std::string>& field, const char* help, const Values& values = {});
 
-/// Declares an option that takes a plain number of the field's type, int8_t, uint64_t or double,
+/// Declares an option that takes a plain number of the field's type, int8_t, uint16_t, uint64_t or
+/// double,
 /// within the limits. Given twice, the last one counts.
 template <class Number>
 CLI::Option* declareNumber(CLI::App& app, const char* option, const char* valueName,
@@ -99,7 +118,7 @@ CLI::Option* declareNumber(CLI::App& app, const char* option, const char* valueN
                            Number least = std::numeric_limits<Number>::lowest(),
                            Number most = std::numeric_limits<Number>::max());
 
-/// Declares an option that takes one of these words. Given twice, the last one counts.
+/// Declares an option that takes one of these words, given twice the last one; or an operand.
 CLI::Option* declareChoice(CLI::App& app, const char* option, const char* valueName,
                            std::string& field, std::vector<std::string_view> choices,
                            const char* help);
@@ -108,12 +127,13 @@ CLI::Option* declareChoice(CLI::App& app, const char* option, const char* valueN
 void declareFlag(CLI::App& app, const char* option, bool& field, const char* help);
 
 /// Declares an operand that must be given.
-void declareOperand(CLI::App& app, const char* name, std::string& field, const char* help);
+void declareOperand(CLI::App& app, const char* name, std::string& field, const char* help,
+                    const Values& values = {});
 
 /// Declares an operand that may be given any number of times, none included. Each text is kept as
 /// it stands.
 void declareOperands(CLI::App& app, const char* name, std::vector<std::string>& field,
-                     const char* help);
+                     const char* help, const Values& values = {});
 
 /// Declares what every command takes: --root, --right and --color.
 void declareCommon(CLI::App& app, Arguments& arguments);

@@ -2,6 +2,7 @@
 #include "ygconfig/commandline/CommandLine.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "YGConfigManager/version.h"
 
 #include "ygconfig/commandline/Suggestion.h"
+#include "ygconfig/commandline/Usage.h"
 #include "ygconfig/drawing/Display.h"
 
 namespace yg::tool {
@@ -19,14 +21,24 @@ namespace {
 
 constexpr const char* endOfOptions = "--";
 
+/// The words of the command that it stands below, which are none for the program itself, and its
+/// own.
+std::pair<std::string, std::string> wordsOf(const Command& command) {
+    const std::size_t blank = command.words.rfind(' ');
+    if (blank == std::string_view::npos)
+        return {"", std::string(command.words)};
+    return {std::string(command.words.substr(0, blank)),
+            std::string(command.words.substr(blank + 1))};
+}
+
 /// Adds the command below the ones whose words it begins with; the first one is the program itself.
 void add(const Command& command, CLI::App& program, CommandLine& line) {
     CLI::App* app = &program;
     if (!command.words.empty()) {
-        const std::size_t blank = command.words.rfind(' ');
-        if (blank != std::string_view::npos)
-            app = program.get_subcommand(std::string(command.words.substr(0, blank)));
-        app = app->add_subcommand(std::string(command.words.substr(blank + 1)));
+        const auto [above, word] = wordsOf(command);
+        if (!above.empty())
+            app = program.get_subcommand(above);
+        app = app->add_subcommand(word);
     }
     std::string footer = "Examples:\n" + std::string(command.examples);
     if (!command.notes.empty())
@@ -43,6 +55,15 @@ void add(const Command& command, CLI::App& program, CommandLine& line) {
         if (!line.command)  // of "show layout", not of "show"
             line.command = &command;
     });
+}
+
+/// Declares all commands; `app` and `line` must outlive each other's use.
+void declareAll(CLI::App& app, CommandLine& line) {
+    app.option_defaults()->take_last();
+    app.get_formatter()->column_width(22);
+    app.set_version_flag("--version", std::string("ygconfig ") + YGConfigManagerVersionString);
+    for (const Command& command : commands())
+        add(command, app, line);
 }
 
 /// The words as CLI11 takes them, last one first.
@@ -71,17 +92,28 @@ std::optional<std::string> unexpectedIn(const CLI::App& app) {
     return std::nullopt;
 }
 
-/// All that may stand behind the words of the command.
-std::vector<std::string> namesIn(const CLI::App& app) {
+std::vector<std::string> below(const CLI::App& app) {
     std::vector<std::string> names;
     for (const CLI::App* each : app.get_subcommands([](const CLI::App*) { return true; }))
         names.push_back(each->get_name());
-    for (const CLI::Option* option : app.get_options()) {
-        for (const std::string& name : option->get_snames())
-            names.push_back("-" + name);
-        for (const std::string& name : option->get_lnames())
-            names.push_back("--" + name);
-    }
+    return names;
+}
+
+/// None for an operand.
+std::vector<std::string> namesOf(const CLI::Option& option) {
+    std::vector<std::string> names;
+    for (const std::string& name : option.get_snames())
+        names.push_back("-" + name);
+    for (const std::string& name : option.get_lnames())
+        names.push_back("--" + name);
+    return names;
+}
+
+/// All that may stand behind the words of the command.
+std::vector<std::string> namesIn(const CLI::App& app) {
+    std::vector<std::string> names = below(app);
+    for (const CLI::Option* option : app.get_options())
+        std::ranges::move(namesOf(*option), std::back_inserter(names));
     return names;
 }
 
@@ -108,11 +140,7 @@ Answer complaint(const CLI::App& program, const CLI::ParseError& error) {
 CommandLine readCommandLine(std::span<const std::string> words) {
     CommandLine line;
     CLI::App app("", "ygconfig");
-    app.option_defaults()->take_last();
-    app.get_formatter()->column_width(22);
-    app.set_version_flag("--version", std::string("ygconfig ") + YGConfigManagerVersionString);
-    for (const Command& command : commands())
-        add(command, app, line);
+    declareAll(app, line);
     try {
         app.parse(prepared(words));
     } catch (const CLI::CallForHelp&) {
@@ -123,6 +151,38 @@ CommandLine readCommandLine(std::span<const std::string> words) {
         line.answer = complaint(app, error);
     }
     return line;
+}
+
+std::vector<CommandUsage> usages() {
+    CommandLine line;
+    CLI::App program("", "ygconfig");
+    declareAll(program, line);
+    std::vector<CommandUsage> all;
+    for (const Command& command : commands()) {
+        CLI::App* app = &program;
+        if (!command.words.empty()) {
+            const auto [above, word] = wordsOf(command);
+            if (!above.empty())
+                app = program.get_subcommand(above);
+            app = app->get_subcommand(word);
+        }
+        CommandUsage usage{&command, below(*app), {}, {}};
+        for (CLI::Option* option : app->get_options()) {
+            const bool isRequired = option->get_required();
+            const bool isFlag = option->get_items_expected_max() == 0;
+            std::string name = option->get_name();
+            if (name.starts_with('['))  // of an operand that may be missing
+                name = name.substr(1, name.size() - 2);
+            if (option->get_positional())
+                usage.operands.push_back({name, option->get_description(), valuesOf(*option),
+                                          isRequired, option->get_items_expected_max() > 1});
+            else
+                usage.options.push_back({namesOf(*option), isFlag ? "" : option->get_type_name(),
+                                         option->get_description(), valuesOf(*option), isRequired});
+        }
+        all.push_back(std::move(usage));
+    }
+    return all;
 }
 
 }  // namespace yg::tool

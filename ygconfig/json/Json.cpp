@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ygconfig/json/Json.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <new>
@@ -42,8 +43,26 @@ void JsonWriter::write(double number) {
 }
 
 void JsonWriter::writeText(std::string_view text) {
+    const std::size_t begin = pending_.size();
     if (!appendJsonText(pending_, text))
         throw std::bad_alloc();
+    if (form_ == JsonForm::lines)
+        return;
+    std::size_t at = pending_.find('<', begin);
+    if (at == std::string::npos)
+        return;
+    const std::string rest = pending_.substr(at);
+    pending_.resize(at);
+    for (at = 0; at < rest.size();) {
+        const std::size_t next = std::min(rest.find('<', at + 1), rest.size());
+        pending_.append("\\u003c").append(rest, at + 1, next - at - 1);
+        at = next;
+    }
+}
+
+void JsonWriter::newLine() {
+    if (form_ == JsonForm::lines)
+        pending_.append(1, '\n').append(2 * level_, ' ');
 }
 
 void JsonWriter::begin(char bracket) {
@@ -54,17 +73,16 @@ void JsonWriter::begin(char bracket) {
 
 void JsonWriter::beginItem() {
     output_.passOn();
-    pending_ += isFirst_ ? "\n" : ",\n";
-    pending_.append(2 * level_, ' ');
+    if (!isFirst_)
+        pending_ += ',';
+    newLine();
     isFirst_ = false;
 }
 
 void JsonWriter::end(char bracket) {
     --level_;
-    if (!isFirst_) {
-        pending_ += '\n';
-        pending_.append(2 * level_, ' ');
-    }
+    if (!isFirst_)
+        newLine();
     pending_ += bracket;
     isFirst_ = false;
 }

@@ -27,13 +27,18 @@ concept Described = requires {
     Description<Value>::fields;
 };
 
-/// Writes values as lines of UTF-8 text, indented by two blanks for each level. What is not UTF-8
-/// is replaced by U+FFFD. It needs no more memory for more of it. Throws what the sink throws, and
-/// std::bad_alloc.
+enum class JsonForm {
+    lines,  ///< indented by two blanks for each level
+    inHtml  ///< without white space, and without "<", so that it can stand in an HTML element
+};
+
+/// Writes values as UTF-8 text. What is not UTF-8 is replaced by U+FFFD. It needs no more memory
+/// for more of it. Throws what the sink throws, and std::bad_alloc.
 class JsonWriter {
 public:
     /// The output must outlive the writer.
-    explicit JsonWriter(Output& output) : output_(output), pending_(output.pending()) {}
+    explicit JsonWriter(Output& output, JsonForm form = JsonForm::lines)
+        : output_(output), pending_(output.pending()), form_(form) {}
 
     template <class Value>
     void write(const std::optional<Value>& value) {
@@ -48,10 +53,8 @@ public:
     template <class Value>
     void write(const std::vector<Value>& list) {
         begin('[');
-        for (const Value& value : list) {
-            beginItem();
-            write(value);
-        }
+        for (const Value& value : list)
+            item(value);
         end(']');
     }
 
@@ -107,7 +110,7 @@ public:
     void member(std::string_view name, const Value& value) {
         beginItem();
         writeText(name);
-        pending_ += ": ";
+        pending_ += form_ == JsonForm::lines ? ": " : ":";
         write(value);
     }
 
@@ -120,6 +123,13 @@ public:
             shown(item);
         }
         end(']');
+    }
+
+    /// A value on its own in a list.
+    template <class Value>
+    void item(const Value& value) {
+        beginItem();
+        write(value);
     }
 
     /// Ends the text, with a line feed.
@@ -135,12 +145,14 @@ private:
     }
 
     void writeText(std::string_view text);
+    void newLine();
     void begin(char bracket);
     void beginItem();
     void end(char bracket);
 
     Output& output_;
     std::string& pending_;  ///< the output's
+    const JsonForm form_;
     std::size_t level_ = 0;
     bool isFirst_ = true;  ///< the next item is the first one of its list or object
 };

@@ -99,7 +99,10 @@ public:
         return std::exchange(read_, {});
     }
 
-    void kill() const { ::kill(process_, SIGKILL); }
+    pid_t id() const { return process_; }
+
+    void kill() const { signal(SIGKILL); }
+    void signal(int number) const { ::kill(process_, number); }
 
     /// Waits for its end; the state as waitpid gives it, 0 for a good end.
     int wait() {

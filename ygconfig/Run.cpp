@@ -71,15 +71,19 @@ Answer run(const CommandLine& line, const Display& display) {
     if (!line.command->needsHost)
         return line.command->run(session);
     const StandAloneHost::Opened opened = StandAloneHost::open(line.arguments.root);
+    if (!opened && line.command->isQuiet)
+        return {};
     if (!opened)
         return {"", ExitCode::unusable, "ygconfig: " + printable(opened.error)};
     if (line.arguments.right)
         opened.host->overrideUserRight(line.arguments.right);
     std::shared_ptr<Host> host = opened.host;
-    if (line.command->draws && !line.arguments.log)
+    if (line.command->isQuiet || (line.command->draws && !line.arguments.log))
         host = std::make_shared<QuietHost>(std::move(host));
     const HostScope scope(host);
     Answer answer = line.command->run(session);
+    if (line.command->isQuiet)
+        return answer;
     std::string complaint = unreadable->complaint();
     addLine(complaint, answer.complaint);
     // The loaders behind the text may ask the host, and tell their listener, while it is written.

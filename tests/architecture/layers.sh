@@ -50,6 +50,7 @@ turbojpeg   graphics
 nlohmann    -
 unicode     text
 CLI         ygconfig
+httplib     ygconfig
 '
 
 sources=$(find YGConfigManager ygconfig -name '*.h' -o -name '*.cpp' | sort)

@@ -61,6 +61,11 @@ install() {
         grep -F "soname: [$library]" >/dev/null || fail "the library's SONAME is not $library"
     if [ -e "$prefix/bin/ygconfig" ]; then
         "$prefix/bin/ygconfig" --help >/dev/null
+        local file
+        for file in man/man1/ygconfig.1 man/man1/ygconfig-lint.1 bash-completion/completions/ygconfig \
+            zsh/site-functions/_ygconfig fish/vendor_completions.d/ygconfig.fish; do
+            [ -f "$prefix/share/$file" ] || fail "share/$file is not installed"
+        done
     fi
 }
 

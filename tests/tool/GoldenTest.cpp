@@ -57,7 +57,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"help-request-url.txt", {"request-url", "--help"}, ""},
                     Case{"help-explain.txt", {"explain", "--help"}, ""},
                     Case{"help-explain-style.txt", {"explain", "style", "--help"}, ""},
-                    Case{"help-choose.txt", {"choose", "--help"}, ""}));
+                    Case{"help-choose.txt", {"choose", "--help"}, ""},
+                    Case{"help-preview.txt", {"preview", "--help"}, ""},
+                    Case{"help-names.txt", {"names", "--help"}, ""}));
 
 INSTANTIATE_TEST_SUITE_P(
     Sample, Golden,

@@ -119,6 +119,16 @@ TEST(Json, WritesWhatIsEmptyInOneLine) {
     EXPECT_EQ(written(yg::RecordMap<bool>()), "{}\n");
 }
 
+TEST(Json, ForHtmlHasNeitherWhiteSpaceNorTheBeginOfATag) {
+    const std::vector<std::vector<std::string>> value{{"</script><!-- \n", "<"}, {}};
+    const yg::tool::Text text([&](yg::tool::Output& output) {
+        yg::tool::JsonWriter json(output, yg::tool::JsonForm::inHtml);
+        json.object([&] { json.member("<a>", value); });
+    });
+    EXPECT_EQ(yg::testing::textOf(text),
+              R"({"\u003ca>":[["\u003c/script>\u003c!-- \n","\u003c"],[]]})");
+}
+
 TEST(Json, WritesAFloatWithTheFewestDigits) {
     EXPECT_EQ(written(0.0F), "0.0\n");
     EXPECT_EQ(written(-0.0F), "-0.0\n");

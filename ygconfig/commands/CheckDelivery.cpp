@@ -14,7 +14,8 @@ namespace yg::tool {
 namespace {
 
 void declareFile(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "FILE", arguments.data, "the file to be delivered, - for standard input");
+    declareOperand(app, "FILE", arguments.data, "the file to be delivered, - for standard input",
+                   anyFile);
     declareFormat(app, arguments);
 }
 
@@ -26,7 +27,8 @@ void declareServers(CLI::App& app, Arguments& arguments) {
 void declareWebPage(CLI::App& app, Arguments& arguments) {
     declareFile(app, arguments);
     declareText(app, "--table", "NAME", arguments.key,
-                "the table that is replaced; web_page_urls.xml if not given");
+                "the table that is replaced; web_page_urls.xml if not given",
+                named({NameKind::webPageFile}));
 }
 
 Answer checkDelivery(const Session& session, Delivery::Kind kind) {

@@ -44,7 +44,7 @@ std::vector<Command> commandsOfAllSubjects() {
          {std::span<const Command>(groups), layoutCommands(), eventCommands(), paletteCommands(),
           serverCommands(), settingsCommands(), webPageCommands(), requestUrlCommands(),
           chooseCommands(), lintCommands(), checkDeliveryCommands(), explainCommands(),
-          diffCommands(), simulateCommands()})
+          diffCommands(), reportCommands(), previewCommands(), simulateCommands(), namesCommands()})
         all.insert(all.end(), subject.begin(), subject.end());
     return all;
 }

@@ -38,6 +38,9 @@ struct Command {
     bool needsHost = true;  ///< otherwise it works with a root whose host.json cannot be used
     /// It draws for people: lines of the library's log are left out unless --log asks for them.
     bool draws = false;
+    /// It is for programs that ask while someone types: nothing is logged or complained about, and
+    /// the answer is empty when the root cannot be used.
+    bool isQuiet = false;
 };
 
 /// All commands, each behind those whose words it begins with.
@@ -57,6 +60,9 @@ std::span<const Command> checkDeliveryCommands();
 std::span<const Command> explainCommands();
 std::span<const Command> simulateCommands();
 std::span<const Command> diffCommands();
+std::span<const Command> reportCommands();
+std::span<const Command> previewCommands();
+std::span<const Command> namesCommands();
 
 /// What is said when the host has no path for the server file.
 inline constexpr std::string_view noServerPath =

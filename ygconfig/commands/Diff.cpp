@@ -16,7 +16,7 @@ namespace {
 
 void declareDiff(CLI::App& app, Arguments& arguments) {
     declareOperands(app, "SIDES", arguments.items,
-                    "OLD NEW, two root folders; with --git REV [REV], revisions");
+                    "OLD NEW, two root folders; with --git REV [REV], revisions", anyFolder);
     declareFlag(app, "--git", arguments.git, "compares ROOT with its state in a git revision");
     declareTextOrJson(app, arguments);
 }

@@ -6,6 +6,7 @@
 
 #include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
+#include "ygconfig/commands/Names.h"
 #include "ygconfig/drawing/EventsView.h"
 #include "ygconfig/json/Json.h"
 
@@ -15,18 +16,20 @@ namespace {
 
 void declareEvents(CLI::App& app, Arguments& arguments) {
     declareText(app, "--events", "PATH", arguments.events,
-                "the event file; ROOT/config/events.xml if not given");
+                "the event file; ROOT/config/events.xml if not given", anyFile);
 }
 
 void declareCommandName(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "NAME", arguments.name, "a command's name");
+    declareOperand(app, "NAME", arguments.name, "a command's name", named({NameKind::command}));
     declareEvents(app, arguments);
 }
 
 void declareEventName(CLI::App& app, Arguments& arguments) {
     declareOperand(app, "GROUP", arguments.group,
-                   "the group's name, as in the event attribute of elements");
-    declareOperand(app, "NAME", arguments.name, "the event's name in its group");
+                   "the group's name, as in the event attribute of elements",
+                   named({NameKind::eventGroup}));
+    declareOperand(app, "NAME", arguments.name, "the event's name in its group",
+                   named({NameKind::event}));
     declareEvents(app, arguments);
 }
 
@@ -92,6 +95,25 @@ constexpr Command table[] = {
 };
 
 }  // namespace
+
+NameList eventGroupNames(const Session& session, NameGroups) {
+    return namesIn(loadEvents(session)->elementEventDatas());
+}
+
+NameList eventNames(const Session& session, NameGroups group) {
+    const auto loader = loadEvents(session);
+    const EventMap* const events =
+        group.empty() ? nullptr : loader->elementEventDatas().find(group.front());
+    return events ? namesIn(*events) : NameList();
+}
+
+NameList eventTemplateNames(const Session& session, NameGroups) {
+    return namesIn(loadEvents(session)->eventTemplateDatas());
+}
+
+NameList commandNames(const Session& session, NameGroups) {
+    return namesIn(loadEvents(session)->commandDatas());
+}
 
 std::span<const Command> eventCommands() {
     return table;

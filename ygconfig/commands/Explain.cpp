@@ -26,25 +26,27 @@ namespace {
 constexpr std::string_view settingsFile = "app_config.xml";
 constexpr std::string_view webPageFile = "web_page_urls.xml";
 
+template <NameKind... kinds>
 void declareNames(CLI::App& app, Arguments& arguments) {
-    declareOperands(app, "NAME", arguments.items, "what is asked for");
+    declareOperands(app, "NAME", arguments.items, "what is asked for", named({kinds...}));
     declareTextOrJson(app, arguments);
 }
 
 void declareStyleName(CLI::App& app, Arguments& arguments) {
-    declareNames(app, arguments);
+    declareNames<NameKind::page>(app, arguments);
     declareFlag(app, "--templates", arguments.templates,
                 "lists the templates of custom pages instead");
 }
 
+template <NameKind kind>
 void declareThemed(CLI::App& app, Arguments& arguments) {
-    declareNames(app, arguments);
+    declareNames<kind>(app, arguments);
     declareNumber(app, "--palette-style", "N", arguments.paletteStyle,
                   "the theme: 0 light, 1 dark; 0 if not given");
 }
 
 void declareServerName(CLI::App& app, Arguments& arguments) {
-    declareNames(app, arguments);
+    declareNames<NameKind::server, NameKind::server>(app, arguments);
     declareFlag(app, "--gray", arguments.gray, "as a user in the grey release");
 }
 
@@ -282,31 +284,31 @@ constexpr Command table[] = {
 
     {"explain panel", "where a panel of a page comes from: NAME NAME are page and panel",
      "  ygconfig explain panel 行情报价 quote_grid --root examples/terminal\n", explanationLegend,
-     declareNames, explainPanel, true, true},
+     declareNames<NameKind::page, NameKind::panel>, explainPanel, true, true},
 
     {"explain element", "where an element comes from: NAME NAME are page, and uuid or name",
      "  ygconfig explain element 行情报价 quote.grid --root examples/terminal\n", explanationLegend,
-     declareNames, explainElement, true, true},
+     declareNames<NameKind::page, NameKind::element>, explainElement, true, true},
 
     {"explain event", "why an event is what it is: NAME NAME are group and event",
      "  ygconfig explain event watch_list select --root examples/terminal\n", explanationLegend,
-     declareNames, explainEvent, true, true},
+     declareNames<NameKind::eventGroup, NameKind::event>, explainEvent, true, true},
 
     {"explain command", "why a command is what it is",
      "  ygconfig explain command open_index_page --root examples/terminal\n", explanationLegend,
-     declareNames, explainCommand, true, true},
+     declareNames<NameKind::command>, explainCommand, true, true},
 
     {"explain color", "why an application key has its colour",
      "  ygconfig explain color QuoteGrid.名称 --palette-style 1 --root examples/terminal\n",
-     explanationLegend, declareThemed, explainColor, true, true},
+     explanationLegend, declareThemed<NameKind::colorKey>, explainColor, true, true},
 
     {"explain font", "why an application key has its font",
      "  ygconfig explain font QuoteGrid.名称 --root examples/terminal\n", explanationLegend,
-     declareThemed, explainFont, true, true},
+     declareThemed<NameKind::fontKey>, explainFont, true, true},
 
     {"explain image", "where an image comes from",
-     "  ygconfig explain image logo --root examples/terminal\n", explanationLegend, declareThemed,
-     explainImage, true, true},
+     "  ygconfig explain image logo --root examples/terminal\n", explanationLegend,
+     declareThemed<NameKind::image>, explainImage, true, true},
 
     {"explain server", "where a server comes from and what is drawn: NAME may be TYPE NAME",
      "  ygconfig explain server 1 上海行情 --root examples/terminal\n", explanationLegend,
@@ -314,15 +316,18 @@ constexpr Command table[] = {
 
     {"explain setting", "where a setting comes from: NAME… are FILE, SECTION and ITEM",
      "  ygconfig explain setting app_config.xml appearance theme --root examples/terminal\n",
-     explanationLegend, declareNames, explainSetting, true, true},
+     explanationLegend,
+     declareNames<NameKind::settingsFile, NameKind::settingsSection, NameKind::settingsItem>,
+     explainSetting, true, true},
 
     {"explain web-page", "where a web page's address comes from: NAME… are FILE and KEY",
      "  ygconfig explain web-page web_page_urls.xml help_center --root examples/terminal\n",
-     explanationLegend, declareNames, explainWebPage, true, true},
+     explanationLegend, declareNames<NameKind::webPageFile, NameKind::webPage>, explainWebPage,
+     true, true},
 
     {"explain url", "where a request URL comes from",
      "  ygconfig explain url quote_ranking --root examples/terminal\n", explanationLegend,
-     declareNames, explainUrl, true, true},
+     declareNames<NameKind::requestUrl>, explainUrl, true, true},
 };
 
 }  // namespace

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
+#include <cstddef>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 
+#include "YGConfigManager/inspection/Explanation.h"
 #include "YGConfigManager/layout/YGStyleConfigLoad.h"
 
+#include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
+#include "ygconfig/commands/Names.h"
 #include "ygconfig/drawing/Display.h"
 #include "ygconfig/drawing/LayoutView.h"
 #include "ygconfig/files/PageFaults.h"
@@ -31,16 +36,17 @@ namespace {
 
 void declareLayout(CLI::App& app, Arguments& arguments) {
     declareText(app, "--style", "PATH", arguments.style,
-                "the main style file; ROOT/config/custompage_template.xml if not given");
+                "the main style file; ROOT/config/custompage_template.xml if not given", anyFile);
     declareText(app, "--tab", "PATH", arguments.tab,
-                "the tab style file; ROOT/config/tab_styles.xml if not given");
+                "the tab style file; ROOT/config/tab_styles.xml if not given", anyFile);
     declareText(app, "--magic", "PATH", arguments.magic,
-                "the magic panel file; ROOT/config/magic_panels.xml if not given");
+                "the magic panel file; ROOT/config/magic_panels.xml if not given", anyFile);
 }
 
 void declareStyle(CLI::App& app, Arguments& arguments) {
     declareOperand(app, "NAME", arguments.name,
-                   "a style's name, or a custom page: TEMPLATE-MEMBER-MEMBER…");
+                   "a style's name, or a custom page: TEMPLATE-MEMBER-MEMBER…",
+                   named({NameKind::page}));
     declareLayout(app, arguments);
 }
 
@@ -126,7 +132,85 @@ constexpr Command table[] = {
      layoutLegend, declareStyle, showStyle, true, true},
 };
 
+/// Adds the names of the pages that a template can build.
+void addPages(const TemplateSignature& made, NameList& names) {
+    constexpr std::uint64_t most = 1000;
+    NameList pages;
+    if (made.pages <= most)
+        pages.push_back(made.name);
+    for (const TemplateSignature::Slot& slot : made.slots) {
+        NameList longer;
+        for (const std::string& page : pages) {
+            for (const std::string& argument : *slot.arguments)
+                longer.push_back(page + "-" + argument);
+        }
+        pages = std::move(longer);
+    }
+    names.insert(names.end(), pages.begin(), pages.end());
+}
+
+/// Calls `visit` with each panel once, in the order of the document.
+template <class Visit>
+void forEachPanel(const std::shared_ptr<PanelList>& panels, std::set<const void*>& visited,
+                  const Visit& visit) {
+    if (!panels)
+        return;
+    for (const auto& panel : *panels) {
+        if (!visited.insert(panel.get()).second)
+            continue;
+        visit(*panel);
+        forEachPanel(panel->panePanes(), visited, visit);
+    }
+}
+
+template <class Visit>
+void forEachPanelOf(const Session& session, NameGroups page, const Visit& visit) {
+    if (page.empty())
+        return;
+    const auto loader = loadLayout(session.arguments, session.unreadable);
+    std::set<const void*> visited;
+    if (const auto style = loader->loadStyleConfigInfoWithName(page.front()))
+        forEachPanel(style->stylePanes(), visited, visit);
+}
+
 }  // namespace
+
+NameList pageNames(const Session& session, NameGroups) {
+    NameList names;
+    if (const auto styles = loadLayout(session.arguments, session.unreadable)->styleInfos())
+        names = namesIn(*styles);
+    for (const TemplateSignature& made : Explainer(session.arguments.root).templates())
+        addPages(made, names);
+    return names;
+}
+
+NameList templateNames(const Session& session, NameGroups) {
+    NameList names;
+    for (const TemplateSignature& made : Explainer(session.arguments.root).templates())
+        names.push_back(made.name);
+    return names;
+}
+
+NameList panelNames(const Session& session, NameGroups page) {
+    NameList names;
+    forEachPanelOf(session, page, [&](const PanelConfigInfo& panel) {
+        names.push_back(panel.panelName().value_or(""));
+    });
+    return names;
+}
+
+NameList elementNames(const Session& session, NameGroups page) {
+    NameList names;
+    forEachPanelOf(session, page, [&](const PanelConfigInfo& panel) {
+        if (!panel.paneElements())
+            return;
+        for (const auto& element : *panel.paneElements()) {
+            const auto& uuid = element->elementUuid();
+            names.push_back(uuid ? *uuid : element->elementName().value_or(""));
+        }
+    });
+    return names;
+}
 
 std::span<const Command> layoutCommands() {
     return table;

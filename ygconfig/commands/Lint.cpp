@@ -13,6 +13,7 @@
 
 #include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
+#include "ygconfig/commands/Names.h"
 #include "ygconfig/drawing/Display.h"
 #include "ygconfig/files/Input.h"
 #include "ygconfig/files/WriteOutput.h"
@@ -30,11 +31,12 @@ void declareLint(CLI::App& app, Arguments& arguments) {
                   {"error", "warning", "info", "never"},
                   "the least severity for exit status 1: error, warning, info or never");
     declareText(app, "--baseline", "FILE", arguments.baseline,
-                "known findings, which are not shown");
+                "known findings, which are not shown", anyFile);
     declareFlag(app, "--write-baseline", arguments.writeBaseline,
                 "writes all findings to the baseline instead of showing them");
     declareFlag(app, "--rules", arguments.rules, "lists all rules instead");
-    declareText(app, "--rule", "NAME", arguments.rule, "explains a rule instead");
+    declareText(app, "--rule", "NAME", arguments.rule, "explains a rule instead",
+                named({NameKind::rule}));
 }
 
 Answer unusable(const std::string& why) {
@@ -58,13 +60,9 @@ Answer showRules(const Session& session) {
     if (!arguments.rule)
         return isJson ? listRulesAsJson() : listRules(paint);
     const Rule* const rule = ruleNamed(*arguments.rule);
-    if (!rule) {
-        std::vector<std::string> names;
-        for (const Rule& each : rules())
-            names.emplace_back(each.name);
+    if (!rule)
         return unusable(printable("there is no rule '" + *arguments.rule + "'" +
-                                  suggestion(*arguments.rule, names)));
-    }
+                                  suggestion(*arguments.rule, ruleNames(session, {}))));
     return isJson ? explainRuleAsJson(*rule) : explainRule(*rule, paint, session.columns);
 }
 
@@ -181,6 +179,13 @@ void declareFormat(CLI::App& app, Arguments& arguments) {
 
 Answer findingsAnswer(const Session& session, std::shared_ptr<const Inspection> inspection) {
     return shown(session, reportOf(session, std::move(inspection)));
+}
+
+NameList ruleNames(const Session&, NameGroups) {
+    NameList names;
+    for (const Rule& each : rules())
+        names.emplace_back(each.name);
+    return names;
 }
 
 std::span<const Command> lintCommands() {

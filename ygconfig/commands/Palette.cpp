@@ -10,6 +10,7 @@
 
 #include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
+#include "ygconfig/commands/Names.h"
 #include "ygconfig/drawing/Display.h"
 #include "ygconfig/drawing/PaletteView.h"
 #include "ygconfig/files/WriteOutput.h"
@@ -24,13 +25,14 @@ void declarePalette(CLI::App& app, Arguments& arguments) {
                   "the theme: 0 light, 1 dark; 0 if not given");
 }
 
-void declarePaletteKey(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "KEY", arguments.name, "an application key");
+template <NameKind kind>
+void declareKey(CLI::App& app, Arguments& arguments) {
+    declareOperand(app, "KEY", arguments.name, "an application key", named({kind}));
     declarePalette(app, arguments);
 }
 
 void declareImage(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "NAME", arguments.name, "an image's name");
+    declareOperand(app, "NAME", arguments.name, "an image's name", named({NameKind::image}));
     declarePalette(app, arguments);
     const auto group = declareNumber(app, "--group", "COUNT", arguments.groupCount,
                                      "how many pieces the image has");
@@ -42,7 +44,8 @@ void declareImage(CLI::App& app, Arguments& arguments) {
         declareNumber(app, "--width", "W", arguments.width, "scaled to this width, in points");
     declareNumber(app, "--height", "H", arguments.height, "scaled to this height, in points")
         ->excludes(width);
-    declareText(app, "-o,--output", "FILE", arguments.output, "the PNG file to write")->required();
+    declareText(app, "-o,--output", "FILE", arguments.output, "the PNG file to write", anyFile)
+        ->required();
 }
 
 /// A loader of the theme asked for; null when its palette cannot be loaded.
@@ -166,11 +169,11 @@ constexpr Command table[] = {
 
     {"color", "the colour of an application key, as JSON; red if there is none",
      "  ygconfig color QuoteGrid.名称 --palette-style 1 --root examples/terminal\n", paletteNotes,
-     declarePaletteKey, findColor},
+     declareKey<NameKind::colorKey>, findColor},
 
     {"font", "the font of an application key, as JSON; the system font if there is none",
      "  ygconfig font QuoteGrid.名称 --palette-style 1 --root examples/terminal\n", paletteNotes,
-     declarePaletteKey, findFont},
+     declareKey<NameKind::fontKey>, findFont},
 
     {"image", "writes an image of a theme, a piece of it or a scaled one, as PNG",
      "  ygconfig image logo -o logo.png --root examples/terminal\n"
@@ -179,7 +182,35 @@ constexpr Command table[] = {
      imageNotes, declareImage, writeImage},
 };
 
+/// What `list` gives of both themes.
+template <class List>
+NameList namesOfThemes(const Session& session, List list) {
+    NameList names;
+    for (const std::int8_t theme : {std::int8_t{0}, std::int8_t{1}}) {
+        if (const auto loader = YGPaletteLoad::initWithPaletteStyle(theme, session.unreadable)) {
+            const NameList more = namesIn(list(*loader));
+            names.insert(names.end(), more.begin(), more.end());
+        }
+    }
+    return names;
+}
+
 }  // namespace
+
+NameList colorKeyNames(const Session& session, NameGroups) {
+    return namesOfThemes(
+        session, [](const auto& loader) -> const auto& { return loader.keyColorNames(); });
+}
+
+NameList fontKeyNames(const Session& session, NameGroups) {
+    return namesOfThemes(
+        session, [](const auto& loader) -> const auto& { return loader.keyFontNames(); });
+}
+
+NameList imageNames(const Session& session, NameGroups) {
+    return namesOfThemes(
+        session, [](const auto& loader) -> const auto& { return loader.customImages(); });
+}
 
 std::span<const Command> paletteCommands() {
     return table;

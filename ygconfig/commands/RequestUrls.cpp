@@ -16,6 +16,7 @@
 
 #include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
+#include "ygconfig/commands/Names.h"
 #include "ygconfig/drawing/Display.h"
 #include "ygconfig/drawing/SettingsView.h"
 #include "ygconfig/files/NothingStored.h"
@@ -31,7 +32,8 @@ void declareRefresh(CLI::App& app, Arguments& arguments) {
 }
 
 void declareKey(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "KEY", arguments.name, "the key of an address");
+    declareOperand(app, "KEY", arguments.name, "the key of an address",
+                   named({NameKind::requestUrl}));
     declareRefresh(app, arguments);
 }
 
@@ -101,7 +103,7 @@ Answer showRequestUrls(const Session& session) {
             ExitCode::answer, std::move(complaint)};
 }
 
-std::string noRequestUrl(const YGHttpReqUrlMgr& manager, const std::string& key) {
+std::vector<std::string> keysOf(const YGHttpReqUrlMgr& manager) {
     std::vector<std::string> keys;
     const auto list = manager.urlModel();
     if (const auto entries = list ? list->urlConfigs() : nullptr) {
@@ -110,7 +112,7 @@ std::string noRequestUrl(const YGHttpReqUrlMgr& manager, const std::string& key)
                 keys.push_back(*entry->urlKey());
         }
     }
-    return nothingNamed("request URL", key, keys);
+    return keys;
 }
 
 Answer findRequestUrl(const Session& session) {
@@ -123,7 +125,7 @@ Answer findRequestUrl(const Session& session) {
         complaint = nothing.complaint();
     Answer answer = jsonAnswer(manager->httpReqUrlStringWithUrlKey(key));
     if (answer.exitCode != ExitCode::answer)
-        addLine(complaint, noRequestUrl(*manager, key));
+        addLine(complaint, nothingNamed("request URL", key, keysOf(*manager)));
     answer.complaint = std::move(complaint);
     return answer;
 }
@@ -153,6 +155,10 @@ constexpr Command table[] = {
 };
 
 }  // namespace
+
+NameList requestUrlNames(const Session& session, NameGroups) {
+    return keysOf(*loadRequestUrls(session.unreadable));
+}
 
 std::span<const Command> requestUrlCommands() {
     return table;

@@ -9,6 +9,7 @@
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
 
 #include "ygconfig/commands/Commands.h"
+#include "ygconfig/commands/Names.h"
 #include "ygconfig/drawing/Display.h"
 #include "ygconfig/drawing/ServersView.h"
 #include "ygconfig/files/Input.h"
@@ -24,7 +25,7 @@ void declareServers(CLI::App& app, Arguments& arguments) {
 }
 
 void declareDelivery(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "DATA", arguments.data, "the delivered file");
+    declareOperand(app, "DATA", arguments.data, "the delivered file", anyFile);
     declareOperand(app, "MD5", arguments.md5, "the digest delivered with it; any text");
     declareServers(app, arguments);
 }
@@ -108,7 +109,44 @@ constexpr Command table[] = {
      deliveryNotes, declareDelivery, deliverServers},
 };
 
+/// Calls `visit` with the loaders of both kinds of users.
+template <class Visit>
+void forEachLoader(const Session& session, const Visit& visit) {
+    for (const bool isGray : {false, true}) {
+        if (const auto loader = YGServerCfgLoader::initWithIsGray(isGray, session.unreadable))
+            visit(*loader);
+    }
+}
+
 }  // namespace
+
+NameList serverNames(const Session& session, NameGroups type) {
+    NameList names;
+    const auto addNames = [&](std::string_view, const auto& value) {
+        if constexpr (std::is_convertible_v<decltype(value), YGServerCfgLoader::Group>) {
+            if (!value || !value->serverAddrList() ||
+                (!type.empty() && type.front() != std::to_string(value->serverType())))
+                return;
+            for (const auto& server : *value->serverAddrList())
+                names.push_back(server->serverName().value_or(""));
+        }
+    };
+    forEachLoader(session, [&](const auto& loader) { forEachField(loader, addNames); });
+    return names;
+}
+
+NameList addressNames(const Session& session, NameGroups) {
+    NameList names;
+    forEachLoader(session, [&](const YGServerCfgLoader& loader) {
+        for (const auto& [type, offers] : loader.offers()) {
+            for (const ServerOffer& offer : offers) {
+                for (const AddressOffer& address : offer.addresses)
+                    names.push_back(address.canBeChosen ? address.address : "");
+            }
+        }
+    });
+    return names;
+}
 
 std::span<const Command> serverCommands() {
     return table;

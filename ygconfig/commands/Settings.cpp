@@ -5,11 +5,13 @@
 #include <tuple>
 #include <utility>
 
+#include "YGConfigManager/inspection/RootContents.h"
 #include "YGConfigManager/settings/YGAppConfigManager.h"
 #include "YGConfigManager/settings/YGReadonlyAppConfigManager.h"
 
 #include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
+#include "ygconfig/commands/Names.h"
 #include "ygconfig/drawing/SettingsView.h"
 #include "ygconfig/files/DroppedNodes.h"
 #include "ygconfig/files/NothingStored.h"
@@ -39,9 +41,12 @@ namespace tool {
 namespace {
 
 void declareItem(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "FILE", arguments.file, "a settings file's name, such as app_config.xml");
-    declareOperand(app, "SECTION", arguments.section, "the name of an element below the root");
-    declareOperand(app, "ITEM", arguments.item, "the name of an element in the section");
+    declareOperand(app, "FILE", arguments.file, "a settings file's name, such as app_config.xml",
+                   named({NameKind::settingsFile}));
+    declareOperand(app, "SECTION", arguments.section, "the name of an element below the root",
+                   named({NameKind::settingsSection}));
+    declareOperand(app, "ITEM", arguments.item, "the name of an element in the section",
+                   named({NameKind::settingsItem}));
 }
 
 void declareItemText(CLI::App& app, Arguments& arguments) {
@@ -54,7 +59,8 @@ void declareItemText(CLI::App& app, Arguments& arguments) {
 
 void declareFile(CLI::App& app, Arguments& arguments) {
     declareText(app, "[FILE]", "", arguments.key,
-                "a settings file's name; app_config.xml if not given");
+                "a settings file's name; app_config.xml if not given",
+                named({NameKind::settingsFile}));
 }
 
 using Items = RecordMap<SettingsItem>;
@@ -188,6 +194,28 @@ constexpr Command table[] = {
 };
 
 }  // namespace
+
+NameList settingsFileNames(const Session& session, NameGroups) {
+    return storedFileNames(session, &RootContents::settingsFiles);
+}
+
+NameList settingsSectionNames(const Session& session, NameGroups file) {
+    if (file.empty())
+        return {};
+    const Store store(file.front(), *session.unreadable);
+    return store.store ? namesIn(store.sections()) : NameList();
+}
+
+NameList settingsItemNames(const Session& session, NameGroups fileAndSection) {
+    if (fileAndSection.size() < 2)
+        return {};
+    const Store store(fileAndSection.front(), *session.unreadable);
+    if (!store.store)
+        return {};
+    const RecordMap<Items> sections = store.sections();
+    const Items* const items = sections.find(fileAndSection[1]);
+    return items ? namesIn(*items) : NameList();
+}
 
 std::span<const Command> settingsCommands() {
     return table;

@@ -36,7 +36,8 @@ void declareFleet(CLI::App& app, Arguments& arguments) {
                   "how often each loads the file again; 1 if not given", std::uint64_t{0},
                   mostClients);
     declareTexts(app, "--without", "ADDRESS", arguments.without,
-                 "also what changes when this host:port is taken out; may be given several times");
+                 "also what changes when this host:port is taken out; may be given several times",
+                 named({NameKind::address}));
     declareFlag(app, "--weighted", arguments.weighted, "by the older choice, by weight");
     declareFlag(app, "--simulate", arguments.simulate,
                 "also draw such a fleet, of at most 10000000 choices in all");

@@ -2,10 +2,12 @@
 #include <cstring>
 #include <string>
 
+#include "YGConfigManager/inspection/RootContents.h"
 #include "YGConfigManager/settings/YGWebPageUrlConfig.h"
 
 #include "ygconfig/commandline/Suggestion.h"
 #include "ygconfig/commands/Commands.h"
+#include "ygconfig/commands/Names.h"
 #include "ygconfig/drawing/Display.h"
 #include "ygconfig/drawing/SettingsView.h"
 #include "ygconfig/files/DroppedNodes.h"
@@ -18,14 +20,17 @@ namespace yg::tool {
 namespace {
 
 void declareWebPage(CLI::App& app, Arguments& arguments) {
-    declareOperand(app, "FILE", arguments.file, "a table's name, such as web_page_urls.xml");
-    declareText(app, "[KEY]", "", arguments.key, "the key of an address");
+    declareOperand(app, "FILE", arguments.file, "a table's name, such as web_page_urls.xml",
+                   named({NameKind::webPageFile}));
+    declareText(app, "[KEY]", "", arguments.key, "the key of an address",
+                named({NameKind::webPage}));
     declareText(app, "--replace", "TABLE", arguments.replacement,
-                "the path of a new table, - for standard input; instead of a key");
+                "the path of a new table, - for standard input; instead of a key", anyFile);
 }
 
 void declareFile(CLI::App& app, Arguments& arguments) {
-    declareText(app, "[FILE]", "", arguments.key, "a table's name; web_page_urls.xml if not given");
+    declareText(app, "[FILE]", "", arguments.key, "a table's name; web_page_urls.xml if not given",
+                named({NameKind::webPageFile}));
 }
 
 /// The addresses that count, by key.
@@ -128,6 +133,18 @@ constexpr Command table[] = {
 };
 
 }  // namespace
+
+NameList webPageFileNames(const Session& session, NameGroups) {
+    return storedFileNames(session, &RootContents::webPageFiles);
+}
+
+NameList webPageNames(const Session& session, NameGroups file) {
+    if (file.empty())
+        return {};
+    DroppedNodes dropped(*session.unreadable);
+    const auto pages = YGWebPageUrlConfig::initWithFileName(file.front(), &dropped);
+    return pages ? namesIn(addressesOf(*pages, dropped)) : NameList();
+}
 
 std::span<const Command> webPageCommands() {
     return table;

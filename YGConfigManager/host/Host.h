@@ -13,6 +13,7 @@
 // child only looks addresses up in it.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -20,6 +21,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "YGConfigManager/export.h"
@@ -102,6 +105,19 @@ public:
 /// calls under way end on the host with which they began. The host is held until it is replaced, so
 /// an application whose host has work to do at its end installs null before it exits.
 YG_EXPORT std::shared_ptr<Host> setHost(std::shared_ptr<Host> host) noexcept;
+
+/// A class of an application that implements every operation that Host asks for: each has exactly
+/// the parameters that it has there, which `override` behind it has the compiler check.
+template <class OwnHost>
+concept ImplementsEveryOperation = std::derived_from<OwnHost, Host> && !std::is_abstract_v<OwnHost>;
+
+/// std::make_shared for such a class, whose messages speak of the class and not of the standard
+/// library when an operation is missing.
+template <ImplementsEveryOperation OwnHost, class... Arguments>
+requires std::constructible_from<OwnHost, Arguments...> std::shared_ptr<OwnHost> makeHost(
+    Arguments&&... arguments) {
+    return std::make_shared<OwnHost>(std::forward<Arguments>(arguments)...);
+}
 
 /// The host installed, or the default one, which is made at the first such call; never null. While
 /// memory does not suffice for the default one, one without settings. Safe from any thread.

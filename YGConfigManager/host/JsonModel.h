@@ -31,6 +31,7 @@
 // by a model's own constructor: what memory does not suffice for is null or, as text, empty.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -56,6 +57,61 @@ struct ModelField {
 
 template <class Model, class Value>
 ModelField(std::string_view, Value Model::*) -> ModelField<Model, Value>;
+
+// What a model class has to have, each under a name of its own for the compiler's messages.
+
+/// It has a table of its fields that anybody may read: a public, static, constexpr modelFields().
+template <class Model>
+concept ModelNamesItsFields = requires {
+    Model::modelFields();
+};
+
+/// A new one can be made from nothing.
+template <class Model>
+concept ModelHasDefaultConstructor = std::default_initializable<Model>;
+
+namespace detail {
+
+template <class Value>
+constexpr bool isReadField = false;
+template <>
+inline constexpr bool isReadField<std::optional<std::string>> = true;
+template <>
+inline constexpr bool isReadField<std::optional<double>> = true;
+template <ModelNamesItsFields Item>
+constexpr bool isReadField<ModelList<Item>> = true;
+
+template <class Value>
+constexpr bool isWrittenField = isReadField<Value> && !std::same_as<Value, std::optional<double>>;
+
+template <class Model, class... Values>
+constexpr bool areReadFields(const std::tuple<ModelField<Model, Values>...>&) {
+    return (isReadField<Values> && ...);
+}
+
+template <class Model, class... Values>
+constexpr bool areWrittenFields(const std::tuple<ModelField<Model, Values>...>&) {
+    return (isWrittenField<Values> && ...);
+}
+
+}  // namespace detail
+
+/// Its fields are all std::optional<std::string>, std::optional<double> or a ModelList of models.
+template <class Model>
+concept ModelFieldsCanBeRead = detail::areReadFields(Model::modelFields());
+
+/// Its fields are all std::optional<std::string> or a ModelList of models.
+template <class Model>
+concept ModelFieldsCanBeWritten = detail::areWrittenFields(Model::modelFields());
+
+/// A class whose objects are filled from JSON.
+template <class Model>
+concept ReadableModel =
+    ModelNamesItsFields<Model> && ModelHasDefaultConstructor<Model> && ModelFieldsCanBeRead<Model>;
+
+/// A class whose objects are written as JSON.
+template <class Model>
+concept WritableModel = ModelNamesItsFields<Model> && ModelFieldsCanBeWritten<Model>;
 
 namespace detail {
 
@@ -164,7 +220,7 @@ void appendModel(std::string& out, const Model& model) {
 /// A new model filled from the top-level JSON object in `bytes`; null when they are anything else
 /// than one JSON object (JsonValue::parse says how strictly). Members without a field are ignored,
 /// fields without a member stay absent.
-template <class Model>
+template <ReadableModel Model>
 std::shared_ptr<Model> modelWithJSON(OptionalText bytes) {
     const JsonValue::Parsed parsed = JsonValue::parse(bytes);
     const auto object = parsed ? parsed.value->object() : nullptr;
@@ -174,7 +230,7 @@ std::shared_ptr<Model> modelWithJSON(OptionalText bytes) {
 
 /// A list of new models, one for each object in `list`, in its order; items that are not objects
 /// are skipped. An absent list (null) stays absent, an empty one empty.
-template <class Model>
+template <ReadableModel Model>
 std::shared_ptr<const std::vector<std::shared_ptr<Model>>> modelArrayWithClass(
     const JsonList& list) {
     return detail::orNothing([&] { return list ? detail::modelsOf<Model>(*list) : nullptr; });
@@ -182,7 +238,7 @@ std::shared_ptr<const std::vector<std::shared_ptr<Model>>> modelArrayWithClass(
 
 /// The model as JSON object text: its fields in the order of its table, absent ones left out,
 /// models in lists as objects, UTF-8 as it stands, no added white space.
-template <class Model>
+template <WritableModel Model>
 std::string modelToJSONString(const Model& model) {
     return detail::orNothing([&] {
         std::string out;

@@ -34,6 +34,7 @@
 #include <memory>
 
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/host/Callables.h"
 
 namespace yg {
 
@@ -70,10 +71,14 @@ YG_EXPORT std::size_t runPendingMainTasks() noexcept;
 /// is woken any more; a call that another thread has begun may still be under way then. Without
 /// memory for it the one before stays, which is logged.
 YG_EXPORT void setMainQueueWakeUp(std::function<void()> wakeUp) noexcept;
+template <CapturesWhatCannotBeCopied Task>
+void setMainQueueWakeUp(Task&&) = delete;  // capture a shared_ptr
 
 /// Posts `task` to the queue of the current host (Host::mainQueue), as the library does. An empty
 /// task is ignored. A queue that throws, as the default one does when memory does not suffice,
 /// costs the task, which is logged; nothing is thrown. True when the queue has taken the task.
 YG_EXPORT bool postToMainQueue(std::function<void()> task) noexcept;
+template <CapturesWhatCannotBeCopied Task>
+bool postToMainQueue(Task&&) = delete;  // capture a shared_ptr
 
 }  // namespace yg

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/host/Callables.h"
 #include "YGConfigManager/text/OptionalText.h"
 
 namespace yg {
@@ -64,6 +65,8 @@ public:
     /// empty observer is never called. Without memory for it a default token, which is logged.
     [[nodiscard]] Token addObserver(OptionalText name, const void* sender,
                                     Observer observer) noexcept;
+    template <CapturesWhatCannotBeCopied Callable>
+    Token addObserver(OptionalText, const void*, Callable&&) = delete;  // capture a shared_ptr
 
     /// Calls the observers of `name` from `sender`, one after the other in the order in which they
     /// were added, and returns after the last. Those added meanwhile are not called, those removed

@@ -6,11 +6,13 @@
 // a row here.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <functional>
 #include <limits>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 
 namespace yg {
@@ -91,8 +93,31 @@ Field(const char*, Getter, Setter, AttributeInfo, bool) -> Field<Getter, Setter>
 template <class Record>
 struct Description;
 
+/// A class whose fields are described.
+template <class Record>
+concept DescribedRecord = requires {
+    Description<Record>::fields;
+};
+
+namespace detail {
+
+template <class Visit, class Record, class... Fields>
+constexpr bool takesFields(const std::tuple<Fields...>&) {
+    return (std::invocable<Visit&, const std::string_view&,
+                           std::invoke_result_t<decltype((std::declval<const Fields&>().getter)),
+                                                const Record&>> &&
+            ...);
+}
+
+}  // namespace detail
+
+/// What can be called with a field's name, a std::string_view, and the value of each field of the
+/// record: these are of several types, so it is usually a lambda of (auto name, const auto& value).
+template <class Visit, class Record>
+concept VisitsEveryField = detail::takesFields<Visit, Record>(Description<Record>::fields);
+
 /// Calls `visit(name, value)` for each field of the record, in order.
-template <class Record, class Visit>
+template <DescribedRecord Record, VisitsEveryField<Record> Visit>
 void forEachField(const Record& record, Visit&& visit) {
     std::apply(
         [&](const auto&... field) { (visit(field.name, std::invoke(field.getter, record)), ...); },

@@ -27,6 +27,7 @@
 
 #include "YGConfigManager/diagnostics/DiagnosticsSink.h"
 #include "YGConfigManager/export.h"
+#include "YGConfigManager/host/Callables.h"
 #include "YGConfigManager/net/HttpResponse.h"
 #include "YGConfigManager/settings/YGHttpReqUrlModel.h"
 #include "YGConfigManager/text/OptionalText.h"
@@ -94,9 +95,12 @@ public:
     /// inside this call. It is lost when the queue does not take it, which is logged, and when the
     /// process ends first. The manager is held until then.
     template <std::invocable<const Update&> Ended>
-    requires(!std::invocable<Ended&>) void updateHttpReqUrls(Ended ended) {
+    requires(!std::invocable<Ended&> &&
+             !CapturesWhatCannotBeCopied<Ended>) void updateHttpReqUrls(Ended ended) {
         updateAndTell(std::move(ended));
     }
+    template <CapturesWhatCannotBeCopied Ended>
+    void updateHttpReqUrls(Ended&&) = delete;  // capture a shared_ptr
 
     /// The address of the first entry with exactly this key; absent when it has none, when there is
     /// no such entry or no list, and for an absent key.
@@ -106,6 +110,8 @@ public:
     /// called once, on the network's thread; it must not block there, and may start a request.
     /// Without memory to begin it is called inside this call.
     void requestUrl(OptionalText url, Finish finish) const;
+    template <CapturesWhatCannotBeCopied Ended>
+    void requestUrl(OptionalText, Ended&&) const = delete;  // capture a shared_ptr
 
     /// The list; null when there is none. It stays as it is, another one takes its place.
     std::shared_ptr<const YGHttpReqUrlModel> urlModel() const;

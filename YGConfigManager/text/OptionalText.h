@@ -8,11 +8,16 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <optional>
 #include <string_view>
 #include <type_traits>
 
 namespace yg {
+
+/// A number where a text is asked for. NULL, a number in some compilers, stays a null pointer.
+template <class Number>
+concept NumberInsteadOfText = std::is_arithmetic_v<Number> && !std::same_as<Number, decltype(NULL)>;
 
 /// A text, or none, that is only looked at: made from a literal, a pointer to characters that end
 /// in a 0, a std::string, a std::string_view, whatever else is a std::string_view, or a
@@ -27,6 +32,9 @@ public:
     /// Absent when the pointer is null.
     constexpr OptionalText(const char* text)
         : text_(text ? std::string_view(text) : std::string_view()) {}
+
+    template <NumberInsteadOfText Number>
+    OptionalText(Number) = delete;  // 0 is not the text "0"
 
     template <class Text>
     requires(std::convertible_to<const Text&, std::string_view> &&

@@ -15,8 +15,10 @@ if(PROJECT_IS_TOP_LEVEL)
   find_program(YG_CCACHE ccache DOC "Compiler cache, used when it is there")
   mark_as_advanced(YG_CCACHE)
   if(YG_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
-    # The rest lets it keep what uses a precompiled header.
+    # What one checkout has compiled serves the others; the rest lets it keep what uses a precompiled
+    # header.
     set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+      "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1
       CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
       "${YG_CCACHE}")
   endif()

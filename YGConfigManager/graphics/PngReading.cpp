@@ -6,6 +6,7 @@
 #include <csetjmp>
 #include <cstddef>
 #include <cstdint>
+#include <zlib.h>
 
 #include <png.h>
 
@@ -24,22 +25,36 @@ constexpr std::size_t maxInflation = 1032;
 
 constexpr double metresPerInch = 0.0254;
 
+constexpr std::size_t signatureSize = 8;
+/// The length and the name of a chunk, four bytes each, and the sum behind its data.
+constexpr std::size_t beforeData = 8;
+constexpr std::size_t sumSize = 4;
+
 [[noreturn]] void fail(png_structp png, png_const_charp) {
     png_longjmp(png, 1);
 }
 
 void ignoreWarning(png_structp, png_const_charp) {}
 
-/// Whether the names of all chunks are letters, and those with pixels follow each other: the two
-/// things that libpng does not look at when it is given a file piece by piece.
+/// Whether a chunk is there as a whole, with the sum that belongs to its name and its data.
+bool isIntact(std::string_view chunk, std::size_t size) {
+    if (chunk.size() < size)
+        return false;
+    const auto* const begin = reinterpret_cast<png_const_bytep>(chunk.data());
+    const std::size_t covered = size - beforeData / 2 - sumSize;
+    return crc32(0, begin + beforeData / 2, static_cast<uInt>(covered)) ==
+           png_get_uint_32(begin + size - sumSize);
+}
+
+/// Whether the names of all chunks are letters, those with pixels follow each other, and the last
+/// one is intact: the things that libpng does not look at, some versions of it or when it is given
+/// a file piece by piece.
 bool hasChunksInOrder(std::string_view bytes) {
-    constexpr std::size_t beforeData = 8;
-    constexpr std::size_t sum = 4;
     bool isBeforePixels = true;
     std::string_view last;
-    for (std::string_view rest = bytes.substr(beforeData); rest.size() >= beforeData;) {
+    for (std::string_view rest = bytes.substr(signatureSize); rest.size() >= beforeData;) {
         const auto* const length = reinterpret_cast<png_const_bytep>(rest.data());
-        const std::size_t size = beforeData + png_get_uint_32(length) + sum;
+        const std::size_t size = beforeData + png_get_uint_32(length) + sumSize;
         const std::string_view name = rest.substr(beforeData / 2, beforeData / 2);
         const bool isNamed = std::all_of(name.begin(), name.end(), [](char character) {
             return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
@@ -47,7 +62,7 @@ bool hasChunksInOrder(std::string_view bytes) {
         if (!isNamed || (name == "IDAT" && !isBeforePixels && last != name))
             return false;
         if (name == "IEND")
-            break;
+            return isIntact(rest, size);
         isBeforePixels = isBeforePixels && name != "IDAT";
         last = name;
         rest.remove_prefix(std::min(size, rest.size()));

@@ -32,14 +32,14 @@ formats     $middle graphics net layout events servers palette settings
 inspection  $middle graphics net layout events servers palette settings formats
 "
 
-# How the names of a library's headers begin, with the one place that may include them. A dash:
+# How the names of a library's headers begin, with the places that may include them. A dash:
 # any source. No public header includes any of them.
 libraries='
 pugixml     xml
 libxml      xml
 curl        net
 openssl     net
-zlib        net
+zlib        net graphics
 fontconfig  graphics
 hb          graphics
 harfbuzz    graphics
@@ -67,9 +67,12 @@ BEGIN {
             may[word[1], word[j]] = 1
     }
     rows = split(ENVIRON["libraries"], row, "\n")
-    for (i = 1; i <= rows; i++)
-        if (split(row[i], word, " ") == 2)
-            place[word[1]] = word[2]
+    for (i = 1; i <= rows; i++) {
+        if (split(row[i], word, " ") > 1) {
+            places[word[1]] = row[i]
+            sub(/^[^ ]+ +/, "", places[word[1]])
+        }
+    }
     rows = split(ENVIRON["public"], row, " ")
     for (i = 1; i <= rows; i++)
         public[row[i]] = 1
@@ -112,11 +115,11 @@ FNR == 1 {
     }
     if (own && (FILENAME in public) && !(name in public))
         complain("a public header includes an internal one: " name)
-    for (library in place) {
+    for (library in places) {
         if (own || name !~ ("^" library "([-./]|$)"))
             continue
-        if (place[library] != "-" && place[library] != here)
-            complain("only " place[library] " may include " name)
+        if (places[library] != "-" && index(" " places[library] " ", " " here " ") == 0)
+            complain("only " places[library] " may include " name)
         if (FILENAME in public)
             complain("a public header includes a library: " name)
     }

@@ -8,9 +8,9 @@ namespace yg::detail {
 void readModelField(const JsonValue& value, std::optional<std::string>& field) {
     field.reset();
     if (const std::string* text = value.text())
-        field = *text;
+        field.emplace(*text);
     else if (const std::string* decimal = value.number())
-        field = *decimal;
+        field.emplace(*decimal);
 }
 
 void readModelField(const JsonValue& value, std::optional<double>& field) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "YGConfigManager/diagnostics/Reporter.h"
@@ -13,6 +14,9 @@
 #include "YGConfigManager/xml/Node.h"
 
 namespace yg {
+
+/// Whether a group whose attribute "type" is written so is of a type. It is compared as a number.
+bool isServerType(std::string_view written, std::uint64_t type);
 
 /// The groups of a type in the document that holds the element, in its order; the first counts.
 std::vector<xml::Node> serverGroups(const xml::Element& root, std::uint64_t serverType);

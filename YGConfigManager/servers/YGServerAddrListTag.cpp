@@ -92,10 +92,27 @@ void readEntry(Entry& element, Servers& servers, RandomSource& random) {
 
 }  // namespace
 
-std::vector<xml::Node> serverGroups(const xml::Element& root, std::uint64_t serverType) {
+bool isServerType(std::string_view written, std::uint64_t type) {
     // A type beyond the signed numbers is written as a negative one.
-    return root.query(
-        text::format("/application/server[@type=%ld]", static_cast<std::int64_t>(serverType)));
+    return text::queryNumber(written) == static_cast<double>(static_cast<std::int64_t>(type));
+}
+
+std::vector<xml::Node> serverGroups(const xml::Element& root, std::uint64_t serverType) {
+    xml::Element top = root;
+    for (xml::Element above = top.parent(); above; above = above.parent())
+        top = above;
+    std::vector<xml::Node> groups;
+    if (top.name() != "application")
+        return groups;
+    for (const xml::Node& child : top.children()) {
+        const xml::Element group(child);
+        if (group.name() != "server")
+            continue;
+        const auto type = group.attribute("type");
+        if (type && isServerType(*type, serverType))
+            groups.push_back(child);
+    }
+    return groups;
 }
 
 void readServerGroup(const std::vector<xml::Node>& found, YGServerAddrListTag& group,

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/servers/YGServerCfgLoader.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <iterator>
@@ -176,26 +175,22 @@ void YGServerCfgLoader::load(const xml::Element& root) {
 void YGServerCfgLoader::read(const xml::Element& root) {
     const Reporter reporter(sink_);
     std::array<std::vector<xml::Node>, std::size(groupRows)> found;
-    std::ranges::transform(groupRows, found.begin(),
-                           [&](const GroupRow& row) { return serverGroups(root, row.type); });
     reading(reporter, root, [&](Entry& application) {
         application.read(*this);
         if (application.name() != "application")
             return application.drop("server-root-name"_rule, {}, application.name());
-        // Both go in the order of the document.
-        std::array<std::size_t, std::size(groupRows)> next{};
         application.forEachElement([&](Entry& child) {
             if (child.name() != "server")
                 return child.drop("unknown-element"_rule, {}, child.name());
-            for (std::size_t row = 0; row < found.size(); ++row) {
-                if (next[row] < found[row].size() && found[row][next[row]] == child.element()) {
-                    ++next[row];
-                    return child.leave();
-                }
-            }
             const auto type = child.attribute("type");
             if (!type)
                 return child.drop("server-group-without-type"_rule);
+            for (std::size_t row = 0; row < found.size(); ++row) {
+                if (isServerType(*type, groupRows[row].type)) {
+                    found[row].push_back(child.element());
+                    return child.leave();
+                }
+            }
             child.drop("server-type-never-loaded"_rule, "type", *type);
         });
     });

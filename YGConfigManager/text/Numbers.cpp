@@ -86,6 +86,15 @@ LeadingNumber<double> readLeadingDouble(std::string_view text) {
     return {negative ? -value : value, oddity};
 }
 
+std::optional<double> queryNumber(std::string_view text) {
+    text = withoutBlanksAround(text);
+    const std::string_view digits = text.substr(text.starts_with('-') ? 1 : 0);
+    const bool isNumber = digits.find_first_not_of(".0123456789") == std::string_view::npos &&
+                          digits.find_first_not_of('.') != std::string_view::npos &&
+                          std::ranges::count(digits, '.') <= 1;
+    return isNumber ? std::optional(readLeadingDouble(text).value) : std::nullopt;
+}
+
 LeadingNumber<float> readLeadingFloat(std::string_view text) {
     // Beyond the range of a float the conversion gives an infinity or 0.
     static_assert(std::numeric_limits<float>::is_iec559);

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace yg::text {
@@ -43,6 +44,11 @@ LeadingNumber<double> readLeadingDouble(std::string_view text);
 
 /// As readLeadingDouble, the result narrowed to float.
 LeadingNumber<float> readLeadingFloat(std::string_view text);
+
+/// The number that all of a text is to a query, which XPath calls its number: digits with at most
+/// one point (a digit on at least one side of it), at most a minus before them, and spaces, tabs,
+/// line feeds and carriage returns around. Absent for any other text.
+std::optional<double> queryNumber(std::string_view text);
 
 /// The value alone.
 inline std::int32_t leadingInt32(std::string_view text) {

@@ -230,8 +230,39 @@ TEST(ServerGroup, ComparesItsTypeAsANumber) {
     EXPECT_FALSE(nameOf("+1", 1));
     EXPECT_FALSE(nameOf("", 0));
     EXPECT_TRUE(nameOf("0", 0));
-    // The largest type is written as a signed number in the query.
     EXPECT_TRUE(nameOf("-1", UINT64_MAX));
+}
+
+TEST(ServerGroup, IsWhatTheQueryFinds) {
+    std::string xml = "<application>text<server/><!-- c --><other type='1'/><s:server type='1'/>";
+    for (const char* type : {"1", "2", " 1&#9;", "1.0", "1.5", "+1", "1e0", "-1", "9", "",
+                             "9223372036854775807", "9223372036854775808", "0x1", "\u00A01"})
+        xml += "<server type='" + std::string(type) + "'><server type='1'/></server>";
+    xml::Element top = xml::Document::parseText(xml + "</application>").document.root();
+    const auto expectFound = [](const xml::Element& from) {
+        std::size_t count = 0;
+        for (const std::uint64_t type :
+             {UINT64_C(1), UINT64_C(2), UINT64_C(9), UINT64_MAX, UINT64_C(9223372036854775807)}) {
+            const auto found = serverGroups(from, type);
+            EXPECT_EQ(found, from.query("/application/server[@type=" +
+                                        std::to_string(static_cast<std::int64_t>(type)) + "]"));
+            count += found.size();
+        }
+        return count;
+    };
+    EXPECT_EQ(expectFound(top), 8U);
+    EXPECT_EQ(expectFound(xml::Element(top.childAt(5)).firstElementChild()), 8U);
+    xml::Element first(top.childAt(5));
+    first.remove();
+    EXPECT_EQ(expectFound(top), 7U);
+    EXPECT_EQ(expectFound(first), 0U);
+    first.appendChild(top);
+    xml::Element part = first.firstElementChild();
+    EXPECT_EQ(expectFound(part), 0U);
+    first.rename("application");
+    EXPECT_EQ(expectFound(part), 1U);
+    EXPECT_EQ(expectFound(xml::Element(top.copy())), 7U);
+    EXPECT_EQ(expectFound({}), 0U);
 }
 
 TEST(ServerGroup, IsFoundFromAnyElementOfTheDocument) {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <limits>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -203,6 +206,43 @@ TEST(Numbers, FloatIsRoundedTwice) {
     // Just above the middle of two floats by less than a double can hold: read as a double it is
     // the middle and goes to the even one, read as a float at once it would go up.
     EXPECT_EQ(leadingFloat("1.00000005960464477540"), 1.0F);
+}
+
+TEST(Numbers, AQueryTakesTheWholeTextForANumberOrNone) {
+    constexpr std::pair<std::string_view, std::optional<double>> rows[] = {
+        {"1", 1},
+        {" \r\n\t1\t\n\r ", 1},
+        {"01.00", 1},
+        {"1.", 1},
+        {".5", 0.5},
+        {"-2.5", -2.5},
+        {"-.5", -0.5},
+        {"-0", 0},
+        {"16777217", 16777217},
+        {"", {}},
+        {" ", {}},
+        {".", {}},
+        {"-", {}},
+        {"-.", {}},
+        {"+1", {}},
+        {"--1", {}},
+        {"- 1", {}},
+        {"1 2", {}},
+        {"1e0", {}},
+        {"0x1", {}},
+        {"1,5", {}},
+        {"1.2.3", {}},
+        {"1-", {}},
+        {"inf", {}},
+        {"\v1", {}},
+        {"1\f", {}},
+        {"1..", {}},
+        {"\xEF\xBC\x91", {}},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(queryNumber(row.first), row.second) << row.first;
+    EXPECT_EQ(queryNumber("1" + std::string(400, '0')), std::numeric_limits<double>::infinity());
+    EXPECT_EQ(queryNumber("1" + std::string(400, '0') + "--"), std::nullopt);
 }
 
 TEST(Numbers, ReadingStopsAtTheEndOfTheText) {

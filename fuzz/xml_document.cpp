@@ -11,6 +11,7 @@
 #include "YGConfigManager/xml/Builder.h"
 #include "YGConfigManager/xml/Decoding.h"
 #include "YGConfigManager/xml/Document.h"
+#include "YGConfigManager/xml/Parser.h"
 #include "YGConfigManager/xml/Query.h"
 #include "YGConfigManager/xml/Tree.h"
 
@@ -174,11 +175,14 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (!quick) {
         require(quick.error.find_first_of("\r\n") == std::string::npos, "an error is one line");
         require(kept.error == quick.error, "positions change no description");
+        const Decoded decoded = decodeXml(std::string(bytes));
+        require(!decoded.errors.empty() || !isReadable(decoded.text),
+                "what is well-formed is read");
         return 0;
     }
     const std::string plain = quick.document.serialise(Form::plain);
     require(plain == kept.document.serialise(Form::plain), "positions change no document");
-    const std::string text = decodeXml(bytes).text;
+    const std::string text = decodeXml(std::string(bytes)).text;
     const std::shared_ptr<Tree> tree = buildByCallbacks(text).tree;
     require(tree != nullptr, "both builders take the same");
     notePlaces(*tree, std::make_shared<const Source>("", text));

@@ -182,7 +182,7 @@ std::optional<FileFault> encodingFaultOfXml(std::string_view bytes) {
                 "Declare encoding=\"UTF-8\": the file is in UTF-8, but it is read as " +
                 std::string(declared) + ", so its characters become others or cannot be read.");
     }
-    const xml::Decoded decoded = xml::decodeXml(bytes);
+    const xml::Decoded decoded = xml::decodeXml(std::string(bytes));
     if (decoded.errors.empty())
         return std::nullopt;
     const xml::ParseError& error = decoded.errors.front();

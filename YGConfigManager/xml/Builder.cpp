@@ -22,7 +22,7 @@ public:
     Parsed run() {
         if (!read())
             return {nullptr, errors_.take()};
-        noteStandalone(*tree_, *context_);
+        tree_->standalone = standaloneOf(*context_);
         return {std::move(tree_), {}};
     }
 
@@ -138,26 +138,28 @@ xmlSAXHandler Builder::callbacks() {
 
 }  // namespace
 
-std::shared_ptr<Tree> buildQuickly(std::string_view text) {
+std::shared_ptr<Tree> buildInPlace(std::string text) {
     auto tree = std::make_shared<Tree>();
-    tree->inPlace = text;
+    tree->inPlace = std::move(text);
     constexpr unsigned int flags = pugi::parse_pi | pugi::parse_comments | pugi::parse_cdata |
                                    pugi::parse_escapes | pugi::parse_eol |
                                    pugi::parse_wconv_attribute | pugi::parse_ws_pcdata_single;
     const pugi::xml_parse_result result = tree->memory.load_buffer_inplace(
         tree->inPlace.data(), tree->inPlace.size(), flags, pugi::encoding_utf8);
-    if (result.status == pugi::status_out_of_memory)
+    // pugixml takes whatever is well-formed, if memory suffices.
+    if (!result)
         throw std::bad_alloc();
-    return result ? std::move(tree) : nullptr;
+    return tree;
 }
 
 Parsed buildByCallbacks(const std::string& text) {
     return Builder(text).run();
 }
 
-void noteStandalone(Tree& tree, const xmlParserCtxt& context) {
+std::optional<bool> standaloneOf(const xmlParserCtxt& context) {
     if (context.standalone == 0 || context.standalone == 1)
-        tree.standalone = context.standalone == 1;
+        return context.standalone == 1;
+    return std::nullopt;
 }
 
 }  // namespace yg::xml

@@ -4,8 +4,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
-#include <string_view>
 
 #include <libxml/parser.h>
 
@@ -13,14 +13,15 @@
 
 namespace yg::xml {
 
-/// Builds the tree of a text that libxml2 found well-formed, and that has neither a document type
-/// nor character references, with pugixml's own parser. Of such a text both make the same tree, and
-/// this way takes half the time.
-std::shared_ptr<Tree> buildQuickly(std::string_view text);
+/// Builds the tree of a text that was found well-formed, and that has neither a document type nor
+/// character references, with pugixml's own parser, in the text itself. Of such a text both make
+/// the same tree, and this way takes half the time.
+std::shared_ptr<Tree> buildInPlace(std::string text);
 
 /// Builds the tree of any text.
 Parsed buildByCallbacks(const std::string& text);
 
-void noteStandalone(Tree& tree, const xmlParserCtxt& context);
+/// What the declaration says of "standalone"; absent when it does not.
+std::optional<bool> standaloneOf(const xmlParserCtxt& context);
 
 }  // namespace yg::xml

@@ -127,6 +127,7 @@ Decoded convert(std::string_view bytes, const std::string& encoding, std::string
     if (!isRight || !converter.convert(lineFeed, text) || !text.ends_with('\n'))
         return notProper(text, encoding);
     text.pop_back();
+    text.shrink_to_fit();
     // Some converters answer more than Unicode has.
     const std::size_t valid = text::validUtf8Prefix(text);
     if (valid != text.size())
@@ -162,38 +163,39 @@ std::optional<std::string_view> declaredEncoding(std::string_view text) {
     return declaration.substr(at + 1, end - at - 1);
 }
 
-Decoded decodeUtf8(std::string_view text) {
-    if (text.substr(0, text::byteOrderMark.size()) == text::byteOrderMark)
-        text.remove_prefix(text::byteOrderMark.size());
+Decoded decodeUtf8(std::string text) {
+    if (text.starts_with(text::byteOrderMark))
+        text.erase(0, text::byteOrderMark.size());
     const std::size_t valid = text::validUtf8Prefix(text);
     if (valid != text.size())
-        return notProper(text.substr(0, valid), "UTF-8");
-    return {std::string(text), {}};
+        return notProper(std::string_view(text).substr(0, valid), "UTF-8");
+    return {std::move(text), {}};
 }
 
-Decoded decodeXml(std::string_view bytes) {
-    if (bytes.substr(0, text::byteOrderMark.size()) == text::byteOrderMark)
-        return decodeUtf8(bytes);
-    if (bytes.substr(0, 2) == "\xFF\xFE"sv)
-        return convert(bytes.substr(2), "UTF-16LE", "\n\0"sv);
-    if (bytes.substr(0, 2) == "\xFE\xFF"sv)
-        return convert(bytes.substr(2), "UTF-16BE", "\0\n"sv);
+Decoded decodeXml(std::string bytes) {
+    const std::string_view all = bytes;
+    if (bytes.starts_with(text::byteOrderMark))
+        return decodeUtf8(std::move(bytes));
+    if (all.substr(0, 2) == "\xFF\xFE"sv)
+        return convert(all.substr(2), "UTF-16LE", "\n\0"sv);
+    if (all.substr(0, 2) == "\xFE\xFF"sv)
+        return convert(all.substr(2), "UTF-16BE", "\0\n"sv);
 
-    const std::optional<std::string_view> declared = declaredEncoding(bytes);
+    const std::optional<std::string_view> declared = declaredEncoding(all);
     if (!declared)
-        return decodeUtf8(bytes);
+        return decodeUtf8(std::move(bytes));
     const std::string name = lowered(*declared);
     if (!isEncodingName(name))
         return wrongLabel("Unsupported encoding");
     if (name == "utf-8" || name == "utf8")
-        return decodeUtf8(bytes);
+        return decodeUtf8(std::move(bytes));
     if (name.substr(0, 6) == "utf-16" || name.substr(0, 6) == "utf-32" ||
         name.substr(0, 3) == "ucs")
         return wrongLabel("Input is labelled " + std::string(*declared) +
                           " but has no byte-order mark");
     const bool isGbk = name == "gb2312" || name == "gbk" || name == "gb18030";
     // The declaration was read as ASCII, and must read the same in the encoding that it names.
-    return convert(bytes, isGbk ? "GB18030" : std::string(*declared), "\n", declarationOf(bytes));
+    return convert(all, isGbk ? "GB18030" : std::string(*declared), "\n", declarationOf(all));
 }
 
 }  // namespace yg::xml

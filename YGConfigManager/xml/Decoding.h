@@ -23,10 +23,11 @@ struct Decoded {
 /// often hold GBK characters. Errors are unknown encodings, invalid bytes, an end within a
 /// character or a shift sequence, a declaration that reads otherwise in the encoding that it names,
 /// and code points that are not Unicode's. Time and memory grow with the number of bytes alone.
-Decoded decodeXml(std::string_view bytes);
+/// UTF-8 bytes become the text without a copy.
+Decoded decodeXml(std::string bytes);
 
 /// The same for what is UTF-8 already, whatever the declaration says.
-Decoded decodeUtf8(std::string_view text);
+Decoded decodeUtf8(std::string text);
 
 /// The encoding that the declaration names, a part of the text; absent without one. The text is in
 /// an encoding that has ASCII, and has no mark.

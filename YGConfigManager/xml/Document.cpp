@@ -44,10 +44,14 @@ bool Document::canBeRead(const std::string& text) {
 
 ParseResult Document::parsed(Decoded decoded, std::string_view path, ParseOptions options) {
     Parsed parsed{nullptr, std::move(decoded.errors)};
-    if (parsed.errors.empty())
-        parsed = parseUtf8(decoded.text);
-    if (parsed.tree && options.positions)
-        notePlaces(*parsed.tree, std::make_shared<const Source>(path, std::move(decoded.text)));
+    if (parsed.errors.empty()) {
+        std::shared_ptr<const Source> source;
+        if (options.positions)
+            source = std::make_shared<const Source>(path, decoded.text);
+        parsed = parseUtf8(std::move(decoded.text));
+        if (parsed.tree && source)
+            notePlaces(*parsed.tree, source);
+    }
     std::string error = described(parsed.errors);
     return {Document(std::move(parsed.tree)), std::move(error), std::move(parsed.errors)};
 }
@@ -57,16 +61,16 @@ ParseResult Document::parseFile(OptionalText path, ParseOptions options) {
         files::FileReading file = files::readWholeFile(*path);
         if (!file)
             return {{}, std::move(file.error), {}};
-        return parsed(decodeXml(file.bytes), *path, options);
+        return parsed(decodeXml(std::move(file.bytes)), *path, options);
     });
 }
 
 ParseResult Document::parseBytes(OptionalText bytes, ParseOptions options) {
-    return guarded([&] { return parsed(decodeXml(*bytes), {}, options); });
+    return guarded([&] { return parsed(decodeXml(std::string(*bytes)), {}, options); });
 }
 
 ParseResult Document::parseText(OptionalText text, ParseOptions options) {
-    return guarded([&] { return parsed(decodeUtf8(*text), {}, options); });
+    return guarded([&] { return parsed(decodeUtf8(std::string(*text)), {}, options); });
 }
 
 Element Document::root() const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/xml/Parser.h"
 
+#include <optional>
 #include <utility>
 
 #include "YGConfigManager/xml/Builder.h"
@@ -30,13 +31,16 @@ void judged(const std::string& text, Use use) {
 
 }  // namespace
 
-Parsed parseUtf8(const std::string& text) {
+Parsed parseUtf8(std::string text) {
+    Parsed parsed;
     if (const auto found = faultOf(text)) {
         ParseErrors errors(text);
         errors.add(found->at, found->message);
-        return {nullptr, errors.take()};
+        parsed.errors = errors.take();
+        return parsed;
     }
-    Parsed parsed;
+    bool isPlain = false;
+    std::optional<bool> standalone;
     judged(text, [&](Judge& judge, bool accepts) {
         if (!accepts) {
             parsed.errors = judge.takeErrors();
@@ -44,14 +48,16 @@ Parsed parseUtf8(const std::string& text) {
         }
         // pugixml leaves character references to characters that it cannot hold, and the line ends
         // of instructions, as they are.
-        const bool isPlain = !judge.hasDoctype() && text.find("&#") == std::string::npos &&
-                             !(judge.hasInstruction() && text.find('\r') != std::string::npos);
-        parsed.tree = isPlain ? buildQuickly(text) : nullptr;
-        if (parsed.tree)
-            noteStandalone(*parsed.tree, judge.context());
+        isPlain = !judge.hasDoctype() && text.find("&#") == std::string::npos &&
+                  !(judge.hasInstruction() && text.find('\r') != std::string::npos);
+        standalone = standaloneOf(judge.context());
     });
-    if (!parsed.tree && parsed.errors.empty())
+    if (!parsed.errors.empty())
+        return parsed;
+    if (!isPlain)
         return buildByCallbacks(text);
+    parsed.tree = buildInPlace(std::move(text));
+    parsed.tree->standalone = standalone;
     return parsed;
 }
 

@@ -17,8 +17,9 @@ struct Parsed {
     std::vector<ParseError> errors;  ///< empty on success
 };
 
-/// Parses UTF-8 text. Throws std::bad_alloc when memory does not suffice.
-Parsed parseUtf8(const std::string& text);
+/// Parses UTF-8 text, which the tree keeps if it can hold it as it stands. Throws std::bad_alloc
+/// when memory does not suffice.
+Parsed parseUtf8(std::string text);
 
 /// Whether parseUtf8 gives a tree of such a text.
 bool isReadable(const std::string& text);

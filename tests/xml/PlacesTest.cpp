@@ -178,7 +178,7 @@ constexpr std::string_view builtByCallbacks = "<!--&#-->";
 /// Looks at all places of a document against the text that they were read from.
 class PlacesCheck {
 public:
-    explicit PlacesCheck(std::string_view bytes) : text_(decodeXml(bytes).text) {
+    explicit PlacesCheck(std::string_view bytes) : text_(decodeXml(std::string(bytes)).text) {
         lines_.emplace_back();
         for (std::size_t at = 0; at <= text_.size();) {
             lines_.back().push_back(at);

@@ -8,6 +8,7 @@
 #include "YGConfigManager/xml/Judge.h"
 #include "YGConfigManager/xml/Limits.h"
 #include "YGConfigManager/xml/ParseErrors.h"
+#include "YGConfigManager/xml/PlainText.h"
 
 namespace yg::xml {
 
@@ -33,6 +34,10 @@ void judged(const std::string& text, Use use) {
 
 Parsed parseUtf8(std::string text) {
     Parsed parsed;
+    if (isPlainText(text)) {
+        parsed.tree = buildInPlace(std::move(text));
+        return parsed;
+    }
     if (const auto found = faultOf(text)) {
         ParseErrors errors(text);
         errors.add(found->at, found->message);
@@ -62,6 +67,10 @@ Parsed parseUtf8(std::string text) {
 }
 
 bool isReadable(const std::string& text) {
+    return isPlainText(text) || isJudgedReadable(text);
+}
+
+bool isJudgedReadable(const std::string& text) {
     bool isReadable = false;
     if (!faultOf(text))
         judged(text, [&](const Judge&, bool accepts) { isReadable = accepts; });

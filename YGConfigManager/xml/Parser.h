@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The strict reader: libxml2 judges and calls back, a pugixml tree is built. Internal.
+// The strict reader: what is not plain text libxml2 judges, then a pugixml tree is built. Internal.
 #pragma once
 
 #include <memory>
@@ -23,5 +23,8 @@ Parsed parseUtf8(std::string text);
 
 /// Whether parseUtf8 gives a tree of such a text.
 bool isReadable(const std::string& text);
+
+/// The same, found by libxml2 and our limits alone, without the look that spares most texts both.
+bool isJudgedReadable(const std::string& text);
 
 }  // namespace yg::xml

@@ -21,6 +21,8 @@
 #include "YGConfigManager/xml/Decoding.h"
 #include "YGConfigManager/xml/Document.h"
 #include "YGConfigManager/xml/Element.h"
+#include "YGConfigManager/xml/Parser.h"
+#include "YGConfigManager/xml/PlainText.h"
 #include "YGConfigManager/xml/Query.h"
 #include "YGConfigManager/xml/Tree.h"
 
@@ -83,6 +85,7 @@ inline void expectSameTrees(const ParseResult& quick, const ParseResult& kept,
     const std::string_view input = std::string_view(text).substr(0, 500);
     EXPECT_EQ(static_cast<bool>(quick), static_cast<bool>(kept))
         << input << "\nwithout positions: " << quick.error << "\nwith positions: " << kept.error;
+    EXPECT_TRUE(!isPlainText(text) || isJudgedReadable(text)) << input;
     EXPECT_EQ(static_cast<bool>(quick), static_cast<bool>(quick.document.root())) << input;
     EXPECT_EQ(static_cast<bool>(kept), static_cast<bool>(kept.document.root())) << input;
     if (!quick || !kept)

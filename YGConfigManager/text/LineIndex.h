@@ -16,7 +16,7 @@ namespace yg::text {
 TextPoint pointAt(std::string_view text, std::size_t offset);
 
 /// The lines of a UTF-8 text, which it does not keep: pass the same text to each call. A look-up
-/// takes the logarithm of the number of lines, however long they are.
+/// takes the same time in any text, however many lines it has and however long they are.
 class LineIndex {
 public:
     explicit LineIndex(std::string_view text);
@@ -27,8 +27,14 @@ public:
 private:
     std::size_t charactersBefore(std::string_view text, std::size_t offset) const;
 
-    std::vector<std::size_t> begins_;      ///< of the lines
-    std::vector<std::size_t> characters_;  ///< before each block of the text
+    /// What is before a block of the text.
+    struct Block {
+        std::size_t characters = 0;
+        std::size_t lines = 0;  ///< that end there
+    };
+
+    std::vector<std::size_t> begins_;  ///< of the lines
+    std::vector<Block> blocks_;
 };
 
 }  // namespace yg::text

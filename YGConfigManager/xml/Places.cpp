@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "YGConfigManager/text/Utf8.h"
 #include "YGConfigManager/xml/Tree.h"
 
 namespace yg::xml {
@@ -19,6 +20,10 @@ std::size_t sizeOfReference(std::string_view reference) {
     std::from_chars(reference.data() + (isHex ? 3 : 2), reference.data() + reference.size() - 1,
                     character, isHex ? 16 : 10);
     return character < 0x80 ? 1 : character < 0x800 ? 2 : character < 0x10000 ? 3 : 4;
+}
+
+bool isQuote(char c) {
+    return c == '"' || c == '\'';
 }
 
 using Origins = std::unordered_map<const void*, Origin>;
@@ -71,8 +76,6 @@ private:
             ++at;
         return at;
     }
-
-    static bool isQuote(char c) { return c == '"' || c == '\''; }
 
     /// Behind the first ">" that is not between quotes.
     std::size_t endOfTag(std::size_t at) const {
@@ -195,7 +198,14 @@ const SourceIndex& Source::keep(std::unique_ptr<const SourceIndex> made) const {
 
 Place Source::place(std::size_t begin, std::size_t end) const {
     const text::LineIndex& lines = index().lines;
-    return {file_, lines.pointAt(text_, begin), lines.pointAt(text_, end)};
+    const TextPoint first = lines.pointAt(text_, begin);
+    // Most places are short parts of a line.
+    constexpr std::size_t usual = 200;
+    const std::string_view part = std::string_view(text_).substr(begin, end - begin);
+    if (part.size() > usual || part.find('\n') != std::string_view::npos)
+        return {file_, first, lines.pointAt(text_, end)};
+    const auto size = static_cast<std::uint32_t>(text::countCodePoints(part));
+    return {file_, first, {first.line, first.column + size}};
 }
 
 Place Source::nodePlace(std::size_t begin) const {
@@ -217,7 +227,13 @@ Place Source::tagPlace(std::size_t begin) const {
 }
 
 Place Source::attributePlace(std::size_t begin) const {
-    return place(begin, index().valueBehind(begin).end + 1);
+    // Most attributes are short, and then a look at the text takes less than a search.
+    constexpr std::size_t usual = 200;
+    const std::string_view near = std::string_view(text_).substr(begin, usual);
+    const auto* const quote = std::ranges::find_if(near, isQuote);
+    const std::size_t at = static_cast<std::size_t>(quote - near.begin());
+    const std::size_t end = at < near.size() ? near.find(near[at], at + 1) : std::string_view::npos;
+    return place(begin, end < near.size() ? begin + end + 1 : index().valueBehind(begin).end + 1);
 }
 
 Place Source::valuePlace(std::size_t begin, std::size_t offset, std::size_t length) const {

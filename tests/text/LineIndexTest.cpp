@@ -58,5 +58,21 @@ TEST(LineIndex, CountsInLinesOfAnyLength) {
     }
 }
 
+TEST(LineIndex, CountsLinesHoweverManyStandTogether) {
+    std::string text;
+    for (unsigned i = 0; i < 1'200; ++i)
+        text += i % 600 < 300 ? "\n" : i % 600 < 450 ? "x" : i % 7 == 0 ? "行\n" : "情";
+    const LineIndex index(text);
+    TextPoint point{1, 1};
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        ASSERT_EQ(index.pointAt(text, at), point) << at;
+        if ((static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80)
+            ++point.column;
+        if (text[at] == '\n')
+            point = {point.line + 1, 1};
+    }
+    EXPECT_EQ(index.pointAt(text, text.size()), point);
+}
+
 }  // namespace
 }  // namespace yg::text

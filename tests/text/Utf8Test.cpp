@@ -126,6 +126,17 @@ TEST(Utf8, CodePointsAreCountedNotBytes) {
     EXPECT_EQ(countCodePoints("abc"), 3U);
     EXPECT_EQ(countCodePoints("\xE4\xBD\xA0\xE5\xA5\xBD"), 2U);
     EXPECT_EQ(countCodePoints("\xF0\x9F\x98\x80!"), 2U);
+    // Byte by byte it is the same, whether or not they are characters.
+    std::string all;
+    for (unsigned i = 0; i < 3'000; ++i)
+        all += static_cast<char>(i * i / 7 + i);
+    std::size_t count = 0;
+    for (std::size_t size = 0; size < all.size(); ++size) {
+        ASSERT_EQ(countCodePoints(std::string_view(all).substr(0, size)), count) << size;
+        count += (static_cast<unsigned char>(all[size]) & 0xC0U) == 0x80 ? 0 : 1;
+    }
+    EXPECT_GT(count, 1'500U);
+    EXPECT_LT(count, 2'900U);
 }
 
 }  // namespace

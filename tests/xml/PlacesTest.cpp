@@ -67,6 +67,20 @@ TEST(Places, OfAttributesWhoseValuesLookLikeMarkup) {
     EXPECT_EQ(places("<a b='&lt;c d=&quot;e&quot;&gt;' f='&#65;'/>"), "a 1:1 b@1:4 f@1:34");
 }
 
+TEST(Places, EndBehindTheClosingQuoteHoweverLongTheAttribute) {
+    for (const std::size_t size :
+         {1U, 60U, 150U, 190U, 195U, 196U, 197U, 198U, 200U, 300U, 3'000U}) {
+        const std::string value = repeated("中", size);
+        const Element root =
+            kept("<a b='" + value + "' c=\"'\"\n" + value.substr(0, 3) + "='\n" + value + "'/>")
+                .root();
+        const auto column = static_cast<std::uint32_t>(size);
+        EXPECT_EQ(root.attributePlace("b"), (Place{"", {1, 4}, {1, column + 8}}));
+        EXPECT_EQ(root.attributePlace("c"), (Place{"", {1, column + 9}, {1, column + 14}}));
+        EXPECT_EQ(root.attributePlace("中"), (Place{"", {2, 1}, {3, column + 2}}));
+    }
+}
+
 TEST(Places, CountsCrLfAsOneLineBreak) {
     EXPECT_EQ(places("<a>\r\n\r\n<b\r\n c='1'/>\r\n<d/></a>"), "a 1:1; b 3:1 c@4:2; d 5:1");
 }

@@ -39,6 +39,13 @@ std::size_t bytesInUse();
 /// How often the program has allocated so far.
 std::size_t allocations();
 
+/// The number that this program prints when it is run once more with these arguments.
+double figureOfProgram(const std::string& arguments);
+
+/// The most memory that this process has had, in bytes, once it has loaded the layout at a root,
+/// if one is given. Has to be the first thing that it does.
+double peakOfLayout(const std::string& root);
+
 /// Ends the program with a message when what was measured did not do its work.
 void require(bool holds, const char* what);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// An event file and a server file of one megabyte, from bytes to records, beside the same steps
+// Event files and server files, from bytes to records, beside the same steps
 // over libxml2's tree and over pugixml's own lenient parser; and an event by its group and name,
 // beside two look-ups in a hash map of absl's.
 #include <cstdlib>
@@ -32,28 +32,33 @@ namespace yg::benchmarks {
 
 namespace {
 
-constexpr std::size_t megabyte = 1'000'000;
-
-/// A stand-alone root with one event file and one server file; removed with it.
+/// A stand-alone root with one event file and one server file, removed with it, or the sample's for
+/// no bytes.
 class Root {
 public:
-    Root() {
+    explicit Root(std::size_t bytes) : bytes_(bytes) {
+        if (bytes == 0) {
+            folder_ = YG_SAMPLE_FOLDER;
+            return;
+        }
         std::string name = std::filesystem::temp_directory_path() / "yg-benchmark-XXXXXX";
         require(mkdtemp(name.data()) != nullptr, "no temporary folder");
         folder_ = name;
+        std::filesystem::create_directory(folder_ / "config");
         std::filesystem::create_directory(folder_ / "storage");
-        write(eventPath(), events());
-        write(serverPath(), servers());
+        write(eventPath(), events(bytes));
+        write(serverPath(), servers(bytes));
     }
     ~Root() {
         std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
+        if (bytes_ != 0)
+            std::filesystem::remove_all(folder_, ignored);
     }
     Root(const Root&) = delete;
     Root& operator=(const Root&) = delete;
 
     std::string path() const { return folder_; }
-    std::string eventPath() const { return folder_ / "events.xml"; }
+    std::string eventPath() const { return folder_ / "config/events.xml"; }
     std::string serverPath() const { return folder_ / "storage/skeleton_v1.xml"; }
 
 private:
@@ -63,7 +68,7 @@ private:
 
     /// Commands, templates of twenty events, and groups that include a template, override some of
     /// it and add their own.
-    static std::string events() {
+    static std::string events(std::size_t bytes) {
         std::mt19937 random(5);
         std::string text =
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<event_list>\n    <command_event>\n";
@@ -79,7 +84,7 @@ private:
                         std::to_string(random() % 1000) + "\" disptch=\"code\"/>\n";
             text += "    </event_template>\n";
         }
-        for (int i = 0; text.size() < megabyte; ++i) {
+        for (int i = 0; text.size() < bytes; ++i) {
             text += "    <element_event name=\"行情列表_" + std::to_string(i) +
                     "\">\n        <template src=\"template_" + std::to_string(random() % 40) +
                     "\"/>\n";
@@ -93,7 +98,7 @@ private:
     }
 
     /// Groups of all loaded types and of others.
-    static std::string servers() {
+    static std::string servers(std::size_t bytes) {
         std::mt19937 random(6);
         std::string text =
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<application md5=\"0123456789abcdef\">\n";
@@ -104,7 +109,7 @@ private:
         for (int type = 1; type <= 9; ++type) {
             text += "    <server type=\"" + std::to_string(type) +
                     "\" name=\"行情服务器\" domain=\"example.com\">\n";
-            for (int i = 0; text.size() < megabyte / 9 * type; ++i)
+            for (int i = 0; text.size() < bytes / 9 * type; ++i)
                 text += "        <addr key=\"" + std::to_string(i) + "\" name=\"上海行情_" +
                         std::to_string(i) + ";深圳行情_" + std::to_string(i) + "\" addrs=\"" +
                         address() + ";" + address() + ";" + address() + "\"/>\n";
@@ -113,6 +118,7 @@ private:
         return text + "</application>\n";
     }
 
+    std::size_t bytes_;
     std::filesystem::path folder_;
 };
 
@@ -275,7 +281,6 @@ void add(const std::string& name, const std::shared_ptr<Root>& root, Load load) 
     benchmark::RegisterBenchmark(name.c_str(), [root, load](benchmark::State& state) {
         for (auto unused : state)
             benchmark::DoNotOptimize(load(*root));
-        state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * megabyte));
     })->Unit(benchmark::kMillisecond);
 }
 
@@ -327,25 +332,37 @@ void addLookup(const Root& root) {
 }  // namespace
 
 void registerEventsAndServers() {
-    const auto root = std::make_shared<Root>();
-    checkAnswers(*root);
-
-    add("events/load/1MB", root,
-        [](const Root& in) { return YGEventLoader::initWithEventConfigPath(in.eventPath()); });
-    add("events/load/1MB/libxml2", root,
-        [](const Root& in) { return loadEvents<Libxml2>(in.eventPath()); });
-    add("events/load/1MB/pugixml", root,
-        [](const Root& in) { return loadEvents<Pugixml>(in.eventPath()); });
-    add("servers/load/1MB", root, [](const Root& in) { return loadServersWithLibrary(in); });
-    add("servers/load/1MB/libxml2", root,
-        [](const Root& in) { return loadServers<Libxml2>(in.serverPath()); });
-    add("servers/load/1MB/pugixml", root,
-        [](const Root& in) { return loadServers<Pugixml>(in.serverPath()); });
-    for (const std::string name : {"events/load/1MB", "servers/load/1MB"}) {
-        compare({name, name + "/libxml2"});
-        compare({name, name + "/pugixml"});
+    struct Size {
+        std::string name;
+        std::size_t bytes;
+        double eventsGoal;
+        double serversGoal;
+    };
+    const Size sizes[] = {
+        {"sample", 0, 0, 0}, {"1MB", 1'000'000, 1.2, 1.4}, {"5MB", 5'000'000, 1.2, 1.4}};
+    for (const Size& size : sizes) {
+        const auto root = std::make_shared<Root>(size.bytes);
+        checkAnswers(*root);
+        const std::string events = "events/load/" + size.name;
+        const std::string servers = "servers/load/" + size.name;
+        add(events, root,
+            [](const Root& in) { return YGEventLoader::initWithEventConfigPath(in.eventPath()); });
+        add(events + "/libxml2", root,
+            [](const Root& in) { return loadEvents<Libxml2>(in.eventPath()); });
+        add(events + "/pugixml", root,
+            [](const Root& in) { return loadEvents<Pugixml>(in.eventPath()); });
+        add(servers, root, [](const Root& in) { return loadServersWithLibrary(in); });
+        add(servers + "/libxml2", root,
+            [](const Root& in) { return loadServers<Libxml2>(in.serverPath()); });
+        add(servers + "/pugixml", root,
+            [](const Root& in) { return loadServers<Pugixml>(in.serverPath()); });
+        compare({events, events + "/libxml2"});
+        compare({events, events + "/pugixml", size.eventsGoal});
+        compare({servers, servers + "/libxml2"});
+        compare({servers, servers + "/pugixml", size.serversGoal});
+        if (size.bytes == 1'000'000)
+            addLookup(*root);
     }
-    addLookup(*root);
 }
 
 }  // namespace yg::benchmarks

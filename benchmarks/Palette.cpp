@@ -1,25 +1,37 @@
 // SPDX-License-Identifier: MIT
 //
-// The switch between the themes of the sample terminal, with what it consists of apart, and a
-// colour by its key, beside two look-ups in hash maps of absl's.
+// The switch between the themes of the sample terminal, with what it consists of apart; palettes
+// from bytes to maps, beside the same over pugixml's own lenient parser; and a colour by its key,
+// beside two look-ups in hash maps of absl's.
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include <absl/container/flat_hash_map.h>
 #include <absl/strings/string_view.h>
 #include <benchmark/benchmark.h>
 
+#include "YGConfigManager/graphics/FontServices.h"
 #include "YGConfigManager/host/MainQueue.h"
+#include "YGConfigManager/palette/ColorOrSubstitute.h"
+#include "YGConfigManager/palette/PaletteAttributes.h"
 #include "YGConfigManager/palette/YGPaletteLoad.h"
 #include "YGConfigManager/xml/Document.h"
 
 #include "benchmarks/BenchmarkHost.h"
 #include "benchmarks/Comparison.h"
+#include "benchmarks/PeerTrees.h"
+#include "benchmarks/SkeletonGenerator.h"
 
 namespace yg::benchmarks {
 
@@ -89,6 +101,119 @@ void addSwitch() {
     add("palette/switch/images", "/ROOT/SWPALETTE/BITMAPS", &YGPaletteLoad::loadImage);
 }
 
+/// The maps of a palette but for its images.
+struct PeerPalette {
+    PaletteColors colors;
+    PaletteNames keyColors;
+    PaletteFonts fonts;
+    PaletteNames keyFonts;
+};
+
+template <class Library>
+PeerPalette loadPeer(const std::string& path) {
+    using Node = typename Library::Node;
+    const auto tree = Library::parse(path);
+    PeerPalette palette;
+    const auto forEachEntry = [&](const std::string& at, auto visit) {
+        const auto descend = [&](const auto& self, Node node, std::string_view rest) -> void {
+            const std::string_view name = rest.substr(0, rest.find('/'));
+            Library::forEachElement(node, [&](Node child) {
+                if (rest.empty())
+                    visit(child);
+                else if (Library::name(child) == name)
+                    self(self, child, rest.substr(std::min(name.size() + 1, rest.size())));
+            });
+        };
+        descend(descend, Library::root(tree), at);
+    };
+    const auto keysOf = [&](PaletteNames& names) {
+        return [&names](Node node) {
+            KeyEntry<Naming::color> entry;
+            readAttributesOf<Library>(node, attributesOf<KeyEntry<Naming::color>>, entry);
+            if (entry.key && entry.value)
+                names.set(*entry.key, std::string(*entry.value));
+        };
+    };
+    forEachEntry("SWPALETTE/COLORES", [&](Node node) {
+        ColorEntry entry;
+        readAttributesOf<Library>(node, attributesOf<ColorEntry>, entry);
+        constexpr float full = 255;
+        if (entry.name)
+            palette.colors.set(*entry.name,
+                               colorOrSubstitute(Color::sRGB(entry.red / full, entry.green / full,
+                                                             entry.blue / full, entry.alpha),
+                                                 0));
+    });
+    forEachEntry("SWPALETTE/APP_MAP/COLORES", keysOf(palette.keyColors));
+    forEachEntry("SWPALETTE/FONTS", [&](Node node) {
+        FontEntry entry;
+        readAttributesOf<Library>(node, attributesOf<FontEntry>, entry);
+        FontServices& services = FontServices::shared();
+        auto font = entry.face ? services.named(*entry.face, entry.height) : std::nullopt;
+        if (entry.name)
+            palette.fonts.set(*entry.name, font ? *std::move(font) : services.system(entry.height));
+    });
+    forEachEntry("SWPALETTE/APP_MAP/FONTS", keysOf(palette.keyFonts));
+    return palette;
+}
+
+/// The whole of a palette file but for its images, for which the host has no folder.
+void addLoads() {
+    struct Size {
+        std::string name;
+        std::size_t bytes;
+        double goal;
+    };
+    for (const Size& size :
+         {Size{"sample", 0, 0}, Size{"1MB", 1'000'000, 1.4}, Size{"5MB", 5'000'000, 1.4}}) {
+        auto root = std::make_shared<std::string>(sample);
+        if (size.bytes != 0) {
+            std::string name = std::filesystem::temp_directory_path() / "yg-benchmark-XXXXXX";
+            require(mkdtemp(name.data()) != nullptr, "no temporary folder");
+            std::filesystem::create_directory(name + "/storage");
+            std::ofstream(name + "/storage/palette_white.xml", std::ios::binary)
+                << makePalette(size.bytes);
+            root = std::shared_ptr<std::string>(new std::string(name), [](std::string* made) {
+                std::error_code ignored;
+                std::filesystem::remove_all(*made, ignored);
+                delete made;
+            });
+        }
+        const auto load = [root] {
+            setHost(std::make_shared<BenchmarkHost>(*root));
+            return YGPaletteLoad::initWithPaletteStyle(0);
+        };
+        const auto loadWithPugixml = [root] {
+            return loadPeer<Pugixml>(*root + "/storage/palette_white.xml");
+        };
+        const auto whole = load();
+        const PeerPalette peer = loadWithPugixml();
+        const auto isSame = [](const auto& left, const auto& right) {
+            bool is = left.size() == right.size();
+            for (const auto& [key, value] : left) {
+                const auto* const other = right.find(key);
+                is = is && other && *other == value;
+            }
+            return is;
+        };
+        require(whole && isSame(whole->customColors(), peer.colors) &&
+                    isSame(whole->keyColorNames(), peer.keyColors) &&
+                    isSame(whole->keyFontNames(), peer.keyFonts) &&
+                    whole->customFonts().size() == peer.fonts.size(),
+                "palettes differ");
+        const std::string name = "palette/load/" + size.name;
+        const auto add = [](const std::string& what, const auto& work) {
+            benchmark::RegisterBenchmark(what.c_str(), [work](benchmark::State& state) {
+                for (auto unused : state)
+                    benchmark::DoNotOptimize(work());
+            })->Unit(benchmark::kMillisecond);
+        };
+        add(name, load);
+        add(name + "/pugixml", loadWithPugixml);
+        compare({name, name + "/pugixml", size.goal});
+    }
+}
+
 void addColorByKey() {
     using Names = absl::flat_hash_map<std::string, std::string>;
     using Colors = absl::flat_hash_map<std::string, Color>;
@@ -132,6 +257,7 @@ void addColorByKey() {
 
 void registerPalette() {
     addSwitch();
+    addLoads();
     addColorByKey();
 }
 

@@ -273,6 +273,10 @@ std::size_t makeRoot(const std::filesystem::path& root, std::size_t bytes) {
     return written;
 }
 
+std::string makePalette(std::size_t bytes) {
+    return palette(8, bytes);
+}
+
 Skeleton makeSkeleton(const std::filesystem::path& root, std::size_t bytes) {
     Skeleton skeleton{root, 0};
     write(skeleton.stylePath(), styles(1, bytes / 100 * 68, "页面_"), skeleton.bytes);

@@ -29,4 +29,7 @@ Skeleton makeSkeleton(const std::filesystem::path& root, std::size_t bytes);
 /// servers, settings and web pages. Answers the bytes of all files.
 std::size_t makeRoot(const std::filesystem::path& root, std::size_t bytes);
 
+/// A palette of about `bytes`, of colours and keys.
+std::string makePalette(std::size_t bytes);
+
 }  // namespace yg::benchmarks

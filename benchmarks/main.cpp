@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -63,6 +64,10 @@ private:
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc > 1 && std::string_view(argv[1]) == "--peak-of-layout") {
+        std::printf("%.0f\n", yg::benchmarks::peakOfLayout(argc > 2 ? argv[2] : ""));
+        return 0;
+    }
     // What the command line says comes later and wins.
     std::vector<char*> arguments(argv, argv + argc);
     std::string repetitions = "--benchmark_repetitions=9";

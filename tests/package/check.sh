@@ -6,6 +6,7 @@
 #   check.sh headers       each installed header compiles alone, without the source tree
 #   check.sh find_package  the example host builds against it with CMake and runs
 #   check.sh pkg_config    the example host builds against it with a bare compiler and runs
+#   check.sh abi           programs linked to the released version run with it
 #   check.sh subproject    a project that adds this one gets the library and nothing else
 set -euo pipefail
 
@@ -56,7 +57,7 @@ install() {
     mv "$work/first" "$prefix"
     (cd "$prefix" && find . ! -type d | sort)
     local library=libYGConfigManager.so.${VERSION%.*}
-    # The layout of public classes may differ in every minor version.
+    # docs/abi.md says why it has two numbers.
     LC_ALL=C readelf -d "$(find "$prefix" -name "libYGConfigManager.so.$VERSION")" |
         grep -F "soname: [$library]" >/dev/null || fail "the library's SONAME is not $library"
     if [ -e "$prefix/bin/ygconfig" ]; then
@@ -96,6 +97,20 @@ pkg_config() {
     # shellcheck disable=SC2086
     $CXX $CXXFLAGS -std=c++20 "$SOURCE/examples/host/main.cpp" -o "$work/host" $flags
     LD_LIBRARY_PATH=$libdir run_host "$work/host"
+}
+
+abi() {
+    local status=0 copy=$work/copy
+    "$SOURCE/scripts/abi" --check "$prefix" || return
+
+    # The check itself: a record that gains a field, and a function that is gone.
+    cp -r "$prefix" "$copy"
+    sed -i 's/^struct Finding {$/&\n    int added = 0;/' \
+        "$copy/include/YGConfigManager/diagnostics/DiagnosticsSink.h"
+    "$SOURCE/scripts/abi" --check "$copy" >"$work/output" 2>&1 || status=$?
+    [ "$status" = 1 ] || fail "a record with one more field is accepted"
+    grep -F "'int added'" "$work/output" >/dev/null || fail "the added field is not named"
+    rm -r "$copy"
 }
 
 subproject() {

@@ -7,6 +7,7 @@
 #   check.sh find_package  the example host builds against it with CMake and runs
 #   check.sh pkg_config    the example host builds against it with a bare compiler and runs
 #   check.sh abi           programs linked to the released version run with it
+#   check.sh sbom          the list of what it consists of is whole and true
 #   check.sh subproject    a project that adds this one gets the library and nothing else
 set -euo pipefail
 
@@ -111,6 +112,12 @@ abi() {
     [ "$status" = 1 ] || fail "a record with one more field is accepted"
     grep -F "'int added'" "$work/output" >/dev/null || fail "the added field is not named"
     rm -r "$copy"
+}
+
+sbom() {
+    command -v dpkg-query >/dev/null || { echo 'skipped: the packages of other systems are unknown'; exit 77; }
+    SOURCE_DATE_EPOCH=1700000000 "$SOURCE/scripts/sbom" "$prefix" >"$work/sbom.json"
+    python3 "$SOURCE/tests/package/check_sbom.py" "$work/sbom.json" "$prefix"
 }
 
 subproject() {

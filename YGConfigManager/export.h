@@ -4,3 +4,7 @@
 #pragma once
 
 #define YG_EXPORT __attribute__((visibility("default")))
+
+/// A private part of an exported class, for the library's own sources: its signature may change in
+/// every version.
+#define YG_HIDDEN __attribute__((visibility("hidden")))

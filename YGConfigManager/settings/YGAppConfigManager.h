@@ -159,7 +159,7 @@ private:
                                           const Setting& setting);
     static void remember(const Setting& setting, std::vector<Setting>& unsaved);
     bool change(const Setting& setting, Outcome& outcome);
-    void store(Changed changed, FileSeen file, const Setting& setting, Outcome& outcome);
+    YG_HIDDEN void store(Changed changed, FileSeen file, const Setting& setting, Outcome& outcome);
     FileSeen lookAtFile() const;
     FileSeen lockFile(const FileSeen& seen) const;
     void readFile(FileSeen& file, const FileSeen& seen) const;

@@ -74,7 +74,8 @@ public:
     void releaseRemoved();
 
 private:
-    static ParseResult parsed(Decoded decoded, std::string_view path, ParseOptions options);
+    YG_HIDDEN static ParseResult parsed(Decoded decoded, std::string_view path,
+                                        ParseOptions options);
 
     explicit Document(std::shared_ptr<Tree> tree) : tree_(std::move(tree)) {}
 

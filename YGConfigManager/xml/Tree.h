@@ -35,7 +35,7 @@ struct QueryReach {
     bool beginsWithAnyChild = false;
 };
 
-struct Query::Compiled {
+struct YG_HIDDEN Query::Compiled {
     Compiled(const char* expression, QueryReach itsReach) : query(expression), reach(itsReach) {}
 
     /// The nodes selected in document order, but for attributes and hidden white space.

@@ -6,7 +6,11 @@
 #   check.sh headers       each installed header compiles alone, without the source tree
 #   check.sh find_package  the example host builds against it with CMake and runs
 #   check.sh pkg_config    the example host builds against it with a bare compiler and runs
+#   check.sh abi           programs linked to the released version run with it
+#   check.sh sbom          the list of what it consists of is whole and true
 #   check.sh subproject    a project that adds this one gets the library and nothing else
+#   check.sh static        the vcpkg port builds the static library, and the example host links it
+#   check.sh recipes       the files of other package managers agree with the sources
 set -euo pipefail
 
 here=$BUILD/tests/package
@@ -56,7 +60,7 @@ install() {
     mv "$work/first" "$prefix"
     (cd "$prefix" && find . ! -type d | sort)
     local library=libYGConfigManager.so.${VERSION%.*}
-    # The layout of public classes may differ in every minor version.
+    # docs/abi.md says why it has two numbers.
     LC_ALL=C readelf -d "$(find "$prefix" -name "libYGConfigManager.so.$VERSION")" |
         grep -F "soname: [$library]" >/dev/null || fail "the library's SONAME is not $library"
     if [ -e "$prefix/bin/ygconfig" ]; then
@@ -98,10 +102,72 @@ pkg_config() {
     LD_LIBRARY_PATH=$libdir run_host "$work/host"
 }
 
+abi() {
+    local status=0 copy=$work/copy
+    "$SOURCE/scripts/abi" --check "$prefix" || return
+
+    # The check itself: a record that gains a field, and a function that is gone.
+    cp -r "$prefix" "$copy"
+    sed -i 's/^struct Finding {$/&\n    int added = 0;/' \
+        "$copy/include/YGConfigManager/diagnostics/DiagnosticsSink.h"
+    "$SOURCE/scripts/abi" --check "$copy" >"$work/output" 2>&1 || status=$?
+    [ "$status" = 1 ] || fail "a record with one more field is accepted"
+    grep -F "'int added'" "$work/output" >/dev/null || fail "the added field is not named"
+    rm -r "$copy"
+}
+
+sbom() {
+    command -v dpkg-query >/dev/null || { echo 'skipped: the packages of other systems are unknown'; exit 77; }
+    SOURCE_DATE_EPOCH=1700000000 "$SOURCE/scripts/sbom" "$prefix" >"$work/sbom.json"
+    python3 "$SOURCE/tests/package/check_sbom.py" "$work/sbom.json" "$prefix"
+}
+
+static() {
+    local static=$work/prefix flags
+    "$CMAKE" -DPORT="$SOURCE/packaging/vcpkg/ygconfigmanager" -DWORK="$work/build" -DPREFIX="$static" \
+        -DGENERATOR="$CMAKE_GENERATOR" -DCOMPILER="$CXX" -DWERROR="$WERROR" \
+        -P "$SOURCE/tests/package/vcpkg.cmake"
+    [ -f "$static/lib/libYGConfigManager.a" ] || fail "the archive is not installed"
+    [ -z "$(find "$static" -name '*.so*' -o -name ygconfig)" ] || fail "more than the archive is installed"
+
+    "$CMAKE" -S "$SOURCE/examples/host" -B "$work/host" -DCMAKE_PREFIX_PATH="$static"
+    "$CMAKE" --build "$work/host"
+    run_host "$work/host/host"
+    ! readelf -d "$work/host/host" | grep -F libYGConfigManager || fail "the host wants a shared library"
+
+    export PKG_CONFIG_PATH=$static/lib/pkgconfig
+    flags=$(pkg-config --cflags --libs YGConfigManager)
+    # shellcheck disable=SC2086
+    $CXX $CXXFLAGS -std=c++20 "$SOURCE/examples/host/main.cpp" -o "$work/by_pkg_config" $flags
+    run_host "$work/by_pkg_config"
+}
+
+recipes() {
+    local port=$SOURCE/packaging/vcpkg/ygconfigmanager recipe=$SOURCE/packaging/conan/conanfile.py file
+    [ "$(python3 -c 'import json, sys; print(json.load(open(sys.argv[1]))["version"])' "$port/vcpkg.json")" \
+        = "$VERSION" ] || fail "vcpkg.json has another version"
+    PYTHONPYCACHEPREFIX=$work python3 -m py_compile "$recipe"
+    # Both turn the same things off, which CMakeLists.txt knows.
+    diff <(grep -o 'YG_[A-Z_]*' "$port/portfile.cmake" | sort -u) \
+        <(grep -o '"YG_[A-Z_]*' "$recipe" | tr -d '"' | sort -u)
+    while read -r file; do
+        grep -F "option($file " "$SOURCE/CMakeLists.txt" >/dev/null || fail "$file is no option"
+    done < <(grep -o 'YG_[A-Z_]*' "$port/portfile.cmake" | sort -u)
+    # The recipe takes along what it is built and installed from.
+    while read -r file; do
+        [ -e "$SOURCE/$file" ] || fail "the recipe takes along $file, which is not there"
+    done < <(sed -n '/def export_sources/,/copy(/p' "$recipe" | grep -o '"[A-Za-z.]*[/"]' | tr -d '"/')
+}
+
 subproject() {
     "$CMAKE" -S "$SOURCE/tests/package/subproject" -B "$work/build" -DYG_SOURCE="$SOURCE" \
         -DCMAKE_BUILD_TYPE=Release -DYG_WARNINGS_AS_ERRORS="$WERROR" \
         -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)"
+    "$CMAKE" --build "$work/build"
+    run_host "$work/build/host"
+    # The same by FetchContent, of sources that are there; nothing is compiled another time.
+    "$CMAKE" -S "$SOURCE/tests/package/subproject" -B "$work/build" -DBY_FETCHCONTENT=ON \
+        -DFETCHCONTENT_FULLY_DISCONNECTED=ON -DFETCHCONTENT_SOURCE_DIR_YGCONFIGMANAGER="$SOURCE"
     "$CMAKE" --build "$work/build"
     run_host "$work/build/host"
 }

@@ -59,6 +59,16 @@ install() {
     # The layout of public classes may differ in every minor version.
     LC_ALL=C readelf -d "$(find "$prefix" -name "libYGConfigManager.so.$VERSION")" |
         grep -F "soname: [$library]" >/dev/null || fail "the library's SONAME is not $library"
+    # libcurl is opened at the first request, which packaging tools have to be able to see.
+    local elf
+    # It also fails at a kind of note that it does not know.
+    elf=$(LC_ALL=C readelf -W -d -n -p .note.dlopen \
+        "$(find "$prefix" -name "libYGConfigManager.so.$VERSION")" || true)
+    ! grep -E 'NEEDED.*(curl|ssl|crypto)' <<<"$elf" || fail "the library is linked with libcurl"
+    grep -E '^ *FDO +0x[0-9a-f]+.*0x407c0c0a' <<<"$elf" >/dev/null ||
+        fail "no note says what the library opens"
+    grep -F '[{"soname":["libcurl.so.4"],"feature":"http","description":"HTTP requests and downloads of request URLs","priority":"required"}]' \
+        <<<"$elf" >/dev/null || fail "the note does not name libcurl"
     if [ -e "$prefix/bin/ygconfig" ]; then
         "$prefix/bin/ygconfig" --help >/dev/null
         local file

@@ -418,14 +418,13 @@ std::shared_ptr<const FontFile> FontServices::openFace(const std::string& path, 
     if (const auto known = contents_.find(path); known != contents_.end())
         return FontFile::open(known->second, index);
     const std::size_t limit = std::min(files::largestFileRead, maxBytes_ - openBytes_);
-    files::FileReading file = files::readWholeFile(path, limit);
-    if (!file)
+    const std::shared_ptr<const FontContent> content = FontContent::read(path, limit);
+    if (!content)
         return nullptr;
-    const auto content = std::make_shared<const std::string>(std::move(file.bytes));
     auto face = FontFile::open(content, index);
     if (face) {
         contents_.emplace(path, content);
-        openBytes_ += content->size();
+        openBytes_ += content->bytes().size();
     }
     return face;
 }

@@ -81,7 +81,7 @@ private:
     std::unordered_map<const _FcPattern*, std::shared_ptr<FontFallbacks>> fallbacks_;
     std::unordered_map<std::string, std::shared_ptr<const FontFace>> facesByName_;
     std::map<std::pair<std::string, int>, std::shared_ptr<const FontFile>> faces_;
-    std::map<std::string, std::shared_ptr<const std::string>> contents_;
+    std::map<std::string, std::shared_ptr<const FontContent>> contents_;
     std::size_t openBytes_ = 0;
     std::shared_ptr<const FontFace> systemFace_;
 };

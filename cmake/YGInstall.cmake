@@ -15,6 +15,7 @@ if(TARGET ygconfig)
     "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
   set_target_properties(ygconfig PROPERTIES INSTALL_RPATH "$ORIGIN/${libdir_from_bindir}")
   install(TARGETS ygconfig RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  install(TARGETS ygconfig_server LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/ygconfig")
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/man/" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
   set(completions "${PROJECT_SOURCE_DIR}/completions")
   install(FILES "${completions}/ygconfig.bash" RENAME ygconfig

@@ -50,6 +50,21 @@ quote-kline
 END
 }
 
+# The installed tool finds what serves its pages: it prints its address and ends in order.
+serve_preview() {
+    mkdir -p "$work/empty/config"
+    timeout 20 "$prefix/bin/ygconfig" preview --root "$work/empty" >"$work/address" &
+    local server=$!
+    for _ in $(seq 100); do
+        [ ! -s "$work/address" ] || break
+        sleep 0.1
+    done
+    kill -INT "$server" 2>/dev/null || true
+    wait "$server" || fail "the preview of the installed tool does not end in order"
+    grep -F 'http://127.0.0.1:' "$work/address" >/dev/null ||
+        fail "the installed tool shows no preview"
+}
+
 install() {
     rm -rf "$prefix"
     "$CMAKE" --install "$BUILD" --prefix "$work/first" >/dev/null
@@ -71,6 +86,7 @@ install() {
         <<<"$elf" >/dev/null || fail "the note does not name libcurl"
     if [ -e "$prefix/bin/ygconfig" ]; then
         "$prefix/bin/ygconfig" --help >/dev/null
+        serve_preview
         local file
         for file in man/man1/ygconfig.1 man/man1/ygconfig-lint.1 bash-completion/completions/ygconfig \
             zsh/site-functions/_ygconfig fish/vendor_completions.d/ygconfig.fish; do

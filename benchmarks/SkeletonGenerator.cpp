@@ -262,6 +262,20 @@ void write(const std::filesystem::path& path, const std::string& text, std::size
 
 }  // namespace
 
+std::string makeFile(std::string_view kind, std::size_t bytes) {
+    if (kind == "styles")
+        return styles(1, bytes, "页面_");
+    if (kind == "magic panels")
+        return magicPanels(3, bytes);
+    if (kind == "events")
+        return events(7, bytes);
+    if (kind == "palette")
+        return palette(8, bytes);
+    if (kind == "servers")
+        return servers(9, bytes);
+    return kind == "settings" ? settings(bytes) : std::string();
+}
+
 std::size_t makeRoot(const std::filesystem::path& root, std::size_t bytes) {
     std::size_t written = makeSkeleton(root, bytes / 100 * 66).bytes;
     write(root / "config/events.xml", events(7, bytes / 100 * 12), written);

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace yg::benchmarks {
 
@@ -24,6 +25,10 @@ struct Skeleton {
 
 /// Writes a layout of about `bytes` into the folder.
 Skeleton makeSkeleton(const std::filesystem::path& root, std::size_t bytes);
+
+/// One file of about so many bytes, of the kind that its name says: "styles", "magic panels",
+/// "events", "palette", "servers" or "settings"; empty for any other name.
+std::string makeFile(std::string_view kind, std::size_t bytes);
 
 /// Writes a whole root of about `bytes`: a layout that takes two thirds of them, events, palettes,
 /// servers, settings and web pages. Answers the bytes of all files.

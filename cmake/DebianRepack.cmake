@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: MIT
 # Run by CPack when the packages are made, to leave out of them what CPack always puts in: scripts that call
-# ldconfig, since the trigger does that, and a dependency that stands there twice. dpkg-deb packs them again,
-# with one time for all files.
+# ldconfig, since the trigger does that. dpkg-deb packs them again, with one time for all files.
 
 if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
   string(TIMESTAMP seconds "%s" UTC)
@@ -12,8 +11,6 @@ foreach(package IN LISTS CPACK_PACKAGE_FILES)
   file(REMOVE_RECURSE "${folder}")
   execute_process(COMMAND dpkg-deb -R "${package}" "${folder}" COMMAND_ERROR_IS_FATAL ANY)
   file(REMOVE "${folder}/DEBIAN/postinst" "${folder}/DEBIAN/postrm")
-  execute_process(COMMAND sed -i "/^Depends: /s/ libcurl4,\\(.* libcurl4 (\\)/\\1/" "${folder}/DEBIAN/control"
-    COMMAND_ERROR_IS_FATAL ANY)
   execute_process(COMMAND dpkg-deb -Zxz --root-owner-group -b "${folder}" "${package}"
     OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
   file(REMOVE_RECURSE "${folder}")

@@ -21,6 +21,7 @@ if(TARGET ygconfig)
     set_target_properties(ygconfig PROPERTIES INSTALL_RPATH "$ORIGIN/${libdir_from_bindir}")
   endif()
   install(TARGETS ygconfig RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tool)
+  install(TARGETS ygconfig_server LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/ygconfig" COMPONENT tool)
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/man/" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
     COMPONENT tool)
   set(completions "${PROJECT_SOURCE_DIR}/completions")
@@ -53,7 +54,7 @@ set(YG_PC_STATIC "")
 if(YG_BUILD_STATIC)
   # The libraries below may be shared ones, so they are named without --static too. The standard library is
   # for those who link with a C compiler.
-  set(YG_PC_STATIC "Requires: libxml-2.0 pugixml libcurl openssl fontconfig harfbuzz libpng libjpeg icu-uc zlib
+  set(YG_PC_STATIC "Requires: libxml-2.0 pugixml fontconfig harfbuzz libpng libjpeg icu-uc zlib
 Libs.private: -lstdc++ -lm -pthread
 ")
 endif()

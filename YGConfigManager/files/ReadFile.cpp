@@ -126,6 +126,35 @@ FileReading readWholeFile(std::string_view path, std::size_t limit) {
     return readFrom(file.number(), size, path, limit);
 }
 
+FileInPieces::FileInPieces(const std::string& path) : number_(openForReading(path.c_str())) {
+    struct stat state;
+    if (number_ >= 0 && ::fstat(number_, &state) == 0 && S_ISREG(state.st_mode)) {
+        size_ = static_cast<std::size_t>(state.st_size);
+    } else if (number_ >= 0) {
+        ::close(number_);
+        number_ = -1;
+    }
+}
+
+FileInPieces::~FileInPieces() {
+    if (number_ >= 0)
+        ::close(number_);
+}
+
+bool FileInPieces::read(std::size_t place, std::span<char> bytes) const {
+    while (!bytes.empty()) {
+        const ssize_t count =
+            ::pread(number_, bytes.data(), bytes.size(), static_cast<off_t>(place));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        place += static_cast<std::size_t>(count);
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
 std::optional<FileIdentity> identityOf(std::string_view path) {
     struct stat state;
     if (path.empty() || path.find('\0') != std::string_view::npos ||

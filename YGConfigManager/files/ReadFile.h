@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -36,6 +37,27 @@ struct FileReading {
 /// taken as it stands, a relative one from the current folder; an empty one, or one with a NUL
 /// byte, is an error. Throws std::bad_alloc.
 FileReading readWholeFile(std::string_view path, std::size_t limit = largestFileRead);
+
+/// A regular file that is open for reading at places of choice. Unsaved texts do not count.
+class FileInPieces {
+public:
+    explicit FileInPieces(const std::string& path);
+    FileInPieces(const FileInPieces&) = delete;
+    FileInPieces& operator=(const FileInPieces&) = delete;
+    ~FileInPieces();
+
+    explicit operator bool() const { return number_ >= 0; }
+
+    /// In bytes, when it was opened.
+    std::size_t size() const { return size_; }
+
+    /// Whether it has as many bytes from the place on, which are in `bytes` then.
+    bool read(std::size_t place, std::span<char> bytes) const;
+
+private:
+    int number_;
+    std::size_t size_ = 0;
+};
 
 /// "PATH: CAUSE" in one line, whatever characters the path holds. Throws std::bad_alloc.
 std::string describeFailure(std::string_view path, std::string_view cause);

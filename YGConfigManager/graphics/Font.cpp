@@ -13,6 +13,10 @@ namespace yg {
 Font::Font(std::shared_ptr<const FontFace> face, double size)
     : face_(std::move(face)), pointSize_(size) {}
 
+bool Font::shareFontconfig() noexcept {
+    return FontServices::shareFontconfig();
+}
+
 std::optional<Font> Font::named(OptionalText face, double size) {
     return guarded("find font", [=] { return FontServices::shared().named(*face, size); });
 }

@@ -2,7 +2,9 @@
 //
 // Fonts: whether a face is installed, and how wide a text is in it. A font is a small value that
 // any thread may make, copy and measure with. What the machine has installed is looked up at the
-// first use of any font and not again. Nothing is thrown; that memory does not suffice is logged.
+// first use of any font and not again: in a configuration of fontconfig that the library loads for
+// itself, or in that of the process (Font::shareFontconfig). Nothing is thrown; that memory does
+// not suffice is logged.
 #pragma once
 
 #include <memory>
@@ -23,6 +25,20 @@ class YG_EXPORT Font {
 public:
     /// The size in points of a font whose size is asked for as 0 or less.
     static constexpr double defaultSize = 12;
+
+    /// Has all fonts found in the current configuration of fontconfig of this process, as
+    /// FcConfigGetCurrent answers it at the first use of any font, instead of one of our own. For
+    /// applications that use fontconfig themselves or through their toolkit: the configuration is
+    /// there already, so the first font comes 2 milliseconds sooner, and the fonts that the
+    /// application has added to it by then are known as well. The library changes nothing in it,
+    /// and holds a share of it until the process ends. The application must not change it, by
+    /// FcConfigAppFontAddFile for example, while another thread uses fonts of this library; what it
+    /// adds after the first use of a font stays unknown. If the process has no current
+    /// configuration by then, the default one is loaded and becomes that.
+    ///
+    /// To be called before the first use of any font, palettes included. Answers whether fonts are
+    /// found there: false after such a use, which stays as it is, unless this was called before.
+    static bool shareFontconfig() noexcept;
 
     /// The font of the installed face `face` at `size` points; none when there is no such face. The
     /// name is that face's PostScript name, full name or family name, in any language that the face

@@ -17,15 +17,15 @@ struct BufferDeleter {
 
 }  // namespace
 
-std::shared_ptr<const FontFile> FontFile::open(std::shared_ptr<const std::string> content,
+std::shared_ptr<const FontFile> FontFile::open(std::shared_ptr<const FontContent> content,
                                                int index) {
     // The lower half counts faces, the upper one the instances of a variable face from 1.
     constexpr unsigned half = 16;
     constexpr unsigned lower = 0xFFFF;
     const auto number = static_cast<unsigned>(index);
-    const auto size = static_cast<unsigned>(content->size());
-    const char* const bytes = content->data();
-    using Content = std::shared_ptr<const std::string>;
+    const auto size = static_cast<unsigned>(content->bytes().size());
+    const char* const bytes = content->bytes().data();
+    using Content = std::shared_ptr<const FontContent>;
     hb_blob_t* const blob =
         hb_blob_create(bytes, size, HB_MEMORY_MODE_READONLY, new Content(std::move(content)),
                        [](void* shared) { delete static_cast<Content*>(shared); });

@@ -7,7 +7,8 @@
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <string>
+
+#include "YGConfigManager/graphics/FontContent.h"
 
 struct hb_font_t;
 
@@ -16,9 +17,8 @@ namespace yg {
 class FontFile {
 public:
     /// The face in the content of a file, by its index as fontconfig counts them. Null when there
-    /// is nothing to measure with. Faces of one file share its content. It is a copy, because a
-    /// file that is mapped into memory ends the process when somebody shortens it.
-    static std::shared_ptr<const FontFile> open(std::shared_ptr<const std::string> content,
+    /// is nothing to measure with. Faces of one file share its content.
+    static std::shared_ptr<const FontFile> open(std::shared_ptr<const FontContent> content,
                                                 int index);
 
     FontFile(const FontFile&) = delete;

@@ -36,6 +36,10 @@ namespace {
 /// what all services have found.
 constinit ForkMutex fontconfig;
 
+// Those of shared(), once they are made, and what they are made from. Under the lock.
+constinit FontServices* ofProcess = nullptr;
+constinit bool isConfigurationShared = false;
+
 struct FontconfigDeleter {
     void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
     void operator()(FcFontSet* set) const { FcFontSetDestroy(set); }
@@ -240,17 +244,24 @@ private:
 };
 
 FontServices& FontServices::shared() {
-    static FontServices* shared = nullptr;
     const std::lock_guard lock(fontconfig);
-    if (!shared) {
+    if (!ofProcess) {
 #if defined(YG_CHECKS_LEAKS)
         // Fontconfig refers to parts of its configuration by distances, which hide them from the
         // leak checker.
         const __lsan::ScopedDisabler livesToTheEnd;
 #endif
-        shared = new FontServices(FcInitLoadConfigAndFonts());
+        // Nothing tells whether the process has a configuration without making it one.
+        ofProcess = new FontServices(isConfigurationShared ? FcConfigReference(nullptr)
+                                                           : FcInitLoadConfigAndFonts());
     }
-    return *shared;
+    return *ofProcess;
+}
+
+bool FontServices::shareFontconfig() noexcept {
+    const std::lock_guard lock(fontconfig);
+    isConfigurationShared = isConfigurationShared || !ofProcess;
+    return isConfigurationShared;
 }
 
 FontServices::FontServices(_FcConfig* configuration)
@@ -407,14 +418,13 @@ std::shared_ptr<const FontFile> FontServices::openFace(const std::string& path, 
     if (const auto known = contents_.find(path); known != contents_.end())
         return FontFile::open(known->second, index);
     const std::size_t limit = std::min(files::largestFileRead, maxBytes_ - openBytes_);
-    files::FileReading file = files::readWholeFile(path, limit);
-    if (!file)
+    const std::shared_ptr<const FontContent> content = FontContent::read(path, limit);
+    if (!content)
         return nullptr;
-    const auto content = std::make_shared<const std::string>(std::move(file.bytes));
     auto face = FontFile::open(content, index);
     if (face) {
         contents_.emplace(path, content);
-        openBytes_ += content->size();
+        openBytes_ += content->bytes().size();
     }
     return face;
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Which fonts there are. It has a configuration of fontconfig to itself, so that neither the host
-// application nor the library disturbs the other. Any thread may call. Fonts must not outlive the
-// services that made them; shared() is never destroyed.
+// application nor the library disturbs the other, unless the host wants one for both. Any thread
+// may call. Fonts must not outlive the services that made them; shared() is never destroyed.
 #pragma once
 
 #include <cstddef>
@@ -32,6 +32,9 @@ public:
     /// fontconfig's configuration, which takes milliseconds with a cache and up to some tenths of a
     /// second without.
     static FontServices& shared();
+
+    /// As Font::shareFontconfig.
+    static bool shareFontconfig() noexcept;
 
     /// The files that are open have at most so many bytes together; each is in memory once. A face
     /// whose file would exceed that counts as not installed.
@@ -78,7 +81,7 @@ private:
     std::unordered_map<const _FcPattern*, std::shared_ptr<FontFallbacks>> fallbacks_;
     std::unordered_map<std::string, std::shared_ptr<const FontFace>> facesByName_;
     std::map<std::pair<std::string, int>, std::shared_ptr<const FontFile>> faces_;
-    std::map<std::string, std::shared_ptr<const std::string>> contents_;
+    std::map<std::string, std::shared_ptr<const FontContent>> contents_;
     std::size_t openBytes_ = 0;
     std::shared_ptr<const FontFace> systemFace_;
 };

@@ -10,6 +10,8 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include "YGConfigManager/net/Libcurl.h"
+
 namespace yg::net {
 
 namespace {
@@ -84,7 +86,7 @@ void closePairOnExec(int socket) noexcept {
 
 void closeWakeUpOnExec(CURLM* multi) noexcept {
     int count = 0;
-    for (; count < wakeUps && curl_multi_wakeup(multi) == CURLM_OK; ++count) {
+    for (; count < wakeUps && libcurl().multiWakeUp(multi) == CURLM_OK; ++count) {
     }
     int woken = -1;
     forEachFile([&](int file) {
@@ -92,7 +94,7 @@ void closeWakeUpOnExec(CURLM* multi) noexcept {
         woken = isOne ? file : woken;
         return isOne;
     });
-    curl_multi_poll(multi, nullptr, 0, 0, nullptr);
+    libcurl().multiPoll(multi, nullptr, 0, 0, nullptr);
     if (count > 0 && woken >= 0 && holdsBytes(woken, 0))
         closePairOnExec(woken);
 }

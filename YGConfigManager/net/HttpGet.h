@@ -26,7 +26,9 @@ using GetCompletion =
     std::function<void(std::optional<std::string> body, std::optional<HttpResponse> response,
                        std::optional<std::string> error)>;
 
-/// Starts a GET of `url` (http or https) and returns at once, whatever the address is.
+/// Starts a GET of `url` (http or https) and returns at once, whatever the address is. The first
+/// request of the process opens libcurl (net/Libcurl.h), which takes some milliseconds. Where that
+/// is missing, each request ends without an answer, `error` says why, and one log line names it.
 /// `completion` may be null. It is called exactly once, on the background thread, never inside this
 /// call unless memory does not suffice to begin or the system gives no thread; it is dropped
 /// uncalled when the process ends first. All completions run one after the other: one must not

@@ -88,6 +88,7 @@ void HttpGetService::run() noexcept {
     pthread_setname_np(pthread_self(), "yg-net");
     scheduleAsBatch();
     std::deque<Request> waiting;
+    transfers_->logWhatIsMissing();
     while (!isStopping_) {
         try {
             takeIncoming(waiting);

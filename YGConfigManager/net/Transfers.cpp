@@ -14,10 +14,10 @@
 #include <unistd.h>
 #include <utility>
 
-#include <openssl/ssl.h>
-
 #include "YGConfigManager/host/Guarded.h"
+#include "YGConfigManager/host/Log.h"
 #include "YGConfigManager/net/CloseOnExec.h"
+#include "YGConfigManager/net/Libcurl.h"
 #include "YGConfigManager/net/Unpacking.h"
 #include "YGConfigManager/process/ForkMutex.h"
 
@@ -34,20 +34,17 @@ constexpr std::chrono::milliseconds waitWithoutWaking{20};
 /// would find taken for ever.
 constinit ForkMutex libraryUse;
 
-/// Once in a process and never undone: the application may use the same library.
-bool initialise() {
-    static const CURLcode result = curl_global_init(CURL_GLOBAL_DEFAULT);
-    return result == CURLE_OK;
-}
+/// Where OpenSSL keeps what belongs to the application.
+constexpr int applicationData = 0;
 
 /// Null if there is no memory for them.
 curl_slist* requestHeaders() {
     curl_slist* all = nullptr;
     for (const char* line :
          {"Content-Type: application/json; charset=utf-8", "Accept-Encoding: gzip, deflate"}) {
-        curl_slist* const longer = curl_slist_append(all, line);
+        curl_slist* const longer = libcurl().listAppend(all, line);
         if (!longer) {
-            curl_slist_free_all(all);
+            libcurl().listFree(all);
             return nullptr;
         }
         all = longer;
@@ -109,12 +106,12 @@ public:
           isStopping_(isStopping),
           lastArrival_(Clock::now()) {
         const std::lock_guard use(libraryUse);
-        handle_ = curl_easy_init();
+        handle_ = libcurl().easyInit();
         isReady_ = handle_ && headers && prepare(headers);
     }
     ~Transfer() {
         const std::lock_guard use(libraryUse);
-        curl_easy_cleanup(handle_);
+        libcurl().easyCleanup(handle_);
     }
     Transfer(const Transfer&) = delete;
     Transfer& operator=(const Transfer&) = delete;
@@ -139,7 +136,7 @@ public:
             std::string error = refusal_;
             if (error.empty()) {
                 error =
-                    result == CURLE_OK ? "the answer is incomplete" : curl_easy_strerror(result);
+                    result == CURLE_OK ? "the answer is incomplete" : libcurl().easyError(result);
             }
             return {std::move(request_), std::nullopt, std::move(response_), std::move(error)};
         } catch (...) {
@@ -156,7 +153,7 @@ public:
 private:
     template <class Value>
     bool set(CURLoption option, Value value) {
-        return curl_easy_setopt(handle_, option, value) == CURLE_OK;
+        return libcurl().easySetOption(handle_, option, value) == CURLE_OK;
     }
 
     /// libcurl takes TLS that was cut for TLS that ended. Where neither a length nor chunks say how
@@ -201,7 +198,7 @@ private:
     /// once.
     bool trust() {
         char* systemFile = nullptr;
-        curl_easy_getinfo(handle_, CURLINFO_CAINFO, &systemFile);
+        libcurl().easyGetInfo(handle_, CURLINFO_CAINFO, &systemFile);
         const std::string& own = options_.trustedCertificates;
         const char* const file = own.empty() ? systemFile : own.c_str();
         return (!file || ::access(file, R_OK) != 0 ||
@@ -226,9 +223,9 @@ private:
     /// The server is connected and TLS about to begin.
     static CURLcode onTls(CURL*, void* context, void* self) {
         auto* const tls = static_cast<SSL_CTX*>(context);
-        SSL_CTX_set_app_data(tls, self);
-        SSL_CTX_set_info_callback(tls, &Transfer::onTlsState);
         auto& transfer = *static_cast<Transfer*>(self);
+        libcurl().setContextData(tls, applicationData, self);
+        libcurl().setContextCallback(tls, &Transfer::onTlsState);
         transfer.isTls_ = true;
         // To libcurl this is part of connecting.
         return transfer.set(CURLOPT_CONNECTTIMEOUT_MS, long{INT_MAX}) ? CURLE_OK
@@ -236,8 +233,10 @@ private:
     }
 
     static void onTlsState(const SSL* tls, int event, int alert) {
-        if (event == SSL_CB_READ_ALERT && (alert & 0xff) == SSL_AD_CLOSE_NOTIFY)
-            static_cast<Transfer*>(SSL_CTX_get_app_data(SSL_get_SSL_CTX(tls)))->isTlsClosed_ = true;
+        if (event != SSL_CB_READ_ALERT || (alert & 0xff) != SSL_AD_CLOSE_NOTIFY)
+            return;
+        static_cast<Transfer*>(libcurl().contextData(libcurl().contextOf(tls), applicationData))
+            ->isTlsClosed_ = true;
     }
 
     /// Bytes of bodies are seen here before they are decoded, and those of redirects nowhere else.
@@ -310,7 +309,7 @@ private:
 
     void takeStatus() {
         // The headers before it belong to a redirect or said that there is more to come.
-        curl_easy_getinfo(handle_, CURLINFO_RESPONSE_CODE, &status_);
+        libcurl().easyGetInfo(handle_, CURLINFO_RESPONSE_CODE, &status_);
         hasHeaders_ = false;
         hasLength_ = status_ == noContent || status_ == notModified;
         contentType_.reset();
@@ -320,9 +319,9 @@ private:
 
     void takeEndOfHeaders() {
         const char* url = nullptr;
-        curl_easy_getinfo(handle_, CURLINFO_EFFECTIVE_URL, &url);
+        libcurl().easyGetInfo(handle_, CURLINFO_EFFECTIVE_URL, &url);
         curl_off_t length = -1;
-        curl_easy_getinfo(handle_, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+        libcurl().easyGetInfo(handle_, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
         response_ = {static_cast<std::int32_t>(status_), url ? url : request_.url, contentType_};
         hasLength_ = hasLength_ || length >= 0;
         hasHeaders_ = true;
@@ -407,21 +406,26 @@ Transfers::Transfers(const HttpGetOptions& options, const std::atomic<bool>& isS
       isStopping_(isStopping),
       wakeUp_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     const std::lock_guard use(libraryUse);
+    missing_ = openLibcurl();
+    if (missing_)
+        return;
     headers_ = requestHeaders();
-    multi_ = initialise() ? curl_multi_init() : nullptr;
+    multi_ = libcurl().multiInit();
     closeWakeUpOnExec(multi_);
-    curl_multi_setopt(multi_, CURLMOPT_SOCKETFUNCTION, &Transfers::onSocket);
-    curl_multi_setopt(multi_, CURLMOPT_SOCKETDATA, this);
-    curl_multi_setopt(multi_, CURLMOPT_TIMERFUNCTION, &Transfers::onTimer);
-    curl_multi_setopt(multi_, CURLMOPT_TIMERDATA, this);
+    libcurl().multiSetOption(multi_, CURLMOPT_SOCKETFUNCTION, &Transfers::onSocket);
+    libcurl().multiSetOption(multi_, CURLMOPT_SOCKETDATA, this);
+    libcurl().multiSetOption(multi_, CURLMOPT_TIMERFUNCTION, &Transfers::onTimer);
+    libcurl().multiSetOption(multi_, CURLMOPT_TIMERDATA, this);
 }
 
 Transfers::~Transfers() {
     clear();
-    const std::lock_guard use(libraryUse);
-    curl_multi_cleanup(multi_);
-    curl_slist_free_all(headers_);
     ::close(wakeUp_);
+    if (missing_)
+        return;
+    const std::lock_guard use(libraryUse);
+    libcurl().multiCleanup(multi_);
+    libcurl().listFree(headers_);
 }
 
 int Transfers::onSocket(CURL* handle, curl_socket_t socket, int what, void* self, void*) {
@@ -463,6 +467,11 @@ void Transfers::add(Request& request) {
     // Beyond the transfer itself nothing takes memory, so that no request is lost.
     running_.reserve(running_.size() + 1);
     unstarted_.reserve(unstarted_.size() + 1);
+    if (missing_) {
+        std::string error = *missing_;
+        unstarted_.push_back({std::move(request), std::nullopt, std::nullopt, std::move(error)});
+        return;
+    }
     auto transfer = std::make_unique<Transfer>(std::move(request), options_, isStopping_, headers_);
     if (transfer->isReady() && multi_ && begin(*transfer))
         running_.push_back(std::move(transfer));
@@ -470,9 +479,15 @@ void Transfers::add(Request& request) {
         unstarted_.push_back(std::move(*transfer).end(CURLE_FAILED_INIT));
 }
 
+void Transfers::logWhatIsMissing() const {
+    if (missing_)
+        writeRuntimeError("no HTTP request can be made without %s of the package %s:%@",
+                          libcurlFile, libcurlPackage, *missing_);
+}
+
 bool Transfers::begin(const Transfer& transfer) {
     const std::lock_guard use(libraryUse);
-    return curl_multi_add_handle(multi_, transfer.handle()) == CURLM_OK;
+    return libcurl().multiAdd(multi_, transfer.handle()) == CURLM_OK;
 }
 
 void Transfers::noteArrival(curl_socket_t socket) {
@@ -492,7 +507,7 @@ void Transfers::act(curl_socket_t socket, int events) {
     if (!isStopping_) {
         const std::lock_guard use(libraryUse);
         int count = 0;
-        curl_multi_socket_action(multi_, socket, events, &count);
+        libcurl().multiAct(multi_, socket, events, &count);
     }
 }
 
@@ -529,9 +544,11 @@ std::vector<Ended> Transfers::step() {
 }
 
 std::optional<Transfers::Message> Transfers::nextMessage() {
+    if (!multi_)
+        return std::nullopt;
     const std::lock_guard use(libraryUse);
     int count = 0;
-    const CURLMsg* const message = curl_multi_info_read(multi_, &count);
+    const CURLMsg* const message = libcurl().multiReadInfo(multi_, &count);
     // It goes with the handle.
     return message ? std::optional<Message>({message->easy_handle, message->data.result})
                    : std::nullopt;
@@ -570,7 +587,7 @@ std::unique_ptr<Transfer> Transfers::remove(std::size_t index) {
     std::unique_ptr<Transfer> transfer = std::move(running_.back());
     running_.pop_back();
     const std::lock_guard use(libraryUse);
-    curl_multi_remove_handle(multi_, transfer->handle());
+    libcurl().multiRemove(multi_, transfer->handle());
     return transfer;
 }
 

@@ -33,6 +33,9 @@ public:
 
     std::size_t count() const { return running_.size(); }
 
+    /// One line if libcurl is missing, so that each request ends with that error.
+    void logWhatIsMissing() const;
+
     /// Takes a request and starts its transfer; one that cannot start ends with the next step.
     /// Without memory it throws and leaves the request with the caller.
     void add(Request& request);
@@ -76,6 +79,7 @@ private:
 
     const HttpGetOptions& options_;
     const std::atomic<bool>& isStopping_;
+    std::optional<std::string> missing_;  // why there is no libcurl
     CURLM* multi_ = nullptr;
     curl_slist* headers_ = nullptr;
     const int wakeUp_;  // -1 if the system has none

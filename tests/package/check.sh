@@ -54,6 +54,21 @@ quote-kline
 END
 }
 
+# The installed tool finds what serves its pages: it prints its address and ends in order.
+serve_preview() {
+    mkdir -p "$work/empty/config"
+    timeout 20 "$prefix/bin/ygconfig" preview --root "$work/empty" >"$work/address" &
+    local server=$!
+    for _ in $(seq 100); do
+        [ ! -s "$work/address" ] || break
+        sleep 0.1
+    done
+    kill -INT "$server" 2>/dev/null || true
+    wait "$server" || fail "the preview of the installed tool does not end in order"
+    grep -F 'http://127.0.0.1:' "$work/address" >/dev/null ||
+        fail "the installed tool shows no preview"
+}
+
 install() {
     rm -rf "$prefix"
     "$CMAKE" --install "$BUILD" --prefix "$work/first" >/dev/null
@@ -63,8 +78,19 @@ install() {
     # docs/abi.md says why it has two numbers.
     LC_ALL=C readelf -d "$(find "$prefix" -name "libYGConfigManager.so.$VERSION")" |
         grep -F "soname: [$library]" >/dev/null || fail "the library's SONAME is not $library"
+    # libcurl is opened at the first request, which packaging tools have to be able to see.
+    local elf
+    # It also fails at a kind of note that it does not know.
+    elf=$(LC_ALL=C readelf -W -d -n -p .note.dlopen \
+        "$(find "$prefix" -name "libYGConfigManager.so.$VERSION")" || true)
+    ! grep -E 'NEEDED.*(curl|ssl|crypto)' <<<"$elf" || fail "the library is linked with libcurl"
+    grep -E '^ *FDO +0x[0-9a-f]+.*0x407c0c0a' <<<"$elf" >/dev/null ||
+        fail "no note says what the library opens"
+    grep -F '[{"soname":["libcurl.so.4"],"feature":"http","description":"HTTP requests and downloads of request URLs","priority":"required"}]' \
+        <<<"$elf" >/dev/null || fail "the note does not name libcurl"
     if [ -e "$prefix/bin/ygconfig" ]; then
         "$prefix/bin/ygconfig" --help >/dev/null
+        serve_preview
         local file
         for file in man/man1/ygconfig.1 man/man1/ygconfig-lint.1 bash-completion/completions/ygconfig \
             zsh/site-functions/_ygconfig fish/vendor_completions.d/ygconfig.fish; do

@@ -1,76 +1,121 @@
 // SPDX-License-Identifier: MIT
 //
-// The smallest host application: it installs a host, loads the layout and looks styles up by name.
-// A real application replaces the stand-alone host by a class of its own that derives from
-// yg::Host, and keeps the rest.
+// A small application around the library: its own host, all loaders, a main loop, and what such an
+// application does while it runs.
 //
-//   host ROOT [PAGE]
-//
-// prints the panels of the default style under ROOT and of the page named PAGE.
+//   host ROOT [PAGE]                              prints what is under ROOT, or a page
+//   host ROOT --login LEVEL                       the servers of another right level
+//   host ROOT --switch-theme                      changes the theme and keeps it
+//   host ROOT --set SECTION ITEM TEXT             keeps a setting
+//   host ROOT --deliver-servers FILE DIGEST       checks and takes new servers
+//   host ROOT --deliver-web-pages FILE            checks and takes new web pages
+//   host ROOT --refresh-urls HOST:PORT            gets the list of request URLs
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "YGConfigManager/host/Host.h"
-#include "YGConfigManager/host/StandAloneHost.h"
-#include "YGConfigManager/layout/YGStyleConfigLoad.h"
 #include "YGConfigManager/version.h"
+
+#include "Configuration.h"
+#include "Deliveries.h"
+#include "MainLoop.h"
+#include "Settings.h"
+#include "TerminalHost.h"
+#include "Theme.h"
+#include "UrlRefresh.h"
 
 namespace {
 
-void printPanels(const yg::PanelList& panels, const std::string& indent) {
-    for (const std::shared_ptr<yg::PanelConfigInfo>& panel : panels) {
-        // Absent is not empty: a panel without a name has no text at all.
-        std::cout << indent << panel->panelName().value_or("(no name)") << '\n';
-        printPanels(*panel->panePanes(), indent + "    ");
-    }
+using Words = std::vector<std::string>;
+
+/// Whether the words are this option with this many values.
+bool asks(const Words& words, const std::string& option, std::size_t values) {
+    return words.size() == values + 1 && words[0] == option;
 }
 
-bool printStyle(const yg::YGStyleConfigLoad& loader, const std::string& name) {
-    // The record is the loader's own; an application copies it before it changes anything.
-    const std::shared_ptr<yg::StyleConfigInfo> style = loader.loadStyleConfigInfoWithName(name);
-    if (!style) {
-        std::cerr << "There is no style " << name << ".\n";
-        return false;
-    }
-    std::cout << style->styleName().value_or("(no name)") << '\n';
-    printPanels(*style->stylePanes(), "    ");
-    return true;
+bool deliverServers(const terminal::Configuration& configuration, const std::string& root,
+                    const std::string& path, const std::string& digest) {
+    yg::Delivery delivery{.kind = yg::Delivery::Kind::servers, .name = {}, .bytes = {}};
+    delivery.right = yg::currentHost()->getUserRightDescription();
+    return terminal::readDelivery(path, delivery) && terminal::checkDelivery(delivery, root) &&
+           terminal::takeServers(configuration, delivery, digest);
+}
+
+bool deliverWebPages(const terminal::Configuration& configuration, const std::string& root,
+                     const std::string& path) {
+    yg::Delivery delivery{.kind = yg::Delivery::Kind::webPages, .name = {}, .bytes = {}};
+    return terminal::readDelivery(path, delivery) && terminal::checkDelivery(delivery, root) &&
+           terminal::takeWebPages(configuration, delivery);
+}
+
+bool switchTheme(const terminal::Configuration& configuration, terminal::MainLoop& loop) {
+    return configuration.palette && terminal::switchTheme(configuration.palette, loop) &&
+           terminal::keepSetting(
+               *configuration.settings, "appearance", "theme",
+               configuration.palette->currentPaletteStyle() == 0 ? "white" : "black");
+}
+
+bool logIn(const terminal::Configuration& configuration, terminal::TerminalHost& host,
+           const std::string& right) {
+    host.setUserRight(right);
+    configuration.servers->reloadServerConfigWhenRightChanged();
+    for (const auto& server : configuration.servers->serversOfType(1))
+        std::cout << server->serverName().value_or("") << '\n';
+    return !configuration.servers->serversOfType(1).empty();
+}
+
+int usage() {
+    std::cerr << "usage: host ROOT [PAGE]\n"
+                 "       host ROOT --login LEVEL | --switch-theme | --set SECTION ITEM TEXT |\n"
+                 "                 --deliver-servers FILE DIGEST | --deliver-web-pages FILE |\n"
+                 "                 --refresh-urls HOST:PORT\n";
+    return 2;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2 && argc != 3) {
-        std::cerr << "usage: host ROOT [PAGE]\n";
-        return 2;
-    }
+    if (argc < 2)
+        return usage();
     const std::string root = argv[1];
+    const Words words(argv + 2, argv + argc);
     std::cout << "YGConfigManager " << YGConfigManagerVersionString << '\n';
 
     // First of all the host, since loaders ask it for paths, and log through it.
-    const auto opened = yg::StandAloneHost::open(root);
-    if (!opened) {
-        std::cerr << opened.error << '\n';
-        return 2;
+    const bool refreshes = asks(words, "--refresh-urls", 1);
+    const auto host = std::make_shared<terminal::TerminalHost>(
+        root, refreshes ? std::optional(words[1]) : std::nullopt);
+    yg::setHost(host);
+
+    // The loop comes before whatever may leave a task for it.
+    terminal::MainLoop loop;
+    const terminal::Configuration configuration = terminal::loadConfiguration(root);
+
+    bool isDone = false;
+    if (words.empty()) {
+        terminal::printConfiguration(configuration);
+        isDone = true;
+    } else if (words.size() == 1 && words[0].rfind("--", 0) != 0) {
+        isDone = terminal::printPage(*configuration.layout, words[0]);
+    } else if (asks(words, "--login", 1)) {
+        isDone = logIn(configuration, *host, words[1]);
+    } else if (asks(words, "--switch-theme", 0)) {
+        isDone = switchTheme(configuration, loop);
+    } else if (asks(words, "--set", 3)) {
+        isDone = terminal::keepSetting(*configuration.settings, words[1], words[2], words[3]);
+        terminal::printSettings(*configuration.settings, words[1]);
+    } else if (asks(words, "--deliver-servers", 2)) {
+        isDone = deliverServers(configuration, root, words[1], words[2]);
+    } else if (asks(words, "--deliver-web-pages", 1)) {
+        isDone = deliverWebPages(configuration, root, words[1]);
+    } else if (refreshes) {
+        isDone = terminal::refreshUrls(configuration.requestUrls, loop);
+    } else {
+        return usage();
     }
-    yg::setHost(opened.host);
-
-    // One loader serves the whole application. It is filled once, before the first lookup; files
-    // that are missing or broken are logged and contribute nothing.
-    const auto loader = std::make_shared<yg::YGStyleConfigLoad>();
-    loader->initWithStyleConfigPath(root + "/config/custompage_template.xml",
-                                    root + "/config/tab_styles.xml",
-                                    root + "/config/magic_panels.xml");
-
-    // The page that opens first.
-    bool found = true;
-    if (const auto name = loader->defaultStyleName())
-        found = printStyle(*loader, *name);
-
-    // A name that no file holds is built from a template: "quote-kline" is the style "quote" with
-    // the panel "kline" in its magic slot.
-    if (argc == 3)
-        found = printStyle(*loader, argv[2]) && found;
-    return found ? 0 : 1;
+    return isDone ? 0 : 1;
 }

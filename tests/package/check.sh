@@ -42,12 +42,18 @@ XML
 XML
     echo '<styles/>' >"$work/root/soft_optimize/custompage_template.xml"
 
-    "$1" "$work/root" quote-kline | tee "$work/output"
+    { "$1" "$work/root" && "$1" "$work/root" quote-kline; } | tee "$work/output"
     diff - "$work/output" <<END
 YGConfigManager $VERSION
+pages: 1
+commands: 0
+quote servers: 0
+web pages: 0
+request URLs: 0
 quote
     list
     trend_view
+YGConfigManager $VERSION
 quote-kline
     list
     kline_view
@@ -122,9 +128,9 @@ pkg_config() {
     libdir=$(dirname "$(find "$prefix" -name YGConfigManager.pc)")/..
     export PKG_CONFIG_PATH=$libdir/pkgconfig
     [ "$(pkg-config --modversion YGConfigManager)" = "$VERSION" ] || fail "wrong version"
-    flags=$(pkg-config --cflags --libs YGConfigManager)
+    flags=$(pkg-config --cflags --libs YGConfigManager glib-2.0)
     # shellcheck disable=SC2086
-    $CXX $CXXFLAGS -std=c++20 "$SOURCE/examples/host/main.cpp" -o "$work/host" $flags
+    $CXX $CXXFLAGS -std=c++20 "$SOURCE"/examples/host/*.cpp -o "$work/host" $flags
     LD_LIBRARY_PATH=$libdir run_host "$work/host"
 }
 

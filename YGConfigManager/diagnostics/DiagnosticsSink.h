@@ -29,13 +29,13 @@ struct ParseResult;
 
 /// A place that has to do with a finding.
 struct RelatedPlace {
-    Place place;
+    Place place;               ///< what to look at
     std::string_view meaning;  ///< "the earlier definition"
 };
 
 /// One thing that a loader does not take as it is written.
 struct Finding {
-    const Rule& rule;
+    const Rule& rule;  ///< what kind of finding it is
     /// What to look at: the attribute, the part of its value, the element's start tag, the text,
     /// the JSON member, the spot of an XML error. Of a file as a whole it has the path alone.
     Place place;

@@ -30,10 +30,10 @@ enum class Severity {
 
 /// One kind of finding. All texts are constants and live as long as the program.
 struct Rule {
-    std::string_view name;  ///< stable and made for people and scripts: "unknown-attribute"
-    Handling handling;
-    Severity severity;
-    std::string_view meaning;           ///< one sentence for the author of the file
+    std::string_view name;     ///< stable and made for people and scripts: "unknown-attribute"
+    Handling handling;         ///< what becomes of the thing
+    Severity severity;         ///< how much it matters
+    std::string_view meaning;  ///< one sentence for the author of the file
     std::string_view explanation = {};  ///< why it is so and what to do about it, some sentences
     std::string_view file = {};         ///< the file of the example, as in "config/events.xml"
     std::string_view before = {};       ///< a whole file that gives the finding

@@ -57,19 +57,20 @@ struct ElementInfo {
 struct FileInfo {
     std::string_view path;  ///< below the root of a stand-alone host; FILE: the application's name
     std::string_view operation;  ///< what names it: an operation of the host or of the loader
-    std::string_view sentence;
+    std::string_view sentence;   ///< when the file is read, for its author
 };
 
+/// What a format is written in.
 enum class FormatKind { xml, json };
 
 /// One file format.
 struct FormatInfo {
-    std::string_view id;  ///< made for file names: "events"
-    std::string_view title;
-    std::string_view sentence;
-    FormatKind kind = FormatKind::xml;
-    std::span<const FileInfo> files;
-    const ElementInfo& root;
+    std::string_view id;                           ///< made for file names: "events"
+    std::string_view title;                        ///< for headings: "Events and commands"
+    std::string_view sentence;                     ///< what the files say
+    FormatKind kind = FormatKind::xml;             ///< what it is written in
+    std::span<const FileInfo> files;               ///< where its files lie
+    const ElementInfo& root;                       ///< its outermost element or object
     std::string_view example;                      ///< a short file with nothing to report
     std::span<const std::string_view> notes = {};  ///< what else authors should know, paragraphs
 };

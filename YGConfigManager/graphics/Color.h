@@ -12,10 +12,10 @@ namespace yg {
 /// A colour in the sRGB space, its alpha not multiplied into the others. Made by sRGB(), every
 /// component lies between 0 and 1.
 struct YG_EXPORT Color {
-    double red = 0;
-    double green = 0;
-    double blue = 0;
-    double alpha = 1;
+    double red = 0;    ///< from 0 to 1
+    double green = 0;  ///< from 0 to 1
+    double blue = 0;   ///< from 0 to 1
+    double alpha = 1;  ///< how opaque, from 0 to 1
 
     /// The colour of these components, each moved into 0 to 1: what lies below becomes 0, what lies
     /// above 1, infinities too, and what is not a number 0. None would mean that the platform has

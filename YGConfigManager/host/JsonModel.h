@@ -51,8 +51,8 @@ namespace yg {
 /// One row of a model's table: the member's exact name in JSON and the field that it fills.
 template <class Model, class Value>
 struct ModelField {
-    std::string_view name;
-    Value Model::*field;
+    std::string_view name;  ///< the exact name of the member
+    Value Model::*field;    ///< what it fills
 };
 
 template <class Model, class Value>

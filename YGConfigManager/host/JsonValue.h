@@ -25,8 +25,8 @@ class JsonBuilder;
 
 /// A part of the text that was parsed, in bytes from its start, a byte-order mark included.
 struct JsonRange {
-    std::uint32_t begin = 0;
-    std::uint32_t end = 0;  ///< behind the last byte
+    std::uint32_t begin = 0;  ///< the first byte
+    std::uint32_t end = 0;    ///< behind the last byte
 
     friend bool operator==(const JsonRange&, const JsonRange&) = default;
 };
@@ -35,10 +35,11 @@ struct JsonRange {
 struct JsonMember {
     std::string_view name;  ///< lives as long as the list of members
     JsonRange nameRange;    ///< with its quotes
-    JsonRange valueRange;
-    bool isReplaced;  ///< a later member of the same name counts
+    JsonRange valueRange;   ///< of its value
+    bool isReplaced;        ///< a later member of the same name counts
 };
 
+/// What parse() notes beside the value.
 struct JsonOptions {
     bool positions = false;  ///< note where each value and each member stands
 };
@@ -46,7 +47,9 @@ struct JsonOptions {
 /// A null, boolean, number, text, list or object. Values come from parse() only.
 class YG_EXPORT JsonValue {
 public:
+    /// The items of a list.
     using List = std::vector<JsonValue>;
+    /// The members of an object by name.
     using Object = std::map<std::string, JsonValue, std::less<>>;
 
     /// What parse() answers: true with a value, false with one line that says what is wrong and,
@@ -117,11 +120,13 @@ private:
     JsonRange range_;
 };
 
+/// What parse() answers.
 struct JsonValue::Parsed {
-    std::optional<JsonValue> value;
-    std::string error;
+    std::optional<JsonValue> value;  ///< what was read; absent after an error
+    std::string error;               ///< what is wrong, in one line; "" without an error
     TextPoint place;  ///< where the error is; without a line when a limit was reached
 
+    /// Whether there is a value.
     explicit operator bool() const { return value.has_value(); }
 };
 

@@ -18,6 +18,7 @@ namespace yg {
 template <class Item>
 class ModelList {
 public:
+    /// Converted models.
     using Items = std::vector<std::shared_ptr<Item>>;
 
     /// Absent.
@@ -29,6 +30,7 @@ public:
     /// A list of models; null makes it absent.
     ModelList(std::shared_ptr<const Items> items) : value_(std::move(items)) {}
 
+    /// Whether there is neither.
     bool isAbsent() const { return !json() && !items(); }
 
     /// The list as it stood in the JSON text; null once it was converted, and when it is absent.

@@ -18,8 +18,8 @@ namespace yg {
 /// What an observer receives. `sender` is the object that the notification is about; it is alive as
 /// long as the observer holds it. std::static_pointer_cast makes it what the name promises.
 struct Notification {
-    std::string name;
-    std::shared_ptr<void> sender;
+    std::string name;              ///< as it was posted
+    std::shared_ptr<void> sender;  ///< as it was posted; may be null
 };
 
 /// The place where observers wait for notifications.
@@ -27,6 +27,7 @@ class YG_EXPORT NotificationCenter {
     class State;
 
 public:
+    /// What is called for a notification.
     using Observer = std::function<void(const Notification&)>;
 
     /// An observer's place. When the token goes or another is assigned to it, the observer is
@@ -35,6 +36,7 @@ public:
     class YG_EXPORT Token {
     public:
         Token() = default;
+        /// Takes over the place of another token, which stands for nothing from then on.
         Token(Token&& other) noexcept;
         Token& operator=(Token&& other) noexcept;
         Token(const Token&) = delete;

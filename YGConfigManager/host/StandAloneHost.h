@@ -42,9 +42,10 @@ class YG_EXPORT StandAloneHost final : public Host {
 public:
     /// What open() answers: true with the host, false with one line that says why there is none.
     struct Opened {
-        std::shared_ptr<StandAloneHost> host;
-        std::string error;
+        std::shared_ptr<StandAloneHost> host;  ///< null when there is none
+        std::string error;                     ///< why there is none, in one line
 
+        /// Whether there is a host.
         explicit operator bool() const { return host != nullptr; }
     };
 

@@ -10,15 +10,16 @@
 namespace yg {
 
 struct Delivery {
+    /// What is delivered, by the operation that takes it.
     enum class Kind {
         servers,      ///< YGServerCfgLoader::reloadServerConfigWithData
         webPages,     ///< YGWebPageUrlConfig::replaceDataFromServer
         requestUrls,  ///< what a download of YGHttpReqUrlMgr does
     };
 
-    Kind kind = Kind::servers;
-    std::string name;   ///< what findings call the file that was delivered
-    std::string bytes;  ///< as delivered
+    Kind kind = Kind::servers;  ///< what is delivered
+    std::string name;           ///< what findings call the file that was delivered
+    std::string bytes;          ///< as delivered
     /// For servers: the user's right level, that of host.json when it is absent, and whether the
     /// user belongs to the grey release. They select the file that is replaced.
     std::optional<std::string> right = {};

@@ -78,7 +78,7 @@ inline constexpr std::string_view missingFont = "the system font, because it is 
 
 /// One step of a path.
 struct NamedThing {
-    Subject subject;
+    Subject subject;   ///< what kind of thing it is
     std::string name;  ///< "" for what has none
 };
 
@@ -93,9 +93,10 @@ struct ChangeSide {
     std::uint32_t path = 0;  ///< for Difference::pathOf
 };
 
+/// One thing that differs between two roots.
 struct Change {
-    ChangeKind kind;
-    Subject subject;
+    ChangeKind kind;                   ///< what became of it
+    Subject subject;                   ///< what kind of thing it is
     std::string field;                 ///< the record's field; "" unless it is `changed`
     std::optional<ChangeSide> before;  ///< absent when it is `added`
     std::optional<ChangeSide> after;   ///< absent when it is `removed`

@@ -34,12 +34,13 @@ namespace yg {
 
 /// One thing that had a say in an answer, or could have had one.
 struct ExplanationStep {
+    /// What became of a thing in the look-up.
     enum class Outcome {
         taken,    ///< the answer goes through it
         lost,     ///< without it the answer would be the same
         missing,  ///< it is needed and not there
     };
-    Outcome outcome = Outcome::taken;
+    Outcome outcome = Outcome::taken;  ///< what became of it
     /// `message` says what it is and, when it lost, why; in a file as a whole line 1, column 1.
     RootPlace place;
 };
@@ -51,8 +52,9 @@ using ExplainedAnswer =
                  std::shared_ptr<const YGEventData>, std::shared_ptr<const YGCommandData>,
                  std::shared_ptr<const YGServerAddrTag>, Color, Font, Image, std::string>;
 
+/// Why a look-up answers what it answers.
 struct Explanation {
-    ExplainedAnswer answer;
+    ExplainedAnswer answer;  ///< what the look-up answers
     /// What the library answers when it finds nothing, in words: "red", "the system font",
     /// "about:blank", "null". Absent when the answer is the one asked for.
     std::optional<std::string> substitute;
@@ -71,6 +73,7 @@ struct Explanation {
 /// and host.json are, as in a stand-alone host, and what places are relative to.
 class YG_EXPORT Explainer {
 public:
+    /// An explainer of the files below this folder.
     explicit Explainer(OptionalText root) : root_(*root) {}
 
     /// YGStyleConfigLoad::loadStyleConfigInfoWithName.

@@ -28,6 +28,7 @@ namespace yg {
 
 class RootContents;
 
+/// What an inspection takes and keeps beside the files of the root.
 struct InspectionOptions {
     /// Whole texts that count in place of files, by their names below the root: what an editor has
     /// not saved. A file that does not exist counts as if it did.
@@ -38,14 +39,14 @@ struct InspectionOptions {
 
 /// One place where a file defines a name or refers to one.
 struct NamePlace {
-    Naming kind = Naming::nothing;
-    std::string name;
-    bool defines = false;
-    std::string file;  ///< below the root
-    TextPoint begin;   ///< of the name itself, inside the quotes
-    TextPoint end;
-    TextPoint tagBegin;  ///< of the start tag that it is in
-    TextPoint tagEnd;
+    Naming kind = Naming::nothing;  ///< what kind of name it is
+    std::string name;               ///< the name itself
+    bool defines = false;           ///< whether the name is defined here
+    std::string file;               ///< below the root
+    TextPoint begin;                ///< of the name itself, inside the quotes
+    TextPoint end;                  ///< behind the name
+    TextPoint tagBegin;             ///< of the start tag that it is in
+    TextPoint tagEnd;               ///< behind that start tag
 };
 
 class YG_EXPORT Inspection {

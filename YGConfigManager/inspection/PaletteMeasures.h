@@ -15,15 +15,15 @@ namespace yg {
 
 /// The contrast of a pair of contrast.json in one palette. Colours are named by their keys.
 struct ContrastPair {
-    std::string palette;  ///< the file below the root
-    std::string text;
-    std::string ground;
+    std::string palette;              ///< the file below the root
+    std::string text;                 ///< in front
+    std::string ground;               ///< what the text stands on
     std::optional<std::string> over;  ///< below the ground
-    double minimum = 1;
-    double ratio = 1;       ///< by WCAG 2, from 1 to 21
-    std::string ratioText;  ///< "4.52:1", rounded down
-    bool isEnough = false;  ///< not below the minimum
-    RootPlace place;        ///< of the pair, without a message
+    double minimum = 1;               ///< the least ratio that is enough
+    double ratio = 1;                 ///< by WCAG 2, from 1 to 21
+    std::string ratioText;            ///< "4.52:1", rounded down
+    bool isEnough = false;            ///< not below the minimum
+    RootPlace place;                  ///< of the pair, without a message
 };
 
 /// How many square pieces an image seems to have side by side; 1 unless its width in pixels is a

@@ -58,6 +58,7 @@ public:
     RootContents(const RootContents&) = delete;
     RootContents& operator=(const RootContents&) = delete;
 
+    /// The pages and panels; empty where their files cannot be read.
     const YGStyleConfigLoad& layout() const;
 
     /// The templates of custom pages in the order in which they are looked for; empty when memory

@@ -14,10 +14,10 @@ namespace yg {
 
 /// A place that has to do with a finding: the earlier definition, the other theme.
 struct RootPlace {
-    std::string file;  ///< below the root, with "/" between folders
-    TextPoint begin{1, 1};
-    TextPoint end{1, 1};  ///< behind the last character
-    std::string message;  ///< what is there, one line
+    std::string file;       ///< below the root, with "/" between folders
+    TextPoint begin{1, 1};  ///< line 1 and column 1 for the file as a whole
+    TextPoint end{1, 1};    ///< behind the last character
+    std::string message;    ///< what is there, one line
 };
 
 struct RootFinding {
@@ -31,7 +31,7 @@ struct RootFinding {
     std::optional<std::string> attribute;   ///< the attribute or the JSON member concerned
     std::optional<std::string> value;       ///< the text concerned
     std::optional<std::string> suggestion;  ///< can stand in the place of the text concerned
-    std::vector<RootPlace> related;
+    std::vector<RootPlace> related;         ///< other places that have to do with it
     /// All that the finding is about: the whole element when that has no effect, otherwise the same
     /// as above. What a rule calls dropped can be deleted.
     TextPoint extentBegin{1, 1};

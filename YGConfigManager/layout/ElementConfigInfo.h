@@ -20,6 +20,7 @@ namespace yg {
 
 class YG_EXPORT ElementConfigInfo {
 public:
+    /// Names in the order in which the file lists them; null for none.
     using Names = std::shared_ptr<std::vector<std::string>>;
 
     /// The element's name, its kind of view ("name"); never empty in an element read from a file.

@@ -21,6 +21,7 @@ namespace yg {
 
 class YG_EXPORT StyleConfigInfo {
 public:
+    /// Names in the order in which the file lists them; null for none.
     using Names = std::shared_ptr<std::vector<std::string>>;
 
     /// The style's name, the key under which it is stored ("name").

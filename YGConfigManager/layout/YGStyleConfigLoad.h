@@ -40,17 +40,18 @@ using StyleMap = RecordMap<std::shared_ptr<StyleConfigInfo>>;
 using PanelMap = RecordMap<std::shared_ptr<PanelConfigInfo>>;
 using MagicPanelMap = RecordMap<std::shared_ptr<const PanelMap>>;
 
-/// A style that names of custom pages can begin with, or a member that they can name; its size is
-/// about the bytes of its XML, for callers that build many pages.
+/// A style that names of custom pages can begin with.
 struct PageTemplate {
-    std::string name;
-    xml::Element element;
+    std::string name;                                ///< of the style
+    xml::Element element;                            ///< the style in its file
     std::vector<std::optional<std::string>> groups;  ///< of its slots in order; absent for none
-    std::size_t size = 0;
+    std::size_t size = 0;                            ///< about the bytes of its XML
 };
+
+/// A member that names of custom pages can name.
 struct SlotMember {
-    std::string name;
-    std::size_t size = 0;
+    std::string name;      ///< what stands in the page's name
+    std::size_t size = 0;  ///< about the bytes of its XML, for callers that build many pages
 };
 
 namespace xml {

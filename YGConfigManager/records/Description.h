@@ -53,14 +53,15 @@ enum class Naming {
 
 /// One attribute, as its author sees it.
 struct AttributeInfo {
+    /// No bound: the lowest number of all, and as `most` its negation, the highest.
     static constexpr float lowest = std::numeric_limits<float>::lowest();
 
-    std::string_view name = {};  ///< empty for a field that no attribute gives
-    AttributeKind kind = AttributeKind::text;
-    std::string_view sentence = {};     ///< what it means, for the author of the file
-    Naming names = Naming::nothing;     ///< what the value names
-    bool defines = false;               ///< defines that name; otherwise refers to it
-    bool isRequired = false;            ///< without it the element has no effect
+    std::string_view name = {};                ///< empty for a field that no attribute gives
+    AttributeKind kind = AttributeKind::text;  ///< how the value is read
+    std::string_view sentence = {};            ///< what it means, for the author of the file
+    Naming names = Naming::nothing;            ///< what the value names
+    bool defines = false;                      ///< defines that name; otherwise refers to it
+    bool isRequired = false;                   ///< without it the element has no effect
     bool isExpected = false;            ///< a default counts without it, but it should be there
     float least = lowest;               ///< of a number; what is below counts as this
     float most = -lowest;               ///< of a number; what is above counts as this
@@ -71,8 +72,8 @@ struct AttributeInfo {
 /// One field: its name, its getter or the member itself, and how it is filled.
 template <class Getter, class Setter = std::nullptr_t>
 struct Field {
-    std::string_view name;
-    Getter getter;
+    std::string_view name;  ///< of the field, as dumps show it
+    Getter getter;          ///< a member, or an operation without arguments
     /// What stores a value read from a file, or copied; null when nothing is to be stored.
     Setter setter = nullptr;
     AttributeInfo attribute = {};

@@ -23,12 +23,15 @@ namespace yg {
 template <class Value>
 class RecordMap {
 public:
+    /// A key and what is stored under it.
     struct Entry {
-        std::string key;
-        Value value;
+        std::string key;  ///< as it was stored
+        Value value;      ///< stored last under this key
     };
+    /// Goes through the entries; ends when the map is changed.
     using const_iterator = typename std::vector<Entry>::const_iterator;
 
+    /// Whether nothing is stored, and how many keys there are.
     bool empty() const { return entries_.empty(); }
     std::size_t size() const { return entries_.size(); }
 
@@ -42,6 +45,7 @@ public:
         return slots_.empty() ? nullptr : find(*key, hash_(*key));
     }
 
+    /// Whether something is stored under exactly this key.
     bool contains(OptionalText key) const { return find(key) != nullptr; }
 
     /// Stores a value. A key that is there keeps its place in the order and gets the new value;

@@ -30,6 +30,7 @@ struct AddressShare {
     std::uint64_t numbers = 0;
     std::uint64_t ofNumbers = 1;  ///< all random numbers; not 0
 
+    /// From 0 to 1.
     double chance() const { return static_cast<double>(numbers) / static_cast<double>(ofNumbers); }
 };
 

@@ -23,6 +23,7 @@
 
 namespace yg {
 
+/// Servers in the order of their file.
 using ServerAddrList = std::vector<std::shared_ptr<YGServerAddrTag>>;
 
 class YG_EXPORT YGServerAddrListTag {

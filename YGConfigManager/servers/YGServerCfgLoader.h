@@ -33,6 +33,7 @@ namespace yg {
 
 class YG_EXPORT YGServerCfgLoader {
 public:
+    /// The servers of one type.
     using Group = std::shared_ptr<YGServerAddrListTag>;
 
     /// A loader with its file loaded; `isGray` says whether the user belongs to the grey-release

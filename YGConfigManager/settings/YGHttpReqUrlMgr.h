@@ -58,6 +58,7 @@ public:
     /// A manager without a list, which has read and started nothing.
     static std::shared_ptr<YGHttpReqUrlMgr> make(DiagnosticsSink* sink = nullptr);
 
+    /// For the library; call init() or make().
     YGHttpReqUrlMgr(Key, DiagnosticsSink* sink,
                     std::function<void(std::string url, Finish finish)> transport);
     YGHttpReqUrlMgr(const YGHttpReqUrlMgr&) = delete;
@@ -78,13 +79,14 @@ public:
 
     /// What a download of the list came to.
     struct Update {
+        /// What became of the list.
         enum class Outcome {
             newList,     ///< what came is the list now
             sameDigest,  ///< the list has the digest of what came, and stays
             overtaken,   ///< a download or a reading that began later has given a list, which stays
             failed,      ///< nothing that could be used came, and the list stays
         };
-        Outcome outcome = Outcome::failed;
+        Outcome outcome = Outcome::failed;  ///< what became of the list
         /// Why it failed, in one line. With a new list why the file could not be written, so that
         /// the next start begins with the old list. "" otherwise.
         std::string reason;

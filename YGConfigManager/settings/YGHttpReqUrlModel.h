@@ -27,6 +27,7 @@ struct Rule;
 
 class YG_EXPORT YGHttpReqUrlModel {
 public:
+    /// The entries, as JSON values or converted.
     using List = ModelList<YGHttpUrlConfigModel>;
 
     /// A list from the JSON text of a stored file or a download, its entries converted; null when

@@ -36,6 +36,7 @@ public:
     template <NumberInsteadOfText Number>
     OptionalText(Number) = delete;  // 0 is not the text "0"
 
+    /// A text, an empty one too.
     template <class Text>
     requires(std::convertible_to<const Text&, std::string_view> &&
              !std::is_pointer_v<std::decay_t<const Text&>> &&
@@ -45,6 +46,7 @@ public:
             text_ = "";
     }
 
+    /// Absent when the std::optional is empty.
     template <class Text>
     requires std::convertible_to<const Text&, OptionalText>
     constexpr OptionalText(const std::optional<Text>& text) {
@@ -57,9 +59,9 @@ public:
 
     /// The text; "" when it is absent.
     constexpr std::string_view operator*() const { return text_; }
-
     constexpr const std::string_view* operator->() const { return &text_; }
 
+    /// The text, or none.
     constexpr operator std::optional<std::string_view>() const {
         return *this ? std::optional(text_) : std::nullopt;
     }

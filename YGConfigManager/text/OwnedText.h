@@ -21,9 +21,11 @@ public:
     OwnedText() = default;
     OwnedText(std::nullopt_t) {}
 
+    /// Moved in.
     OwnedText(std::string text) noexcept : text_(std::move(text)) {}
     OwnedText(std::optional<std::string> text) noexcept : text_(std::move(text)) {}
 
+    /// Copied from whatever an OptionalText is made from.
     template <class Text>
     requires(std::convertible_to<const Text&, OptionalText> && !std::same_as<Text, std::string> &&
              !std::same_as<Text, std::optional<std::string>>) OwnedText(const Text& text) {
@@ -31,6 +33,7 @@ public:
             text_.emplace(*given);
     }
 
+    /// The text as it is kept.
     operator std::optional<std::string>() && noexcept { return std::move(text_); }
 
 private:

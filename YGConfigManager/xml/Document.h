@@ -21,6 +21,7 @@ namespace yg::xml {
 struct Decoded;
 struct ParseResult;
 
+/// What a parse keeps beside the tree.
 struct ParseOptions {
     /// Keep the text, and where in it every node and attribute stands. Copies and other trees that
     /// nodes are added to share the text.
@@ -96,6 +97,7 @@ struct ParseResult {
     /// What `error` lists; empty when the file cannot be read or memory does not suffice.
     std::vector<ParseError> errors;
 
+    /// Whether there is a document.
     explicit operator bool() const { return error.empty(); }
 };
 

@@ -59,6 +59,7 @@ public:
         Node node_;
     };
 
+    /// For a loop over the range.
     Iterator begin() const { return Iterator(first_); }
     Iterator end() const { return Iterator(Node()); }
 
@@ -92,6 +93,7 @@ public:
         RawAttribute* attribute_;
     };
 
+    /// For a loop over the range.
     Iterator begin() const { return Iterator(first_); }
     Iterator end() const { return Iterator(nullptr); }
 
@@ -134,6 +136,7 @@ public:
     /// Characters that XML cannot hold are left out.
     bool setContent(OptionalText text);
 
+    /// The children, whether there are any, and how many.
     Children children() const;
     bool hasChildren() const;
     std::size_t childCount() const;

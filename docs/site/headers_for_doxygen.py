@@ -107,7 +107,8 @@ def with_public_parts_alone(lines):
     for line in lines:
         indent = len(line) - len(line.lstrip())
         if re.match(r" *(private|protected):$", line):
-            indents.append(indent)
+            if not indents or indent != indents[-1]:
+                indents.append(indent)
         elif indents and (re.match(r" *public:$", line) and indent == indents[-1]):
             indents.pop()
         elif indents and line.strip() == "};" and indent == indents[-1]:

@@ -120,7 +120,7 @@ def with_public_parts_alone(lines):
 
 def without_plain_operations(lines):
     text = "\n".join(lines)
-    text = re.sub(r"\n +[^\n;/]*= delete;", "", text)
+    text = re.sub(r"(\n +template <[^\n]*>)?\n +[^\n;/]*= delete;[^\n]*", "", text)
     text = re.sub(r"\n +(virtual )?~?\w+\(\)( noexcept)? = default;", "", text)
     text = re.sub(r"\n +(virtual )?~\w+\(\)( override)?;", "", text)
     text = re.sub(r"\n +friend [^\n;(]*;", "", text)

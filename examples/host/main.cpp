@@ -11,10 +11,8 @@
 //   host ROOT --deliver-web-pages FILE            checks and takes new web pages
 //   host ROOT --refresh-urls HOST:PORT            gets the list of request URLs
 #include <iostream>
-#include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "YGConfigManager/host/Host.h"
@@ -87,7 +85,7 @@ int main(int argc, char** argv) {
 
     // First of all the host, since loaders ask it for paths, and log through it.
     const bool refreshes = asks(words, "--refresh-urls", 1);
-    const auto host = std::make_shared<terminal::TerminalHost>(
+    const auto host = yg::makeHost<terminal::TerminalHost>(
         root, refreshes ? std::optional(words[1]) : std::nullopt);
     yg::setHost(host);
 

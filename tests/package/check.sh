@@ -168,9 +168,9 @@ static() {
     ! readelf -d "$work/host/host" | grep -F libYGConfigManager || fail "the host wants a shared library"
 
     export PKG_CONFIG_PATH=$static/lib/pkgconfig
-    flags=$(pkg-config --cflags --libs YGConfigManager)
+    flags=$(pkg-config --cflags --libs YGConfigManager glib-2.0)
     # shellcheck disable=SC2086
-    $CXX $CXXFLAGS -std=c++20 "$SOURCE/examples/host/main.cpp" -o "$work/by_pkg_config" $flags
+    $CXX $CXXFLAGS -std=c++20 "$SOURCE"/examples/host/*.cpp -o "$work/by_pkg_config" $flags
     run_host "$work/by_pkg_config"
 }
 

@@ -6,11 +6,12 @@
 namespace yg::detail {
 
 void readModelField(const JsonValue& value, std::optional<std::string>& field) {
-    field.reset();
     if (const std::string* text = value.text())
-        field.emplace(*text);
+        field = *text;
     else if (const std::string* decimal = value.number())
-        field.emplace(*decimal);
+        field = *decimal;
+    else
+        field.reset();
 }
 
 void readModelField(const JsonValue& value, std::optional<double>& field) {

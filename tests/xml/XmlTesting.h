@@ -86,6 +86,7 @@ inline void expectSameTrees(const ParseResult& quick, const ParseResult& kept,
     EXPECT_EQ(static_cast<bool>(quick), static_cast<bool>(kept))
         << input << "\nwithout positions: " << quick.error << "\nwith positions: " << kept.error;
     EXPECT_TRUE(!isPlainText(text) || isJudgedReadable(text)) << input;
+    EXPECT_EQ(static_cast<bool>(quick), isReadable(text)) << input;
     EXPECT_EQ(static_cast<bool>(quick), static_cast<bool>(quick.document.root())) << input;
     EXPECT_EQ(static_cast<bool>(kept), static_cast<bool>(kept.document.root())) << input;
     if (!quick || !kept)

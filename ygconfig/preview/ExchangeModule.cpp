@@ -134,14 +134,12 @@ public:
 
     /// Does it; true when the client goes on to wait for changes.
     bool run() {
-        bool isClosed = false;
-        const bool isAnswered =
-            process_request(connection_, true, isClosed, [](httplib::Request& request) {
-                // Nothing is worth packing on its way to the same computer, and parts of an answer
-                // can be asked for so often that they are more than all of it.
-                request.headers.erase("Accept-Encoding");
-                request.ranges.clear();
-            });
+        const bool isAnswered = process(connection_, [](httplib::Request& request) {
+            // Nothing is worth packing on its way to the same computer, and parts of an answer
+            // can be asked for so often that they are more than all of it.
+            request.headers.erase("Accept-Encoding");
+            request.ranges.clear();
+        });
         if (isAnswered && isListener_)
             return true;
         connection_.sayGoodbye();
@@ -149,6 +147,16 @@ public:
     }
 
 private:
+    /// Newer versions of cpp-httplib also take the addresses, which nobody asks for here.
+    template <class Stream, class Prepare>
+    bool process(Stream& stream, const Prepare& prepare) {
+        bool isClosed = false;
+        if constexpr (requires { process_request(stream, true, isClosed, prepare); })
+            return process_request(stream, true, isClosed, prepare);
+        else
+            return process_request(stream, "", 0, "", 0, true, isClosed, prepare);
+    }
+
     void answer(const httplib::Request& request, httplib::Response& response) {
         if (!isFromHere(request)) {
             refuse(response, 403, "This is for pages of this address alone.\n");

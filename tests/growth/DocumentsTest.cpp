@@ -84,6 +84,23 @@ TEST_P(DocumentGrowth, IsLinear) {
     expectInProportion(large, plain, one.loader->hasPositions);
 }
 
+class PlainGrowth : public ::testing::TestWithParam<Loader> {};
+
+TEST_P(PlainGrowth, IsLinear) {
+    const Loader& loader = GetParam();
+    const MakeWork make = plainFileWork(loader.load, [&](std::size_t bytes) {
+        return documentOf(constructs().front(), loader.open, loader.close, bytes);
+    });
+    const Measured small = measure(make, 6'000);
+    const Measured large = measure(make, 48'000);
+    expectLinear(small, large);
+    const double proportion = large.perByte() / plainFor(loader).perByte();
+    EXPECT_LT(proportion, 1.0) << "plain text has no shorter way";
+}
+
+INSTANTIATE_TEST_SUITE_P(files, PlainGrowth, ::testing::ValuesIn(loaders()),
+                         [](const auto& which) { return std::string(which.param.name); });
+
 INSTANTIATE_TEST_SUITE_P(files, DocumentGrowth, ::testing::ValuesIn(cases()),
                          [](const auto& which) {
                              return std::string(which.param.loader->name) + "_" +

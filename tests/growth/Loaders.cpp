@@ -138,13 +138,23 @@ std::span<const Loader> loaders() {
     return table;
 }
 
-MakeWork fileWork(std::string (*load)(const std::string& path),
-                  std::function<std::string(std::size_t bytes)> make) {
+MakeWork plainFileWork(std::string (*load)(const std::string& path),
+                       std::function<std::string(std::size_t bytes)> make) {
     return [load, make = std::move(make)](std::size_t bytes) {
         const std::string file = make(bytes);
         const std::string path = writeFile("file.xml", file);
         return Work{file.size(), [load, path] { return load(path); }};
     };
+}
+
+MakeWork fileWork(std::string (*load)(const std::string& path),
+                  std::function<std::string(std::size_t bytes)> make) {
+    return plainFileWork(load, [make = std::move(make)](std::size_t bytes) {
+        std::string file = make(bytes);
+        if (file.starts_with('<') && !file.starts_with("<?"))
+            file.insert(0, "<?xml version='1.0'?>");
+        return file;
+    });
 }
 
 const Measured& plainLayoutLoad(bool hasPositions) {

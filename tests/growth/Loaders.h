@@ -67,6 +67,11 @@ struct Loader {
 std::span<const Loader> loaders();
 
 /// A loader's work on a file of content that is made.
+MakeWork plainFileWork(std::string (*load)(const std::string& path),
+                       std::function<std::string(std::size_t bytes)> make);
+
+/// The same with a declaration in single quotes, which has libxml2 judge the file: so two files of
+/// different sizes are read in the same way, and in the slower one.
 MakeWork fileWork(std::string (*load)(const std::string& path),
                   std::function<std::string(std::size_t bytes)> make);
 

@@ -79,7 +79,9 @@ const NamePlace* ModelPlaces::definitionOf(Naming kind, std::string_view name,
         return std::pair(place.kind, std::string_view(place.name));
     };
     const NamePlace* found = nullptr;
-    for (const NamePlace& place : namesEqual(inspection_.names(), std::pair(kind, name), key)) {
+    const std::pair wanted(kind, name);
+    const std::span<const NamePlace> equal = namesEqual(inspection_.names(), wanted, key);
+    for (const NamePlace& place : equal) {
         if (place.defines && (!file || place.file == *file))
             found = &place;
     }

@@ -49,17 +49,18 @@ CPP
 
 compile() {
     # shellcheck disable=SC2086
-    LC_ALL=C $CXX $CXXFLAGS -std=c++20 -Wall -Wextra -fsyntax-only -I "$SOURCE" -I "$work" "$1" \
-        >"$work/output" 2>&1
+    LC_ALL=C $CXX $CXXFLAGS -std=c++20 -Wall -Wextra -I "$SOURCE" "${@:2}" "$1" >"$work/output" 2>&1
 }
+
+compile "$work/begin.h" -x c++-header -o "$work/begin.h.gch" || { cat "$work/output"; exit 1; }
 
 # mistake NAME SAID WRONG RIGHT [BEFORE]: WRONG and RIGHT are the body of a function, BEFORE what
 # stands before it. An expression in SAID matches what the compiler prints.
 mistake() {
     count=$((count + 1))
     local file=$work/$1.cpp first
-    printf '#include "begin.h"\n%s\nvoid use() {\n    %s\n}\n' "${5:-}" "$3" >"$file"
-    compile "$file"
+    printf '%s\nvoid use() {\n    %s\n}\n' "${5:-}" "$3" >"$file"
+    compile "$file" -fsyntax-only -include "$work/begin.h"
     first=$(grep -E '(error|warning): ' "$work/output" | head -n 1)
     if [[ $first != "$file:"* ]] || ! grep -E -- "$2" "$work/output" >/dev/null; then
         failed=$((failed + 1))
@@ -74,7 +75,7 @@ model() {
     printf '        return std::tuple{yg::ModelField{"title", &Book::title}};\n    }\n    %s\n};\n' "$1"
 }
 
-echo '#include "begin.h"' >"$work/right.cpp"
+true >"$work/right.cpp"
 
 mistake host_without_an_operation 'ImplementsEveryOperation' \
     'yg::setHost(yg::makeHost<Unfinished>());' \
@@ -135,7 +136,7 @@ mistake absent_text_as_a_text 'std::optional<' \
     'std::string name = yg::StyleConfigInfo().styleName();' \
     'std::string name = yg::StyleConfigInfo().styleName().value_or("");'
 
-if ! compile "$work/right.cpp"; then
+if ! compile "$work/right.cpp" -fsyntax-only -include "$work/begin.h"; then
     failed=$((failed + 1))
     echo '-- what is right does not compile:'
     head -n 40 "$work/output"

@@ -24,6 +24,15 @@ fail() {
     exit 1
 }
 
+# A folder beside the build: sources have the same relative paths from there, by which the compiler
+# cache knows what the build has compiled.
+build_beside() {
+    beside=$BUILD-$1
+    trap 'rm -rf "$beside"' EXIT
+    rm -rf "$beside"
+    export CCACHE_BASEDIR=$SOURCE CCACHE_NOHASHDIR=1
+}
+
 # Runs the example host on a layout of one page with one magic slot.
 run_host() {
     mkdir -p "$work/root/config" "$work/root/soft_optimize"
@@ -157,7 +166,8 @@ sbom() {
 
 static() {
     local static=$work/prefix flags
-    "$CMAKE" -DPORT="$SOURCE/packaging/vcpkg/ygconfigmanager" -DWORK="$work/build" -DPREFIX="$static" \
+    build_beside static
+    "$CMAKE" -DPORT="$SOURCE/packaging/vcpkg/ygconfigmanager" -DWORK="$beside" -DPREFIX="$static" \
         -DGENERATOR="$CMAKE_GENERATOR" -DCOMPILER="$CXX" -DWERROR="$WERROR" \
         -P "$SOURCE/tests/package/vcpkg.cmake"
     [ -f "$static/lib/libYGConfigManager.a" ] || fail "the archive is not installed"
@@ -193,16 +203,17 @@ recipes() {
 }
 
 subproject() {
-    "$CMAKE" -S "$SOURCE/tests/package/subproject" -B "$work/build" -DYG_SOURCE="$SOURCE" \
+    build_beside subproject
+    "$CMAKE" -S "$SOURCE/tests/package/subproject" -B "$beside" -DYG_SOURCE="$SOURCE" \
         -DCMAKE_BUILD_TYPE=Release -DYG_WARNINGS_AS_ERRORS="$WERROR" \
         -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)"
-    "$CMAKE" --build "$work/build"
-    run_host "$work/build/host"
+    "$CMAKE" --build "$beside"
+    run_host "$beside/host"
     # The same by FetchContent, of sources that are there; nothing is compiled another time.
-    "$CMAKE" -S "$SOURCE/tests/package/subproject" -B "$work/build" -DBY_FETCHCONTENT=ON \
+    "$CMAKE" -S "$SOURCE/tests/package/subproject" -B "$beside" -DBY_FETCHCONTENT=ON \
         -DFETCHCONTENT_FULLY_DISCONNECTED=ON -DFETCHCONTENT_SOURCE_DIR_YGCONFIGMANAGER="$SOURCE"
-    "$CMAKE" --build "$work/build"
-    run_host "$work/build/host"
+    "$CMAKE" --build "$beside"
+    run_host "$beside/host"
 }
 
 "$1"

@@ -189,10 +189,10 @@ private:
                 }
             }
         });
-        for (const auto& [type, name] : servers)
+        for (const auto& each : servers)
             questions_.push_back(
-                {"server " + std::to_string(type) + " " + name,
-                 [this, type = type, name = name] { return explainer_.server(type, name, false); },
+                {"server " + std::to_string(each.first) + " " + each.second,
+                 [this, each] { return explainer_.server(each.first, each.second, false); },
                  nullptr});
     }
 

@@ -73,12 +73,12 @@ TEST_F(SettingsMemory, AnItemIsStoredOrNothingChanges) {
     prepare();
     const std::string stored = text + "new";
     const std::string before = "0" + store->docment().serialise(xml::Form::plain);
-    for (const auto& [section, item] :
+    for (const auto& [sectionName, itemName] :
          {std::pair("a", "b"), {"a", "c"}, {"new", "c"}, {"*", "b"}}) {
-        const auto set = [&, section = section, item = item] {
+        const auto set = [&, section = sectionName, item = itemName] {
             return store->setConfigItem(section, item, text, stored);
         };
-        const auto textOf = [&, section = section, item = item](bool isChanged) {
+        const auto textOf = [&, section = sectionName, item = itemName](bool isChanged) {
             const std::string document = store->docment().serialise(xml::Form::plain);
             const std::string file = contentOf("app.xml");
             EXPECT_TRUE(file == fileBefore || file == store->docment().serialise(xml::Form::pretty))
@@ -106,12 +106,12 @@ TEST_F(SettingsMemory, AStoreThatMergesLosesNothing) {
         EXPECT_TRUE(open()->setConfigItem("a", "other", "", text));
     };
     const std::string stored = text + "new";
-    for (const auto& [section, item] :
+    for (const auto& [sectionName, itemName] :
          {std::pair("a", "b"), {"a", "c"}, {"new", "c"}, {"*", "b"}}) {
-        const auto set = [&, section = section, item = item] {
+        const auto set = [&, section = sectionName, item = itemName] {
             return store->setConfigItem(section, item, text, stored);
         };
-        const auto textOf = [&, section = section, item = item](bool isChanged) {
+        const auto textOf = [&, section = sectionName, item = itemName](bool isChanged) {
             EXPECT_EQ(open()->getItemText("a", "other"), text);
             EXPECT_EQ(store->getItemText(section, item) == stored, isChanged);
             EXPECT_TRUE(store->setConfigItem("a", "after", "", text));

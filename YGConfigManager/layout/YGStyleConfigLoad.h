@@ -50,7 +50,7 @@ struct PageTemplate {
 
 /// A member that names of custom pages can name.
 struct SlotMember {
-    std::string name;      ///< what stands in the page's name
+    std::string name;      ///< as written in the page's name
     std::size_t size = 0;  ///< about the bytes of its XML, for callers that build many pages
 };
 

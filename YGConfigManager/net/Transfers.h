@@ -79,7 +79,7 @@ private:
 
     const HttpGetOptions& options_;
     const std::atomic<bool>& isStopping_;
-    std::optional<std::string> missing_;  // why there is no libcurl
+    std::optional<std::string> missing_;  // why libcurl cannot be used
     CURLM* multi_ = nullptr;
     curl_slist* headers_ = nullptr;
     const int wakeUp_;  // -1 if the system has none

@@ -80,7 +80,8 @@ private:
         return isThere;
     }
 
-    /// None, or one of the usual form; what else begins so is no start tag.
+    /// Accepts a missing declaration and one of the usual form. Any other is refused by what
+    /// follows, since it does not begin like a start tag.
     bool passDeclaration() {
         if (!pass("<?xml version=\"1.0\""))
             return true;

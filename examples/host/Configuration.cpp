@@ -53,7 +53,7 @@ bool printPage(const yg::YGStyleConfigLoad& layout, const std::string& name) {
     // record; copy it before you change anything.
     const std::shared_ptr<yg::StyleConfigInfo> page = layout.loadStyleConfigInfoWithName(name);
     if (!page) {
-        std::cerr << "There is no page " << name << ".\n";
+        std::cerr << "No page is named " << name << ".\n";
         return false;
     }
     std::cout << page->styleName().value_or("(no name)") << '\n';

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/text/Utf8.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -36,7 +37,11 @@ Lead leadOf(unsigned byte) {
 
 /// The size of the valid sequence of several bytes that the text begins with, 0 if there is none.
 std::size_t sequenceSize(std::string_view text) {
-    const Lead lead = leadOf(byteAt(text, 0));
+    // Most characters have three bytes, and nearly all leads of such take whatever follows.
+    const unsigned first = byteAt(text, 0);
+    if (first > 0xE0 && first < 0xED && text.size() >= 3)
+        return isContinuation(byteAt(text, 1)) && isContinuation(byteAt(text, 2)) ? 3 : 0;
+    const Lead lead = leadOf(first);
     if (lead.size == 0 || text.size() < lead.size || byteAt(text, 1) < lead.lowest ||
         byteAt(text, 1) > lead.highest)
         return 0;
@@ -49,28 +54,42 @@ std::size_t sequenceSize(std::string_view text) {
 
 constexpr std::uint64_t highestBits = 0x8080808080808080U;
 
-bool isAsciiWord(const char* bytes) {
+std::uint64_t highestBitsAt(std::string_view text, std::size_t at) {
     std::uint64_t word;
-    std::memcpy(&word, bytes, sizeof word);
-    return (word & highestBits) == 0;
+    std::memcpy(&word, text.data() + at, sizeof word);
+    return word & highestBits;
+}
+
+/// The first byte of eight that is not zero, from 0.
+std::size_t firstByte(std::uint64_t word) {
+    const bool isLittle = std::endian::native == std::endian::little;
+    return static_cast<std::size_t>(isLittle ? std::countr_zero(word) : std::countl_zero(word)) / 8;
+}
+
+/// The first byte from `at` on that is not ASCII; the size of the text if there is none.
+std::size_t behindAscii(std::string_view text, std::size_t at) {
+    for (; text.size() - at >= 16; at += 16) {
+        if (const std::uint64_t word = highestBitsAt(text, at))
+            return at + firstByte(word);
+        if (const std::uint64_t word = highestBitsAt(text, at + 8))
+            return at + 8 + firstByte(word);
+    }
+    while (at < text.size() && byteAt(text, at) < 0x80)
+        ++at;
+    return at;
 }
 
 }  // namespace
 
 std::size_t validUtf8Prefix(std::string_view text) {
-    std::size_t at = 0;
+    std::size_t at = behindAscii(text, 0);
     while (at < text.size()) {
-        if (byteAt(text, at) >= 0x80) {
-            const std::size_t size = sequenceSize(text.substr(at));
-            if (size == 0)
-                return at;
-            at += size;
-            continue;
-        }
-        while (text.size() - at >= sizeof(std::uint64_t) && isAsciiWord(text.data() + at))
-            at += sizeof(std::uint64_t);
-        while (at < text.size() && byteAt(text, at) < 0x80)
-            ++at;
+        const std::size_t size = sequenceSize(text.substr(at));
+        if (size == 0)
+            break;
+        at += size;
+        if (at < text.size() && byteAt(text, at) < 0x80)
+            at = behindAscii(text, at);
     }
     return at;
 }

@@ -51,8 +51,17 @@ const char* behind(Kind kind, const char* at) {
 }
 
 struct Name {
-    std::string_view text;
-    std::uint32_t tag = 0;  ///< the last that has an attribute of the name
+    std::uint64_t first;  ///< eight bytes, or all of a shorter one
+    std::uint64_t last;   ///< eight bytes; 0 of a shorter one
+    const char* begin;
+    std::size_t size;
+    std::uint32_t tag;  ///< the last that has an attribute of the name
+
+    std::string_view text() const { return {begin, size}; }
+    bool operator==(const Name& other) const {
+        return first == other.first && last == other.last && size == other.size &&
+               (size <= 16 || text() == other.text());
+    }
 };
 
 /// Goes through a text. What passes something is false where that is not there.
@@ -120,7 +129,7 @@ private:
     }
 
     bool passEndTag() {
-        const bool isRight = pass(open_[--depth_]);
+        const bool isRight = pass(open_[--depth_]->text());
         at_ = behind(blank, at_);
         return isRight && pass(">");
     }
@@ -147,7 +156,7 @@ private:
             return true;
         if (depth_ == most)
             return false;
-        open_[depth_++] = name->text;
+        open_[depth_++] = name;
         return pass(">");
     }
 
@@ -156,40 +165,44 @@ private:
         const char* const begin = at_;
         if (!is(nameStart, *begin) || pass("xml"))
             return nullptr;
-        at_ = behind(inName, begin);
+        at_ = behind(inName, begin + 1);
         const auto size = static_cast<std::size_t>(at_ - begin);
-        return size <= longestName ? nameOf({begin, size}) : nullptr;
+        return size <= longestName ? nameOf(begin, size) : nullptr;
     }
 
     /// Always the same object for the same name. It is found by its first and its last bytes.
-    Name* nameOf(std::string_view text) {
+    Name* nameOf(const char* begin, std::size_t size) {
         std::uint64_t first = 0;
-        std::uint64_t last = text.size();
-        end_ - text.data() < 8 ? std::memcpy(&first, text.data(), text.size())
-                               : std::memcpy(&first, text.data(), 8);
-        if (text.size() >= 8)
-            std::memcpy(&last, text.data() + text.size() - 8, 8);
+        std::uint64_t last = 0;
+        end_ - begin < 8 ? std::memcpy(&first, begin, size) : std::memcpy(&first, begin, 8);
+        if (size >= 8)
+            std::memcpy(&last, begin + size - 8, 8);
         else  // without what is behind the name
-            first = std::endian::native == std::endian::little ? first << (64 - 8 * text.size())
-                                                               : first >> (64 - 8 * text.size());
+            first = std::endian::native == std::endian::little ? first << (64 - 8 * size)
+                                                               : first >> (64 - 8 * size);
+        const Name name{first, last, begin, size, 0};
         const std::size_t at = ((first ^ last * 31) * 0x9E3779B97F4A7C15) >> 54;
         for (std::size_t i = at; i < at + 8; ++i) {
-            Name& name = names_[i % names_.size()];
-            if (name.text == text)
-                return &name;
-            if (name.text.empty()) {
-                name.text = text;
-                return ++nameCount_ <= mostNames ? &name : nullptr;
+            std::uint16_t& slot = slots_[i % slots_.size()];
+            if (slot == 0) {
+                if (nameCount_ == mostNames)
+                    return nullptr;
+                names_[nameCount_] = name;
+                slot = ++nameCount_;
             }
+            if (names_[slot - 1] == name)
+                return &names_[slot - 1];
         }
         return nullptr;
     }
 
     const char* at_;
     const char* end_;
-    std::array<Name, 1024> names_;
-    std::size_t nameCount_ = 0;
-    std::array<std::string_view, most> open_;  ///< the elements that have begun
+    // Most files are small, so what is not used yet is left as it is.
+    std::array<std::uint16_t, 1024> slots_{};  ///< numbers of names from 1 on; 0 for none
+    std::array<Name, mostNames> names_;
+    std::uint16_t nameCount_ = 0;
+    std::array<const Name*, most> open_;  ///< the elements that have begun
     std::size_t depth_ = 0;
     std::uint32_t tag_ = 0;
 };

@@ -463,10 +463,8 @@ private:
             if (definingAttributes_.contains(attribute.name))
                 noteNames(attribute.value, at);
         }
-        for (const xml::Node& child : element.children()) {
-            if (child.isElement())
-                noteLost(xml::Element(child), at);
-        }
+        for (const xml::Element& child : element.elements())
+            noteLost(child, at);
     }
 
     const std::vector<Found>& found_;

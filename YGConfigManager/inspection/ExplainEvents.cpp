@@ -53,8 +53,7 @@ std::vector<xml::Element> withTemplates(Explanation& explanation, const Trace& t
     while (!pending.empty()) {
         const xml::Element section = pending.front();
         pending.pop_front();
-        for (const xml::Node& child : section.children()) {
-            const xml::Element include(child);
+        for (const xml::Element& include : section.elements()) {
             const std::string name(include.attribute("src").value_or(""));
             if (!trace.isCounted(include, "src") || !known.insert(name).second)
                 continue;

@@ -196,12 +196,12 @@ Explanation Explainer::setting(OptionalText file, OptionalText section, Optional
         std::vector<Trace::Definition> items;
         for (const auto& [each, parsed] : trace.parsed()) {
             names = settingsNames(parsed.document, each);
-            for (const xml::Node& inRoot : parsed.document.root().children()) {
-                if (inRoot.name() != *section || !inRoot.isElement())
+            for (const xml::Element& inRoot : parsed.document.root().elements()) {
+                if (inRoot.name() != *section)
                     continue;
-                for (const xml::Node& inSection : xml::Element(inRoot).children()) {
-                    if (inSection.name() == *item && inSection.isElement())
-                        items.push_back(trace.judged(xml::Element(inSection), {}));
+                for (const xml::Element& inSection : inRoot.elements()) {
+                    if (inSection.name() == *item)
+                        items.push_back(trace.judged(inSection, {}));
                 }
             }
         }

@@ -102,11 +102,9 @@ void addLostContent(RootFinding& made, const Finding& finding, const SourceFiles
     const auto around = files.file(made.file).elementsAt(finding.extent.begin);
     if (around.empty() || around.back().place() != finding.extent)
         return;
-    for (const xml::Node& child : around.back().children()) {
-        if (child.isElement())
-            made.consequences.push_back(rootPlace(files, child.place().value_or(Place()),
-                                                  "This is lost with the element around it."));
-    }
+    for (const xml::Element& child : around.back().elements())
+        made.consequences.push_back(rootPlace(files, child.place().value_or(Place()),
+                                              "This is lost with the element around it."));
 }
 
 std::vector<NamePlace> namePlaces(const std::vector<NameUse>& uses, const SourceFiles& files) {

@@ -118,8 +118,8 @@ void PageNames::readTemplates() {
         // Without the optimized file the loader has no templates at all.
         if (!root)
             return;
-        for (const xml::Node& child : root.children())
-            readTemplate(xml::Element(child));
+        for (const xml::Element& style : root.elements())
+            readTemplate(style);
     }
 }
 

@@ -93,10 +93,8 @@ TextPoint SourceFile::Spot::beginning() {
 SourceFile::Spot* SourceFile::Spot::lastBefore(const TextPoint& point) {
     if (!content) {
         content.emplace();
-        for (const xml::Node& child : element.children()) {
-            if (child.isElement())
-                content->push_back({xml::Element(child)});
-        }
+        for (const xml::Element& child : element.elements())
+            content->push_back({child});
     }
     const auto behind = std::ranges::upper_bound(*content, point, {}, &Spot::beginning);
     return behind == content->begin() ? nullptr : &behind[-1];

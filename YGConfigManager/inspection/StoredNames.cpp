@@ -132,13 +132,9 @@ std::optional<StoredNames> requestUrlNames(std::string_view bytes, std::string_v
 
 StoredNames settingsNames(const xml::Document& document, std::string_view path) {
     Collected collected;
-    for (const xml::Node& section : document.root().children()) {
-        if (!section.isElement())
-            continue;
-        for (const xml::Node& item : xml::Element(section).children()) {
-            if (!item.isElement())
-                continue;
-            Place place = xml::Element(item).tagPlace().value_or(Place());
+    for (const xml::Element& section : document.root().elements()) {
+        for (const xml::Element& item : section.elements()) {
+            Place place = item.tagPlace().value_or(Place());
             place.file = path;
             collected.add({"setting", std::string(section.name()), std::string(item.name()),
                            std::move(place)});

@@ -565,10 +565,8 @@ private:
         if (!found.empty()) {
             thing.element = xml::Element(found.front());
             std::vector<xml::Element> elements;
-            for (const xml::Node& child : thing.element.children()) {
-                if (child.isElement())
-                    elements.emplace_back(child);
-            }
+            for (const xml::Element& child : thing.element.elements())
+                elements.push_back(child);
             const auto offers = serverOffers(thing.element);
             for (std::size_t at = 0; at < offers.size(); ++at)
                 addEntry(entries, offers[at], at < elements.size() ? elements[at] : xml::Element());

@@ -64,11 +64,8 @@ void forEachDefinition(const xml::Element& element, const ElementInfo* info, Nam
         if (row && row->defines && row->names == kind)
             visit(element, *row, attribute.value);
     }
-    for (const xml::Node& child : element.children()) {
-        if (child.isElement())
-            forEachDefinition(xml::Element(child), info ? infoIn(*info, child.name()) : nullptr,
-                              kind, visit);
-    }
+    for (const xml::Element& child : element.elements())
+        forEachDefinition(child, info ? infoIn(*info, child.name()) : nullptr, kind, visit);
 }
 
 std::string withLayer(const std::string& what, const std::string& layer) {

@@ -138,8 +138,7 @@ std::vector<PageTemplate> YGStyleConfigLoad::templates() const {
         std::vector<PageTemplate> found;
         RecordMap<bool> known;
         for (const xml::Element& root : tables_.templateRoots) {
-            for (const xml::Node& child : root.children()) {
-                const xml::Element style(child);
+            for (const xml::Element& style : root.elements()) {
                 const auto name = style.attribute("name");
                 if (style.name() != "style" || !name || name->find('-') != std::string_view::npos ||
                     known.set(*name, true))
@@ -176,15 +175,13 @@ std::vector<SlotMember> YGStyleConfigLoad::slotMembers(OptionalText group) const
 
 void YGStyleConfigLoad::keepMagicMembers(const xml::Element& expanded) {
     tables_.magicMembers = {};
-    for (const xml::Node& child : expanded.children()) {
-        const xml::Element group(child);
+    for (const xml::Element& group : expanded.elements()) {
         const auto groupName = group.attribute("name");
         if (group.name() != "magic_panels" || !groupName ||
             tables_.magicMembers.contains(*groupName))
             continue;
         RecordMap<xml::Node> members;
-        for (const xml::Node& inGroup : group.children()) {
-            const xml::Element member(inGroup);
+        for (const xml::Element& member : group.elements()) {
             const auto name = member.attribute("name");
             // The first child of whatever kind: a member that begins with a comment gives that.
             if (member.name() == "magic_panel" && name && !members.contains(*name))
@@ -255,11 +252,8 @@ xml::Element YGStyleConfigLoad::searchNodeWithNodeName(OptionalText nodeName,
                                                        const xml::Element& rootElement) {
     if (!attributeName)
         return {};
-    for (const xml::Node& child : rootElement.children()) {
-        if (child.name() != *nodeName || !child.isElement())
-            continue;
-        xml::Element element(child);
-        if (element.attribute("name") == *attributeName)
+    for (const xml::Element& element : rootElement.elements()) {
+        if (element.name() == *nodeName && element.attribute("name") == *attributeName)
             return element;
     }
     return {};

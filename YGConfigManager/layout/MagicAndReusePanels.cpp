@@ -108,19 +108,19 @@ std::shared_ptr<PanelMap> YGStyleConfigLoad::readMagicGroup(Entry& group,
 
 xml::Element YGStyleConfigLoad::loadMagicPanelsConfigWithMagicPath(OptionalText magicPath,
                                                                    OptionalText reusePath) const {
-    return guardedLoad([&] { return expandMagicPanels(magicPath, reusePath); });
+    return guardedLoad([&] {
+        const xml::Element magicRoot = rootOf(magicPath);
+        xml::Element expanded(magicRoot.copy());
+        expandMagicPanels(expanded, rootOf(reusePath));
+        return expanded;
+    });
 }
 
-xml::Element YGStyleConfigLoad::expandMagicPanels(std::optional<std::string_view> magicPath,
-                                                  std::optional<std::string_view> reusePath) const {
-    const xml::Element magicRoot = rootOf(magicPath);
-    const xml::Element reuseRoot = rootOf(reusePath);
-    xml::Element expanded(magicRoot.copy());
-
+void YGStyleConfigLoad::expandMagicPanels(const xml::Element& magicRoot,
+                                          const xml::Element& reuseRoot) const {
     // The first definition of a name counts here, unlike in the records.
     RecordMap<xml::Element> definitions;
-    for (const xml::Node& child : reuseRoot.children()) {
-        const xml::Element element(child);
+    for (const xml::Element& element : reuseRoot.elements()) {
         if (element.name() != "reuse_panel")
             continue;
         const auto name = element.attribute("name");
@@ -131,7 +131,7 @@ xml::Element YGStyleConfigLoad::expandMagicPanels(std::optional<std::string_view
     // Collected before anything is replaced, so references inside an inserted definition stay.
     const xml::Query references("descendant::reuse_panel");
     RecordMap<Extent> extents;
-    for (const xml::Node& node : expanded.query(references)) {
+    for (const xml::Node& node : magicRoot.query(references)) {
         xml::Element reference(node);
         const auto name = reference.attribute("name");
         const xml::Element* definition = name ? definitions.find(*name) : nullptr;
@@ -144,7 +144,6 @@ xml::Element YGStyleConfigLoad::expandMagicPanels(std::optional<std::string_view
         else
             reportOn(reference, "expansion-limit"_rule, "name", *name);
     }
-    return expanded;
 }
 
 namespace {

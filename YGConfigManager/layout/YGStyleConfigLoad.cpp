@@ -119,8 +119,14 @@ void YGStyleConfigLoad::loadAll(std::optional<std::string_view> styleConfigPath,
     }
     tables_.tabStyleInfos = readStyles(tabStylePath, false, tabPlaces);
     keepTemplates(softStylePath, styleConfigPath);
-    keepMagicMembers(expandMagicPanels(magicPanelPath, reusePath));
+    xml::Element magicRoot = rootOf(magicPanelPath);
+    const xml::Element reuseRoot = rootOf(reusePath);
     files_.reset();
+    // A sink may keep it, and one file may be given for another, too.
+    if (!magicRoot.keepsTreeAlone())
+        magicRoot = xml::Element(magicRoot.copy());
+    expandMagicPanels(magicRoot, reuseRoot);
+    keepMagicMembers(magicRoot);
 }
 
 std::shared_ptr<const StyleMap> YGStyleConfigLoad::loadConfig(OptionalText path,
@@ -227,10 +233,8 @@ xml::Element YGStyleConfigLoad::loadStyleConfigWithBasePath(OptionalText basePat
         xml::Element merged(base.copy());
         if (!merged)
             return {};
-        for (const xml::Node& child : extension.children()) {
-            if (child.isElement())
-                merged.appendChild(child);
-        }
+        for (const xml::Element& child : extension.elements())
+            merged.appendChild(child);
         return merged;
     });
 }

@@ -259,8 +259,7 @@ private:
     void placeMagicPanel(Entry& slot, const Around& around) const;
     void placeReusePanel(Entry& reference, const Around& around) const;
     bool mayPlace(const PanelConfigInfo& panel) const;
-    xml::Element expandMagicPanels(std::optional<std::string_view> magicPath,
-                                   std::optional<std::string_view> reusePath) const;
+    void expandMagicPanels(const xml::Element& magicRoot, const xml::Element& reuseRoot) const;
     void keepTemplates(std::optional<std::string_view> basePath,
                        std::optional<std::string_view> extPath);
     void keepMagicMembers(const xml::Element& expanded);

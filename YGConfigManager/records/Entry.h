@@ -70,15 +70,21 @@ public:
     template <class Visit>
     void forEachElement(Visit&& visit) {
         beginContent();
-        for (const xml::Node& child : element_.children()) {
-            if (!child.isElement()) {
-                if (account_)
-                    account_->reportText(child);
-                continue;
-            }
+        const auto read = [&](const xml::Element& child) {
             Entry entry(account_ ? &account_->reporter : nullptr, child);
             visit(entry);
             entry.end();
+        };
+        if (!account_) {
+            for (const xml::Element& child : element_.elements())
+                read(child);
+            return;
+        }
+        for (const xml::Node& child : element_.children()) {
+            if (child.isElement())
+                read(xml::Element(child));
+            else if (account_)
+                account_->reportText(child);
         }
     }
 
@@ -178,7 +184,7 @@ private:
         bool isContentRead = false;
     };
 
-    Entry(const Reporter* reporter, const xml::Node& node) : element_(node) {
+    Entry(const Reporter* reporter, const xml::Element& element) : element_(element) {
         if (reporter && *reporter)
             account_.emplace(*reporter);
     }
@@ -197,7 +203,7 @@ private:
         account_->endContent(element_);
     }
 
-    xml::Element element_;
+    const xml::Element& element_;
     std::optional<Account> account_;
 };
 

@@ -104,13 +104,12 @@ std::vector<xml::Node> serverGroups(const xml::Element& root, std::uint64_t serv
     std::vector<xml::Node> groups;
     if (top.name() != "application")
         return groups;
-    for (const xml::Node& child : top.children()) {
-        const xml::Element group(child);
+    for (const xml::Element& group : top.elements()) {
         if (group.name() != "server")
             continue;
         const auto type = group.attribute("type");
         if (type && isServerType(*type, serverType))
-            groups.push_back(child);
+            groups.push_back(group);
     }
     return groups;
 }

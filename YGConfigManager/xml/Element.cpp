@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "YGConfigManager/xml/Element.h"
 
+#include <bit>
 #include <string>
 #include <utility>
 
@@ -19,11 +20,11 @@ pugi::xml_node blankContent(pugi::xml_node element) {
 }
 
 pugi::xml_attribute rawAttribute(RawAttribute* attribute) {
-    return pugi::xml_attribute(reinterpret_cast<pugi::xml_attribute_struct*>(attribute));
+    return std::bit_cast<pugi::xml_attribute>(attribute);
 }
 
 RawAttribute* handle(pugi::xml_attribute attribute) {
-    return reinterpret_cast<RawAttribute*>(attribute.internal_object());
+    return std::bit_cast<RawAttribute*>(attribute);
 }
 
 pugi::xml_attribute findAttribute(pugi::xml_node node, std::string_view name) {
@@ -34,11 +35,6 @@ pugi::xml_attribute findAttribute(pugi::xml_node node, std::string_view name) {
 }
 
 }  // namespace
-
-Children::Iterator& Children::Iterator::operator++() {
-    node_.node_ = Tree::handle(firstChildFrom(Tree::raw(node_).next_sibling()));
-    return *this;
-}
 
 Attribute Attributes::Iterator::operator*() const {
     const pugi::xml_attribute attribute = rawAttribute(attribute_);
@@ -140,6 +136,10 @@ bool Element::setContent(OptionalText text) {
     return true;
 }
 
+Elements Element::elements() const {
+    return Elements(firstElementChild());
+}
+
 Children Element::children() const {
     return Children(firstChild());
 }
@@ -163,11 +163,8 @@ Node Element::firstChild() const {
 }
 
 Element Element::firstElementChild() const {
-    for (pugi::xml_node child : Tree::raw(*this).children()) {
-        if (child.type() == pugi::node_element)
-            return {tree_, Tree::handle(child)};
-    }
-    return {};
+    const pugi::xml_node first = firstElementFrom(Tree::raw(*this).first_child());
+    return first ? Tree::element(tree_, first) : Element();
 }
 
 Node Element::childAt(std::size_t index) const {

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -34,40 +35,48 @@ struct Attribute {
     std::string_view value;  ///< entities resolved, never trimmed
 };
 
-/// The children of an element in document order. White space alone is not a child. Changing the
-/// tree while going through it is not supported: collect the children first.
-class YG_EXPORT Children {
+/// The children of an element in document order, each as a `Held`: all of them as nodes, or those
+/// that are elements. White space alone is not a child. Changing the tree while going through it is
+/// not supported: collect the children first.
+template <class Held>
+class ChildRange {
 public:
-    class YG_EXPORT Iterator {
+    class Iterator {
     public:
         using iterator_category = std::input_iterator_tag;
-        using value_type = Node;
+        using value_type = Held;
         using difference_type = std::ptrdiff_t;
-        using pointer = const Node*;
-        using reference = const Node&;
+        using pointer = const Held*;
+        using reference = const Held&;
 
-        const Node& operator*() const { return node_; }
-        const Node* operator->() const { return &node_; }
-        Iterator& operator++();
+        const Held& operator*() const { return held_; }
+        const Held* operator->() const { return &held_; }
+        Iterator& operator++() {
+            std::is_same_v<Held, Node> ? held_.moveToNext() : held_.moveToNextElement();
+            return *this;
+        }
         friend bool operator==(const Iterator& left, const Iterator& right) {
-            return left.node_ == right.node_;
+            return left.held_ == right.held_;
         }
 
     private:
-        friend class Children;
-        explicit Iterator(Node node) : node_(std::move(node)) {}
-        Node node_;
+        friend class ChildRange;
+        explicit Iterator(Held held) : held_(std::move(held)) {}
+        Held held_;
     };
 
     /// For a loop over the range.
     Iterator begin() const { return Iterator(first_); }
-    Iterator end() const { return Iterator(Node()); }
+    Iterator end() const { return Iterator(Held()); }
 
 private:
     friend class Element;
-    explicit Children(Node first) : first_(std::move(first)) {}
-    Node first_;
+    explicit ChildRange(Held first) : first_(std::move(first)) {}
+    Held first_;
 };
+
+using Children = ChildRange<Node>;
+using Elements = ChildRange<Element>;
 
 /// The attributes of an element in their order, namespace declarations included. Keeps the tree
 /// alive; its iterators and what they answer do not.
@@ -136,7 +145,10 @@ public:
     /// Characters that XML cannot hold are left out.
     bool setContent(OptionalText text);
 
-    /// The children, whether there are any, and how many.
+    /// The children that are elements.
+    Elements elements() const;
+
+    /// The children of whatever kind, whether there are any, and how many.
     Children children() const;
     bool hasChildren() const;
     std::size_t childCount() const;
@@ -184,6 +196,8 @@ public:
 private:
     friend class Node;
     friend class Document;
+    template <class>
+    friend class ChildRange;
     friend struct Tree;
 
     /// Before `next`, or as the last child when that is empty.

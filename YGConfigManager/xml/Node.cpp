@@ -74,6 +74,14 @@ Node Node::nextSibling() const {
     return parent() ? Tree::node(tree_, firstChildFrom(Tree::raw(*this).next_sibling())) : Node();
 }
 
+void Node::moveToNext() {
+    node_ = Tree::handle(firstChildFrom(Tree::raw(*this).next_sibling()));
+}
+
+void Node::moveToNextElement() {
+    node_ = Tree::handle(firstElementFrom(Tree::raw(*this).next_sibling()));
+}
+
 Node Node::copy() const {
     if (!node_)
         return {};

@@ -79,6 +79,9 @@ public:
     /// The next child of the same parent; empty after the last.
     Node nextSibling() const;
 
+    /// Whether no other handle or document has the tree; true for an empty handle.
+    bool keepsTreeAlone() const { return tree_.use_count() < 2; }
+
     /// A deep copy at the top of a tree of its own; empty for an empty handle.
     Node copy() const;
 
@@ -102,9 +105,14 @@ public:
 
 protected:
     friend class Document;
-    friend class Children;
+    template <class>
+    friend class ChildRange;
     friend struct Tree;
     Node(std::shared_ptr<Tree> tree, RawNode* node) : tree_(std::move(tree)), node_(node) {}
+
+    /// Along the children of an element, to none after the last.
+    void moveToNext();
+    void moveToNextElement();
 
     std::shared_ptr<Tree> tree_;
     RawNode* node_ = nullptr;

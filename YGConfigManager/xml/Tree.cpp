@@ -89,7 +89,13 @@ bool isChild(pugi::xml_node node) {
 }
 
 pugi::xml_node firstChildFrom(pugi::xml_node node) {
-    while (node && !isChild(node))
+    while (!isChild(node) && node)
+        node = node.next_sibling();
+    return node;
+}
+
+pugi::xml_node firstElementFrom(pugi::xml_node node) {
+    while (node.type() != pugi::node_element && node)
         node = node.next_sibling();
     return node;
 }

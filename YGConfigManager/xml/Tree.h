@@ -8,6 +8,7 @@
 // child of `keep` is the top of a tree of its own.
 #pragma once
 
+#include <bit>
 #include <memory>
 #include <new>
 #include <optional>
@@ -68,12 +69,11 @@ struct Tree {
 
     bool isBuiltInPlace() const { return !inPlace.empty(); }
 
+    /// pugixml's own constructor is a call into another library.
     static pugi::xml_node raw(const Node& node) {
-        return pugi::xml_node(reinterpret_cast<pugi::xml_node_struct*>(node.node_));
+        return std::bit_cast<pugi::xml_node>(node.node_);
     }
-    static RawNode* handle(pugi::xml_node node) {
-        return reinterpret_cast<RawNode*>(node.internal_object());
-    }
+    static RawNode* handle(pugi::xml_node node) { return std::bit_cast<RawNode*>(node); }
     static Node node(std::shared_ptr<Tree> tree, pugi::xml_node node) {
         return node ? Node(std::move(tree), handle(node)) : Node();
     }
@@ -153,6 +153,9 @@ bool isChild(pugi::xml_node node);
 
 /// The node itself or the first sibling after it that counts as a child.
 pugi::xml_node firstChildFrom(pugi::xml_node node);
+
+/// The node itself or the first sibling after it that is an element.
+pugi::xml_node firstElementFrom(pugi::xml_node node);
 
 /// Whether a node is `top` or below it.
 bool isInside(pugi::xml_node node, pugi::xml_node top);

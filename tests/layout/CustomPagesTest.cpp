@@ -282,6 +282,32 @@ TEST_F(CustomPages, HaveReusePanelsExpandedInTheirMembersOnly) {
               "</panel></style>");
 }
 
+TEST_F(CustomPages, AreTheSameOfAFileThatServesForTheStylesToo) {
+    write(LayoutFile::reusePanels,
+          "<r><reuse_panel name='bar'><element name='e'/></reuse_panel></r>");
+    write(LayoutFile::styles,
+          "<s><style name='t'><panel><reuse_panel name='bar'/></panel><magic_panels name='g'/>"
+          "</style><magic_panels name='g'><magic_panel name='x'>"
+          "<reuse_panel name='bar'/></magic_panel></magic_panels></s>");
+    loader.initWithStyleConfigPath(path(LayoutFile::styles), {}, path(LayoutFile::styles));
+    EXPECT_EQ(page("t-x"),
+              "<style name=\"t-x\"><panel><reuse_panel name=\"bar\"></reuse_panel></panel>"
+              "<panel name=\"bar\"><element name=\"e\"></element></panel></style>");
+}
+
+TEST_F(CustomPages, AreTheSameOfAFileThatServesForTheReusePanelsToo) {
+    write(LayoutFile::styles, "<s><style name='t'><magic_panels name='g'/></style></s>");
+    write(LayoutFile::reusePanels,
+          "<r><reuse_panel name='a'><reuse_panel name='b'/></reuse_panel>"
+          "<reuse_panel name='b'><element name='e'/></reuse_panel>"
+          "<magic_panels name='g'><magic_panel name='x'><reuse_panel name='a'/></magic_panel>"
+          "</magic_panels></r>");
+    loader.initWithStyleConfigPath(path(LayoutFile::styles), {}, path(LayoutFile::reusePanels));
+    EXPECT_EQ(page("t-x"),
+              "<style name=\"t-x\"><panel name=\"a\"><reuse_panel name=\"b\"></reuse_panel>"
+              "</panel></style>");
+}
+
 TEST_F(CustomPages, TakeTheirMembersFromTheFirstMagicFileAlone) {
     write(LayoutFile::softMagicPanels, R"(<m><magic_panels name="chart">
         <magic_panel name="soft"><panel/></magic_panel></magic_panels></m>)");

@@ -63,6 +63,29 @@ TEST(Ownership, ChildrenOfATemporaryCanBeGoneThrough) {
     EXPECT_EQ(found, "bc");
 }
 
+TEST(Ownership, ElementsOfATemporaryCanBeGoneThrough) {
+    std::string found;
+    for (const Element& child : Document::parseText("<a><b/><c/></a>").document.root().elements())
+        found += child.name();
+    EXPECT_EQ(found, "bc");
+}
+
+TEST(Ownership, OfATreeIsThatOfTheLastHandleAlone) {
+    std::optional<Document> document = documentOf("<a><b/></a>");
+    Element root = document->root();
+    EXPECT_FALSE(root.keepsTreeAlone());
+    document.reset();
+    EXPECT_TRUE(root.keepsTreeAlone());
+    {
+        const Node child = root.firstChild();
+        EXPECT_FALSE(root.keepsTreeAlone());
+        EXPECT_FALSE(child.keepsTreeAlone());
+    }
+    EXPECT_TRUE(root.keepsTreeAlone());
+    EXPECT_TRUE(root.copy().keepsTreeAlone());
+    EXPECT_TRUE(Element().keepsTreeAlone());
+}
+
 TEST(Ownership, AnInnerElementKeepsTheWholeTree) {
     std::optional<Document> document = documentOf("<a><b><c/></b><d/></a>");
     Element c = elementAt(*document, "//c");

@@ -153,6 +153,27 @@ TEST(Walk, NodesHaveKindNameAndParent) {
     EXPECT_EQ(root.childAt(3).index(), 3U);
 }
 
+TEST(Walk, ElementsAreTheChildrenThatAreElements) {
+    const auto elementsIn = [](std::string_view text) {
+        std::string found;
+        for (const Element& child : rootOf(text).elements())
+            found += plain(child);
+        return found;
+    };
+    EXPECT_EQ(elementsIn("<a/>"), "");
+    EXPECT_EQ(elementsIn("<a> </a>"), "");
+    EXPECT_EQ(elementsIn("<a>x<!--c--><?d e?><![CDATA[f]]></a>"), "");
+    EXPECT_EQ(elementsIn("<a><b/></a>"), "<b></b>");
+    EXPECT_EQ(elementsIn("<a>x<b><c/></b><!--d--> <e/><?f g?></a>"), "<b><c></c></b><e></e>");
+
+    Element root = rootOf("<a><b/><c/></a>");
+    root.firstElementChild().remove();
+    root.appendChild(Element::create("d"));
+    const auto elements = root.elements();
+    EXPECT_EQ(std::distance(elements.begin(), elements.end()), 2);
+    EXPECT_EQ(elements.begin()->name(), "c");
+}
+
 TEST(Walk, AttributesComeInTheirOrder) {
     std::string seen;
     const Element root = rootOf("<a b='1' xmlns='u' c=''/>");
@@ -192,6 +213,7 @@ TEST(Walk, AnEmptyHandleAnswersTheEmptyAnswer) {
     EXPECT_FALSE(none.rename("a"));
     EXPECT_FALSE(none.setContent("a"));
     EXPECT_TRUE(none.children().begin() == none.children().end());
+    EXPECT_TRUE(none.elements().begin() == none.elements().end());
     EXPECT_FALSE(none.hasChildren());
     EXPECT_EQ(none.childCount(), 0U);
     EXPECT_FALSE(none.firstChild());

@@ -78,16 +78,16 @@ struct Store {
         const xml::Element root = file.root();
         if (!root || dropped.contains(root))
             return sections;
-        for (const xml::Node& child : root.children()) {
-            if (!child.isElement() || dropped.contains(child))
+        for (const xml::Element& child : root.elements()) {
+            if (dropped.contains(child))
                 continue;
             const std::string name(child.name());
             Items items = sections.contains(name) ? *sections.find(name) : Items();
-            for (const xml::Node& grandchild : xml::Element(child).children()) {
-                if (!grandchild.isElement() || dropped.contains(grandchild))
+            for (const xml::Element& grandchild : child.elements()) {
+                if (dropped.contains(grandchild))
                     continue;
                 SettingsItem item{grandchild.stringValue(), std::nullopt};
-                if (const auto description = xml::Element(grandchild).attribute("description"))
+                if (const auto description = grandchild.attribute("description"))
                     item.description = *description;
                 items.set(std::string(grandchild.name()), std::move(item));
             }

@@ -38,10 +38,9 @@ RecordMap<std::string> addressesOf(const YGWebPageUrlConfig& table, const Droppe
     RecordMap<std::string> addresses;
     const xml::Document file = table.docment();
     if (const xml::Element root = file.root(); root && !dropped.contains(root)) {
-        for (const xml::Node& child : root.children()) {
-            if (child.isElement() && !dropped.contains(child))
-                addresses.set(xml::Element(child).attribute("key").value_or(""),
-                              child.stringValue());
+        for (const xml::Element& child : root.elements()) {
+            if (!dropped.contains(child))
+                addresses.set(child.attribute("key").value_or(""), child.stringValue());
         }
     }
     return addresses;

@@ -33,14 +33,9 @@ std::string SettingsView::settings(const xml::Document& file, const DroppedNodes
     std::vector<Branch> sections;
     std::size_t count = 0;
     if (isRead) {
-        for (const xml::Node& child : root.children()) {
-            if (!child.isElement())
-                continue;
+        for (const xml::Element& child : root.elements()) {
             Branch section{printable(child.name()), Tone::page};
-            for (const xml::Node& grandchild : xml::Element(child).children()) {
-                if (!grandchild.isElement())
-                    continue;
-                const xml::Element item(grandchild);
+            for (const xml::Element& item : child.elements()) {
                 const bool isDropped = dropped.contains(item);
                 count += isDropped ? 0 : 1;
                 Details details;
@@ -75,10 +70,10 @@ std::string SettingsView::webPages(const xml::Document& file, const DroppedNodes
     std::vector<Branch> rows;
     std::size_t count = 0;
     if (isRead) {
-        for (const xml::Node& child : root.children()) {
-            if (!child.isElement() || child.name() != "url")
+        for (const xml::Element& child : root.elements()) {
+            if (child.name() != "url")
                 continue;
-            const auto key = xml::Element(child).attribute("key");
+            const auto key = child.attribute("key");
             const bool isDropped = dropped.contains(child);
             count += isDropped ? 0 : 1;
             Details details;

@@ -58,12 +58,8 @@ void writeTable(JsonWriter& json, ModelSource& source, const std::string& file,
 /// The elements in one; none in an empty one.
 std::vector<xml::Element> elementsIn(const xml::Element& element) {
     std::vector<xml::Element> elements;
-    if (!element)
-        return elements;
-    for (const xml::Node& child : element.children()) {
-        if (child.isElement())
-            elements.emplace_back(child);
-    }
+    for (const xml::Element& child : element.elements())
+        elements.push_back(child);
     return elements;
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -42,6 +43,20 @@ std::u32string folded(std::string_view word) {
     return characters;
 }
 
+/// Which characters a word has: a bit for each, which several may share.
+std::uint64_t charactersOf(const std::u32string& word) {
+    std::uint64_t bits = 0;
+    for (const char32_t character : word)
+        bits |= std::uint64_t{1} << (character * std::uint64_t{0x9E3779B97F4A7C15} >> 58);
+    return bits;
+}
+
+/// Steps that there are at least: one makes up for one character that only one of the words has.
+std::size_t leastDistance(std::uint64_t characters, std::uint64_t others) {
+    return static_cast<std::size_t>(
+        std::max(std::popcount(characters & ~others), std::popcount(others & ~characters)));
+}
+
 /// How many steps lead from one word to the other, each character taking part in one step at most;
 /// any number above the limit when there are more.
 std::size_t distance(const std::u32string& from, const std::u32string& to, std::size_t limit,
@@ -77,7 +92,8 @@ KnownWords::KnownWords(std::span<const std::string> words) : words_(words.begin(
         std::u32string form = folded(words_[at]);
         byForm_.try_emplace(form, at);
         const std::size_t length = form.size();
-        byLength_[length].push_back({std::move(form), at});
+        const std::uint64_t characters = charactersOf(form);
+        byLength_[length].push_back({std::move(form), characters, at});
     }
 }
 
@@ -85,6 +101,7 @@ std::string_view KnownWords::nearest(std::string_view word) {
     const std::u32string wanted = folded(word);
     if (const auto same = byForm_.find(wanted); same != byForm_.end() && !wanted.empty())
         return words_[same->second];
+    const std::uint64_t characters = charactersOf(wanted);
     std::array<std::vector<std::uint32_t>, 3> rows;
     std::string_view found;
     std::size_t best = 0;
@@ -99,8 +116,10 @@ std::string_view KnownWords::nearest(std::string_view word) {
             steps_ += (wanted.size() + 1) * (length + 1);
             if (steps_ > mostSteps)
                 return "";
-            const std::size_t steps = distance(wanted, candidate.folded,
-                                               found.empty() ? limit : std::min(limit, best), rows);
+            const std::size_t most = found.empty() ? limit : std::min(limit, best);
+            if (leastDistance(characters, candidate.characters) > most)
+                continue;
+            const std::size_t steps = distance(wanted, candidate.folded, most, rows);
             const bool isBetter =
                 found.empty() || steps < best || (steps == best && candidate.index < bestIndex);
             // With half of the characters changed it is a different word.

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <span>
 #include <string>
@@ -27,6 +28,7 @@ public:
 private:
     struct Word {
         std::u32string folded;
+        std::uint64_t characters;  ///< which ones it has
         std::size_t index;
     };
 

@@ -137,11 +137,11 @@ void registerInspection() {
         add("inspection/load/" + size.name, root, loadAll);
         add("inspection/" + size.name, root, inspect);
         // Each finding takes time of its own, and there is one for every 160 bytes.
-        compare({"inspection/" + size.name, "inspection/load/" + size.name, 10.0});
+        compare({"inspection/" + size.name, "inspection/load/" + size.name, 16.0});
         const auto orderly = std::make_shared<TemporaryRoot>(size.bytes, true);
         add("inspection/orderly/load/" + size.name, orderly, loadAll);
         add("inspection/orderly/" + size.name, orderly, inspect);
-        compare({"inspection/orderly/" + size.name, "inspection/orderly/load/" + size.name, 3.0});
+        compare({"inspection/orderly/" + size.name, "inspection/orderly/load/" + size.name, 4.0});
     }
     // As many findings for each byte take as long for each.
     compare({"inspection/20MB", "inspection/1MB", 25});

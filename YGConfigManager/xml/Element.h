@@ -35,9 +35,9 @@ struct Attribute {
     std::string_view value;  ///< entities resolved, never trimmed
 };
 
-/// The children of an element in document order, each as a `Held`: all of them as nodes, or those
-/// that are elements. White space alone is not a child. Changing the tree while going through it is
-/// not supported: collect the children first.
+/// Children of an element in document order, each as a `Held`. White space alone is not a child.
+/// Changing the tree while going through it is not supported: collect the children first. Keeps the
+/// tree alive, and so does each iterator.
 template <class Held>
 class ChildRange {
 public:
@@ -52,7 +52,10 @@ public:
         const Held& operator*() const { return held_; }
         const Held* operator->() const { return &held_; }
         Iterator& operator++() {
-            std::is_same_v<Held, Node> ? held_.moveToNext() : held_.moveToNextElement();
+            if constexpr (std::is_same_v<Held, Node>)
+                held_.moveToNext();
+            else
+                held_.moveToNextElement();
             return *this;
         }
         friend bool operator==(const Iterator& left, const Iterator& right) {
@@ -75,8 +78,8 @@ private:
     Held first_;
 };
 
-using Children = ChildRange<Node>;
-using Elements = ChildRange<Element>;
+using Children = ChildRange<Node>;     ///< all children, of whatever kind
+using Elements = ChildRange<Element>;  ///< those that are elements
 
 /// The attributes of an element in their order, namespace declarations included. Keeps the tree
 /// alive; its iterators and what they answer do not.

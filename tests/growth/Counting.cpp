@@ -71,8 +71,9 @@ void expectLinear(const Measured& small, const Measured& large) {
 void expectInProportion(const Measured& file, const Measured& plain, bool isReported) {
     const double proportion = file.perByte() / plain.perByte();
     std::printf("%.2f times a plain layout %s\n", proportion, file.refusal.c_str());
-    // The goal is one of time; a fifth more is room for what instructions do not say of that.
-    EXPECT_LE(proportion, isReported ? 8.4 : 6)
+    // The goal is five times the time, or seven with a report. Two fifths more are room for what
+    // instructions do not say of time: a plain layout waits for memory, other files do not.
+    EXPECT_LE(proportion, isReported ? 9.8 : 7)
         << file.bytes << " bytes take " << file.perByte() << " instructions a byte, a plain layout "
         << plain.perByte();
 }

@@ -35,47 +35,47 @@ struct Attribute {
     std::string_view value;  ///< entities resolved, never trimmed
 };
 
-/// Children of an element in document order, each as a `Held`. White space alone is not a child.
-/// Changing the tree while going through it is not supported: collect the children first. Keeps the
-/// tree alive, and so does each iterator.
-template <class Held>
+/// Children of an element in document order, each as a handle of one kind. White space alone is not
+/// a child. Changing the tree while going through it is not supported: collect the children first.
+/// Keeps the tree alive, and so does each iterator.
+template <class Handle>
 class ChildRange {
 public:
     class Iterator {
     public:
         using iterator_category = std::input_iterator_tag;
-        using value_type = Held;
+        using value_type = Handle;
         using difference_type = std::ptrdiff_t;
-        using pointer = const Held*;
-        using reference = const Held&;
+        using pointer = const Handle*;
+        using reference = const Handle&;
 
-        const Held& operator*() const { return held_; }
-        const Held* operator->() const { return &held_; }
+        const Handle& operator*() const { return handle_; }
+        const Handle* operator->() const { return &handle_; }
         Iterator& operator++() {
-            if constexpr (std::is_same_v<Held, Node>)
-                held_.moveToNext();
+            if constexpr (std::is_same_v<Handle, Node>)
+                handle_.moveToNext();
             else
-                held_.moveToNextElement();
+                handle_.moveToNextElement();
             return *this;
         }
         friend bool operator==(const Iterator& left, const Iterator& right) {
-            return left.held_ == right.held_;
+            return left.handle_ == right.handle_;
         }
 
     private:
         friend class ChildRange;
-        explicit Iterator(Held held) : held_(std::move(held)) {}
-        Held held_;
+        explicit Iterator(Handle handle) : handle_(std::move(handle)) {}
+        Handle handle_;
     };
 
     /// For a loop over the range.
     Iterator begin() const { return Iterator(first_); }
-    Iterator end() const { return Iterator(Held()); }
+    Iterator end() const { return Iterator(Handle()); }
 
 private:
     friend class Element;
-    explicit ChildRange(Held first) : first_(std::move(first)) {}
-    Held first_;
+    explicit ChildRange(Handle first) : first_(std::move(first)) {}
+    Handle first_;
 };
 
 using Children = ChildRange<Node>;     ///< all children, of whatever kind

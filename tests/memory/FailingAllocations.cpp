@@ -80,6 +80,9 @@ using yg::testing::state;
 
 #if YG_OWN_MALLOC
 
+// The libraries below must find these too, which clang hides otherwise.
+#pragma GCC visibility push(default)
+
 // The C library's own, under the names that it keeps for those who replace malloc.
 extern "C" {
 void* __libc_malloc(std::size_t size);
@@ -119,6 +122,8 @@ void free(void* memory) {
     __libc_free(memory);
 }
 }
+
+#pragma GCC visibility pop
 
 #define YG_MALLOC __libc_malloc
 #define YG_FREE __libc_free

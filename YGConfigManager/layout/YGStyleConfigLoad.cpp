@@ -122,7 +122,7 @@ void YGStyleConfigLoad::loadAll(std::optional<std::string_view> styleConfigPath,
     xml::Element magicRoot = rootOf(magicPanelPath);
     const xml::Element reuseRoot = rootOf(reusePath);
     files_.reset();
-    // A sink may keep it, and one file may be given for another, too.
+    // Nobody else may see it change: a sink may keep it, and one file may serve for several.
     if (!magicRoot.keepsTreeAlone())
         magicRoot = xml::Element(magicRoot.copy());
     expandMagicPanels(magicRoot, reuseRoot);

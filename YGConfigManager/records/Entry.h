@@ -203,7 +203,7 @@ private:
         account_->endContent(element_);
     }
 
-    const xml::Element& element_;
+    const xml::Element& element_;  // of whoever made the entry, who keeps it
     std::optional<Account> account_;
 };
 

@@ -79,7 +79,7 @@ public:
     /// The next child of the same parent; empty after the last.
     Node nextSibling() const;
 
-    /// Whether no other handle or document has the tree; true for an empty handle.
+    /// Whether no other handle, range or document has the tree; true for an empty handle.
     bool keepsTreeAlone() const { return tree_.use_count() < 2; }
 
     /// A deep copy at the top of a tree of its own; empty for an empty handle.

@@ -64,6 +64,7 @@ constexpr std::string_view ordinary[] = {
     "<a a='1'><a a='2'/></a>",
     "<a b='1' bb='2' bbbbbbbb='3' bbbbbbbbb='4'/>",
     "<element_of_a_long_name attribute_of_a_long_name='1' attribute_of_a_long_name_too='2'/>",
+    "<a name_of_one_like_others='1' name_of_two_like_others='2'/>",
     "<a><!----></a>",
     "<a><!-- <b> & ]]> \" ' - > 中，文 --></a>",
     "<!-- a --><!--b--> <a/><!-- c -->\n<!--d-->",

@@ -55,14 +55,6 @@ void writeTable(JsonWriter& json, ModelSource& source, const std::string& file,
     });
 }
 
-/// The elements in one; none in an empty one.
-std::vector<xml::Element> elementsIn(const xml::Element& element) {
-    std::vector<xml::Element> elements;
-    for (const xml::Element& child : element.elements())
-        elements.push_back(child);
-    return elements;
-}
-
 /// From the start tag to the end tag: the text is a part of it.
 void writeAt(JsonWriter& json, ModelSource& source, const std::string& file,
              const xml::Element& element) {
@@ -76,11 +68,11 @@ void writeAt(JsonWriter& json, ModelSource& source, const std::string& file,
 void writeSettings(JsonWriter& json, ModelSource& source) {
     json.list(source.contents.settingsFiles(), [&](const std::string& file) {
         const auto writeSections = [&](const xml::Element& root, const DroppedNodes& dropped) {
-            json.list(elementsIn(root), [&](const xml::Element& section) {
+            json.list(root.elements(), [&](const xml::Element& section) {
                 json.object([&] {
                     json.member("name", section.name());
                     json.member("items", [&] {
-                        json.list(elementsIn(section), [&](const xml::Element& item) {
+                        json.list(section.elements(), [&](const xml::Element& item) {
                             json.object([&] {
                                 json.member("name", item.name());
                                 json.member("text", item.stringValue());
@@ -102,7 +94,7 @@ void writeSettings(JsonWriter& json, ModelSource& source) {
 void writeWebPages(JsonWriter& json, ModelSource& source) {
     json.list(source.contents.webPageFiles(), [&](const std::string& file) {
         const auto writePages = [&](const xml::Element& root, const DroppedNodes& dropped) {
-            json.list(elementsIn(root), [&](const xml::Element& page) {
+            json.list(root.elements(), [&](const xml::Element& page) {
                 json.object([&] {
                     json.member("key", page.attribute("key"));
                     json.member("url", page.stringValue());
